@@ -1,0 +1,56 @@
+# One function per kind of target; each sets the language standard, the warnings and the include root.
+include_guard(GLOBAL)
+
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+# What every target of this project shares. Recorded source locations are shortened: sources below
+# Foundation/Core lose that prefix, all others the project folder (the rule given last wins).
+function(zelkor_defaults target)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    $<$<BOOL:${ZELKOR_WERROR}>:-Werror>
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/Foundation/Core/=)
+  if(ZELKOR_SANITIZE)
+    target_compile_options(${target} PRIVATE
+      -fsanitize=${ZELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+    target_link_options(${target} PRIVATE -fsanitize=${ZELKOR_SANITIZE})
+  endif()
+endfunction()
+
+# zelkor_sources(FILE...): this folder's part of the one library.
+function(zelkor_sources)
+  target_sources(zelkor-foundation PRIVATE ${ARGN})
+endfunction()
+
+# zelkor_test(NAME FILE... [LABELS label...]): one GoogleTest executable, run once by ctest.
+function(zelkor_test name)
+  cmake_parse_arguments(arg "" "" "LABELS" ${ARGN})
+  add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+  zelkor_defaults(${name})
+  target_link_libraries(${name} PRIVATE Zelkor::Foundation ZelkorTestSupport)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${arg_LABELS}")
+endfunction()
+
+# zelkor_benchmark(NAME FILE... [PEERS target...]): one Google Benchmark executable.
+function(zelkor_benchmark name)
+  cmake_parse_arguments(arg "" "" "PEERS" ${ARGN})
+  add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+  zelkor_defaults(${name})
+  target_link_libraries(${name} PRIVATE Zelkor::Foundation benchmark::benchmark_main ${arg_PEERS})
+endfunction()
+
+# zelkor_fuzzer(NAME FILE...): one libFuzzer executable; the library itself is instrumented too.
+function(zelkor_fuzzer name)
+  add_executable(${name} ${ARGN})
+  zelkor_defaults(${name})
+  target_compile_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_libraries(${name} PRIVATE Zelkor::Foundation)
+endfunction()
