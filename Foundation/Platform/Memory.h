@@ -7,14 +7,38 @@
 #ifndef FOUNDATION_PLATFORM_MEMORY_H
 #define FOUNDATION_PLATFORM_MEMORY_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <new>
 
 #include "Foundation/Platform/Export.h"
 
-// A pool of blocks of one size (defined by the memory manager; a handle to everybody else).
-struct _SHI_Pool;
+// A pool of blocks of one size: made as a `constinit` object in the file of the class it serves,
+// alive as long as the library; the classes hand it out as their spso_GetMemPool().
+//
+//   constinit _SHI_Pool pool(sizeof(CT_Buffer), 1024);
+//
+// Making one costs nothing: the first block asked for obtains a slab of `initial_blocks`. Blocks
+// go through a small cache of the calling thread; only every few dozen blocks, or the first use in
+// a thread, visit the pool itself. The members belong to the memory manager.
+struct _SHI_Pool {
+    constexpr _SHI_Pool(std::size_t block_size, std::uint32_t initial_blocks,
+                        std::uint32_t pool_flags = 2) noexcept
+        : size(block_size), initial(initial_blocks), flags(pool_flags) {}
+    _SHI_Pool(const _SHI_Pool&) = delete;
+    _SHI_Pool& operator=(const _SHI_Pool&) = delete;
+
+    std::size_t size;       // bytes the caller may use of a block
+    std::uint32_t initial;  // blocks of the first slab
+    std::uint32_t flags;    // 2 for every pool of the library; kept, changes nothing
+    std::atomic<std::uint32_t> cache_index{0};  // place in the thread caches, 0 until first used
+    std::atomic<bool> busy{false};              // guards what follows
+    void* free_blocks = nullptr;
+    void* slabs = nullptr;
+    std::size_t free_count = 0;
+    std::size_t total_count = 0;
+};
 
 namespace platform {
 
@@ -28,7 +52,8 @@ inline constexpr std::uint32_t kMemoryExhausted = 1;
 // again, return false to make the request answer null, or throw.
 using MemoryErrorHandler = bool (*)(const MemoryError* error);
 
-// Installs a handler (null: none, requests then answer null) and returns the one before.
+// Installs a handler (null: none, requests then answer null) and returns the one before. While the
+// library is loaded its own handler stands here, which throws CT_SmartHeapException.
 FOUNDATION_API MemoryErrorHandler SetMemoryErrorHandler(MemoryErrorHandler handler) noexcept;
 
 // A block of at least `size` bytes, rounded up to a multiple of 4 and at least 4; null only when
@@ -39,7 +64,8 @@ FOUNDATION_API MemoryErrorHandler SetMemoryErrorHandler(MemoryErrorHandler handl
 [[nodiscard]] FOUNDATION_API void* Reallocate(void* block, std::size_t size);
 FOUNDATION_API void Free(void* block) noexcept;
 
-// One block of the pool's size, or null as above; freeing null does nothing.
+// One block of the pool's size, or null as above; freeing null does nothing. Under
+// AddressSanitizer every block comes from the heap, so that use after freeing is seen.
 [[nodiscard]] FOUNDATION_API void* AllocateBlock(_SHI_Pool* pool);
 FOUNDATION_API void FreeBlock(_SHI_Pool* pool, void* block) noexcept;
 

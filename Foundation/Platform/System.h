@@ -1,0 +1,66 @@
+// Facts about the machine: platform version, processors, memory, computer name, metrics.
+//
+// Threads: queries may be made from any thread; the test seams are set while nothing else runs.
+#ifndef FOUNDATION_PLATFORM_SYSTEM_H
+#define FOUNDATION_PLATFORM_SYSTEM_H
+
+#include <cstdint>
+
+#include "Foundation/Platform/Export.h"
+
+namespace platform {
+
+// The family (2 is the NT line, 1 the older one that takes 8-bit text), the numbers, and the
+// additional version text.
+struct SystemVersion {
+    std::uint32_t family = 2;
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+    std::uint32_t build = 0;
+    char16_t text[128] = {};
+};
+
+// A POSIX system answers as family 2, version 10.0, with the release number of its kernel as build
+// (6.1.25 is 60125) and the release text of the kernel. FALSE, with *version all zero, only when a
+// failure is forced.
+FOUNDATION_API bool QuerySystemVersion(SystemVersion* version) noexcept;
+
+struct ProcessorInfo {
+    std::uint32_t count;  // as reported; may be 0
+    bool x86;             // in its 32-bit or its 64-bit form
+    std::uint32_t level;  // family of the processor as it names itself: 3, 4, 5, 6, ...
+    std::uint32_t type;   // 386, 486, 586; on others 0
+};
+[[nodiscard]] FOUNDATION_API ProcessorInfo QueryProcessors() noexcept;
+
+struct MemoryStatus {
+    std::uint32_t load;  // percent in use
+    std::uint64_t physical_total, physical_available;
+    std::uint64_t virtual_total, virtual_available;  // address space of the process
+    std::uint64_t paging_total, paging_available;    // physical memory and swap together
+};
+[[nodiscard]] FOUNDATION_API MemoryStatus QueryMemory() noexcept;
+
+// Writes the computer's name, zero-terminated: the host name up to its first dot. FALSE with the
+// last error set when it does not fit (122) or cannot be had; the text is then empty.
+FOUNDATION_API bool ComputerName(char16_t* name, std::uint32_t capacity) noexcept;
+
+// System metrics by their usual numbers: 18 height of the Kanji window, 42 double-byte support, 63
+// network present (bit 0), 73 slow machine, 74 Hebrew and Arabic support. 0 for all others.
+[[nodiscard]] FOUNDATION_API int SystemMetric(int index) noexcept;
+
+[[nodiscard]] FOUNDATION_API std::uint32_t CurrentProcessId() noexcept;
+
+// Test seam: answers given in place of the machine's own. A null member asks the machine.
+struct SystemAnswers {
+    bool (*version)(SystemVersion* version) = nullptr;
+    ProcessorInfo (*processors)() = nullptr;
+    MemoryStatus (*memory)() = nullptr;
+    bool (*computer_name)(char16_t* name, std::uint32_t capacity) = nullptr;
+    int (*metric)(int index) = nullptr;
+};
+FOUNDATION_API void SetSystemAnswers(const SystemAnswers& answers) noexcept;
+
+}  // namespace platform
+
+#endif

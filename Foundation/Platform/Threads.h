@@ -1,0 +1,28 @@
+// Threads of the process: their numbers and the slots in which each keeps a pointer of its own.
+#ifndef FOUNDATION_PLATFORM_THREADS_H
+#define FOUNDATION_PLATFORM_THREADS_H
+
+#include <cstdint>
+
+#include "Foundation/Platform/Export.h"
+
+namespace platform {
+
+// Number of the calling thread: unique among the running threads, never 0.
+[[nodiscard]] FOUNDATION_API std::uint32_t CurrentThreadId() noexcept;
+
+// A slot holds one pointer for each thread, null at first. kNoThreadSlot with the last error set
+// when there is none left.
+inline constexpr std::uint32_t kNoThreadSlot = 0xFFFFFFFF;
+[[nodiscard]] FOUNDATION_API std::uint32_t AllocateThreadSlot() noexcept;
+FOUNDATION_API void FreeThreadSlot(std::uint32_t slot) noexcept;
+[[nodiscard]] FOUNDATION_API void* ThreadSlot(std::uint32_t slot) noexcept;
+FOUNDATION_API bool SetThreadSlot(std::uint32_t slot, void* value) noexcept;
+
+// Test seam: while set, AllocateThreadSlot finds no slot. The environment variable
+// FOUNDATION_TEST_NO_THREAD_SLOT=1 sets it for the load of the library itself.
+FOUNDATION_API void FailThreadSlots(bool fail) noexcept;
+
+}  // namespace platform
+
+#endif
