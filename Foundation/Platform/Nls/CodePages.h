@@ -1,8 +1,12 @@
 // Code pages: conversion between 8-bit text and UTF-16 by built-in strict tables and rules, and
 // what the system knows about each page. No conversion goes through the C library's locale.
 //
-// Lengths are bytes (8-bit side) and UTF-16 units (wide side). Pages 0 to 3 stand for the
-// configured ANSI, OEM, Macintosh and thread pages. Errors go to LastError. Threads: any.
+// Served are the table pages of Nls/Tables (single-byte, double-byte and the EUC form 51932; 646 is
+// US-ASCII), 42 (symbol), 50220 (ISO-2022-JP), 52936 (HZ), 65000 (UTF-7) and 65001 (UTF-8). Pages 0
+// to 3 stand for the configured ANSI, OEM, Macintosh and thread pages. 1200 and 1201 are unknown.
+//
+// Lengths are bytes (8-bit side) and UTF-16 units (wide side). Errors go to LastError, which
+// success leaves alone. Threads: any. Nothing allocates.
 #ifndef FOUNDATION_PLATFORM_NLS_CODEPAGES_H
 #define FOUNDATION_PLATFORM_NLS_CODEPAGES_H
 
@@ -14,13 +18,19 @@
 
 namespace platform {
 
+// What the flags mean; which page allows which:
+//                             decoding   encoding
+//   table pages               0xF        0x6F0
+//   65001                     0x8        0x80
+//   42, 50220, 52936, 65000   none       none
+// Allowed flags without a name here change nothing either.
 enum : std::uint32_t {
-    kPrecomposed = 0x1,          // decoding: accepted by table pages, changes nothing
-    kComposite = 0x2,            // decoding: accepted by table pages, changes nothing
+    kPrecomposed = 0x1,          // decoding: changes nothing, mappings are precomposed anyway
+    kComposite = 0x2,            // decoding: changes nothing, letters are never decomposed
     kErrorOnInvalidChars = 0x8,  // decoding: an invalid or incomplete sequence fails, error 1113
     kWideErrorOnInvalidChars = 0x80,  // encoding to UTF-8: an unpaired surrogate fails, error 1113
-    kSeparateChars = 0x20,            // encoding: accepted by table pages, changes nothing
-    kNoBestFit = 0x400,  // encoding: accepted by table pages; mappings are strict anyway
+    kSeparateChars = 0x20,            // encoding: changes nothing
+    kNoBestFit = 0x400,               // encoding: changes nothing, mappings are strict anyway
 };
 
 // Decodes `length` bytes (negative: up to and including the zero byte) into `out`, which holds
@@ -30,19 +40,30 @@ enum : std::uint32_t {
 //   122   the result does not fit (what fits has been written)
 //   1004  a flag that the page does not allow
 //   1113  invalid text under kErrorOnInvalidChars
-// Source and result must not overlap.
+// Units that the page lacks a row for come out as its default unit (U+003F; U+30FB in the Japanese
+// table pages; U+FFFD in 65001). Source and result must not overlap.
+//
+// No text has more units than bytes: a buffer of `length` units always holds the result, so that a
+// caller who has one need not ask for the size first.
 [[nodiscard]] FOUNDATION_API int MultiByteToWideChar(std::uint32_t page, std::uint32_t flags,
                                                      const char* text, int length, char16_t* out,
                                                      int capacity) noexcept;
 
 // Encodes `length` units (negative: up to and including the zero unit) into `out`, which holds
-// `capacity` bytes; capacity 0 asks for the bytes needed. A unit that the page lacks gives
-// `default_char` (null: the page's own, one or two bytes, zero-terminated) and sets *used_default.
-// Returns and errors as above; the algorithmic pages refuse default_char and used_default (87).
+// `capacity` bytes; capacity 0 asks for the bytes needed. A unit that the page lacks, each half of
+// a surrogate pair for itself, gives `default_char` (null: the page's own; one byte, or two in a
+// double-byte page; zero-terminated) and sets *used_default, which is cleared otherwise.
+// Returns and errors as above, and
+//   87    default_char or used_default given for 42, 50220, 52936, 65000 or 65001
+//   1113  a unit that page 42 lacks
 [[nodiscard]] FOUNDATION_API int WideCharToMultiByte(std::uint32_t page, std::uint32_t flags,
                                                      const char16_t* text, int length, char* out,
                                                      int capacity, const char* default_char,
                                                      BOOL* used_default) noexcept;
+
+// Bytes that hold the encoding of `units` units in the page, whatever the units; 0 for an unknown
+// page. At most 6 * units + 3.
+[[nodiscard]] FOUNDATION_API std::size_t MaxBytes(std::uint32_t page, std::size_t units) noexcept;
 
 struct CodePageInfo {
     unsigned int max_char_size;  // bytes
@@ -50,14 +71,20 @@ struct CodePageInfo {
     unsigned char lead_bytes[12];  // (first, last) pairs, ended by a pair of zeros
 };
 
-// FALSE with last error 87 for a page the conversion service does not know.
+// False with last error 87 for a page that is not served (pages 0 to 3 are).
 FOUNDATION_API bool GetCodePageInfo(std::uint32_t page, CodePageInfo* info) noexcept;
+
+// Whether the page is served under this number; false for pages 0 to 3.
 [[nodiscard]] FOUNDATION_API bool IsValidCodePage(std::uint32_t page) noexcept;
 
-// The configured pages: taken from the environment when the library loads (default 1252, 437,
-// 10000); tests set them. The thread page is the ANSI page.
+// The configured pages; the thread page is the ANSI page, the Macintosh page is 10000. They are
+// taken once, at the first question, from the language of the process environment (the first of
+// LC_ALL, LC_CTYPE and LANG that is set): 1252 and 437 when there is none. Languages whose OEM page
+// is not served have their ANSI page in its place (Russian 1251, Polish 1250).
 [[nodiscard]] FOUNDATION_API std::uint32_t AnsiCodePage() noexcept;
 [[nodiscard]] FOUNDATION_API std::uint32_t OemCodePage() noexcept;
+
+// Sets both pages for the process; (0, 0) has the environment asked again.
 FOUNDATION_API void SetSystemCodePages(std::uint32_t ansi, std::uint32_t oem) noexcept;
 
 }  // namespace platform
