@@ -1,0 +1,213 @@
+// Files and folders: opening with share modes, reading and writing, byte-range locks, mappings, and
+// the operations that take a name.
+//
+// Names: see Paths.h. A name that is null counts as empty, and an empty name is error 3.
+// Units: bytes; positions and sizes are 64-bit, counts of one transfer 32-bit.
+// Errors: an operation that fails answers false (INVALID_HANDLE_VALUE, null) and sets the thread's
+// last error; one that succeeds leaves it alone, except OpenFile.
+// Threads: any thread; a handle's position, locks and life belong to one thread at a time.
+// Share modes and locks hold between handles, threads and processes that use this ground, on local
+// file systems; other programs are not held back by them. Where a file system knows no
+// open-file-description locks they do not hold at all.
+#ifndef FOUNDATION_PLATFORM_FILES_H
+#define FOUNDATION_PLATFORM_FILES_H
+
+#include <cstdint>
+#include <span>
+
+#include "Foundation/Platform/Export.h"
+#include "Foundation/Platform/Types.h"
+
+namespace platform {
+
+enum : std::uint32_t {  // access
+    kAccessNone = 0,
+    kAccessRead = 0x80000000,
+    kAccessWrite = 0x40000000,
+    kAccessDelete = 0x00010000,
+};
+enum : std::uint32_t {  // what others may do meanwhile
+    kShareNone = 0,
+    kShareRead = 1,
+    kShareWrite = 2,
+    kShareDelete = 4,
+};
+enum : std::uint32_t {  // disposition
+    kCreateNew = 1,
+    kCreateAlways = 2,
+    kOpenExisting = 3,
+    kOpenAlways = 4,
+    kTruncateExisting = 5,
+};
+enum : std::uint32_t {  // attributes
+    kFileReadOnly = 0x1,
+    kFileHidden = 0x2,
+    kFileSystem = 0x4,
+    kFileFolder = 0x10,
+    kFileArchive = 0x20,
+    kFileNormal = 0x80,
+    kFileTemporary = 0x100,
+    kFileCompressed = 0x800,
+    kInvalidAttributes = 0xFFFFFFFF,
+};
+enum : std::uint32_t {  // flags
+    kFlagWriteThrough = 0x80000000,
+    kFlagOverlapped = 0x40000000,  // transfers then fail with 87: none of ours is asynchronous
+    kFlagNoBuffering = 0x20000000,
+    kFlagRandomAccess = 0x10000000,
+    kFlagSequentialScan = 0x08000000,
+    kFlagDeleteOnClose = 0x04000000,
+    kFlagFolders = 0x02000000,  // folders may be opened
+};
+enum : std::uint32_t { kSeekBegin = 0, kSeekCurrent = 1, kSeekEnd = 2 };
+
+// ---- Handles ------------------------------------------------------------------------------------
+
+// Opens or creates a file; the position is 0. The last error is then 0, or 183 when disposition 2
+// or 4 met an existing file. A file that exists keeps its attributes; a new one gets those given
+// and the archive bit. With kFlagDeleteOnClose the file goes when its last handle in this process
+// is closed. Beside the file system's own:
+//   2, 3   no such file, no such folder        5   read-only, a folder, or hidden or system when
+//   32     another handle does not share this      disposition 2 comes without that attribute
+//   80     disposition 1 and the name exists   87  a disposition outside 1 to 5
+//   123    a separator behind a name that is no folder; a new name with a character
+//          from "<>:\"|?*" or below 32; a text that is not well-formed
+//   1224   it would be cut and has a view
+[[nodiscard]] FOUNDATION_API HANDLE OpenFile(const char16_t* name, std::uint32_t access,
+                                             std::uint32_t share, std::uint32_t disposition,
+                                             std::uint32_t flags_and_attributes) noexcept;
+
+// Closes a handle of a file or a mapping and releases its locks; 6 when it is not open. A file
+// whose last data could not be stored says so here once; closing it again then succeeds.
+FOUNDATION_API bool CloseHandle(HANDLE handle) noexcept;
+
+// One transfer at the handle's position, which moves by the count transferred. Fewer bytes than
+// asked for are read at the end of the file or from a pipe; a write is short only on failure, and
+// *done tells how much was stored (112: the disk is full). 5 without that access; 33 when another
+// handle has locked part of the range: nothing is transferred then.
+FOUNDATION_API bool ReadFile(HANDLE file, void* buffer, std::uint32_t count,
+                             std::uint32_t* done) noexcept;
+FOUNDATION_API bool WriteFile(HANDLE file, const void* data, std::uint32_t count,
+                              std::uint32_t* done) noexcept;
+
+// Moves the position by a signed distance and stores the new one (`position` may be null). It may
+// lie behind the end. 131 when it would be negative, 87 for another origin; it stays then.
+FOUNDATION_API bool SetFilePosition(HANDLE file, std::int64_t distance, std::uint32_t origin,
+                                    std::uint64_t* position) noexcept;
+
+// Ends the file at the position. 5 without write access, 1224 when it would cut a mapping.
+FOUNDATION_API bool SetEndOfFile(HANDLE file) noexcept;
+
+// Has the system store what was written; 5 without write access.
+FOUNDATION_API bool FlushFile(HANDLE file) noexcept;
+
+FOUNDATION_API bool QueryFileSize(HANDLE file, std::uint64_t* size) noexcept;
+FOUNDATION_API bool QueryFileInformation(HANDLE file,
+                                         BY_HANDLE_FILE_INFORMATION* information) noexcept;
+
+// Locks [offset, offset + length) against reading, writing and locking through any other handle,
+// without waiting: 33 when a byte of it is locked already, through this handle too. The range may
+// lie behind the end. Unlocking names exactly a range that was locked (else 158). 5 without read
+// or write access. Transfers of other users' processes are not held back, their locks are.
+FOUNDATION_API bool LockFile(HANDLE file, std::uint64_t offset, std::uint64_t length) noexcept;
+FOUNDATION_API bool UnlockFile(HANDLE file, std::uint64_t offset, std::uint64_t length) noexcept;
+
+// Accepts the number of handles the program means to use and answers how many it may.
+FOUNDATION_API std::uint32_t SetHandleCount(std::uint32_t count) noexcept;
+
+// ---- Mappings -----------------------------------------------------------------------------------
+
+// A mapping of the file's first `size` bytes (0: the whole file), to read or to read and write; the
+// latter extends a shorter file, with room on the disk for every byte (112 when there is none), so
+// that storing through a view cannot run out of it. Null on failure:
+//   5 the handle's access does not allow it   8 longer than the file, for reading
+//   1006 the file is empty and `size` is 0
+// A mapping outlives its file's handle, a view its mapping's.
+[[nodiscard]] FOUNDATION_API HANDLE CreateMapping(HANDLE file, bool writable,
+                                                  std::uint64_t size) noexcept;
+
+// A view of the mapping's first `size` bytes (0: all). Null on failure (5: longer than the mapping,
+// or to write and the mapping is not). The view ends with UnmapView, which takes its first byte
+// (487: no view begins there).
+[[nodiscard]] FOUNDATION_API void* MapView(HANDLE mapping, bool writable,
+                                           std::uint64_t size) noexcept;
+FOUNDATION_API bool UnmapView(void* view) noexcept;
+
+// Has the system store the view's first `size` bytes (0: all).
+FOUNDATION_API bool FlushView(const void* view, std::uint64_t size) noexcept;
+
+// ---- Names of files -----------------------------------------------------------------------------
+
+// 2, 3: no such file or folder; 5: read-only or a folder; 32: a handle does not share deleting.
+FOUNDATION_API bool RemoveFile(const char16_t* name) noexcept;
+
+// Renames a file or folder, also to another folder; `replace` allows an existing file as target
+// (else 183), `copy` a file's way to another file system. A target is replaced in one step: whoever
+// stops in between finds the old or the new content. Across file systems the source goes last.
+FOUNDATION_API bool RenameFile(const char16_t* from, const char16_t* to, bool replace,
+                               bool copy) noexcept;
+
+// Copies content, attributes and time of last change. 80 when the target exists and `replace` is
+// false. A copy that fails half-way leaves no target behind.
+FOUNDATION_API bool DuplicateFile(const char16_t* from, const char16_t* to, bool replace) noexcept;
+
+// The attribute word: a folder 0x10, a file at least 0x80 (normal) when no other bit is set. A file
+// that was never given attributes has the archive bit. Read-only (files only) is kept in the
+// permission bits; hidden, system, archive and temporary in an extended attribute: they are dropped
+// where the file system has none. Other bits are ignored.
+[[nodiscard]] FOUNDATION_API std::uint32_t QueryAttributes(const char16_t* name) noexcept;
+FOUNDATION_API bool SetAttributes(const char16_t* name, std::uint32_t attributes) noexcept;
+
+// What the C runtime's stat knows; times are seconds since 1970-01-01 UTC.
+struct FileStatus {
+    std::uint32_t mode;  // kModeFolder, ...; permissions of the owner 0x100 read, 0x80 write, 0x40
+    std::uint32_t links;
+    std::uint32_t device;
+    std::uint64_t index;
+    std::uint64_t size;
+    std::int64_t access;
+    std::int64_t modification;
+    std::int64_t creation;  // of the last change of status where the system keeps no creation time
+};
+enum : std::uint32_t {
+    kModeKind = 0xF000,
+    kModePipe = 0x1000,
+    kModeDevice = 0x2000,
+    kModeFolder = 0x4000,
+    kModeFile = 0x8000,
+};
+
+// 0, or the C runtime's error number (2: nothing of that name, 13: not allowed, ...); *status is
+// then all zero. The last error is left alone. A folder may be named with a separator behind.
+[[nodiscard]] FOUNDATION_API int QueryStatus(const char16_t* name, FileStatus* status) noexcept;
+
+// Whether something of that name exists; false also when it cannot be asked.
+[[nodiscard]] FOUNDATION_API bool Exists(const char16_t* name) noexcept;
+
+// ---- Folders and temporary files ----------------------------------------------------------------
+// Texts are written zero-terminated; the answer is their length without the zero, 0 on failure
+// (122: it does not fit). A folder named for the caller is a full path with "\" and a drive.
+
+FOUNDATION_API bool CreateFolder(const char16_t* name) noexcept;  // 183: the name exists
+FOUNDATION_API bool RemoveFolder(const char16_t* name) noexcept;  // 145: not empty, 267: no folder
+
+// The current folder belongs to the whole process. A name with a drive makes that the current
+// drive (C at first); the current folder of any other drive is its root.
+FOUNDATION_API bool ChangeFolder(const char16_t* name) noexcept;
+// `drive`: 0 is the current one, 1 is A; 15 for one above 26.
+[[nodiscard]] FOUNDATION_API std::uint32_t CurrentFolder(std::uint32_t drive,
+                                                         std::span<char16_t> folder) noexcept;
+
+// The folder for temporary files, with a separator at its end: $TMPDIR, or /tmp.
+[[nodiscard]] FOUNDATION_API std::uint32_t TemporaryFolder(std::span<char16_t> folder) noexcept;
+
+// folder \ first three units of prefix, number in hexadecimal, ".tmp". With `unique` 0 finds a
+// number that is free and makes the file, empty and for its owner only; otherwise only builds the
+// name from the low 16 bits. Answers the number used, 0 on failure.
+FOUNDATION_API std::uint32_t CreateTemporaryFile(const char16_t* folder, const char16_t* prefix,
+                                                 std::uint32_t unique,
+                                                 std::span<char16_t> name) noexcept;
+
+}  // namespace platform
+
+#endif
