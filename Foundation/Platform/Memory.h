@@ -34,6 +34,15 @@ struct _SHI_Pool {
     std::uint32_t flags;    // 2 for every pool of the library; kept, changes nothing
     std::atomic<std::uint32_t> cache_index{0};  // place in the thread caches, 0 until first used
     std::atomic<bool> busy{false};              // guards what follows
+    void* free_blocks = nullptr;                // linked through their first word
+    std::size_t free_count = 0;
+    char* fresh = nullptr;  // blocks of the latest slab that were never used: fresh_count of them
+    std::size_t fresh_count = 0;
+    void* slabs = nullptr;  // linked through their first word
+    std::size_t total_count = 0;
+    bool listed = false;        // among all pools that were ever used:
+    _SHI_Pool* next = nullptr;
+};              // guards what follows
     void* free_blocks = nullptr;
     void* slabs = nullptr;
     std::size_t free_count = 0;
@@ -70,11 +79,17 @@ FOUNDATION_API void Free(void* block) noexcept;
 FOUNDATION_API void FreeBlock(_SHI_Pool* pool, void* block) noexcept;
 
 // Test seam: makes the `countdown`-th allocation of this thread from now on fail (1: the next one),
-// and with `sticky` all that follow; 0 switches it off. AllocationCount counts this thread's calls
-// of the allocating functions, LiveBlocks the blocks of all threads not yet freed.
+// and with `sticky` all that follow; 0 switches it off. AllocationCount counts this thread's tries
+// to allocate, LiveBlocks the blocks of all threads not yet freed (exact while the other threads
+// rest). Both always count, in counters of each thread; a trial after the handler freed memory is
+// a try of its own.
 FOUNDATION_API void FailAllocation(std::uint64_t countdown, bool sticky = false) noexcept;
 [[nodiscard]] FOUNDATION_API std::uint64_t AllocationCount() noexcept;
 [[nodiscard]] FOUNDATION_API std::int64_t LiveBlocks() noexcept;
+
+// Gives the memory of pools whose blocks have all come back to the heap again, and stops caching in
+// the calling thread. Called once when the library goes; everything keeps working afterwards.
+void ReleasePools() noexcept;
 
 // For standard containers inside the library: memory from the manager, so that exhaustion reaches
 // callers the same way everywhere. std::bad_alloc is thrown only when no handler throws.

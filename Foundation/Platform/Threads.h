@@ -19,8 +19,7 @@ FOUNDATION_API void FreeThreadSlot(std::uint32_t slot) noexcept;
 [[nodiscard]] FOUNDATION_API void* ThreadSlot(std::uint32_t slot) noexcept;
 FOUNDATION_API bool SetThreadSlot(std::uint32_t slot, void* value) noexcept;
 
-// Test seam: while set, AllocateThreadSlot finds no slot. The environment variable
-// FOUNDATION_TEST_NO_THREAD_SLOT=1 sets it for the load of the library itself.
+// Test seam: while set, AllocateThreadSlot finds no slot.
 FOUNDATION_API void FailThreadSlots(bool fail) noexcept;
 
 }  // namespace platform
