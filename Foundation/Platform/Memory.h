@@ -40,13 +40,8 @@ struct _SHI_Pool {
     std::size_t fresh_count = 0;
     void* slabs = nullptr;  // linked through their first word
     std::size_t total_count = 0;
-    bool listed = false;        // among all pools that were ever used:
+    bool listed = false;  // among all pools that were ever used:
     _SHI_Pool* next = nullptr;
-};              // guards what follows
-    void* free_blocks = nullptr;
-    void* slabs = nullptr;
-    std::size_t free_count = 0;
-    std::size_t total_count = 0;
 };
 
 namespace platform {

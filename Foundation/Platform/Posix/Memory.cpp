@@ -115,8 +115,8 @@ void* AllocateZeroed(std::size_t size) {
 }
 
 void* Reallocate(void* block, std::size_t size) {
-    void* const result = Obtained(
-        [block, rounded = Rounded(size)] { return std::realloc(block, rounded); });
+    void* const result =
+        Obtained([block, rounded = Rounded(size)] { return std::realloc(block, rounded); });
     if (result != nullptr && block != nullptr) detail::CountLive(detail::Mine(), -1);
     return result;
 }
