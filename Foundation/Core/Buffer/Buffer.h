@@ -138,8 +138,7 @@ public:
     // Moves the own bytes [from, from + length) before the byte that is at `at`; `at` must not lie
     // inside the range.
     void v_AtInsertMove(std::uint32_t from, std::uint32_t length, std::uint32_t at);
-    // Moves the bytes out of `source`, which must be another buffer; 0xFFFFFFFF takes all from
-    // `from` on.
+    // Moves bytes out of `source`; length 0xFFFFFFFF takes all from `from` on.
     void v_AtInsertMove(CT_Buffer* source, std::uint32_t from, std::uint32_t length,
                         std::uint32_t at);
 
@@ -179,10 +178,13 @@ private:
     void v_CopyBeforeWrite();
     void v_SetUsedBufferSize(std::uint32_t size) noexcept { pso_GetData()->used_size = size; }
     void v_AppendSlow(int byte);
+    void v_CopyUsedTo(std::byte* fresh) const noexcept;
+    void v_Reallocate(std::uint32_t capacity);
     void v_TakeBlock(std::byte* data) noexcept;
-    [[nodiscard]] std::byte* MakeRoom(std::uint32_t size);
+    void v_MakeRoom(std::uint64_t size);
     [[nodiscard]] std::byte* OpenGap(std::uint32_t length, std::uint32_t at);
-    [[nodiscard]] bool HoldsAddress(const void* address) const noexcept;
+    [[nodiscard]] std::uint32_t CountFrom(std::uint32_t from, std::uint32_t length) const noexcept;
+    [[nodiscard]] CT_Buffer HoldIfOwn(const void* data, bool block_moves) const noexcept;
 
     std::uint32_t growth_ = kDefaultGrowth;
     std::byte* data_ = nullptr;

@@ -1,0 +1,220 @@
+#include "Foundation/Core/Buffer/Buffer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+
+#include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Platform/Memory.h"
+#include "Foundation/Platform/Scan.h"
+
+using namespace foundation::detail;
+
+namespace foundation::detail {
+
+std::byte* NewBlock(std::uint32_t capacity) {
+    void* const block = platform::Allocate(kSlack + kHeaderSize + capacity);
+    if (block == nullptr) ReportExhausted();
+    std::byte* const data = static_cast<std::byte*>(block) + kSlack + kHeaderSize;
+    new (data - kHeaderSize) CT_Buffer::st_BufferData{1, capacity, 0};
+    return data;
+}
+
+void ReportExhausted() {
+    // No system grants this much, so the handler hears of it as of any other exhaustion.
+    platform::Free(platform::Allocate(std::numeric_limits<std::size_t>::max() / 4));
+    throw CT_SmartHeapException("Out of memory", platform::kMemoryExhausted);
+}
+
+std::uint32_t CapacityOf(std::uint64_t block, std::uint64_t size) {
+    const std::uint64_t cut = std::min(block, kLargestBlock);
+    if (cut < size + kHeaderSize) ReportExhausted();
+    return static_cast<std::uint32_t>(cut - kHeaderSize);
+}
+
+}  // namespace foundation::detail
+
+namespace {
+
+constinit _SHI_Pool pool(sizeof(CT_Buffer), 1024);
+
+std::uint64_t InitialBlock(std::uint64_t size, std::uint32_t growth) {
+    return RoundUp(size + kHeaderSize, std::max(growth, 1u));
+}
+
+// Small blocks follow the growth step, large ones a proportion that leaves the header out.
+std::uint64_t GrownBlock(std::uint64_t size, std::uint32_t growth) {
+    if (size < 1024) return InitialBlock(size, growth);
+    if (size < 2048) return RoundUp(size * 5 / 4, 64);
+    if (size < 4096) return RoundUp(size * 7 / 5, 64);
+    return RoundUp(size * 3 / 2, 64);
+}
+
+std::byte* NewInitialBlock(std::uint32_t size, std::uint32_t growth) {
+    return size == 0 ? nullptr : NewBlock(CapacityOf(InitialBlock(size, growth), size));
+}
+
+}  // namespace
+
+CT_Buffer::CT_Buffer(std::uint32_t size, std::uint32_t growth) {
+    v_Init(size, growth);
+}
+
+CT_Buffer::CT_Buffer(const void* data, std::uint32_t size, std::uint32_t growth) {
+    v_Init(data, size, growth);
+}
+
+CT_Buffer::CT_Buffer(const CT_Buffer* other) noexcept {
+    if (other == nullptr) return;
+    growth_ = other->growth_;
+    data_ = other->data_;
+    v_IncUseCount();
+}
+
+CT_Buffer& CT_Buffer::operator=(CT_Buffer&& other) noexcept {
+    if (this == &other) return *this;
+    growth_ = other.growth_;
+    v_TakeBlock(std::exchange(other.data_, nullptr));
+    return *this;
+}
+
+void* CT_Buffer::operator new(std::size_t size) {
+    void* const block =
+        size == sizeof(CT_Buffer) ? platform::AllocateBlock(&pool) : platform::Allocate(size);
+    if (block == nullptr) ReportExhausted();
+    return block;
+}
+
+void CT_Buffer::operator delete(void* block, std::size_t size) noexcept {
+    if (size == sizeof(CT_Buffer)) {
+        platform::FreeBlock(&pool, block);
+    } else {
+        platform::Free(block);
+    }
+}
+
+_SHI_Pool* CT_Buffer::spso_GetMemPool() noexcept {
+    return &pool;
+}
+
+void CT_Buffer::v_SetSize(std::uint32_t size, BOOL keep) {
+    if (size == 0) return v_TakeBlock(nullptr);
+    const std::uint32_t capacity = CapacityOf(GrownBlock(size, growth_), size);
+    const bool owned = data_ != nullptr && !b_IsShared();
+    if (owned && capacity == n_GetMaximumSize()) {
+        if (keep == FALSE) v_SetUsedBufferSize(0);
+    } else if (owned && keep != FALSE) {
+        v_Reallocate(capacity);
+    } else {
+        std::byte* const fresh = NewBlock(capacity);
+        if (keep != FALSE) v_CopyUsedTo(fresh);
+        v_TakeBlock(fresh);
+    }
+}
+
+void CT_Buffer::v_SetMinSize(std::uint32_t size, BOOL keep) {
+    if (n_GetMaximumSize() < size) v_SetSize(size, keep);
+}
+
+void CT_Buffer::v_SetUsedSize(std::uint32_t size) {
+    if (data_ == nullptr) return;
+    v_CopyWeWrite();
+    v_SetUsedBufferSize(size);
+}
+
+void CT_Buffer::v_Set(std::uint32_t size, std::uint32_t growth, BOOL reuse) {
+    const std::uint32_t step = growth == kToEnd ? growth_ : growth;
+    const bool kept = reuse != FALSE && data_ != nullptr && !b_IsShared() &&
+                      InitialBlock(size, step) <= n_GetMaximumSize() + kHeaderSize;
+    if (kept || (data_ == nullptr && size == 0)) {
+        if (kept) v_SetUsedBufferSize(0);
+    } else {
+        v_TakeBlock(NewInitialBlock(size, step));
+    }
+    growth_ = step;
+}
+
+void CT_Buffer::v_Set(const CT_Buffer* other) noexcept {
+    if (other == this) return;
+    CT_Buffer shared(other);
+    if (other == nullptr) shared.growth_ = growth_;
+    *this = std::move(shared);
+}
+
+void CT_Buffer::v_Set(const void* data, std::uint32_t size, std::uint32_t growth) {
+    // The new block is complete before the old one goes, which may hold the data.
+    *this = CT_Buffer(data, size, growth == kToEnd ? growth_ : growth);
+}
+
+std::uint32_t CT_Buffer::n_Find(int byte, std::uint32_t from) const noexcept {
+    const char wanted = static_cast<char>(byte);
+    return n_Find(&wanted, 1, from);
+}
+
+std::uint32_t CT_Buffer::n_Find(const void* data, std::uint32_t length,
+                                std::uint32_t from) const noexcept {
+    const std::uint32_t used = n_GetUsedSize();
+    if (from >= used) return kNotFound;
+    const std::size_t hit =
+        platform::FindText(reinterpret_cast<const char*>(data_) + from, used - from,
+                           static_cast<const char*>(data), std::max(length, 1u));
+    return hit == platform::kNoHit ? kNotFound : from + static_cast<std::uint32_t>(hit);
+}
+
+BOOL CT_Buffer::b_IsEqual(const void* data, std::uint32_t length, std::uint32_t at) const noexcept {
+    const std::uint32_t used = n_GetUsedSize();
+    if (at >= used) return TRUE;
+    return std::memcmp(data_ + at, data, std::min(length, used - at)) == 0;
+}
+
+BOOL CT_Buffer::b_IsEqual(const CT_Buffer* source, std::uint32_t from, std::uint32_t length,
+                          std::uint32_t at) const noexcept {
+    const std::uint32_t rest = source->n_GetUsedSize() - from;
+    if (rest == 0) return TRUE;
+    return b_IsEqual(source->data_ + from, length == kToEnd ? rest : length, at);
+}
+
+void CT_Buffer::v_DeleteData() noexcept {
+    platform::Free(data_ - kHeaderSize - kSlack);
+}
+
+void CT_Buffer::v_Init(std::uint32_t size, std::uint32_t growth) {
+    growth_ = growth;
+    data_ = NewInitialBlock(size, growth);
+}
+
+void CT_Buffer::v_Init(const void* data, std::uint32_t size, std::uint32_t growth) {
+    v_Init(size, growth);
+    if (size == 0) return;
+    std::memcpy(data_, data, size);
+    v_SetUsedBufferSize(size);
+}
+
+void CT_Buffer::v_CopyBeforeWrite() {
+    std::byte* const fresh = NewBlock(n_GetMaximumSize());
+    v_CopyUsedTo(fresh);
+    v_TakeBlock(fresh);
+}
+
+void CT_Buffer::v_CopyUsedTo(std::byte* fresh) const noexcept {
+    if (data_ == nullptr) return;
+    st_BufferData* const header = reinterpret_cast<st_BufferData*>(fresh) - 1;
+    header->used_size = std::min(n_GetUsedSize(), header->maximum_size);
+    std::memcpy(fresh, data_, header->used_size);
+}
+
+void CT_Buffer::v_Reallocate(std::uint32_t capacity) {
+    const std::uint32_t used = std::min(n_GetUsedSize(), capacity);
+    void* const block =
+        platform::Reallocate(data_ - kHeaderSize - kSlack, kSlack + kHeaderSize + capacity);
+    if (block == nullptr) ReportExhausted();
+    data_ = static_cast<std::byte*>(block) + kSlack + kHeaderSize;
+    new (data_ - kHeaderSize) st_BufferData{1, capacity, used};
+}
+
+void CT_Buffer::v_TakeBlock(std::byte* data) noexcept {
+    v_DecUseCount();
+    data_ = data;
+}
