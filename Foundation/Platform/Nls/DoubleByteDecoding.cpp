@@ -1,0 +1,164 @@
+// Double-byte pages, bytes to units: a lead byte and the byte behind it are one unit.
+//
+// The fast way looks at 16 bytes at once: how many of them, from the first on, are pairs with a
+// lead byte of the page's fast range, or else ASCII. Eight cells are fetched whatever that number
+// is, so that only the ends of long runs are branches. Whatever stops it is decoded the plain way.
+#include <bit>
+
+#include "Foundation/Platform/Nls/CodePageDetail.h"
+#include "Foundation/Platform/Nls/SimdBlocks.h"
+
+namespace platform::nls {
+namespace {
+
+// One character: what it gives and how many bytes it takes.
+struct Character {
+    char16_t unit;
+    unsigned char size;
+    bool defined;  // not refused by strict decoding
+};
+
+class Decoder {
+public:
+    Decoder(const TablePage& page, const Decoding& call) noexcept
+        : page_(page), view_(page), call_(call) {}
+
+    [[nodiscard]] bool IsValid() const noexcept {
+        for (std::size_t at = 0; at < call_.length;) {
+            const Character character = Next(at);
+            if (!character.defined) return false;
+            at += character.size;
+        }
+        return true;
+    }
+
+    template <bool writing>
+    Outcome Run() noexcept {
+        while (at_ < call_.length) {
+            RunBlocks<writing>();
+            if (at_ == call_.length) break;
+            if (count_ == call_.capacity) return {count_, kErrorInsufficientBuffer};
+            const Character character = Next(at_);
+            if constexpr (writing) call_.out[count_] = character.unit;
+            ++count_;
+            at_ += character.size;
+        }
+        return {count_, kErrorSuccess};
+    }
+
+private:
+    [[nodiscard]] Character Next(std::size_t at) const noexcept {
+        const unsigned char byte = call_.text[at];
+        if (!view_.IsLead(byte)) {
+            const char16_t unit = view_.Single(byte);
+            return {
+                unit, 1,
+                !IsPrivateUse(unit) && (unit != page_.default_unit || byte == page_.default_code)};
+        }
+        // A lead byte that is last or stands before a zero byte stands for itself alone.
+        const unsigned char trail = at + 1 < call_.length ? call_.text[at + 1] : 0;
+        if (trail == 0) return {page_.default_unit, 1, false};
+        return {view_.Pair(byte, trail), 2, view_.IsDefinedPair(byte, trail)};
+    }
+
+#if FOUNDATION_SSE2
+    // Converts runs of fast pairs and of ASCII; returns where neither comes next, or near an end.
+    template <bool writing>
+    void RunBlocks() noexcept;
+    [[nodiscard]] bool HasRoom() const noexcept {
+        return call_.length - at_ >= kBlock && call_.capacity - count_ >= kBlock;
+    }
+#else
+    template <bool writing>
+    void RunBlocks() noexcept {}
+#endif
+
+    const TablePage& page_;
+    DoubleByteView view_;
+    const Decoding& call_;
+    std::size_t at_ = 0;
+    std::size_t count_ = 0;
+};
+
+#if FOUNDATION_SSE2
+
+__m128i Repeat(std::uint8_t even, std::uint8_t odd) noexcept {
+    return _mm_set1_epi16(static_cast<short>(even | odd << 8));
+}
+
+// Eight pairs at once: lead bytes at even places.
+class PairBlock {
+public:
+    explicit PairBlock(const TablePage& page) noexcept
+        : cells_(kCells + page.cells),
+          flip_(Repeat(page.fast_flip, 0)),
+          first_(Repeat(page.fast_first, page.first_trail)),
+          last_(Repeat(static_cast<std::uint8_t>(page.fast_count - 1), page.trail_count)),
+          columns_(_mm_set1_epi16(static_cast<short>(page.trail_count + 1))) {}
+
+    // How many pairs the block begins with. Leaves the places of all eight cells in places_; those
+    // of further pairs are of no use, but within the page.
+    unsigned int Locate(__m128i block) noexcept {
+        const __m128i offsets = _mm_sub_epi8(_mm_xor_si128(block, flip_), first_);
+        const __m128i places = _mm_min_epu8(offsets, last_);
+        const __m128i rows = _mm_and_si128(places, _mm_set1_epi16(0xFF));
+        places_ = _mm_add_epi16(_mm_mullo_epi16(rows, columns_), _mm_srli_epi16(places, 8));
+
+        const __m128i fast_leads = _mm_cmpeq_epi8(places, offsets);
+        const __m128i zeros = _mm_cmpeq_epi8(block, _mm_setzero_si128());
+        const __m128i pairs = _mm_andnot_si128(zeros, _mm_or_si128(fast_leads, Repeat(0, 0xFF)));
+        const auto others = ~static_cast<unsigned int>(_mm_movemask_epi8(pairs));
+        return static_cast<unsigned int>(std::countr_zero(others)) / 2;  // at most 16: bits above
+    }
+
+    void Fetch(char16_t* out) const noexcept {
+        std::uint16_t places[8];
+        StoreBlock(places_, places);
+        for (int i = 0; i < 8; ++i) out[i] = cells_[places[i]];
+    }
+
+private:
+    const char16_t* cells_;
+    __m128i flip_;
+    __m128i first_;
+    __m128i last_;
+    __m128i columns_;
+    __m128i places_{};
+};
+
+template <bool writing>
+void Decoder::RunBlocks() noexcept {
+    PairBlock pairs(page_);
+    while (HasRoom()) {
+        const std::size_t before = at_;
+        unsigned int taken = 8;
+        while (taken == 8 && HasRoom()) {
+            taken = pairs.Locate(LoadBlock(call_.text + at_));
+            if constexpr (writing) pairs.Fetch(call_.out + count_);
+            at_ += 2 * taken;
+            count_ += taken;
+        }
+        taken = kBlock;
+        while (taken == kBlock && HasRoom()) {
+            const __m128i block = LoadBlock(call_.text + at_);
+            const auto high = static_cast<unsigned int>(_mm_movemask_epi8(block)) | 1u << kBlock;
+            taken = static_cast<unsigned int>(std::countr_zero(high));
+            if constexpr (writing) StoreWidened(block, call_.out + count_);
+            at_ += taken;
+            count_ += taken;
+        }
+        if (at_ == before) return;
+    }
+}
+
+#endif
+
+}  // namespace
+
+Outcome DecodeDoubleByte(const TablePage& page, const Decoding& call) noexcept {
+    Decoder decoder(page, call);
+    if (call.strict && !decoder.IsValid()) return {0, kErrorNoUnicodeTranslation};
+    return call.out == nullptr ? decoder.Run<false>() : decoder.Run<true>();
+}
+
+}  // namespace platform::nls
