@@ -3,6 +3,7 @@
 
     codepages.py DATA            writes the tables from the folder DATA
     codepages.py --check DATA    compares the committed tables with what would be written
+    codepages.py --sums DATA     prints the rows of kWholePages in tests/Platform/CodePagesTest.cpp
 
 DATA holds cpinfo.tsv, leadbytes.tsv, sb/cpN.tsv and db/cpN.tsv: the strict mappings of the Windows
 code pages (no best fit), facts that agree in the code-page files published for Windows and in the
@@ -338,13 +339,38 @@ extern const TablePage kTablePages[kTablePageCount];
 '''
 
 
+def checksum(pairs):
+    """32-bit FNV-1a over pairs of numbers, each number a step."""
+    state = 0x811C9DC5
+    for pair in pairs:
+        for number in pair:
+            state = (state ^ number) * 0x01000193 & 0xFFFFFFFF
+    return state
+
+
+def print_sums(pages):
+    """Sums over the (code, unit) rows in code order and the encodings in unit order.
+
+    A row that only repeats the default unit cannot be told from a missing one, and is left out.
+    """
+    for page in pages.values():
+        rows = [row for row in sorted(page.decode.items())
+                if row[1] != page.default_unit or row[0] == page.default_code]
+        print('    {%d, 0x%04X, 0x%08X, 0x%08X},' % (
+            page.number, page.default_unit, checksum(rows), checksum(sorted(page.encode.items()))))
+
+
 def main():
     parser = argparse.ArgumentParser(description='Makes the code-page tables.')
     parser.add_argument('data', type=pathlib.Path, help='folder of cpinfo.tsv, sb and db')
     parser.add_argument('--check', action='store_true', help='compare, write nothing')
+    parser.add_argument('--sums', action='store_true', help='print checksums, write nothing')
     arguments = parser.parse_args()
 
-    tables = Tables(load(arguments.data))
+    pages = load(arguments.data)
+    if arguments.sums:
+        return print_sums(pages)
+    tables = Tables(pages)
     tables.verify()
     stale = []
     for name, content in files(tables).items():

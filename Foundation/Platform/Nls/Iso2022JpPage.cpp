@@ -18,8 +18,8 @@ constexpr char16_t kLastHalfWidth = 0xFF9F;
 enum class Set : unsigned char { kAscii, kKana, kX0208, kX0212, kNone };
 
 struct Selection {
-    std::string_view bytes;  // behind ESC
-    Set set;                 // kNone: swallowed without effect
+    char bytes[4];  // behind ESC
+    Set set;        // kNone: swallowed without effect
 };
 constexpr auto kSelections = std::to_array<Selection>({{"(B", Set::kAscii},
                                                        {"(J", Set::kAscii},
@@ -76,7 +76,7 @@ private:
                                     call_.length - at_);
         for (const Selection& selection : kSelections) {
             if (!rest.starts_with(selection.bytes)) continue;
-            at_ += selection.bytes.size();
+            at_ += std::string_view(selection.bytes).size();
             if (selection.set != Set::kNone) set_ = saved_ = selection.set;
             return;
         }

@@ -16,25 +16,25 @@ struct SystemPages {
 };
 
 struct LanguagePages {
-    std::string_view name;  // a language, or a language and a territory
+    char name[6];  // a language, or a language and a territory
     SystemPages pages;
 };
 
 // What the system has for each language that is not like most of Western Europe.
 // The OEM pages 737, 775, 852, 855, 857 and 866 are not served: the ANSI page takes their place.
-constexpr auto kLanguages = std::to_array<LanguagePages>({
-    {"ar", {1256, 720}},    {"az", {1254, 1254}},  {"be", {1251, 1251}},  {"bg", {1251, 1251}},
-    {"bs", {1250, 1250}},   {"cs", {1250, 1250}},  {"el", {1253, 1253}},  {"en", {1252, 437}},
-    {"en_US", {1252, 437}}, {"et", {1257, 1257}},  {"fa", {1256, 720}},   {"he", {1255, 862}},
-    {"hr", {1250, 1250}},   {"hu", {1250, 1250}},  {"iw", {1255, 862}},   {"ja", {932, 932}},
-    {"kk", {1251, 1251}},   {"ko", {949, 949}},    {"ky", {1251, 1251}},  {"lt", {1257, 1257}},
-    {"lv", {1257, 1257}},   {"mk", {1251, 1251}},  {"mn", {1251, 1251}},  {"pl", {1250, 1250}},
-    {"ro", {1250, 1250}},   {"ru", {1251, 1251}},  {"sk", {1250, 1250}},  {"sl", {1250, 1250}},
-    {"sq", {1250, 1250}},   {"sr", {1251, 1251}},  {"tg", {1251, 1251}},  {"th", {874, 874}},
-    {"tr", {1254, 1254}},   {"tt", {1251, 1251}},  {"uk", {1251, 1251}},  {"ur", {1256, 720}},
-    {"uz", {1254, 1254}},   {"vi", {1258, 1258}},  {"zh", {936, 936}},    {"zh_CN", {936, 936}},
-    {"zh_HK", {950, 950}},  {"zh_MO", {950, 950}}, {"zh_SG", {936, 936}}, {"zh_TW", {950, 950}},
-});
+constexpr auto kLanguages = std::to_array<LanguagePages>(
+    {{"ar", {1256, 720}},    {"az", {1254, 1254}},   {"be", {1251, 1251}},   {"bg", {1251, 1251}},
+     {"bs", {1250, 1250}},   {"cs", {1250, 1250}},   {"el", {1253, 1253}},   {"en", {1252, 437}},
+     {"en_AU", {1252, 850}}, {"en_CA", {1252, 850}}, {"en_GB", {1252, 850}}, {"en_IE", {1252, 850}},
+     {"en_NZ", {1252, 850}}, {"et", {1257, 1257}},   {"fa", {1256, 720}},    {"he", {1255, 862}},
+     {"hr", {1250, 1250}},   {"hu", {1250, 1250}},   {"iw", {1255, 862}},    {"ja", {932, 932}},
+     {"kk", {1251, 1251}},   {"ko", {949, 949}},     {"ky", {1251, 1251}},   {"lt", {1257, 1257}},
+     {"lv", {1257, 1257}},   {"mk", {1251, 1251}},   {"mn", {1251, 1251}},   {"pl", {1250, 1250}},
+     {"ro", {1250, 1250}},   {"ru", {1251, 1251}},   {"sk", {1250, 1250}},   {"sl", {1250, 1250}},
+     {"sq", {1250, 1250}},   {"sr", {1251, 1251}},   {"tg", {1251, 1251}},   {"th", {874, 874}},
+     {"tr", {1254, 1254}},   {"tt", {1251, 1251}},   {"uk", {1251, 1251}},   {"ur", {1256, 720}},
+     {"uz", {1254, 1254}},   {"vi", {1258, 1258}},   {"zh", {936, 936}},     {"zh_HK", {950, 950}},
+     {"zh_MO", {950, 950}},  {"zh_TW", {950, 950}}});
 constexpr SystemPages kNoLanguage{1252, 437};
 constexpr SystemPages kWestern{1252, 850};
 constexpr SystemPages kCentralEuropean{1250, 1250};
@@ -57,7 +57,8 @@ std::string_view LocaleName() noexcept {
 }
 
 const LanguagePages* Find(std::string_view name) noexcept {
-    const auto row = std::ranges::find(kLanguages, name, &LanguagePages::name);
+    const auto row = std::ranges::find(
+        kLanguages, name, [](const LanguagePages& pages) { return std::string_view(pages.name); });
     return row == kLanguages.end() ? nullptr : &*row;
 }
 
