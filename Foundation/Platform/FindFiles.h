@@ -8,7 +8,8 @@
 // Periods and blanks at the end of a pattern do not count.
 // Order: by name, without regard to case. The names are those of the moment the search began;
 // one that is gone when its turn comes is left out.
-// Errors: as last error. Threads: one search, one thread.
+// Errors: as last error; exhausted memory throws as platform::Allocator does.
+// Threads: one search, one thread.
 #ifndef FOUNDATION_PLATFORM_FINDFILES_H
 #define FOUNDATION_PLATFORM_FINDFILES_H
 
@@ -29,7 +30,7 @@ struct FoundFile {
 };
 
 // Begins a search and delivers its first entry. INVALID_HANDLE_VALUE on failure: 2 nothing matches,
-// 3 no such folder or an empty pattern, 8 out of memory.
+// 3 no such folder or an empty pattern.
 [[nodiscard]] FOUNDATION_API HANDLE FindFirst(const char16_t* pattern, FoundFile* found);
 
 // The next entry; false with 18 when there is none.

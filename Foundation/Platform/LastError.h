@@ -22,6 +22,7 @@ enum : std::uint32_t {
     kErrorInvalidHandle = 6,
     kErrorNotEnoughMemory = 8,
     kErrorInvalidDrive = 15,
+    kErrorNotSameDevice = 17,
     kErrorNoMoreFiles = 18,
     kErrorNotReady = 21,
     kErrorSeek = 25,
@@ -40,11 +41,14 @@ enum : std::uint32_t {
     kErrorNotLocked = 158,
     kErrorAlreadyExists = 183,
     kErrorFilenameExceedsRange = 206,
+    kErrorBadFileType = 222,
     kErrorFileTooLarge = 223,
     kErrorDirectory = 267,
+    kErrorInvalidAddress = 487,
     kErrorInvalidFlags = 1004,
     kErrorFileInvalid = 1006,
     kErrorNoUnicodeTranslation = 1113,
+    kErrorUserMappedFile = 1224,
 };
 
 [[nodiscard]] FOUNDATION_API std::uint32_t LastError() noexcept;

@@ -17,6 +17,7 @@ inline constexpr BOOL FALSE = 0;
 
 // Opaque handles. A null handle is "none"; INVALID_HANDLE_VALUE is the answer of a failed open.
 using HANDLE = void*;
+inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_t{-1});
 struct HINSTANCE__;
 using HINSTANCE = HINSTANCE__*;
 struct HWND__;

@@ -1,0 +1,13 @@
+// Upper case of a unit as file names are compared: one unit to one unit, in no language's order.
+#ifndef FOUNDATION_PLATFORM_FILENAMECASE_H
+#define FOUNDATION_PLATFORM_FILENAMECASE_H
+
+namespace platform {
+
+// The simple upper-case mappings of UnicodeData of the scripts that have case in the basic plane:
+// Latin, Greek, Cyrillic, Armenian and the full-width letters; all other units stay.
+[[nodiscard]] char16_t FileNameUpper(char16_t unit) noexcept;
+
+}  // namespace platform
+
+#endif

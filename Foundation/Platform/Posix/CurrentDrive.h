@@ -1,0 +1,12 @@
+// The letter of the current drive, of the whole process; C until ChangeFolder names another.
+#ifndef FOUNDATION_PLATFORM_POSIX_CURRENTDRIVE_H
+#define FOUNDATION_PLATFORM_POSIX_CURRENTDRIVE_H
+
+namespace platform::posix {
+
+[[nodiscard]] char16_t CurrentDrive() noexcept;
+void SetCurrentDrive(char16_t letter) noexcept;  // A to Z
+
+}  // namespace platform::posix
+
+#endif

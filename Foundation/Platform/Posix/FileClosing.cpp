@@ -1,0 +1,101 @@
+// Closing a file's handle, and removing a file that its last handle was to take along.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <string_view>
+
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Memory.h"
+#include "Foundation/Platform/Posix/Errno.h"
+#include "Foundation/Platform/Posix/FileInternals.h"
+#include "Foundation/Platform/Posix/ShareLocks.h"
+
+namespace platform::posix {
+
+namespace {
+
+// The memory manager's handler may throw; here exhausted memory is error 8.
+char* AllocateText(std::size_t size) noexcept {
+    try {
+        return static_cast<char*>(Allocate(size));
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+void ReleaseRanges(Object* file) {
+    while (file->ranges != nullptr) {
+        LockedRange* range = file->ranges;
+        file->ranges = range->next;
+        if (std::atomic<std::uint32_t>* count = LockCount(file->identity)) {
+            count->fetch_sub(1, std::memory_order_relaxed);
+        }
+        Free(range);
+    }
+}
+
+// A mapping made through the handle keeps the description, and with it what is marked there.
+void ReleaseMarks(const Object& file) {
+    if (!file.mapped) return;
+    Unmark(file.descriptor);
+    UnlockRange(file.descriptor, 0, kLockableEnd);
+}
+
+// Hands path and task over to another open handle of the file.
+bool HandOver(Object* from) noexcept {
+    Object* heir = FindFile([from](Object& file) {
+        if (&file == from || file.identity != from->identity) return false;
+        file.delete_on_close = true;
+        file.delete_pending = true;
+        if (file.path == nullptr) std::swap(file.path, from->path);
+        return true;
+    });
+    return heir != nullptr;
+}
+
+void Remove(const char* path, const FileIdentity& identity) noexcept {
+    struct stat status;
+    if (lstat(path, &status) == 0 && IdentityOf(status) == identity) unlink(path);
+}
+
+}  // namespace
+
+bool KeepPath(Object* file, const char* path) noexcept {
+    char folder[kMaxNativePath] = "";
+    if (*path != '/' && getcwd(folder, sizeof folder) == nullptr) return FailWithErrno();
+    const std::size_t folder_length = std::strlen(folder);
+    const std::size_t path_length = std::strlen(path);
+    char* kept = AllocateText(folder_length + path_length + 2);
+    if (kept == nullptr) return Fail(kErrorNotEnoughMemory);
+    std::memcpy(kept, folder, folder_length);
+    kept[folder_length] = '/';
+    std::memcpy(kept + folder_length + 1, path, path_length + 1);
+    file->path = kept;
+    return true;
+}
+
+bool CloseFile(Object* file) noexcept {
+    int result = 0;
+    if (!file->broken) {
+        ReleaseRanges(file);
+        ReleaseMarks(*file);
+        result = close(file->descriptor);
+    }
+    if (result != 0 && errno != EINTR) {
+        // The descriptor is gone all the same. The handle stays for one more closing.
+        file->broken = true;
+        file->readable = file->writable = false;
+        file->descriptor = -1;
+        return FailWithErrno();
+    }
+    Retire(file);
+    if (file->delete_on_close && !HandOver(file)) Remove(file->path, file->identity);
+    Free(file->path);
+    file->path = nullptr;
+    Release(file);
+    return true;
+}
+
+}  // namespace platform::posix

@@ -1,0 +1,253 @@
+// Removing, renaming and copying files by name.
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <stdio.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "Foundation/Platform/Files.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Posix/Errno.h"
+#include "Foundation/Platform/Posix/FileFaults.h"
+#include "Foundation/Platform/Posix/FileInternals.h"
+#include "Foundation/Platform/Posix/ShareLocks.h"
+
+namespace platform {
+
+namespace posix {
+
+namespace {
+
+// A descriptor that is closed at the end of its scope.
+class Descriptor {
+public:
+    explicit Descriptor(int value) noexcept : value_(value) {}
+    ~Descriptor() {
+        if (value_ >= 0) close(value_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    [[nodiscard]] int get() const noexcept { return value_; }
+    // Closes now; false when the last data could not be stored.
+    bool Close() noexcept {
+        const int value = value_;
+        value_ = -1;
+        return close(value) == 0 || errno == EINTR;
+    }
+
+private:
+    int value_;
+};
+
+int OpenToAsk(const char* path) {
+    return Retry([path] { return open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); });
+}
+
+// Leaves the removal to a handle of this process that shares it, so that the name stays taken.
+bool LeaveToHandle(const NativeName& name, const FileIdentity& identity) {
+    Object* open_file =
+        FindFile([&](const Object& file) { return file.regular && file.identity == identity; });
+    if (open_file == nullptr) return false;
+    if (open_file->path == nullptr && !KeepPath(open_file, name.c_str())) return false;
+    open_file->delete_on_close = true;
+    open_file->delete_pending = true;
+    return true;
+}
+
+bool RemoveNative(const NativeName& name) {
+    struct stat status;
+    if (lstat(name.c_str(), &status) != 0) return name.Fail(errno);
+    if (S_ISDIR(status.st_mode)) return Fail(kErrorAccessDenied);
+    if (S_ISREG(status.st_mode)) {
+        if (IsReadOnly(status)) return Fail(kErrorAccessDenied);
+        const Descriptor descriptor(OpenToAsk(name.c_str()));
+        if (descriptor.get() >= 0) {
+            const Gate gate(descriptor.get());
+            if (IsMarked(descriptor.get(), kDeniesDelete)) return Fail(kErrorSharingViolation);
+            if (LeaveToHandle(name, IdentityOf(status))) return true;
+            return unlink(name.c_str()) == 0 || name.Fail(errno);
+        }
+    }
+    return unlink(name.c_str()) == 0 || name.Fail(errno);
+}
+
+// 0, or why the target may not be replaced.
+std::uint32_t TargetRefusal(const NativeName& to, bool replace) {
+    struct stat status;
+    if (lstat(to.c_str(), &status) != 0)
+        return to.MayBeCreated() ? 0u : std::uint32_t{kErrorInvalidName};
+    if (!replace) return kErrorAlreadyExists;
+    if (S_ISDIR(status.st_mode)) return kErrorAccessDenied;
+    if (!S_ISREG(status.st_mode)) return 0;
+    if (IsReadOnly(status)) return kErrorAccessDenied;
+    const Descriptor descriptor(OpenToAsk(to.c_str()));
+    const bool in_use = descriptor.get() >= 0 && IsMarked(descriptor.get(), kDeniesDelete);
+    return in_use ? std::uint32_t{kErrorAccessDenied} : 0u;
+}
+
+// Renames in one step; where the file system cannot refuse a taken target, by a second name.
+int RenameInOneStep(const char* from, const char* to, bool replace) {
+    if (replace) return rename(from, to);
+    if (renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) == 0) return 0;
+    if (errno != EINVAL && errno != ENOSYS) return -1;
+    if (link(from, to) == 0) return unlink(from);
+    if (errno != EPERM && errno != EOPNOTSUPP) return -1;
+    struct stat status;
+    if (lstat(to, &status) != 0) return rename(from, to);
+    errno = EEXIST;
+    return -1;
+}
+
+bool CopyBySystem(int from, int to, bool* copied) {
+    *copied = false;
+    for (;;) {
+        constexpr std::size_t kPart = std::size_t{1} << 30;
+        const ssize_t moved =
+            Retry([=] { return copy_file_range(from, nullptr, to, nullptr, kPart, 0); });
+        if (moved == 0) return true;
+        if (moved < 0) {
+            const bool unsuited = errno == EXDEV || errno == EINVAL || errno == ENOSYS ||
+                                  errno == EOPNOTSUPP || errno == EBADF;
+            return unsuited && !*copied;
+        }
+        *copied = true;
+    }
+}
+
+bool CopyByHand(int from, int to) {
+    std::array<char, 65536> block;
+    for (;;) {
+        const ssize_t got = Retry([&] { return read(from, block.data(), block.size()); });
+        if (got <= 0) return got == 0;
+        for (ssize_t stored = 0; stored < got;) {
+            const auto rest = static_cast<std::size_t>(got - stored);
+            const ssize_t moved = Retry([&] { return write(to, block.data() + stored, rest); });
+            if (moved < 0) return false;
+            stored += moved;
+        }
+    }
+}
+
+// Content, attributes and time of last change, from one open file to another; false with errno.
+bool CopyContent(int from, int to) {
+    struct stat status;
+    bool copied = false;
+    if (fstat(from, &status) != 0 || !CopyBySystem(from, to, &copied)) return false;
+    // Special files may look empty to the system's own copying.
+    if (!copied && !CopyByHand(from, to)) return false;
+    StoreAttributes(to, StoredAttributes(from));
+    const timespec times[2] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, status.st_mtim};
+    if (futimens(to, times) != 0) return false;
+    return !IsReadOnly(status) || fchmod(to, status.st_mode & 0777u) == 0;
+}
+
+// A move to another file system: a full copy under a passing name beside the target, which then
+// takes the target's name in one step; the source goes last.
+bool MoveByCopy(const NativeName& from, const NativeName& to, bool replace) {
+    const Descriptor source(OpenToAsk(from.c_str()));
+    struct stat status;
+    if (source.get() < 0 || fstat(source.get(), &status) != 0) return from.Fail(errno);
+    if (!S_ISREG(status.st_mode)) return Fail(kErrorNotSameDevice);
+    char passing[kMaxNativePath + 16];
+    std::snprintf(passing, sizeof passing, "%s.XXXXXX", to.c_str());
+    Descriptor target(mkostemp(passing, O_CLOEXEC));
+    if (target.get() < 0) return to.Fail(errno);
+    const bool copied = CopyContent(source.get(), target.get()) &&
+                        fchmod(target.get(), status.st_mode & 07777u) == 0 &&
+                        fsync(target.get()) == 0 && target.Close() &&
+                        RenameInOneStep(passing, to.c_str(), replace) == 0;
+    if (!copied) {
+        const int error = errno;
+        unlink(passing);
+        return to.Fail(error);
+    }
+    return unlink(from.c_str()) == 0 || from.Fail(errno);
+}
+
+bool RenameNative(const NativeName& from, const NativeName& to, bool replace, bool copy) {
+    struct stat status;
+    if (lstat(from.c_str(), &status) != 0) return from.Fail(errno);
+    if (from.view() == to.view()) return true;
+    const Descriptor descriptor(S_ISREG(status.st_mode) ? OpenToAsk(from.c_str()) : -1);
+    const bool asked = descriptor.get() >= 0;
+    if (asked && IsMarked(descriptor.get(), kDeniesDelete)) return Fail(kErrorSharingViolation);
+    const std::uint32_t refusal = TargetRefusal(to, replace);
+    if (refusal != 0) return Fail(refusal);
+    if (RenameInOneStep(from.c_str(), to.c_str(), replace) == 0) return true;
+    if (errno == EXDEV && copy) return MoveByCopy(from, to, replace);
+    // The source is there: what is missing is the target's folder.
+    if (errno == ENOENT || errno == ENOTDIR) return Fail(kErrorPathNotFound);
+    return FailWithErrno();
+}
+
+constexpr std::uint32_t kShareAll = kShareRead | kShareWrite | kShareDelete;
+
+// The target's handle, or INVALID_HANDLE_VALUE with the last error set.
+HANDLE OpenCopyTarget(const Object& source, const char16_t* to, bool replace) {
+    struct stat status, target;
+    const NativeName name(to);
+    if (!name.ok()) return INVALID_HANDLE_VALUE;
+    if (fstat(source.descriptor, &status) != 0) {
+        FailWithErrno();
+        return INVALID_HANDLE_VALUE;
+    }
+    const bool exists = replace && stat(name.c_str(), &target) == 0;
+    if (exists && IdentityOf(target) == source.identity) {
+        SetLastError(kErrorSharingViolation);
+        return INVALID_HANDLE_VALUE;
+    }
+    return Open(to, {.access = kAccessWrite,
+                     .share = kShareRead | kShareWrite,
+                     .disposition = replace ? kCreateAlways : kCreateNew,
+                     .flags_and_attributes = StoredAttributes(source.descriptor),
+                     .mode = (status.st_mode & 0777u) | S_IRUSR | S_IWUSR});
+}
+
+bool CopyToTarget(const Object& source, HANDLE handle, const NativeName& name) {
+    Object* target = Find(handle, Kind::kFile);
+    bool done = CopyContent(source.descriptor, target->descriptor) || FailWithErrno();
+    const std::uint32_t error = LastError();
+    const bool closed = CloseFile(target);
+    if (done && closed) return true;
+    unlink(name.c_str());
+    return Fail(done ? LastError() : error);
+}
+
+bool CopyNative(const char16_t* from, const char16_t* to, bool replace) {
+    const HANDLE source = Open(from, {kAccessRead, kShareAll, kOpenExisting, 0});
+    if (source == INVALID_HANDLE_VALUE) return false;
+    Object* file = Find(source, Kind::kFile);
+    const HANDLE target = OpenCopyTarget(*file, to, replace);
+    const bool done = target != INVALID_HANDLE_VALUE && CopyToTarget(*file, target, NativeName(to));
+    const std::uint32_t error = LastError();
+    CloseFile(file);
+    return done || Fail(error);
+}
+
+}  // namespace
+
+}  // namespace posix
+
+bool RemoveFile(const char16_t* given) noexcept {
+    const posix::NativeName name(given);
+    return name.ok() && !posix::Strikes(FileCall::kRemove) && posix::RemoveNative(name);
+}
+
+bool RenameFile(const char16_t* given_from, const char16_t* given_to, bool replace,
+                bool copy) noexcept {
+    const posix::NativeName from(given_from);
+    if (!from.ok()) return false;
+    const posix::NativeName to(given_to);
+    if (!to.ok() || posix::Strikes(FileCall::kRename)) return false;
+    return posix::RenameNative(from, to, replace, copy);
+}
+
+bool DuplicateFile(const char16_t* from, const char16_t* to, bool replace) noexcept {
+    return !posix::Strikes(FileCall::kCopy) && posix::CopyNative(from, to, replace);
+}
+
+}  // namespace platform

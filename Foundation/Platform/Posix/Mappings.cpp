@@ -1,0 +1,214 @@
+// Mappings of files and the views into them.
+//
+// A mapping has a descriptor of its own on the file's description, so that it outlives the handle;
+// its object lives until the handle and the last view are gone.
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <mutex>
+#include <new>
+
+#include "Foundation/Platform/Files.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Memory.h"
+#include "Foundation/Platform/Posix/Errno.h"
+#include "Foundation/Platform/Posix/FileFaults.h"
+#include "Foundation/Platform/Posix/FileInternals.h"
+#include "Foundation/Platform/Posix/ShareLocks.h"
+
+namespace platform {
+
+namespace posix {
+
+namespace {
+
+struct View {
+    void* start;
+    std::uint64_t size;
+    Object* mapping;
+    View* next;
+};
+
+constinit std::mutex mappings_lock;
+// Guarded by mappings_lock, as every mapping's references are.
+constinit Object* mappings = nullptr;
+constinit View* views = nullptr;
+
+View* NewView() noexcept {
+    try {
+        void* memory = Allocate(sizeof(View));
+        return memory == nullptr ? nullptr : new (memory) View{};
+    } catch (...) {
+        return nullptr;  // the memory manager's handler threw
+    }
+}
+
+bool IsMapped(const FileIdentity& identity, std::uint64_t size) {
+    for (const Object* mapping = mappings; mapping != nullptr; mapping = mapping->next_mapping) {
+        if (mapping->identity == identity && mapping->size > size) return true;
+    }
+    return false;
+}
+
+void Unlink(Object* mapping) {
+    Object** link = &mappings;
+    while (*link != mapping) link = &(*link)->next_mapping;
+    *link = mapping->next_mapping;
+}
+
+// Drops one reference; the last one ends the mapping. Called with mappings_lock held.
+void Drop(Object* mapping) {
+    if (--mapping->references != 0) return;
+    Unlink(mapping);
+    // Another mapping of this process may stand on the same description: its mark stays then.
+    if (!IsMapped(mapping->identity, 0)) UnmarkMapped(mapping->descriptor);
+    close(mapping->descriptor);
+    Release(mapping);
+}
+
+// Room for every byte up to `size`, whether the file is to grow or has holes. What a failed attempt
+// added is cut off again.
+bool Reserve(int descriptor, const struct stat& status, std::uint64_t size) {
+    const auto old_size = static_cast<std::uint64_t>(status.st_size);
+    const bool holes = static_cast<std::uint64_t>(status.st_blocks) * 512 < old_size;
+    const std::uint64_t start = holes ? 0 : old_size;
+    if (size <= start) return true;
+    int error = 0;
+    do {
+        error = posix_fallocate(descriptor, static_cast<off_t>(start),
+                                static_cast<off_t>(size - start));
+    } while (error == EINTR);
+    if (error == 0) return true;
+    if (size > old_size) Retry([&] { return ftruncate(descriptor, status.st_size); });
+    return FailWithErrno(error);
+}
+
+// Checks what CreateMapping was asked for, and extends the file; *size is then the mapping's.
+bool Prepare(const Object& file, bool writable, std::uint64_t* size) {
+    if (!file.readable || (writable && !file.writable)) return Fail(kErrorAccessDenied);
+    struct stat status;
+    if (fstat(file.descriptor, &status) != 0) return FailWithErrno();
+    const auto file_size = static_cast<std::uint64_t>(status.st_size);
+    if (!S_ISREG(status.st_mode)) return Fail(kErrorBadFileType);
+    if (*size == 0) *size = file_size;
+    if (*size == 0) return Fail(kErrorFileInvalid);
+    if (!writable) return *size <= file_size || Fail(kErrorNotEnoughMemory);
+    return Reserve(file.descriptor, status, *size);
+}
+
+View* FindView(const void* start) {
+    for (View* view = views; view != nullptr; view = view->next) {
+        if (view->start == start) return view;
+    }
+    return nullptr;
+}
+
+void* Map(const Object& mapping, bool writable, std::uint64_t size) {
+    const int protection = writable ? PROT_READ | PROT_WRITE : PROT_READ;
+    void* start = mmap(nullptr, size, protection, MAP_SHARED, mapping.descriptor, 0);
+    return start == MAP_FAILED ? nullptr : start;
+}
+
+}  // namespace
+
+bool IsMappedHere(const FileIdentity& identity, std::uint64_t size) noexcept {
+    const std::lock_guard guard(mappings_lock);
+    return IsMapped(identity, size);
+}
+
+bool MappingForbidsSize(const Object& file, std::uint64_t size) noexcept {
+    return file.regular &&
+           (IsMappedHere(file.identity, size) || IsMappedBeyond(file.descriptor, size));
+}
+
+bool CloseMapping(Object* mapping) noexcept {
+    Retire(mapping);
+    const std::lock_guard guard(mappings_lock);
+    Drop(mapping);
+    return true;
+}
+
+}  // namespace posix
+
+using posix::Fail;
+using posix::FailWithErrno;
+using posix::Kind;
+using posix::Object;
+using posix::View;
+
+HANDLE CreateMapping(HANDLE handle, bool writable, std::uint64_t size) noexcept {
+    Object* file = posix::Find(handle, Kind::kFile);
+    if (file == nullptr || posix::Strikes(FileCall::kCreateMapping)) return nullptr;
+    if (!posix::Prepare(*file, writable, &size)) return nullptr;
+    Object* mapping = posix::NewObject(Kind::kMapping);
+    if (mapping == nullptr) return nullptr;
+    mapping->descriptor = fcntl(file->descriptor, F_DUPFD_CLOEXEC, 0);
+    if (mapping->descriptor < 0) {
+        FailWithErrno();
+        posix::Release(mapping);
+        return nullptr;
+    }
+    mapping->writable = writable;
+    mapping->identity = file->identity;
+    mapping->size = size;
+    mapping->references = 1;
+    file->mapped = true;
+    const std::lock_guard guard(posix::mappings_lock);
+    posix::MarkMapped(mapping->descriptor, size);
+    mapping->next_mapping = posix::mappings;
+    posix::mappings = mapping;
+    return posix::Publish(mapping);
+}
+
+void* MapView(HANDLE handle, bool writable, std::uint64_t size) noexcept {
+    Object* mapping = posix::Find(handle, Kind::kMapping);
+    if (mapping == nullptr || posix::Strikes(FileCall::kMapView)) return nullptr;
+    if (size == 0) size = mapping->size;
+    if (size > mapping->size || (writable && !mapping->writable)) {
+        SetLastError(kErrorAccessDenied);
+        return nullptr;
+    }
+    View* view = posix::NewView();
+    void* start = view == nullptr ? nullptr : posix::Map(*mapping, writable, size);
+    if (start == nullptr) {
+        SetLastError(view == nullptr ? kErrorNotEnoughMemory : posix::Win32FromErrno(errno));
+        Free(view);
+        return nullptr;
+    }
+    const std::lock_guard guard(posix::mappings_lock);
+    *view = {start, size, mapping, posix::views};
+    posix::views = view;
+    ++mapping->references;
+    return start;
+}
+
+bool UnmapView(void* start) noexcept {
+    if (posix::Strikes(FileCall::kUnmapView)) return false;
+    const std::lock_guard guard(posix::mappings_lock);
+    for (View** link = &posix::views; *link != nullptr; link = &(*link)->next) {
+        View* view = *link;
+        if (view->start != start) continue;
+        if (munmap(view->start, view->size) != 0) return FailWithErrno();
+        *link = view->next;
+        posix::Drop(view->mapping);
+        Free(view);
+        return true;
+    }
+    return Fail(kErrorInvalidAddress);
+}
+
+bool FlushView(const void* start, std::uint64_t size) noexcept {
+    if (posix::Strikes(FileCall::kFlushView)) return false;
+    std::uint64_t length = 0;
+    {
+        const std::lock_guard guard(posix::mappings_lock);
+        const View* view = posix::FindView(start);
+        if (view == nullptr) return Fail(kErrorInvalidAddress);
+        length = size == 0 || size > view->size ? view->size : size;
+    }
+    return msync(const_cast<void*>(start), length, MS_SYNC) == 0 || FailWithErrno();
+}
+
+}  // namespace platform
