@@ -169,6 +169,8 @@ class Tables:
         flip, first, last = FAST_LEADS[page.number]
         fast = [byte ^ flip for byte in range(first, last + 1)]
         leads = fast + [byte for byte in page.leads if byte not in fast]
+        if page.identity != 1:
+            sys.exit('page %d: ASCII is not ASCII' % page.number)
         if sorted(leads) != sorted(page.leads):
             sys.exit('page %d: a fast lead byte is no lead byte' % page.number)
         trails = [code & 0xFF for code in page.decode if code > 0xFF]

@@ -418,7 +418,7 @@ TEST(CodePagesTest, EncodingFollowsTheRulesOfEachPage) {
     };
     for (const auto& [page, flags, units, default_char, used, bytes, error] : cases) {
         SCOPED_TRACE(testing::Message() << page << " " << testing::PrintToString(bytes));
-        for (const std::size_t capacity : {0, 64}) {
+        for (const std::size_t capacity : {std::size_t{0}, std::size_t{64}}) {
             BOOL used_default = 7;
             const auto answer = Encode(page, flags, units, capacity, default_char,
                                        used == -1 ? nullptr : &used_default);

@@ -36,17 +36,26 @@ public:
     Outcome Run() noexcept {
         while (at_ < call_.length) {
             RunBlocks<writing>();
-            if (at_ == call_.length) break;
-            if (count_ == call_.capacity) return {count_, kErrorInsufficientBuffer};
-            const Character character = Next(at_);
-            if constexpr (writing) call_.out[count_] = character.unit;
-            ++count_;
-            at_ += character.size;
+            // Further characters that no block begins with need not be tried as one.
+            bool suits_blocks = false;
+            while (at_ < call_.length && !suits_blocks) {
+                if (count_ == call_.capacity) return {count_, kErrorInsufficientBuffer};
+                const Character character = Next(at_);
+                if constexpr (writing) call_.out[count_] = character.unit;
+                ++count_;
+                at_ += character.size;
+                suits_blocks = call_.length - at_ >= kBlock && SuitsBlocks(call_.text[at_]);
+            }
         }
         return {count_, kErrorSuccess};
     }
 
 private:
+    [[nodiscard]] bool SuitsBlocks(unsigned char byte) const noexcept {
+        const auto row = static_cast<std::uint8_t>((byte ^ page_.fast_flip) - page_.fast_first);
+        return byte < 0x80 || row < page_.fast_count;
+    }
+
     [[nodiscard]] Character Next(std::size_t at) const noexcept {
         const unsigned char byte = call_.text[at];
         if (!view_.IsLead(byte)) {
@@ -65,8 +74,8 @@ private:
     // Converts runs of fast pairs and of ASCII; returns where neither comes next, or near an end.
     template <bool writing>
     void RunBlocks() noexcept;
-    [[nodiscard]] bool HasRoom() const noexcept {
-        return call_.length - at_ >= kBlock && call_.capacity - count_ >= kBlock;
+    [[nodiscard]] bool HasRoom(std::size_t at, std::size_t count) const noexcept {
+        return call_.length - at >= kBlock && call_.capacity - count >= kBlock;
     }
 #else
     template <bool writing>
@@ -126,29 +135,42 @@ private:
     __m128i places_{};
 };
 
+// Positions live in locals here: stores of blocks might change members, as far as a compiler knows.
 template <bool writing>
 void Decoder::RunBlocks() noexcept {
+    if (!HasRoom(at_, count_)) return;
+    const unsigned char* const text = call_.text;
+    char16_t* const out = call_.out;
     PairBlock pairs(page_);
-    while (HasRoom()) {
-        const std::size_t before = at_;
-        unsigned int taken = 8;
-        while (taken == 8 && HasRoom()) {
-            taken = pairs.Locate(LoadBlock(call_.text + at_));
-            if constexpr (writing) pairs.Fetch(call_.out + count_);
-            at_ += 2 * taken;
-            count_ += taken;
+    std::size_t at = at_;
+    std::size_t count = count_;
+    std::size_t before = at;
+    do {
+        before = at;
+        while (HasRoom(at, count)) {
+            const unsigned int taken = pairs.Locate(LoadBlock(text + at));
+            if constexpr (writing) pairs.Fetch(out + count);
+            if (taken != kBlock / 2) {
+                at += 2 * taken;
+                count += taken;
+                break;
+            }
+            at += kBlock;
+            count += kBlock / 2;
         }
-        taken = kBlock;
-        while (taken == kBlock && HasRoom()) {
-            const __m128i block = LoadBlock(call_.text + at_);
-            const auto high = static_cast<unsigned int>(_mm_movemask_epi8(block)) | 1u << kBlock;
-            taken = static_cast<unsigned int>(std::countr_zero(high));
-            if constexpr (writing) StoreWidened(block, call_.out + count_);
-            at_ += taken;
-            count_ += taken;
+        while (HasRoom(at, count)) {
+            const __m128i block = LoadBlock(text + at);
+            const auto high = static_cast<unsigned int>(_mm_movemask_epi8(block));
+            if constexpr (writing) StoreWidened(block, out + count);
+            const auto taken =
+                high == 0 ? kBlock : static_cast<std::size_t>(std::countr_zero(high));
+            at += taken;
+            count += taken;
+            if (high != 0) break;
         }
-        if (at_ == before) return;
-    }
+    } while (at != before && HasRoom(at, count));
+    at_ = at;
+    count_ = count;
 }
 
 #endif

@@ -1,6 +1,6 @@
 // Double-byte pages, units to bytes: one table load chain per unit and no branch on its size.
 // Blocks of 16 ASCII units are narrowed as they are.
-#include <cstring>
+#include <algorithm>
 
 #include "Foundation/Platform/Nls/CodePageDetail.h"
 #include "Foundation/Platform/Nls/SimdBlocks.h"
@@ -8,87 +8,130 @@
 namespace platform::nls {
 namespace {
 
-constexpr std::size_t kUnits = 8;  // converted without looking at the room in between
+constexpr int kBlockUnits = 16;
 
-class Encoder {
+// Looks codes up. Held by value where bytes are written: stores of bytes might change what a
+// pointer leads to, as far as a compiler knows.
+class CodeSource {
 public:
-    Encoder(const TablePage& page, Encoding& call) noexcept
-        : view_(page), call_(call), ascii_(page.identity != 0) {}
+    CodeSource(const TablePage& page, std::uint16_t default_code) noexcept
+        : view_(page), default_code_(default_code) {}
 
-    Outcome Run() noexcept {
-        std::size_t at = RunBlocks();
-        for (; at < call_.length; ++at) {
-            const std::uint16_t code = Code(call_.text[at]);
-            if (call_.capacity - count_ < (IsPairCode(code) ? 2u : 1u)) {
-                return {count_, kErrorInsufficientBuffer};
-            }
-            call_.out[count_++] = FirstByte(code);
-            if (IsPairCode(code)) call_.out[count_++] = SecondByte(code);
-        }
-        return {count_, kErrorSuccess};
-    }
-
-    Outcome Measure() noexcept {
-        for (std::size_t at = 0; at < call_.length; ++at) {
-            count_ += IsPairCode(Code(call_.text[at])) ? 2u : 1u;
-        }
-        return {count_, kErrorSuccess};
-    }
-
-private:
-    std::uint16_t Code(char16_t unit) noexcept {
+    std::uint16_t operator()(char16_t unit) noexcept {
         const std::uint16_t code = view_.Code(unit);
         if (code != kMissingCode) [[likely]]
             return code;
-        call_.used_default = true;
-        return call_.default_code;
+        used_default_ = true;
+        return default_code_;
     }
 
-    // Converts while text and room last for whole blocks; returns the units taken.
-    std::size_t RunBlocks() noexcept {
-        std::size_t at = 0;
-        while (call_.length - at >= 2 * kUnits && call_.capacity - count_ >= 4 * kUnits) {
-            if (ascii_ && NarrowBlock(at)) {
-                at += 2 * kUnits;
-                count_ += 2 * kUnits;
-                continue;
-            }
-            for (const std::size_t end = at + kUnits; at < end; ++at) {
-                const std::uint16_t code = Code(call_.text[at]);
-                const unsigned char bytes[2] = {FirstByte(code), SecondByte(code)};
-                std::memcpy(call_.out + count_, bytes, 2);
-                count_ += 1u + IsPairCode(code);
-            }
-        }
-        return at;
-    }
+    [[nodiscard]] bool UsedDefault() const noexcept { return used_default_; }
 
-    // Writes the 16 units at `at` as bytes when all of them are ASCII.
-    bool NarrowBlock([[maybe_unused]] std::size_t at) noexcept {
-#if FOUNDATION_SSE2
-        const __m128i first = LoadBlock(call_.text + at);
-        const __m128i second = LoadBlock(call_.text + at + kUnits);
-        const __m128i high =
-            _mm_and_si128(_mm_or_si128(first, second), _mm_set1_epi16(static_cast<short>(0xFF80)));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) != 0xFFFF) return false;
-        StoreBlock(_mm_packus_epi16(first, second), call_.out + count_);
-        return true;
-#else
-        return false;
-#endif
-    }
-
+private:
     DoubleByteView view_;
-    Encoding& call_;
-    bool ascii_;
-    std::size_t count_ = 0;
+    std::uint16_t default_code_;
+    bool used_default_ = false;
 };
+
+std::size_t SizeOf(std::uint16_t code) noexcept {
+    return IsPairCode(code) ? 2 : 1;
+}
+
+#if FOUNDATION_SSE2
+
+// Two blocks of units, if all of them are ASCII; every page encodes those as they are.
+class AsciiUnits {
+public:
+    explicit AsciiUnits(const char16_t* text) noexcept
+        : first_(LoadBlock(text)), second_(LoadBlock(text + kBlock / 2)) {}
+
+    explicit operator bool() const noexcept {
+        const __m128i high = _mm_and_si128(_mm_or_si128(first_, second_),
+                                           _mm_set1_epi16(static_cast<short>(0xFF80)));
+        return _mm_movemask_epi8(_mm_cmpeq_epi16(high, _mm_setzero_si128())) == 0xFFFF;
+    }
+    void Narrow(unsigned char* out) const noexcept {
+        StoreBlock(_mm_packus_epi16(first_, second_), out);
+    }
+
+private:
+    __m128i first_;
+    __m128i second_;
+};
+
+#else
+
+struct AsciiUnits {
+    explicit AsciiUnits(const char16_t*) noexcept {}
+    explicit operator bool() const noexcept { return false; }
+    void Narrow(unsigned char*) const noexcept {}
+};
+
+#endif
+
+// Converts while text and room last for whole blocks.
+void EncodeBlocks(CodeSource& source, const Encoding& call, std::size_t& taken,
+                  std::size_t& written) noexcept {
+    CodeSource code_of = source;
+    const char16_t* text = call.text;
+    const char16_t* const end = call.text + call.length;
+    unsigned char* out = call.out;
+    const unsigned char* const limit = call.out + call.capacity;
+    while (end - text >= kBlockUnits && limit - out >= 2 * kBlockUnits) {
+        if (const AsciiUnits ascii(text); ascii) {
+            ascii.Narrow(out);
+            text += kBlockUnits;
+            out += kBlockUnits;
+            continue;
+        }
+        for (int i = 0; i < kBlockUnits / 2; ++i) {
+            const std::uint16_t code = code_of(*text++);
+            out[0] = FirstByte(code);
+            out[1] = SecondByte(code);
+            out += SizeOf(code);
+        }
+    }
+    source = code_of;
+    taken = static_cast<std::size_t>(text - call.text);
+    written = static_cast<std::size_t>(out - call.out);
+}
+
+std::size_t Measure(CodeSource& code_of, const Encoding& call) noexcept {
+    std::size_t size = 0;
+    std::size_t at = 0;
+    while (at < call.length) {
+        if (call.length - at >= kBlockUnits && AsciiUnits(call.text + at)) {
+            at += kBlockUnits;
+            size += kBlockUnits;
+            continue;
+        }
+        const std::size_t end = std::min(call.length, at + kBlockUnits / 2);
+        for (; at < end; ++at) size += SizeOf(code_of(call.text[at]));
+    }
+    return size;
+}
+
+Outcome Write(CodeSource& code_of, const Encoding& call) noexcept {
+    std::size_t at = 0;
+    std::size_t count = 0;
+    EncodeBlocks(code_of, call, at, count);
+    for (; at < call.length; ++at) {
+        const std::uint16_t code = code_of(call.text[at]);
+        if (call.capacity - count < SizeOf(code)) return {count, kErrorInsufficientBuffer};
+        call.out[count++] = FirstByte(code);
+        if (IsPairCode(code)) call.out[count++] = SecondByte(code);
+    }
+    return {count, kErrorSuccess};
+}
 
 }  // namespace
 
 Outcome EncodeDoubleByte(const TablePage& page, Encoding& call) noexcept {
-    Encoder encoder(page, call);
-    return call.out == nullptr ? encoder.Measure() : encoder.Run();
+    CodeSource code_of(page, call.default_code);
+    const Outcome outcome =
+        call.out == nullptr ? Outcome{Measure(code_of, call), kErrorSuccess} : Write(code_of, call);
+    call.used_default = code_of.UsedDefault();
+    return outcome;
 }
 
 }  // namespace platform::nls

@@ -17,27 +17,31 @@ bool IsDefined(const TablePage& page, const char16_t* units, unsigned char byte)
     return !IsPrivateUse(unit) && (unit != page.default_unit || byte == page.default_code);
 }
 
+// Encodes unit by unit. Held by value where blocks are written: stores of bytes might change what a
+// pointer leads to, as far as a compiler knows.
 class SingleEncoder {
 public:
-    SingleEncoder(const TablePage& page, Encoding& call) noexcept
+    SingleEncoder(const TablePage& page, std::uint16_t default_code) noexcept
         : index_(kSingleIndex + page.encode_index),
           codes_(kSingleCodes + page.encode_codes),
-          call_(call),
-          default_byte_(FirstByte(call.default_code)) {}
+          default_byte_(FirstByte(default_code)) {}
 
     unsigned char operator()(char16_t unit) noexcept {
         const unsigned char byte =
             codes_[index_[unit / kUnitsPerBlock] * kUnitsPerBlock + unit % kUnitsPerBlock];
-        if (byte != 0 || unit == 0) return byte;
-        call_.used_default = true;
+        if (byte != 0 || unit == 0) [[likely]]
+            return byte;
+        used_default_ = true;
         return default_byte_;
     }
+
+    [[nodiscard]] bool UsedDefault() const noexcept { return used_default_; }
 
 private:
     const std::uint8_t* index_;
     const std::uint8_t* codes_;
-    Encoding& call_;
     unsigned char default_byte_;
+    bool used_default_ = false;
 };
 
 #if FOUNDATION_SSE2
@@ -78,8 +82,9 @@ std::size_t DecodeBlocks(const char16_t* units, const unsigned char* text, std::
 }
 
 template <Identity identity>
-std::size_t EncodeBlocks(SingleEncoder& encode, const char16_t* text, std::size_t length,
+std::size_t EncodeBlocks(SingleEncoder& encoder, const char16_t* text, std::size_t length,
                          unsigned char* out) noexcept {
+    SingleEncoder encode = encoder;
     std::size_t at = 0;
     for (; length - at >= kBlock; at += kBlock) {
         const __m128i first = LoadBlock(text + at);
@@ -90,6 +95,7 @@ std::size_t EncodeBlocks(SingleEncoder& encode, const char16_t* text, std::size_
             for (std::size_t i = at; i < at + kBlock; ++i) out[i] = encode(text[i]);
         }
     }
+    encoder = encode;
     return at;
 }
 
@@ -126,11 +132,12 @@ Outcome DecodeSingleByte(const TablePage& page, const Decoding& call) noexcept {
 }
 
 Outcome EncodeSingleByte(const TablePage& page, Encoding& call) noexcept {
-    SingleEncoder encode(page, call);
+    SingleEncoder encode(page, call.default_code);
     if (call.out == nullptr) {
         for (std::size_t at = 0; call.wants_used_default && at < call.length; ++at) {
             encode(call.text[at]);
         }
+        call.used_default = encode.UsedDefault();
         return {call.length, kErrorSuccess};
     }
     const std::size_t count = std::min(call.length, call.capacity);
@@ -138,6 +145,7 @@ Outcome EncodeSingleByte(const TablePage& page, Encoding& call) noexcept {
     if (page.identity == kLatin) at = EncodeBlocks<kLatin>(encode, call.text, count, call.out);
     if (page.identity == kAscii) at = EncodeBlocks<kAscii>(encode, call.text, count, call.out);
     for (; at < count; ++at) call.out[at] = encode(call.text[at]);
+    call.used_default = encode.UsedDefault();
     return {count, count < call.length ? kErrorInsufficientBuffer : kErrorSuccess};
 }
 
