@@ -67,6 +67,8 @@ FOUNDATION_API MemoryErrorHandler SetMemoryErrorHandler(MemoryErrorHandler handl
 [[nodiscard]] FOUNDATION_API void* AllocateZeroed(std::size_t size);
 [[nodiscard]] FOUNDATION_API void* Reallocate(void* block, std::size_t size);
 FOUNDATION_API void Free(void* block) noexcept;
+// As Allocate, but answers null at once: the handler is not asked.
+[[nodiscard]] FOUNDATION_API void* TryAllocate(std::size_t size) noexcept;
 
 // One block of the pool's size, or null as above; freeing null does nothing. Under
 // AddressSanitizer every block comes from the heap, so that use after freeing is seen.

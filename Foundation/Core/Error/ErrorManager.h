@@ -10,6 +10,7 @@
 #ifndef FOUNDATION_CORE_ERROR_ERRORMANAGER_H
 #define FOUNDATION_CORE_ERROR_ERRORMANAGER_H
 
+#include <atomic>
 #include <cstdarg>
 #include <type_traits>
 
@@ -19,7 +20,11 @@
 #include "Foundation/System/Ipc/CriticalSection.h"
 
 class CT_UString;
-class CT_VoidArray;
+
+namespace foundation::detail {
+struct ErrorRecordBlock;
+struct ErrorMapping;
+}  // namespace foundation::detail
 
 class FOUNDATION_API CT_ErrorManager {
 public:
@@ -101,10 +106,11 @@ public:
     [[nodiscard]] const char* qccz_GetLocationFileAt(unsigned int position) const;
     [[nodiscard]] unsigned int n_GetLocationLineAt(unsigned int position) const;
 
-    void v_ClearError();   // the active record, or else the held one
-    void v_HoldError();    // active becomes held (a record held before is cleared)
-    void v_UnHoldError();  // held becomes active (an active record is cleared)
-    void v_SetIgnoreError(BOOL ignore);
+    // A thread has one record at most: active, or held until the next error replaces it.
+    void v_ClearError();                 // the active record, or else the held one
+    void v_HoldError();                  // active becomes held
+    void v_UnHoldError();                // held becomes active
+    void v_SetIgnoreError(BOOL ignore);  // for the active record
 
     // Registers a message function for a thread id; the latest of a key serves it. Removing takes
     // away the latest. Running out of memory throws CT_SmartHeapException.
@@ -132,8 +138,8 @@ public:
     static void sv_GetCOMErrorDescription(HRESULT hresult, CT_UString& description);
 
 private:
-    CT_ErrorManager(unsigned int records, unsigned int locations);
-    ~CT_ErrorManager();
+    constexpr CT_ErrorManager() = default;
+    ~CT_ErrorManager() = default;
     CT_ErrorManager(const CT_ErrorManager&) = delete;
     CT_ErrorManager& operator=(const CT_ErrorManager&) = delete;
 
@@ -141,40 +147,44 @@ private:
     static void sv_Exit();
     static CT_Init sco_Init;
     static CT_Exit sco_Exit;
+    static CT_ErrorManager sco_Manager;
 
     void v_SetMessageErrorList(const char16_t* format, va_list arguments);
+    // A blank record at the head of the active list; null when the thread has an active one already
+    // or no record can be had.
     st_error* pso_CreateNewError(unsigned int code, HINSTANCE module, unsigned int formatID);
+    // The same with its message, from the thread's message function or else from the format.
     st_error* pso_CreateError(unsigned int code, HINSTANCE module, unsigned int formatID,
                               const char16_t* format, va_list arguments);
-    [[nodiscard]] st_error* pso_GetError() const;
+    // The thread's active record, or else its held one.
+    [[nodiscard]] static st_error* pso_GetError();
     st_error* pso_SystemError();
-    void v_SystemError(st_error* error, const char16_t* format, va_list arguments);
+    static void v_SystemError(st_error* error, const char16_t* format, va_list arguments);
     void v_DestroyError(st_error* error);
     void v_AddLocation(st_error* error, const char* file, unsigned int line);
-    [[nodiscard]] const st_location* pso_GetLocationAt(unsigned int position) const;
-    t_MapFunction pso_GetMapping(unsigned int key);
+    [[nodiscard]] static const st_location* pso_GetLocationAt(unsigned int position);
+    [[nodiscard]] t_MapFunction pso_GetMapping(unsigned int key);
     static void sv_StripSystemError(char16_t* message);
-    static void sv_FormatSystemError(unsigned int code, char16_t* message, unsigned int size);
-    void v_EnterCS();
-    void v_LeaveCS();
-    static unsigned int n_GetThread();
-    bool b_GrowRecords();
-    static void sv_Unlink(st_error** list, st_error* error);
+    static void sv_FormatSystemError(unsigned int code, char16_t* message);
+    void v_EnterCS() { section_.v_Enter(); }
+    void v_LeaveCS() { section_.v_Leave(); }
+    [[nodiscard]] static unsigned int n_GetThread();
 
-    struct st_recordBlock;
+    st_error* pso_TakeRecord();
+    static void sv_Unlink(st_error** list, const st_error* error);
+    static void sv_InsertPrefix(st_error* error);
 
-    CT_VoidArray* mappings_ = nullptr;  // of st_mapItem*; made with the first registration
-    unsigned int record_count_ = 0;
-    st_recordBlock* record_blocks_ = nullptr;
+    std::atomic<foundation::detail::ErrorMapping*> mappings_{nullptr};  // the latest first
+    foundation::detail::ErrorRecordBlock* blocks_ = nullptr;            // of records
     st_error* free_errors_ = nullptr;
     st_error* active_errors_ = nullptr;
     st_error* held_errors_ = nullptr;
-    unsigned int location_count_ = 0;
-    st_location* location_pool_ = nullptr;
+    unsigned int location_count_ = 0;  // taken from the pool so far
     st_location* free_locations_ = nullptr;
-    CT_CriticalSection section_;
-    BOOL interrupt_on_error_ = FALSE;
-    BOOL debug_message_on_error_ = TRUE;
+    CT_CriticalSection section_;  // guards everything above
+    std::atomic<HINSTANCE> default_module_{nullptr};
+    std::atomic<BOOL> interrupt_on_error_{FALSE};
+    std::atomic<BOOL> debug_message_on_error_{TRUE};
 };
 
 #endif

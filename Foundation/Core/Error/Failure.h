@@ -67,8 +67,8 @@ struct Failure {
 // Arguments are plain numbers and zero-terminated UTF-16 texts, as the format says.
 template <typename... Arguments>
 void Record(const Failure& failure, Arguments... arguments) {
-    if (!ErrorIsSet()) {
-        CT_ErrorManager* const manager = CT_ErrorManager::spco_Get();
+    CT_ErrorManager* const manager = CT_ErrorManager::spco_Get();
+    if (manager != nullptr && !ErrorIsSet()) {
         if (failure.format != nullptr) {
             manager->v_SetError(failure.code, failure.format, arguments...);
         } else {

@@ -110,6 +110,14 @@ void* Allocate(std::size_t size) {
     return Obtained([rounded = Rounded(size)] { return std::malloc(rounded); });
 }
 
+void* TryAllocate(std::size_t size) noexcept {
+    detail::ThreadMemory* const mine = detail::Mine();
+    if (mine != nullptr && !mine->Permits()) return nullptr;
+    void* const block = std::malloc(Rounded(size));
+    if (block != nullptr) detail::CountLive(mine, 1);
+    return block;
+}
+
 void* AllocateZeroed(std::size_t size) {
     return Obtained([rounded = Rounded(size)] { return std::calloc(rounded, 1); });
 }

@@ -1,0 +1,67 @@
+#include "Foundation/Core/Error/HResult.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/Error/Tables/HResultTable.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/ErrorInfo.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Memory.h"
+
+namespace foundation::detail {
+
+static_assert(std::ranges::adjacent_find(kHResults, std::ranges::greater_equal(),
+                                         &HResultRow::value) == std::end(kHResults),
+              "the rows ascend");
+
+namespace {
+
+// The ASCII text of a known value; empty for others.
+std::string_view KnownText(std::uint32_t value) {
+    const auto row = std::ranges::lower_bound(kHResults, value, {}, &HResultRow::value);
+    if (row == std::end(kHResults) || row->value != value) return {};
+    return kHResultTexts + row->text;
+}
+
+}  // namespace
+
+std::u16string_view DescribeHResult(HRESULT hresult, std::span<char16_t> area) {
+    const auto value = static_cast<std::uint32_t>(hresult);
+    const auto put = [area](const auto& text) {
+        const std::size_t length = std::min(text.size(), area.size() - 1);
+        std::copy_n(text.begin(), length, area.begin());
+        area[length] = 0;
+        return std::u16string_view(area.data(), length);
+    };
+    if (const std::string_view known = KnownText(value); !known.empty()) return put(known);
+    if (const auto text = platform::SystemText(value); !text.empty()) return put(text);
+    return put(std::u16string_view(u"[No error description found.]"));
+}
+
+}  // namespace foundation::detail
+
+void CT_ErrorManager::sv_GetHRESULTDescription(HRESULT hresult, CT_UString& description) {
+    char16_t area[1024];
+    foundation::detail::DescribeHResult(hresult, area);
+    description.v_Set(area);
+}
+
+void CT_ErrorManager::sv_GetCOMErrorDescription(HRESULT hresult, CT_UString& description) {
+    description.vv_Init();
+    if (hresult >= 0) return;
+    char16_t* const object = platform::TakeErrorInfo();
+    if (object == nullptr) return sv_GetHRESULTDescription(hresult, description);
+    try {
+        description.v_Set(object);
+    } catch (...) {
+        platform::Free(object);
+        throw;
+    }
+    platform::Free(object);
+}
+
+void CT_ErrorManager::v_GetErrorMessage(CT_UString& message) const {
+    message.v_Set(qcuz_GetErrorMessage());
+}

@@ -1,0 +1,63 @@
+#include "Foundation/Core/Error/LoadString.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Modules.h"
+#include "Foundation/Platform/Runtime.h"
+
+namespace {
+
+constexpr unsigned int kAreaSize = 2048;
+
+// Formats the resource into `buffer`, cut to `size` units with the zero.
+void Format(char16_t* buffer, unsigned int size, HINSTANCE module, unsigned int id,
+            va_list arguments) {
+    if (size == 0) return;
+    buffer[0] = 0;
+    const std::u16string_view format = platform::FindString(module, id);
+    if (format.data() == nullptr) return;
+    const int written = platform::FormatText(buffer, size - 1, format.data(), arguments);
+    buffer[written < 0 ? size - 1 : static_cast<unsigned int>(written)] = 0;
+}
+
+}  // namespace
+
+void CT_LoadString::sv_LoadString(CT_UString* text, HINSTANCE module, unsigned int id) {
+    char16_t area[kAreaSize];
+    sv_LoadString(area, kAreaSize, module, id);
+    text->v_Set(area);
+}
+
+void CT_LoadString::sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE module,
+                                  unsigned int id) {
+    if (size == 0) return;
+    const std::u16string_view found = platform::FindString(module, id).substr(0, size - 1);
+    std::ranges::copy(found, buffer);
+    buffer[found.size()] = 0;
+}
+
+void CT_LoadString::sv_LoadStringVA(char16_t* buffer, unsigned int size, HINSTANCE module,
+                                    unsigned int id, ...) {
+    va_list arguments;
+    va_start(arguments, id);
+    Format(buffer, size, module, id, arguments);
+    va_end(arguments);
+}
+
+void CT_LoadString::sv_LoadStringVA(CT_UString* text, HINSTANCE module, unsigned int id, ...) {
+    char16_t area[kAreaSize];
+    va_list arguments;
+    va_start(arguments, id);
+    Format(area, kAreaSize, module, id, arguments);
+    va_end(arguments);
+    text->v_Set(area);
+}
+
+void CT_LoadString::sv_LoadStringVaList(CT_UString* text, HINSTANCE module, unsigned int id,
+                                        va_list arguments) {
+    char16_t area[kAreaSize];
+    Format(area, kAreaSize, module, id, arguments);
+    text->v_Set(area);
+}

@@ -1,0 +1,30 @@
+// Everything that runs when the library is loaded and unloaded, in order: the objects of this file
+// are constructed from top to bottom and destroyed from bottom to top. No other file of the library
+// has static objects that need work at start-up.
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/Frame/Init.h"
+#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Platform/Memory.h"
+#include "Foundation/System/SysInfo/OS.h"
+
+namespace {
+
+// Last of all, the memory of the class pools goes back.
+struct PoolMemory {
+    ~PoolMemory() { platform::ReleasePools(); }
+};
+const PoolMemory pool_memory;
+
+}  // namespace
+
+// ---- Services ---------------------------------------------------------------------------------
+
+CT_Init CT_ErrorManager::sco_Init(u"CT_ErrorManager", u"sv_Init", &CT_ErrorManager::sv_Init);
+CT_Exit CT_ErrorManager::sco_Exit(u"CT_ErrorManager", u"sv_Exit", &CT_ErrorManager::sv_Exit);
+
+CT_Init CT_SmartHeapErrorHandler::sco_Init(u"CT_SmartHeapErrorHandler", u"sv_Init",
+                                           &CT_SmartHeapErrorHandler::sv_Init);
+CT_Exit CT_SmartHeapErrorHandler::sco_Exit(u"CT_SmartHeapErrorHandler", u"sv_Exit",
+                                           &CT_SmartHeapErrorHandler::sv_Exit);
+
+CT_Init CT_OS::sco_Init(u"CT_OS", u"sv_Init", &CT_OS::sv_Init);

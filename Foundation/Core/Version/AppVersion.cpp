@@ -1,0 +1,49 @@
+#include "Foundation/Core/Version/AppVersion.h"
+
+#include <iterator>
+
+namespace {
+
+const char16_t* LabelOf(unsigned int beta_level) {
+    constexpr const char16_t* kLabels[] = {u"",     u" Beta", u" Pre-Release", u" RC1",
+                                           u" RC2", u" RC",   u" Preview"};
+    return beta_level < std::size(kLabels) ? kLabels[beta_level] : u"";
+}
+
+}  // namespace
+
+void CT_AppVersion::v_Init() {
+    edition_ = 7;
+    major_ = 7;
+    minor_ = 0;
+    maintenance_ = 0;
+    build_ = 615;
+    beta_level_ = 0;
+    texts_stale_ = TRUE;
+}
+
+void CT_AppVersion::v_Update() const {
+    if (!texts_stale_) return;
+    product_version_.v_Format(u"%d.%d.%d.%d%s%s", major_, minor_, maintenance_, build_,
+                              LabelOf(beta_level_), u"");
+    product_edition_.v_Format(u"Edition %d Build %d", edition_, build_);
+    texts_stale_ = FALSE;
+}
+
+const CT_UString* CT_AppVersion::pcco_GetProductVersion() const {
+    v_Update();
+    return &product_version_;
+}
+
+const CT_UString* CT_AppVersion::pcco_GetProductEdition() const {
+    v_Update();
+    return &product_edition_;
+}
+
+void CT_AppVersion::v_SetShortProductName(const CT_UString* name) {
+    short_name_.v_Set(name);
+}
+
+void CT_AppVersion::v_SetLongProductName(const CT_UString* name) {
+    long_name_.v_Set(name);
+}

@@ -1,0 +1,76 @@
+#include "Foundation/Platform/Dialogs.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "Foundation/Platform/Nls/Utf.h"
+
+namespace platform {
+
+namespace {
+
+constinit std::atomic<MessageBoxHandler> box_handler{nullptr};
+constinit std::atomic<DebugOutputSink> debug_sink{nullptr};
+constinit std::atomic<FatalHandler> fatal_handler{nullptr};
+
+// Prints a text as UTF-8, piece by piece so that any length is served without memory; an unpaired
+// surrogate prints as a question mark.
+void PrintUtf8(std::u16string_view text) {
+    char bytes[512];
+    while (!text.empty()) {
+        const UtfProgress done = Utf16ToUtf8(text.data(), text.size(), bytes, sizeof bytes);
+        std::fwrite(bytes, 1, done.written, stderr);
+        text.remove_prefix(done.taken);
+        if (done.taken == 0) {
+            std::fputc('?', stderr);
+            text.remove_prefix(1);
+        }
+    }
+}
+
+// The answer of the button that goes on as if nothing had been asked, by the kinds of boxes.
+int AnswerIgnored(std::uint32_t flags) {
+    constexpr int kAnswers[] = {kAnswerOk, kAnswerOk,     kAnswerIgnore,  kAnswerCancel,
+                                kAnswerNo, kAnswerCancel, kAnswerContinue};
+    const std::uint32_t kind = flags & kBoxButtonMask;
+    return kind < std::size(kAnswers) ? kAnswers[kind] : kAnswerOk;
+}
+
+}  // namespace
+
+MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) noexcept {
+    return box_handler.exchange(handler, std::memory_order_acq_rel);
+}
+
+int ShowMessageBox(const char16_t* text, const char16_t* caption, std::uint32_t flags) {
+    if (const MessageBoxHandler handler = box_handler.load(std::memory_order_acquire)) {
+        return handler(text, caption, flags);
+    }
+    PrintUtf8(caption);
+    if (*caption != 0) PrintUtf8(u": ");
+    PrintUtf8(text);
+    PrintUtf8(u"\n");
+    return AnswerIgnored(flags);
+}
+
+DebugOutputSink SetDebugOutputSink(DebugOutputSink sink) noexcept {
+    return debug_sink.exchange(sink, std::memory_order_acq_rel);
+}
+
+void WriteDebugOutput(const char16_t* text) {
+    if (const DebugOutputSink sink = debug_sink.load(std::memory_order_acquire)) sink(text);
+}
+
+FatalHandler SetFatalHandler(FatalHandler handler) noexcept {
+    return fatal_handler.exchange(handler, std::memory_order_acq_rel);
+}
+
+void EndProcess(const char* reason) {
+    std::fprintf(stderr, "%s\n", reason);
+    if (const FatalHandler handler = fatal_handler.load(std::memory_order_acquire)) handler(reason);
+    std::abort();
+}
+
+}  // namespace platform

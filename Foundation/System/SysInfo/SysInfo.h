@@ -1,0 +1,51 @@
+// CT_SysInfo: processors, memory, computer name and a few system settings, each asked of the
+// platform at the moment of the call.
+//
+// Units: bytes; an amount of 4 GiB or more reads as 0xFFFFFFFF.
+// Errors: only sv_GetComputerName records one. Threads: any.
+#ifndef FOUNDATION_SYSTEM_SYSINFO_SYSINFO_H
+#define FOUNDATION_SYSTEM_SYSINFO_SYSINFO_H
+
+#include "Foundation/Platform/Export.h"
+#include "Foundation/Platform/Types.h"
+
+class CT_UString;
+
+class FOUNDATION_API CT_SysInfo {
+public:
+    enum et_Processor {
+        Intel386 = 0,
+        Intel486 = 1,
+        Pentium = 2,
+        PentiumPro = 3,  // family 6; told apart on Windows NT only
+        OtherIntel = 4,  // any other x86, also in its 64-bit form
+        NotIntel = 5,
+    };
+
+    [[nodiscard]] static unsigned int sn_GetNumCPU();  // at least 1
+    // On failure, also when the name has more than 15 characters, records the system error and
+    // empties the text.
+    static void sv_GetComputerName(CT_UString* name);
+    [[nodiscard]] static et_Processor seo_GetProcessor();
+
+    [[nodiscard]] static BOOL sb_GetDBCSEnabled();
+    [[nodiscard]] static BOOL sb_GetMidEastEnabled();
+    [[nodiscard]] static BOOL sb_GetNetworkAttached();
+    [[nodiscard]] static BOOL sb_GetSlowMachine();
+    [[nodiscard]] static BOOL sb_GetKanjiWindow();
+
+    [[nodiscard]] static unsigned int sn_GetMemoryLoad();  // percent
+    [[nodiscard]] static unsigned int sn_GetPhysicalMemoryTotal();
+    [[nodiscard]] static unsigned int sn_GetPhysicalMemoryAvailable();
+    [[nodiscard]] static unsigned int sn_GetVirtualMemoryTotal();
+    [[nodiscard]] static unsigned int sn_GetVirtualMemoryAvailable();
+    [[nodiscard]] static unsigned int sn_GetPagingMemoryTotal();
+    [[nodiscard]] static unsigned int sn_GetPagingMemoryAvailable();
+    // All seven of one query; null outputs are skipped.
+    static void sv_GetMemoryInfo(unsigned int* load, unsigned int* physicalTotal,
+                                 unsigned int* physicalAvailable, unsigned int* virtualTotal,
+                                 unsigned int* virtualAvailable, unsigned int* pagingTotal,
+                                 unsigned int* pagingAvailable);
+};
+
+#endif
