@@ -33,7 +33,9 @@ public:
 
     static void* operator new(std::size_t size) { return CT_VoidArray::operator new(size); }
     static void* operator new(std::size_t, void* place) noexcept { return place; }
-    static void operator delete(void* block) noexcept { CT_VoidArray::operator delete(block); }
+    static void operator delete(void* block, std::size_t size) noexcept {
+        CT_VoidArray::operator delete(block, size);
+    }
     static void operator delete(void*, void*) noexcept {}
 
     // Empties the array. With `keepStorage` unshared storage of at least `capacity` items is kept.

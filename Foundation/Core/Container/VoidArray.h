@@ -37,7 +37,7 @@ public:
 
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t, void* place) noexcept { return place; }
-    static void operator delete(void* block) noexcept;
+    static void operator delete(void* block, std::size_t size) noexcept;
     static void operator delete(void*, void*) noexcept {}
     [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 
@@ -108,10 +108,10 @@ private:
     [[nodiscard]] const std::byte* Items() const noexcept {
         return static_cast<const std::byte*>(buffer_.qcv_Get());
     }
-    // The items first..first+n-1 of `source` as a count of existing ones when n is kRest.
-    [[nodiscard]] static std::uint32_t Rest(const CT_VoidArray* source, std::uint32_t first,
-                                            std::uint32_t n) noexcept;
-    void GrowWhenFull();
+    [[nodiscard]] std::uint32_t GrowthBytes(std::uint32_t items) const noexcept;
+    // `n`, or for kRest the number of items from `first` on.
+    [[nodiscard]] std::uint32_t Count(std::uint32_t first, std::uint32_t n) const noexcept;
+    [[nodiscard]] CT_Buffer HoldIfOwn(const void* item, bool grows) const noexcept;
 
     std::uint32_t item_size_;
     CT_Buffer buffer_;

@@ -35,7 +35,7 @@ public:
 
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t, void* place) noexcept { return place; }
-    static void operator delete(void* block) noexcept;
+    static void operator delete(void* block, std::size_t size) noexcept;
     static void operator delete(void*, void*) noexcept {}
     [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 
@@ -71,13 +71,15 @@ public:
     // is null; null and 0 when there is none.
     [[nodiscard]] st_Position* pso_Find(const void* item,
                                         std::uint32_t* index = nullptr) const noexcept;
-    // TRUE when counts agree and every pair of items does, over this list's item size.
+    // TRUE when counts agree and every pair of items does, over this list's item size; a list of
+    // smaller items is never equal.
     [[nodiscard]] BOOL b_IsEqual(const CT_VoidList* other) const noexcept;
 
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return count_; }
     [[nodiscard]] std::uint32_t n_GetItemSize() const noexcept { return item_size_; }
 
 private:
+    [[nodiscard]] st_Position* NewNode() const;
     [[nodiscard]] st_Position* MakeNode(const void* item) const;
     // Links a node before `next`, at the end when that is null.
     void Link(st_Position* node, st_Position* next) noexcept;

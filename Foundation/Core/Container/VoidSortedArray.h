@@ -35,7 +35,7 @@ public:
 
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t, void* place) noexcept { return place; }
-    static void operator delete(void* block) noexcept;
+    static void operator delete(void* block, std::size_t size) noexcept;
     static void operator delete(void*, void*) noexcept {}
     [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 
@@ -81,6 +81,9 @@ private:
         bool found;
     };
     [[nodiscard]] Place Search(const void* item) const;
+    [[nodiscard]] const std::byte* At(std::uint32_t index) const noexcept {
+        return array_.Items() + array_.Offset(index);
+    }
 
     CT_VoidArray array_;
     CompareFunction compare_;

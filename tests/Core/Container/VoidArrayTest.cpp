@@ -1,0 +1,252 @@
+#include "Foundation/Core/Container/VoidArray.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "ContainerSupport.h"
+#include "Foundation/Core/Container/Array.h"
+
+namespace {
+
+using test::Append;
+using test::Ints;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+CT_VoidArray Make(std::initializer_list<int> items) {
+    CT_VoidArray array(sizeof(int));
+    Append(array, items);
+    return array;
+}
+
+const int* Own(const CT_VoidArray& array, std::size_t index) {
+    return static_cast<const int*>(array.pcco_GetBuffer()->qcv_Get()) + index - 1;
+}
+
+TEST(VoidArrayTest, GrowsByItsStepAsTheBufferRounds) {
+    CT_VoidArray array(4);
+    EXPECT_EQ(array.n_GetCount(), 0u);
+    EXPECT_EQ(array.n_GetMaxItems(), 0u);
+    EXPECT_EQ(array.n_GetGrowth(), 8u);
+    std::vector<std::uint32_t> capacities;
+    for (int i = 1; i <= 200; ++i) {
+        array.v_Insert(&i);
+        if (capacities.empty() || capacities.back() != array.n_GetMaxItems()) {
+            capacities.push_back(array.n_GetMaxItems());
+        }
+    }
+    // Blocks are multiples of 32 bytes with 12 of header: 13, 21, ... items.
+    EXPECT_THAT(std::vector(capacities.begin(), capacities.begin() + 4),
+                ElementsAre(13, 21, 29, 37));
+    EXPECT_EQ(test::Ints(array).back(), 200);
+
+    CT_VoidArray reserved(8, 3, 5);
+    EXPECT_EQ(reserved.n_GetGrowth(), 3u);
+    EXPECT_EQ(reserved.n_GetMaxItems(), 7u);  // 3 steps of 24 bytes hold 12 + 40
+    const int item = 7;
+    array.v_Set(8, 0, FALSE);
+    array.v_Insert(&item, 40);  // exactly 40 items, rounded up to a block of 192 bytes
+    EXPECT_EQ(array.n_GetMaxItems(), 45u);
+    array.v_SetGrowth(0);
+    EXPECT_EQ(array.n_GetGrowth(), 1u);
+}
+
+TEST(VoidArrayTest, SetEmptiesAndKeepsStorageWhenAsked) {
+    CT_VoidArray array = Make({1, 2, 3});
+    array.v_Set(5, 13, TRUE);
+    EXPECT_EQ(array.n_GetCount(), 0u);
+    EXPECT_EQ(array.n_GetMaxItems(), 13u);
+    EXPECT_EQ(array.n_GetGrowth(), 5u);
+    array.v_Set(8, 20, TRUE);
+    EXPECT_EQ(array.n_GetMaxItems(), 21u);
+    array.v_Set(8, 0, FALSE);
+    EXPECT_EQ(array.n_GetMaxItems(), 0u);
+
+    CT_VoidArray first = Make({1, 2, 3});
+    CT_VoidArray second(&first);
+    first.v_Set(8, 0, TRUE);  // emptied in its own copy
+    EXPECT_THAT(Ints(second), ElementsAre(1, 2, 3));
+}
+
+TEST(VoidArrayTest, SetSizeKeepsTheLeadingItemsThatFit) {
+    CT_VoidArray array(1, 1, 0);
+    for (char c = 'a'; c <= 'z'; ++c) array.v_Insert(&c);
+    array.v_SetSize(3);
+    EXPECT_EQ(array.n_GetCount(), 3u);
+    char item = 0;
+    array.v_GetAt(&item, 3);
+    EXPECT_EQ(item, 'c');
+}
+
+TEST(VoidArrayTest, EditsSharedAndUnsharedStorageAlike) {
+    struct Case {
+        std::function<void(CT_VoidArray&)> edit;
+        std::vector<int> after;
+    };
+    constexpr std::uint32_t kRest = CT_VoidArray::kRest;
+    const CT_VoidArray other = Make({7, 8, 9});
+    const int item = 0;
+    using A = CT_VoidArray;
+    const Case cases[] = {
+        {[&](A& a) { a.v_SetAt(&item, 5); }, {1, 2, 3, 4, 0}},
+        {[&](A& a) { a.v_SetAt(Own(a, 1), 5); }, {1, 2, 3, 4, 1}},
+        {[&](A& a) { a.v_Insert(&item); }, {1, 2, 3, 4, 5, 0}},
+        {[&](A& a) { a.v_Insert(&item, 2); }, {1, 2, 3, 4, 5, 0, 0}},
+        {[&](A& a) { a.v_Insert(&item, 0); }, {1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_Insert(Own(a, 2), 9); }, {1, 2, 3, 4, 5, 2, 2, 2, 2, 2, 2, 2, 2, 2}},
+        {[&](A& a) { a.v_InsertAt(&item, 1); }, {0, 1, 2, 3, 4, 5}},
+        {[&](A& a) { a.v_InsertAt(&item, 6); }, {1, 2, 3, 4, 5, 0}},
+        {[](A& a) { a.v_InsertAt(Own(a, 3), 1); }, {3, 1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_RemoveAt(1); }, {2, 3, 4, 5}},
+        {[](A& a) { a.v_Remove(2, 4); }, {1, 5}},
+        {[](A& a) { a.v_Remove(3, 2); }, {1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_AtInsertCopy(1, 2, 6); }, {1, 2, 3, 4, 5, 1, 2}},
+        {[](A& a) { a.v_AtInsertCopy(3, 3, 2); }, {1, 3, 4, 5, 2, 3, 4, 5}},
+        {[](A& a) { a.v_AtInsertMove(2, 3, 1); }, {2, 3, 4, 1, 5}},
+        {[](A& a) { a.v_AtInsertMove(1, 2, 6); }, {3, 4, 5, 1, 2}},
+        {[](A& a) { a.v_AtInsertMove(2, 3, 2); }, {1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_AtInsertMove(2, 3, 5); }, {1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_AtInsertMove(2, 3, 4); }, {1, 2, 3, 4, 5}},
+        {[&](A& a) { a.v_AtInsertCopy(&other, 2, 2, 1); }, {8, 9, 1, 2, 3, 4, 5}},
+        {[&](A& a) { a.v_Replace(&other, 1, kRest, 4); }, {1, 2, 3, 7, 8, 9}},
+        {[&](A& a) { a.v_Replace(&other, 2, 1, 1); }, {8, 2, 3, 4, 5}},
+        {[](A& a) { a.v_Replace(&a, 1, 3, 2); }, {1, 1, 2, 3, 5}},
+        {[&](A& a) { a.v_Insert(&other, 2, kRest, 3); }, {1, 2, 8, 9, 3, 4, 5}},
+        {[&](A& a) { a.v_Insert(&other, 4, kRest, 3); }, {1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_Insert(&a, 4, kRest, 1); }, {4, 5, 1, 2, 3, 4, 5}},
+        {[&](A& a) { a.v_Append(&other, 1, 2); }, {1, 2, 3, 4, 5, 7, 8}},
+        {[](A& a) { a.v_Append(&a, 1, kRest); }, {1, 2, 3, 4, 5, 1, 2, 3, 4, 5}},
+        {[](A& a) { a.v_AtInsertMove(&a, 4, 2, 1); }, {4, 5, 1, 2, 3}},
+    };
+    int number = 0;
+    for (const auto& [edit, after] : cases) {
+        SCOPED_TRACE(number++);
+        for (const std::uint32_t capacity : {5u, 100u}) {
+            CT_VoidArray array(4, 1, capacity);
+            Append(array, {1, 2, 3, 4, 5});
+            array.v_SetSize(capacity);
+            const CT_VoidArray share(&array);
+            edit(array);
+            EXPECT_THAT(Ints(array), ElementsAreArray(after));
+            EXPECT_THAT(Ints(share), ElementsAre(1, 2, 3, 4, 5));
+            CT_VoidArray alone = Make({1, 2, 3, 4, 5});
+            edit(alone);
+            EXPECT_THAT(Ints(alone), ElementsAreArray(after));
+        }
+    }
+}
+
+TEST(VoidArrayTest, MovingTakesTheItemsOutOfTheSource) {
+    CT_VoidArray target = Make({1, 2});
+    CT_VoidArray source = Make({7, 8, 9});
+    target.v_AtInsertMove(&source, 1, 2, 2);
+    EXPECT_THAT(Ints(target), ElementsAre(1, 7, 8, 2));
+    EXPECT_THAT(Ints(source), ElementsAre(9));
+    target.v_AtInsertMove(&source, 1, CT_VoidArray::kRest, 5);
+    EXPECT_THAT(Ints(target), ElementsAre(1, 7, 8, 2, 9));
+    EXPECT_EQ(source.n_GetCount(), 0u);
+}
+
+TEST(VoidArrayTest, FindsAndComparesItemsOfEverySize) {
+    for (const std::uint32_t size : {1u, 2u, 3u, 4u, 7u, 8u, 20u}) {
+        SCOPED_TRACE(size);
+        CT_VoidArray array(size);
+        std::vector<char> item(size, 1);
+        EXPECT_EQ(array.n_Find(item.data()), 0u);
+        for (const char last : std::string_view("abbc")) {
+            item.back() = last;
+            array.v_Insert(item.data());
+        }
+        item.back() = 'b';
+        EXPECT_EQ(array.n_Find(item.data()), 2u);
+        item.back() = 'd';
+        EXPECT_EQ(array.n_Find(item.data()), 0u);
+        CT_VoidArray copy(size);
+        copy.v_Append(&array, 1, CT_VoidArray::kRest);
+        EXPECT_TRUE(array.b_IsEqual(&copy));
+        copy.v_SetAt(item.data(), 4);
+        EXPECT_FALSE(array.b_IsEqual(&copy));
+        copy.v_RemoveAt(4);
+        EXPECT_FALSE(array.b_IsEqual(&copy));
+    }
+    const CT_VoidArray shorts(2), ints(4);
+    EXPECT_FALSE(shorts.b_IsEqual(&ints));
+}
+
+TEST(VoidArrayTest, WholeItemsCountInARaggedBuffer) {
+    CT_Buffer buffer("aabbc", 5, 32);
+    CT_VoidArray array(&buffer, 2);
+    EXPECT_EQ(array.n_GetCount(), 2u);
+    array.v_Insert("dd");
+    EXPECT_EQ(array.n_GetCount(), 3u);
+    EXPECT_EQ(array.n_Find("dd"), 3u);
+    EXPECT_EQ(buffer.n_GetUsedSize(), 5u);
+}
+
+TEST(VoidArrayTest, StaysAsItWasWhenMemoryRunsOut) {
+    const int item = 9;
+    const std::function<void(CT_VoidArray&)> changes[] = {
+        [&](CT_VoidArray& a) { a.v_Insert(&item); },
+        [&](CT_VoidArray& a) { a.v_Insert(&item, 100); },
+        [&](CT_VoidArray& a) { a.v_InsertAt(&item, 1); },
+        [&](CT_VoidArray& a) { a.v_SetAt(&item, 1); },
+        [&](CT_VoidArray& a) { a.v_Append(&a, 1, CT_VoidArray::kRest); },
+        [&](CT_VoidArray& a) { a.v_Remove(1, 2); },
+        [&](CT_VoidArray& a) { a.v_SetSize(500); },
+        [&](CT_VoidArray& a) { a.v_Set(4, 500, TRUE); },
+    };
+    const CT_VoidArray origin = Make({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13});
+    for (const auto& change : changes) {
+        test::ExpectUnchangedWithoutMemory([&] { return CT_VoidArray(&origin); }, change, Ints);
+    }
+    CT_VoidArray array(&origin);
+    EXPECT_THROW(array.v_Insert(&item, 0x40000000), CT_SmartHeapException);  // 4 GiB
+    EXPECT_THROW(array.v_SetSize(0xFFFFFFFF), CT_SmartHeapException);
+    EXPECT_TRUE(array.b_IsEqual(&origin));
+}
+
+TEST(ArrayTest, TypedItemsAndIteration) {
+    struct Point {
+        int x, y;
+    };
+    auto* const points = new CT_Array<Point>(4, 0);
+    points->v_Insert(Point{1, 2});
+    points->v_Insert(Point{3, 4}, 2);
+    points->v_InsertAt(Point{0, 0}, 1);
+    points->v_SetAt(Point{5, 6}, 4);
+    EXPECT_EQ(points->n_Find(Point{3, 4}), 3u);
+    EXPECT_EQ(points->o_GetAt(4).y, 6);
+    const CT_Array<Point> copy(points);
+    points->v_Remove(1, 3);
+    EXPECT_EQ(points->n_GetCount(), 1u);
+    delete points;
+
+    int sum = 0;
+    for (const Point& point : copy) sum += point.x;
+    EXPECT_EQ(sum, 0 + 1 + 3 + 5);
+
+    CT_ArrayIterator<Point> at(&copy);
+    EXPECT_TRUE(at.b_AtHome());
+    EXPECT_TRUE(at.b_Next());
+    EXPECT_TRUE(at.b_Next());
+    EXPECT_EQ(at.o_Get().x, 1);
+    EXPECT_EQ(at.n_GetPosition(), 2u);
+    const CT_ArrayIterator<Point> same(&at);
+    EXPECT_TRUE(at.b_IsEqual(&same));
+    EXPECT_TRUE(at.b_Next());
+    EXPECT_TRUE(at.b_Next());
+    EXPECT_FALSE(at.b_AtEnd());
+    EXPECT_FALSE(at.b_Next());
+    EXPECT_FALSE(at.b_Next());
+    EXPECT_TRUE(at.b_AtEnd());
+    EXPECT_FALSE(at.b_IsEqual(&same));
+    const CT_Array<int*> none;
+    EXPECT_FALSE(CT_ArrayIterator<int*>(&none).b_Next());
+    for ([[maybe_unused]] int* item : none) ADD_FAILURE();
+}
+
+}  // namespace

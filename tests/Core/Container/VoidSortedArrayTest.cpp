@@ -1,0 +1,240 @@
+#include "Foundation/Core/Container/VoidSortedArray.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+#include "ContainerSupport.h"
+
+namespace {
+
+using test::Append;
+using test::Ints;
+using testing::ElementsAre;
+
+int CompareInts(const void* a, const void* b) {
+    const int left = *static_cast<const int*>(a);
+    const int right = *static_cast<const int*>(b);
+    return (left > right) - (left < right);
+}
+
+// Items that are equal in the order yet can be told apart.
+struct Tagged {
+    int key;
+    int tag;
+    bool operator==(const Tagged&) const = default;
+};
+
+int CompareKeys(const void* a, const void* b) {
+    return CompareInts(&static_cast<const Tagged*>(a)->key, &static_cast<const Tagged*>(b)->key);
+}
+
+// The sort in its plain form: the order it leaves equal items in is what counts.
+void PlainSort(std::vector<Tagged>& items, std::size_t lo, std::size_t hi) {
+    std::swap(items[lo], items[lo + (hi - lo) / 2]);
+    std::size_t last = lo;
+    for (std::size_t i = lo + 1; i <= hi; ++i) {
+        if (CompareKeys(&items[lo], &items[i]) > 0) std::swap(items[++last], items[i]);
+    }
+    std::swap(items[lo], items[last]);
+    if (last > lo + 1) PlainSort(items, lo, last - 1);
+    if (last + 1 < hi) PlainSort(items, last + 1, hi);
+}
+
+CT_VoidSortedArray Sorted(std::initializer_list<int> items) {
+    CT_VoidArray array(sizeof(int));
+    Append(array, items);
+    return CT_VoidSortedArray(&array, CompareInts);
+}
+
+TEST(VoidSortedArrayTest, LeavesEqualItemsInTheOrderOfThePlainSort) {
+    std::mt19937 random(20240607);
+    for (const int keys : {1, 2, 5, 40, 1'000'000}) {
+        for (const std::size_t count : {2u, 3u, 4u, 7u, 100u, 1000u}) {
+            SCOPED_TRACE(testing::Message() << keys << " keys, " << count << " items");
+            std::vector<Tagged> items(count);
+            CT_VoidArray array(sizeof(Tagged));
+            int tag = 0;
+            for (Tagged& item : items) {
+                item = {std::uniform_int_distribution(1, keys)(random), tag++};
+                array.v_Insert(&item);
+            }
+            const CT_VoidSortedArray sorted(&array, CompareKeys);
+            Tagged first{};
+            array.v_GetAt(&first, 1);
+            EXPECT_EQ(first, items[0]) << "the source keeps its order";
+            PlainSort(items, 0, count - 1);
+            const auto* const found =
+                static_cast<const Tagged*>(sorted.pcco_GetArray()->pcco_GetBuffer()->qcv_Get());
+            EXPECT_TRUE(std::equal(items.begin(), items.end(), found));
+        }
+    }
+}
+
+TEST(VoidSortedArrayTest, EqualItemsSortInLinearTime) {
+    const int item = 3;
+    CT_VoidArray array(sizeof(int));
+    array.v_Insert(&item, 300'000);
+    static std::uint64_t comparisons;
+    comparisons = 0;
+    const CT_VoidSortedArray sorted(&array, [](const void* a, const void* b) {
+        ++comparisons;
+        return CompareInts(a, b);
+    });
+    EXPECT_EQ(sorted.n_GetCount(), 300'000u);
+    EXPECT_LT(comparisons, 600'000u);
+}
+
+// Answers so that every pivot turns out to be among the largest (after McIlroy, A Killer Adversary
+// for Quicksort, 1999), and watches how deep the stack gets.
+struct Adversary {
+    std::vector<int> value;
+    int next = 0;
+    int candidate = 0;
+    std::uintptr_t lowest = ~std::uintptr_t{0};
+    std::uintptr_t highest = 0;
+
+    static int Compare(const void* a, const void* b);
+};
+Adversary* adversary;
+
+int Adversary::Compare(const void* a, const void* b) {
+    auto& [value, next, candidate, lowest, highest] = *adversary;
+    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    lowest = std::min(lowest, frame);
+    highest = std::max(highest, frame);
+    const int x = *static_cast<const int*>(a);
+    const int y = *static_cast<const int*>(b);
+    int& left = value[static_cast<std::size_t>(x)];
+    int& right = value[static_cast<std::size_t>(y)];
+    constexpr int kOpen = -1'000'000'000;
+    if (left == kOpen && right == kOpen) (x == candidate ? left : right) = -next++;
+    if (left == kOpen)
+        candidate = x;
+    else if (right == kOpen)
+        candidate = y;
+    return (left > right) - (left < right);
+}
+
+TEST(VoidSortedArrayTest, HostileOrdersDoNotDeepenTheStack) {
+    constexpr int kCount = 5000;
+    Adversary hostile{std::vector<int>(kCount, -1'000'000'000)};
+    adversary = &hostile;
+    CT_VoidArray array(sizeof(int));
+    for (int i = 0; i < kCount; ++i) array.v_Insert(&i);
+    const CT_VoidSortedArray sorted(&array, Adversary::Compare);
+    // One level per item would come to hundreds of kilobytes.
+    EXPECT_LT(hostile.highest - hostile.lowest, 32'768u);
+    // A comparison without any sense still ends and keeps every item.
+    const CT_VoidSortedArray senseless(&array, [](const void*, const void*) { return 1; });
+    std::vector<int> items = Ints(*senseless.pcco_GetArray());
+    std::ranges::sort(items);
+    EXPECT_EQ(items, Ints(array));
+}
+
+TEST(VoidSortedArrayTest, InsertsBeforeTheEqualItemThatTheSearchMeets) {
+    CT_VoidSortedArray array(sizeof(Tagged), CompareKeys, 8, 0);
+    for (const int key : {1, 5, 5, 5, 5}) {
+        const Tagged item{key, 0};
+        array.v_Insert(&item);
+    }
+    const Tagged item{5, 1};
+    array.v_Insert(&item);  // the middle of five items is the third
+    std::vector<int> tags;
+    for (std::uint32_t i = 1; i <= array.n_GetCount(); ++i) {
+        Tagged found{};
+        array.v_GetAt(&found, i);
+        tags.push_back(found.tag);
+    }
+    EXPECT_THAT(tags, ElementsAre(0, 0, 1, 0, 0, 0));
+}
+
+TEST(VoidSortedArrayTest, StaysSortedUnderEveryChange) {
+    std::mt19937 random(1);
+    CT_VoidSortedArray array(sizeof(int), CompareInts, 4, 0);
+    std::vector<int> model;
+    for (int step = 0; step < 2000; ++step) {
+        const int item = std::uniform_int_distribution(0, 300)(random);
+        const auto index = model.empty() ? 0u
+                                         : std::uniform_int_distribution<std::uint32_t>(
+                                               1, static_cast<std::uint32_t>(model.size()))(random);
+        switch (std::uniform_int_distribution(0, 3)(random)) {
+            case 0:
+            case 1:
+                array.v_Insert(&item);
+                model.push_back(item);
+                break;
+            case 2:
+                if (index == 0) break;
+                array.v_SetAt(&item, index);
+                model[index - 1] = item;
+                break;
+            default:
+                if (index == 0) break;
+                int removed = -1;
+                array.v_RemoveAt(&removed, index);
+                EXPECT_EQ(removed, model[index - 1]);
+                model.erase(model.begin() + (index - 1));
+        }
+        std::ranges::sort(model);
+        ASSERT_EQ(Ints(*array.pcco_GetArray()), model);
+        const std::uint32_t found = array.n_Find(&item);
+        ASSERT_EQ(found != 0, std::ranges::binary_search(model, item));
+        if (found != 0) {
+            ASSERT_EQ(model[found - 1], item);
+        }
+    }
+}
+
+TEST(VoidSortedArrayTest, OwnItemsAndSharesSurviveChanges) {
+    CT_VoidSortedArray array = Sorted({3, 1, 2});
+    const CT_VoidSortedArray share(&array);
+    const auto own = [&array](std::size_t index) {
+        return static_cast<const int*>(array.pcco_GetArray()->pcco_GetBuffer()->qcv_Get()) + index -
+               1;
+    };
+    array.v_SetAt(own(3), 1);
+    EXPECT_THAT(Ints(*array.pcco_GetArray()), ElementsAre(2, 3, 3));
+    array.v_SetAt(own(1), 3);
+    EXPECT_THAT(Ints(*array.pcco_GetArray()), ElementsAre(2, 2, 3));
+    EXPECT_THAT(Ints(*share.pcco_GetArray()), ElementsAre(1, 2, 3));
+    EXPECT_FALSE(array.b_IsEqual(&share));
+    array.v_Set(&share);
+    EXPECT_TRUE(array.b_IsEqual(&share));
+    array.v_Set(array.pcco_GetArray());
+    EXPECT_TRUE(array.b_IsEqual(&share));
+    const CT_VoidSortedArray other(share.pcco_GetArray(), CompareKeys);
+    EXPECT_FALSE(other.b_IsEqual(&share)) << "another comparison";
+}
+
+TEST(VoidSortedArrayTest, StaysAsItWasWhenMemoryRunsOut) {
+    const CT_VoidSortedArray origin = Sorted({2, 4, 6});
+    CT_VoidArray unsorted(sizeof(int));
+    Append(unsorted, {9, 8, 7});
+    const int item = 3;
+    const auto read = [](const CT_VoidSortedArray& a) { return Ints(*a.pcco_GetArray()); };
+    const auto make = [&] { return CT_VoidSortedArray(&origin); };
+    test::ExpectUnchangedWithoutMemory(
+        make, [&](auto& a) { a.v_Insert(&item); }, read);
+    test::ExpectUnchangedWithoutMemory(
+        make, [&](auto& a) { a.v_SetAt(&item, 3); }, read);
+    test::ExpectUnchangedWithoutMemory(
+        make, [&](auto& a) { a.v_Set(&unsorted); }, read);
+
+    static bool fail;
+    CT_VoidSortedArray moody(origin.pcco_GetArray(), [](const void* a, const void* b) {
+        if (fail) throw std::runtime_error("no order");
+        return CompareInts(a, b);
+    });
+    fail = true;
+    EXPECT_THROW(moody.v_Insert(&item), std::runtime_error);
+    EXPECT_THROW(moody.v_Set(&unsorted), std::runtime_error);
+    fail = false;
+    EXPECT_THAT(read(moody), ElementsAre(2, 4, 6));
+}
+
+}  // namespace
