@@ -1,0 +1,136 @@
+#include "Foundation/Core/CompList/CompListIndex.h"
+
+#include "Foundation/Core/CompList/CompListParser.h"
+
+namespace foundation::detail::complist {
+
+// Names a branching point by the position of the alternative in place.
+template <typename Unit>
+class Index::Builder {
+public:
+    Builder(const View& image, PlaceTable& places) noexcept : image_(image), places_(places) {}
+
+    bool BeginTail(std::uint32_t position, Unit unit, const Branch& branch) {
+        latest_ = position;
+        if (branch.rank == 0) return true;
+        if (InFamily(branch.family, unit, position)) return false;
+        if (branch.rank <= kNearby) return true;
+        places_.Reserve(1);
+        places_.Insert(Step(branch.family, unit), position);
+        return true;
+    }
+    void Character(std::uint32_t position, Unit) noexcept { latest_ = position; }
+    [[nodiscard]] static std::uint32_t FamilyBefore(std::uint32_t position) noexcept {
+        return position;
+    }
+    void Prefix(std::uint64_t prefix) {
+        places_.Reserve(1);
+        places_.Insert(prefix, latest_ + static_cast<std::uint32_t>(sizeof(Unit)));
+    }
+    static void Word(std::uint32_t, bool) noexcept {}
+
+private:
+    // Whether an alternative before the one at `position` has the same first character.
+    [[nodiscard]] bool InFamily(std::uint32_t head, Unit unit,
+                                std::uint32_t position) const noexcept {
+        std::size_t at = head;
+        for (std::uint32_t rank = 0; rank <= kNearby; ++rank) {
+            if (at == position) return false;
+            if (image_.ElementOf<Unit>(at) == unit) return true;
+            at = image_.NextAlternative<Unit>(at);
+        }
+        return places_.Find(Step(head, unit)) != 0;
+    }
+
+    const View& image_;
+    PlaceTable& places_;
+    std::uint32_t latest_ = 0;
+};
+
+bool Index::Build(const View& image) {
+    if (image.widths.element == 1) {
+        Builder<std::uint8_t> builder(image, places_);
+        return Parser<std::uint8_t, Builder<std::uint8_t>>(image, builder).Run();
+    }
+    if (image.widths.element == 2) {
+        Builder<char16_t> builder(image, places_);
+        return Parser<char16_t, Builder<char16_t>>(image, builder).Run();
+    }
+    return false;
+}
+
+namespace {
+
+// From the first character at `at`, which is not `wanted`, to the alternative that may be it: one
+// that begins with `wanted`, or with a marker in a damaged image. 0 when there is none.
+template <typename Unit>
+std::size_t OtherAlternative(const View& image, std::size_t at, Unit wanted, const Index* index,
+                             std::uint32_t& skipped) noexcept {
+    const auto head = static_cast<std::uint32_t>(at);
+    for (std::uint32_t rank = 1;; ++rank) {
+        at = image.NextAlternative<Unit>(at);
+        if (at == 0) return 0;
+        if (rank > Index::kNearby && index != nullptr) return index->FarAlternative(head, wanted);
+        const std::uint32_t unit = image.ElementOf<Unit>(at);
+        if (unit == wanted || IsMarker(unit)) return at;
+        ++skipped;
+    }
+}
+
+}  // namespace
+
+template <typename Unit>
+Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool exact,
+                  std::uint32_t& skipped) noexcept {
+    std::size_t at = kFirstElement;
+    std::uint32_t matched = 0;
+    if (HasJump(key[0])) {
+        const std::uint32_t entry = image.JumpEntry(key[0]);
+        if (entry != 0) at = entry;
+        if (at < kFirstElement) return {kAbsent, 0};
+    }
+    std::uint64_t prefix = 0;
+    if (index != nullptr && HasPrefix(key, prefix)) {
+        const std::uint32_t behind = index->BehindPrefix(prefix);
+        if (behind != 0) {
+            at = behind;
+            matched = kPrefixLength;
+        } else if (exact) {
+            return {kAbsent, 0};
+        }
+    }
+    for (;;) {
+        std::uint32_t element = image.ElementOf<Unit>(at);
+        const Unit wanted = key[matched];
+        if (wanted == 0) {
+            if (element == kAlternative) {
+                at += image.widths.Jump();
+                element = image.ElementOf<Unit>(at);
+            }
+            const bool word = (element == kGoesOn || element == kWordEnds) && image.HasHandle(at);
+            return {word ? image.Handle(at) : kAbsent, matched};
+        }
+        if (!IsMarker(element)) {
+            if (element != wanted) {
+                at = OtherAlternative(image, at, wanted, index, skipped);
+                if (at == 0) return {kAbsent, 0};
+                if (image.ElementOf<Unit>(at) != wanted) continue;
+            }
+            at += sizeof(Unit);
+            ++matched;
+        } else if (element == kGoesOn) {
+            at += image.widths.Mark();
+        } else if (element == kAlternative) {
+            at += image.widths.Jump();
+        } else {
+            return {kAbsent, element == kWordEnds ? matched : 0};
+        }
+    }
+}
+
+template Outcome WalkImage(const View&, const std::uint8_t*, const Index*, bool,
+                           std::uint32_t&) noexcept;
+template Outcome WalkImage(const View&, const char16_t*, const Index*, bool,
+                           std::uint32_t&) noexcept;
+
+}  // namespace foundation::detail::complist

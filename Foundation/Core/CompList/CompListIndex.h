@@ -1,0 +1,49 @@
+// The index of an adopted image that is searched often. It holds where each beginning of
+// kPrefixLength characters leads, and the alternatives that stand far down their chain.
+#ifndef FOUNDATION_CORE_COMPLIST_COMPLISTINDEX_H
+#define FOUNDATION_CORE_COMPLIST_COMPLISTINDEX_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "Foundation/Core/CompList/CompListImage.h"
+#include "Foundation/Core/CompList/CompListStorage.h"
+
+namespace foundation::detail::complist {
+
+class Index {
+public:
+    // Alternatives up to this rank are reached by following their chain.
+    static constexpr std::uint32_t kNearby = 3;
+
+    // False when the image does not hang together; the index is then of no use.
+    [[nodiscard]] bool Build(const View& image);
+
+    // The position behind the last character of these first ones; 0 when no word has them.
+    [[nodiscard]] std::uint32_t BehindPrefix(std::uint64_t prefix) const noexcept {
+        return places_.Find(prefix);
+    }
+    // The alternative with this first character, of a rank above kNearby, in the chain that begins
+    // at `head`; 0 when there is none.
+    [[nodiscard]] std::uint32_t FarAlternative(std::uint32_t head,
+                                               std::uint32_t unit) const noexcept {
+        return places_.Find(Step(head, unit));
+    }
+    [[nodiscard]] std::size_t Bytes() const noexcept { return places_.Bytes(); }
+
+private:
+    template <typename Unit>
+    class Builder;
+
+    PlaceTable places_;
+};
+
+// Searches an image for a key that is not empty. `index` may be null. `skipped` counts the
+// alternatives passed over. With `exact` an absent word's matched length is not found out.
+template <typename Unit>
+[[nodiscard]] Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool exact,
+                                std::uint32_t& skipped) noexcept;
+
+}  // namespace foundation::detail::complist
+
+#endif

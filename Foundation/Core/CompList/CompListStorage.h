@@ -1,0 +1,136 @@
+// The memory of a growing list and of an index: plain arrays that grow in place where the heap can,
+// and the hash table of places.
+#ifndef FOUNDATION_CORE_COMPLIST_COMPLISTSTORAGE_H
+#define FOUNDATION_CORE_COMPLIST_COMPLISTSTORAGE_H
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+#include "Foundation/Platform/Memory.h"
+
+namespace foundation::detail::complist {
+
+// Items without constructors, from the memory manager.
+template <typename T>
+class PlainArray {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    PlainArray() noexcept = default;
+    PlainArray(const PlainArray&) = delete;
+    PlainArray& operator=(const PlainArray&) = delete;
+    ~PlainArray() { platform::Free(items_); }
+
+    [[nodiscard]] T* data() noexcept { return items_; }
+    [[nodiscard]] const T* data() const noexcept { return items_; }
+    [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    [[nodiscard]] T& operator[](std::size_t i) noexcept { return items_[i]; }
+    [[nodiscard]] const T& operator[](std::size_t i) const noexcept { return items_[i]; }
+    [[nodiscard]] T* begin() noexcept { return items_; }
+    [[nodiscard]] T* end() noexcept { return items_ + size_; }
+    [[nodiscard]] std::size_t Bytes() const noexcept { return capacity_ * sizeof(T); }
+
+    // Makes room for `more` items; may throw, and then nothing has changed.
+    void Reserve(std::size_t more) {
+        if (capacity_ - size_ < more) Grow(std::max(size_ + more, capacity_ * 2));
+    }
+    // Requires room.
+    void Append(const T& item) noexcept { items_[size_++] = item; }
+    void RemoveLast() noexcept { --size_; }
+
+private:
+    void Grow(std::size_t capacity) {
+        void* block = platform::Reallocate(items_, capacity * sizeof(T));
+        if (block == nullptr) throw std::bad_alloc();
+        items_ = static_cast<T*>(block);
+        capacity_ = capacity;
+    }
+
+    T* items_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+// From 64-bit keys to 32-bit places that are not 0, for thousands to millions of them: open
+// addressing with linear probing and multiplicative hashing, at most 5/8 full.
+class PlaceTable {
+public:
+    PlaceTable() noexcept = default;
+    PlaceTable(const PlaceTable&) = delete;
+    PlaceTable& operator=(const PlaceTable&) = delete;
+    ~PlaceTable() { platform::Free(entries_); }
+
+    // 0 when the key is not there.
+    [[nodiscard]] std::uint32_t Find(std::uint64_t key) const noexcept {
+        if (entries_ == nullptr) return 0;
+        for (std::size_t i = Slot(key);; i = (i + 1) & (capacity_ - 1)) {
+            const Entry& entry = entries_[i];
+            if (entry.place == 0 || entry.Has(key)) return entry.place;
+        }
+    }
+    // Makes room for `more` keys; may throw, and then nothing has changed.
+    void Reserve(std::size_t more) {
+        if (count_ + more > capacity_ / 8 * 5) Grow(count_ + more);
+    }
+    // Requires room, and a key that is not there.
+    void Insert(std::uint64_t key, std::uint32_t place) noexcept {
+        std::size_t i = Slot(key);
+        while (entries_[i].place != 0) i = (i + 1) & (capacity_ - 1);
+        entries_[i] = {static_cast<std::uint32_t>(key), static_cast<std::uint32_t>(key >> 32),
+                       place};
+        ++count_;
+    }
+    [[nodiscard]] std::size_t Bytes() const noexcept { return capacity_ * sizeof(Entry); }
+
+private:
+    struct Entry {
+        std::uint32_t low;
+        std::uint32_t high;
+        std::uint32_t place;
+
+        [[nodiscard]] std::uint64_t Key() const noexcept {
+            return static_cast<std::uint64_t>(high) << 32 | low;
+        }
+        [[nodiscard]] bool Has(std::uint64_t key) const noexcept { return Key() == key; }
+    };
+
+    // The high bits of the second product depend on all bits of the key.
+    [[nodiscard]] std::size_t Slot(std::uint64_t key) const noexcept {
+        constexpr std::uint64_t kGolden = 0x9E3779B97F4A7C15;
+        key *= kGolden;
+        key ^= key >> 32;
+        return static_cast<std::size_t>((key * kGolden) >> shift_);
+    }
+
+    void Grow(std::size_t count) {
+        PlaceTable larger;
+        larger.capacity_ = 64;
+        larger.shift_ = 58;
+        while (count > larger.capacity_ / 8 * 5) {
+            larger.capacity_ *= 2;
+            --larger.shift_;
+        }
+        larger.entries_ =
+            static_cast<Entry*>(platform::AllocateZeroed(larger.capacity_ * sizeof(Entry)));
+        if (larger.entries_ == nullptr) throw std::bad_alloc();
+        for (std::size_t i = 0; i < capacity_; ++i) {
+            if (entries_[i].place != 0) larger.Insert(entries_[i].Key(), entries_[i].place);
+        }
+        std::swap(entries_, larger.entries_);
+        capacity_ = larger.capacity_;
+        shift_ = larger.shift_;
+    }
+
+    Entry* entries_ = nullptr;
+    std::size_t capacity_ = 0;  // a power of two, 0 without entries
+    std::size_t count_ = 0;
+    unsigned shift_ = 0;
+};
+
+}  // namespace foundation::detail::complist
+
+#endif
