@@ -155,6 +155,13 @@ protected:
     void ForgetDirection() { direction_ = kNoTransfer; }
 
 private:
+    template <typename Text>
+    unsigned int ReadLine(Text& line);
+    template <typename Text>
+    unsigned int ReadLineAhead(Text& line);
+    template <typename Text>
+    void WriteLine(const Text* line, bool new_line);
+    bool SkipByteOrderMark();
     void SplitFullName();
     void RebuildFullName();
     void SeekToOwnOffset(unsigned int offset);

@@ -51,7 +51,8 @@ public:
     static void sv_GetCurrentPath(CT_UString* path, unsigned int drive);
 
     [[nodiscard]] static BOOL sb_IsExistent(const CT_UString* path);
-    [[nodiscard]] static BOOL sb_IsFolder(const CT_UString* path);  // also "C:" and "folder\"
+    [[nodiscard]] static BOOL sb_IsFolder(
+        const CT_UString* path);  // also "C:" and "folder\", not ""
     [[nodiscard]] static BOOL sb_IsFile(const CT_UString* path);
     [[nodiscard]] static BOOL sb_IsPipe(const CT_UString* path);
     [[nodiscard]] static BOOL sb_IsDevice(const CT_UString* path);

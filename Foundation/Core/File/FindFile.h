@@ -36,6 +36,21 @@ public:
     // as they were and the answer is FALSE. A null output is skipped.
     BOOL b_FindFirst(CT_UString* name, unsigned int* attributes);
     BOOL b_FindNext(CT_UString* name, unsigned int* attributes);
+
+private:
+    [[nodiscard]] unsigned int Attributes() const;  // none for a file without any
+    [[nodiscard]] BOOL b_TestAttribut() const;
+    void v_MakeName(CT_UString* name) const;
+    void Deliver(CT_UString* name, unsigned int* attributes) const;
+    void EndSearch();
+
+    platform::FoundFile found_{};
+    HANDLE search_ = INVALID_HANDLE_VALUE;
+    CT_UString prefix_;
+    CT_UString pattern_;
+    unsigned int required_ = 0;
+    unsigned int excluded_ = 0;
+    BOOL full_names_ = FALSE;
 };
 
 #endif

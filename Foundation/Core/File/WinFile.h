@@ -13,13 +13,13 @@
 #define FOUNDATION_CORE_FILE_WINFILE_H
 
 #include <cstddef>
+#include <cstdint>
 
 #include "Foundation/Core/File/File.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
 struct _SHI_Pool;
-struct _stat;
 
 class FOUNDATION_API CT_WinFile : public CT_File {
 public:
@@ -65,7 +65,9 @@ public:
     unsigned int vn_GetSize() const override;
     unsigned int vn_GetOffset() const override;
 
-    // Distances from the start reach 2 GiB. On failure the offset stays.
+    // The offset becomes the position that the platform's file pointer then has. Distances reach
+    // 2 GiB; one from the current offset counts from the offset while a view is mapped too. On
+    // failure, and that is a position of 4 GiB - 1 and more too, the offset stays.
     void vv_SetOffset(et_Origin origin, int distance) override;
     BOOL vb_IsEof() const override;
 
@@ -96,8 +98,9 @@ public:
     void v_SetAttributes(unsigned int attributes);
     [[nodiscard]] unsigned int n_GetAttributes();
 
-    // Appends the other file in blocks of `block_size` bytes. Both must be closed and are closed
-    // again; on failure both are left as they stand, perhaps open.
+    // Appends the other file in blocks of `block_size` bytes (0 appends nothing). Both must be
+    // closed and are closed again; on failure both are left as they stand, perhaps open. A file
+    // cannot be appended to itself (32).
     void v_Append(const CT_WinFile* source, unsigned int block_size);
 
     // Replaces an existing target.
@@ -111,6 +114,13 @@ public:
     static void sv_SetHandleCount(unsigned int count);
 
 private:
+    void Fail(const char* file = __builtin_FILE(), unsigned int line = __builtin_LINE()) const;
+    void FailBetween(const CT_UString* target, const char* file = __builtin_FILE(),
+                     unsigned int line = __builtin_LINE()) const;
+    void CloseForReset();
+    bool MoveTo(unsigned int position);
+    bool MakeMapping(std::uint64_t size);
+    void AppendAll(CT_WinFile& source, unsigned int block_size);
     unsigned int n_ReadMap(void* buffer, unsigned int count);
     unsigned int n_WriteMap(const void* data, unsigned int count);
 
