@@ -1,6 +1,7 @@
 #include "Foundation/Core/Buffer/Buffer.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -34,13 +35,30 @@ std::uint32_t CapacityOf(std::uint64_t block, std::uint64_t size) {
     return static_cast<std::uint32_t>(cut - kHeaderSize);
 }
 
+void* NewObject(_SHI_Pool& pool, std::size_t size) {
+    void* const block =
+        size <= pool.size ? platform::AllocateBlock(&pool) : platform::Allocate(size);
+    if (block == nullptr) ReportExhausted();
+    return block;
+}
+
+void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept {
+    if (size <= pool.size) {
+        platform::FreeBlock(&pool, block);
+    } else {
+        platform::Free(block);
+    }
+}
+
 }  // namespace foundation::detail
 
 namespace {
 
-constinit _SHI_Pool pool(sizeof(CT_Buffer), 1024);
+constinit _SHI_Pool buffer_pool(sizeof(CT_Buffer), 1024);
 
 std::uint64_t InitialBlock(std::uint64_t size, std::uint32_t growth) {
+    // A step of a power of two, as nearly all are, spares the division.
+    if (std::has_single_bit(growth)) return (size + kHeaderSize + growth - 1) & ~(growth - 1ull);
     return RoundUp(size + kHeaderSize, std::max(growth, 1u));
 }
 
@@ -81,22 +99,15 @@ CT_Buffer& CT_Buffer::operator=(CT_Buffer&& other) noexcept {
 }
 
 void* CT_Buffer::operator new(std::size_t size) {
-    void* const block =
-        size == sizeof(CT_Buffer) ? platform::AllocateBlock(&pool) : platform::Allocate(size);
-    if (block == nullptr) ReportExhausted();
-    return block;
+    return NewObject(buffer_pool, size);
 }
 
 void CT_Buffer::operator delete(void* block, std::size_t size) noexcept {
-    if (size == sizeof(CT_Buffer)) {
-        platform::FreeBlock(&pool, block);
-    } else {
-        platform::Free(block);
-    }
+    DeleteObject(buffer_pool, block, size);
 }
 
 _SHI_Pool* CT_Buffer::spso_GetMemPool() noexcept {
-    return &pool;
+    return &buffer_pool;
 }
 
 void CT_Buffer::v_SetSize(std::uint32_t size, BOOL keep) {

@@ -194,10 +194,20 @@ static_assert(sizeof(CT_Buffer::st_BufferData) == 12);
 
 namespace foundation::detail {
 
-// The header for the strings' inline paths; null without a block.
+// What the strings' own paths use of a buffer.
 struct BufferAccess {
+    // Null without a block.
     [[nodiscard]] static CT_Buffer::st_BufferData* Header(const CT_Buffer& buffer) noexcept {
         return buffer.pso_GetData();
+    }
+    // The content for writing; the caller knows that the block is not shared.
+    [[nodiscard]] static std::byte* Data(CT_Buffer& buffer) noexcept { return buffer.data_; }
+    // Capacity for `size` bytes in an unshared block, content kept, growing when needed.
+    static void MakeRoom(CT_Buffer& buffer, std::uint64_t size) { buffer.v_MakeRoom(size); }
+    // A share of the buffer when the address lies in its block and the block is shared or moves.
+    [[nodiscard]] static CT_Buffer HoldIfOwn(const CT_Buffer& buffer, const void* address,
+                                             bool block_moves) noexcept {
+        return buffer.HoldIfOwn(address, block_moves);
     }
 };
 

@@ -1,9 +1,12 @@
-// What the source files of CT_Buffer share: the layout of a block and how its size is chosen.
+// What the sources of buffers and strings share: the layout of a block, how its size is chosen, and
+// the objects of a class pool.
 #ifndef FOUNDATION_CORE_BUFFER_BUFFERDETAIL_H
 #define FOUNDATION_CORE_BUFFER_BUFFERDETAIL_H
 
 #include <cstddef>
 #include <cstdint>
+
+#include "Foundation/Platform/Memory.h"
 
 namespace foundation::detail {
 
@@ -26,6 +29,11 @@ inline constexpr std::uint64_t kLargestBlock = 0xFFFFFFC0;
 // The capacity of a block of `block` bytes, which must hold `size` bytes of content. A block that
 // would pass 4 GiB is cut to the largest one.
 [[nodiscard]] std::uint32_t CapacityOf(std::uint64_t block, std::uint64_t size);
+
+// A class's operator new and delete: a block of its pool, or of the heap for an object of a derived
+// class that is larger.
+[[nodiscard]] void* NewObject(_SHI_Pool& pool, std::size_t size);
+void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept;
 
 }  // namespace foundation::detail
 

@@ -4,6 +4,8 @@
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/String/CString.h"
+#include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/System/SysInfo/OS.h"
 
@@ -16,6 +18,15 @@ struct PoolMemory {
 const PoolMemory pool_memory;
 
 }  // namespace
+
+// ---- Registered types and their prototypes ----------------------------------------------------
+
+CT_Type CT_String::sco_Type("CT_String", &CT_String::sco_Object, sizeof(CT_String));
+CT_String CT_String::sco_Object(&CT_String::sco_Type);
+CT_Type CT_CString::sco_Type("CT_CString", &CT_CString::sco_Object, sizeof(CT_CString));
+CT_CString CT_CString::sco_Object(&CT_CString::sco_Type);
+CT_Type CT_UString::sco_Type("CT_UString", &CT_UString::sco_Object, sizeof(CT_UString));
+CT_UString CT_UString::sco_Object(&CT_UString::sco_Type);
 
 // ---- Services ---------------------------------------------------------------------------------
 

@@ -34,7 +34,7 @@ public:
     // than one. The result is as writable as the object is.
     [[nodiscard]] void* pv_CastTo(const void* object, const CT_Type* type) const noexcept;
 
-    // Notes a part of the prototype under construction.
+    // Notes a part of the prototype under construction; only while sb_InConstruct(object).
     static void sv_Enter(const void* object, const CT_Type* type);
     // Takes over the parts noted since this type was constructed and closes the registration.
     void v_Enter();
@@ -57,6 +57,8 @@ private:
     static CT_Type* spco_First;
     static CT_Type* spco_InConstruct;
     static CT_Type* spco_InDestruct;
+    static st_Entry* spso_Staged;  // parts of the prototype under construction
+    static std::uint32_t sn_Staged;
 
     const char* name_;
     const void* object_;

@@ -5,7 +5,6 @@
 // an empty string and 0, without an error.
 // Errors: the system error of the platform (87 for a code page it does not know or an argument the
 // page refuses), with its location; the target is then empty and the result 0.
-// The source may lie in the target.
 #ifndef FOUNDATION_SYSTEM_STRING_STRINGCONVERT_H
 #define FOUNDATION_SYSTEM_STRING_STRINGCONVERT_H
 

@@ -1,0 +1,109 @@
+// Strings when memory runs out, and strings shared between threads.
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Core/String/StringTexts.h"
+#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Platform/Memory.h"
+
+namespace {
+
+using test::kAll;
+
+template <typename Kind>
+class StringMemoryTest : public testing::Test {};
+TYPED_TEST_SUITE(StringMemoryTest, test::BothKinds);
+
+TYPED_TEST(StringMemoryTest, ExhaustionAtAnyAllocationChangesAndLeaksNothing) {
+    using String = typename TypeParam::String;
+    using Unit = typename TypeParam::Unit;
+    const auto longer = TypeParam::Text(std::string(700, 'n'));
+    const String long_text(longer.c_str());
+    const CT_UString wide(u"-- a set and a text of its own, long enough to grow every block ----");
+    const CT_CString narrow("-- a set and a text of its own, long enough to grow any block ----");
+    const std::function<void(String&)> edits[] = {
+        [&](String& s) { s.v_Set(longer.c_str()); },
+        [&](String& s) { s.v_Set(&wide); },
+        [&](String& s) { s.v_Set(&narrow); },
+        [&](String& s) { s.v_Set(wide.qcuz_Get()); },
+        [&](String& s) { s.v_Set(narrow.qccz_Get()); },
+        [&](String& s) { s.v_Set(300, FALSE); },
+        [&](String& s) { s.v_Append(&long_text); },
+        [&](String& s) { s.v_Append(&wide); },
+        [&](String& s) { s.v_Append(&narrow); },
+        [&](String& s) { s.v_Append(TypeParam::Get(s)); },
+        [](String& s) {
+            for (int i = 0; i < 60; ++i) {
+                String t = s;
+                t.v_Append(Unit{'x'});
+                s = t;
+            }
+        },
+        [&](String& s) { s.v_Insert(&long_text, kAll, 3); },
+        [](String& s) { s.v_Insert(&s, kAll, 3); },
+        [&](String& s) { s.v_Replace(&long_text, 0, kAll, 3); },
+        [](String& s) { s.vv_Replace(Unit{'x'}, 100, 3); },
+        [](String& s) { s.vv_Remove(2, 2); },
+        [](String& s) { s.vv_ToUpper(); },
+        [&](String& s) { s.vv_Strip(&wide); },
+        [&](String& s) { s.vv_Translate(&wide, &narrow); },
+        [](String& s) { s.vv_SetLength(90); },
+        [](String& s) { s.v_Format(TypeParam::Text("%5000d").c_str(), 5); },
+        [&](String& s) {
+            (void)s.vi_Compare(&wide);
+            (void)s.vi_Compare(&narrow);
+        },
+    };
+    const std::string text = "a text, to which things happen -";
+    for (const bool shared : {false, true}) {
+        for (const auto& edit : edits) {
+            SCOPED_TRACE(testing::Message() << "edit " << &edit - edits << ", shared " << shared);
+            const std::int64_t live = platform::LiveBlocks();
+            std::string before = text;
+            bool done = false;
+            for (std::uint64_t nth = 1; !done && nth < 500; ++nth) {
+                String string = test::Make<TypeParam>(text);
+                const String sharer = shared ? string : String();
+                platform::FailAllocation(nth);
+                try {
+                    edit(string);
+                    done = true;
+                } catch (const CT_SmartHeapException&) {
+                    const std::string left = test::Ascii<TypeParam>(string);
+                    // The edit made of many steps stops between two of them.
+                    EXPECT_TRUE(left.starts_with(text)) << left;
+                    EXPECT_EQ(left.find_first_not_of('x', text.size()), std::string::npos) << left;
+                }
+                platform::FailAllocation(0);
+            }
+            EXPECT_TRUE(done);
+            EXPECT_EQ(platform::LiveBlocks(), live);
+        }
+    }
+}
+
+TYPED_TEST(StringMemoryTest, ThreadsShareATextAndChangeOnlyTheirOwn) {
+    using String = typename TypeParam::String;
+    using Unit = typename TypeParam::Unit;
+    auto original = std::make_unique<String>(test::Make<TypeParam>("shared by all"));
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([mine = *original, t]() mutable {
+            for (int i = 0; i < 300; ++i) {
+                String copy = mine;
+                copy.v_Append(static_cast<Unit>('0' + t));
+                copy.vv_SetAt(Unit{'S'}, 0);
+                ASSERT_EQ(copy.vi_Compare(&mine), -1);
+                ASSERT_EQ(TypeParam::Ascii(mine), "shared by all");
+            }
+            mine.vv_ToUpper();
+        });
+    }
+    original.reset();
+    for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace

@@ -1,0 +1,152 @@
+// Finding, comparing and matching in both kinds of strings.
+#include <random>
+#include <string>
+
+#include "Core/String/StringTexts.h"
+
+namespace {
+
+using test::kAll;
+
+int Sign(int value) {
+    return (value > 0) - (value < 0);
+}
+
+template <typename Kind>
+class StringSearchTest : public testing::Test {};
+TYPED_TEST_SUITE(StringSearchTest, test::BothKinds);
+
+TYPED_TEST(StringSearchTest, FindsCharactersAndTexts) {
+    using Unit = typename TypeParam::Unit;
+    const auto text = test::Make<TypeParam>("hello hello");
+    struct Case {
+        const char* wanted;
+        std::uint32_t from, position;
+    };
+    for (const Case& c : {Case{"hello", 0, 0},
+                          {"hello", 1, 6},
+                          {"hello", 7, kAll},
+                          {"o", 0, 4},
+                          {"o", 5, 10},
+                          {"x", 0, kAll},
+                          {"", 3, 3},
+                          {"hello hello!", 0, kAll}}) {
+        SCOPED_TRACE(c.wanted);
+        const auto wanted = test::Make<TypeParam>(c.wanted);
+        EXPECT_EQ(text.vn_Find(&wanted, c.from), c.position);
+        EXPECT_EQ(text.n_Find(TypeParam::Get(wanted), c.from), c.position);
+        if (wanted.n_GetLength() == 1) {
+            EXPECT_EQ(text.vn_Find(TypeParam::At(wanted, 0), c.from), c.position);
+        }
+    }
+    EXPECT_EQ(text.vn_Find(Unit{0}), kAll) << "the terminator is not part of the text";
+    EXPECT_EQ(text.n_Find(nullptr), kAll);
+}
+
+TYPED_TEST(StringSearchTest, ComparesByCodeWithEitherKind) {
+    struct Case {
+        const char *left, *right;
+        std::uint32_t length, at;
+        int sign;
+    };
+    const std::string same(50, 's');
+    const std::string longer = same + 't';
+    for (const Case& c : {Case{"abc", "abc", kAll, 0, 0},
+                          {"abc", "abd", kAll, 0, -1},
+                          {"abc", "ab", kAll, 0, 1},
+                          {"ab", "abc", kAll, 0, -1},
+                          {"", "", kAll, 0, 0},
+                          {"", "a", kAll, 0, -1},
+                          {"a", "", kAll, 0, 1},
+                          {"abc", "abd", 2, 0, 0},
+                          {"abc", "ab", 3, 0, 1},
+                          {"abc", "xyz", 0, 0, 0},
+                          {"xabc", "abc", kAll, 1, 0},
+                          {"abc", "abc", kAll, 9, -1},
+                          {same.c_str(), longer.c_str(), kAll, 0, -1},
+                          {same.c_str(), longer.c_str(), 50, 0, 0}}) {
+        SCOPED_TRACE(testing::Message() << c.left << " with " << c.right);
+        const auto left = test::Make<TypeParam>(c.left);
+        const CT_UString wide(test::Utf16(c.right).c_str());
+        const CT_CString narrow(c.right);
+        EXPECT_EQ(Sign(left.vi_Compare(&wide, 0, c.length, c.at)), c.sign);
+        EXPECT_EQ(Sign(left.vi_Compare(&narrow, 0, c.length, c.at)), c.sign);
+        EXPECT_EQ(Sign(left.vi_Compare(wide.qcuz_Get(), c.length, c.at)), c.sign);
+        EXPECT_EQ(Sign(left.vi_Compare(narrow.qccz_Get(), c.length, c.at)), c.sign);
+    }
+    const auto text = test::Make<TypeParam>("lo");
+    const CT_UString wide(u"hello");
+    const CT_CString narrow("hello");
+    EXPECT_EQ(text.vi_Compare(&wide, 3), 0);
+    EXPECT_EQ(text.vi_Compare(&narrow, 3), 0);
+    EXPECT_GT(text.vi_Compare(static_cast<const CT_String*>(nullptr)), 0);
+}
+
+TEST(StringKindsTest, ComparisonTakesCodesAsUnsignedAndEndsAtAZero) {
+    EXPECT_EQ(CT_CString("\xE4").vi_Compare("z"), 1);
+    EXPECT_GT(CT_UString(u"\uFFFD").vi_Compare(u"a"), 0);
+    EXPECT_EQ(CT_UString(u"\u00E4").vi_Compare("\xE4"), 0) << "8-bit text is code page 0";
+    EXPECT_EQ(CT_CString("\xCF", kAll, 1251).vi_Compare(u"\u041F"), 0);
+    CT_UString cut(u"abcd");
+    cut.quz_Get()[2] = 0;
+    EXPECT_EQ(cut.vi_Compare(u"ab"), 0);
+    CT_UString other(u"abxyz");
+    other.quz_Get()[2] = 0;
+    EXPECT_EQ(cut.vi_Compare(&other), 0);
+}
+
+TYPED_TEST(StringSearchTest, KnowsItsBeginningAndEnd) {
+    const auto text = test::Make<TypeParam>("hello");
+    struct Case {
+        const char* part;
+        bool starts, ends;
+    };
+    for (const Case& c : {Case{"", true, true},
+                          {"he", true, false},
+                          {"lo", false, true},
+                          {"hello", true, true},
+                          {"hello!", false, false},
+                          {"HE", false, false}}) {
+        SCOPED_TRACE(c.part);
+        EXPECT_EQ(text.b_StartsWith(TypeParam::Text(c.part).c_str()), c.starts ? TRUE : FALSE);
+        EXPECT_EQ(text.b_EndsWith(TypeParam::Text(c.part).c_str()), c.ends ? TRUE : FALSE);
+    }
+    EXPECT_FALSE(text.b_StartsWith(nullptr));
+    EXPECT_FALSE(text.b_EndsWith(nullptr));
+}
+
+// The slow and obvious matcher: the shortest run for each star first, then longer ones.
+bool Matches(const char* text, const char* pattern) {
+    if (*pattern == 0) return *text == 0;
+    if (*pattern == '*') {
+        return Matches(text, pattern + 1) || (*text != 0 && Matches(text + 1, pattern));
+    }
+    return *text != 0 && (*pattern == '?' || *pattern == *text) && Matches(text + 1, pattern + 1);
+}
+
+TYPED_TEST(StringSearchTest, WildcardsAgreeWithBacktrackingAndStayFast) {
+    std::mt19937 random(3);
+    const auto pick = [&random](const char* letters, std::size_t most) {
+        std::string made(random() % (most + 1), ' ');
+        for (char& c : made) c = letters[random() % 4];
+        return made;
+    };
+    for (int i = 0; i < 20000; ++i) {
+        const std::string text = pick("abab", 12);
+        const std::string pattern = pick("ab*?", 8);
+        const auto string = test::Make<TypeParam>(text);
+        const auto wildcards = test::Make<TypeParam>(pattern);
+        const bool expected = pattern.empty() || Matches(text.c_str(), pattern.c_str());
+        ASSERT_EQ(string.vb_Match(&wildcards), expected ? TRUE : FALSE)
+            << text << " against " << pattern;
+        ASSERT_EQ(string.b_Match(TypeParam::Get(wildcards)), expected ? TRUE : FALSE);
+    }
+    EXPECT_TRUE(test::Make<TypeParam>("x").b_Match(nullptr));
+    // Backtracking through every star would take longer than anyone waits.
+    std::string hostile;
+    for (int i = 0; i < 60; ++i) hostile += "*a";
+    EXPECT_FALSE(test::Make<TypeParam>(std::string(2000, 'a'))
+                     .b_Match(TypeParam::Text(hostile + "*b").c_str()));
+}
+
+}  // namespace
