@@ -1,0 +1,68 @@
+// Forced failures of the system's file calls, for the length of a scope or call by call.
+#ifndef TESTS_SUPPORT_FAULTS_H
+#define TESTS_SUPPORT_FAULTS_H
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+#include "Foundation/Platform/Faults.h"
+
+namespace test {
+
+// Lets `after` calls pass and fails the next one with a Win32 number; at the end of the scope every
+// fault of the thread is gone.
+class FileFault {
+public:
+    FileFault(platform::FileCall call, std::uint32_t after, std::uint32_t error,
+              bool sticky = false) {
+        platform::FailFileCall(call, after, error, sticky);
+    }
+    ~FileFault() { platform::ClearFileFaults(); }
+    FileFault(const FileFault&) = delete;
+    FileFault& operator=(const FileFault&) = delete;
+};
+
+// Makes one transfer move at most `limit` bytes, though it succeeds.
+class ShortTransfer {
+public:
+    ShortTransfer(platform::FileCall call, std::uint32_t after, std::uint32_t limit,
+                  bool sticky = false) {
+        platform::ShortenFileCall(call, after, limit, sticky);
+    }
+    ~ShortTransfer() { platform::ClearFileFaults(); }
+    ShortTransfer(const ShortTransfer&) = delete;
+    ShortTransfer& operator=(const ShortTransfer&) = delete;
+};
+
+// The disk takes `after` more writes and `limit` bytes of the next one, then no more.
+class FullDisk {
+public:
+    explicit FullDisk(std::uint32_t after = 0, std::uint32_t limit = 0) {
+        platform::FillDisk(after, limit);
+    }
+    ~FullDisk() { platform::ClearFileFaults(); }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+};
+
+// Runs an operation again and again, failing its first call of that kind, then its second, and so
+// on until it makes no more of them; `check(n)` follows each run in which the n-th call (from 0)
+// failed. Returns how many runs that were.
+template <typename Operation, typename Check>
+std::uint32_t FailEachFileCall(platform::FileCall call, std::uint32_t error, Operation operation,
+                               Check check) {
+    for (std::uint32_t n = 0; n < 100000; ++n) {
+        platform::FailFileCall(call, n, error);
+        operation();
+        if (platform::ClearFileFaults(call) <= n) return n;
+        check(n);
+        if (testing::Test::HasFailure()) return n;
+    }
+    ADD_FAILURE() << "no end of calls";
+    return 0;
+}
+
+}  // namespace test
+
+#endif
