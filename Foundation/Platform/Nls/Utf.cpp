@@ -1,6 +1,7 @@
 // Chooses the kernels at the first call and hands every call to them.
 #include "Foundation/Platform/Nls/Utf.h"
 
+#include <algorithm>
 #include <atomic>
 
 #include "Foundation/Platform/Nls/UtfKernels.h"
@@ -10,11 +11,37 @@ namespace {
 
 using detail::UtfKernels;
 
-constinit std::atomic<const UtfKernels*> kernels_in_use{&detail::kPlainKernels};
+constexpr int kNoLimit = 3;
 
-// Relaxed is enough: the kernels themselves are constants.
+// Null until the first call. Relaxed is enough: the kernels themselves are constants.
+constinit std::atomic<const UtfKernels*> kernels_in_use{nullptr};
+
+#if defined(__x86_64__)
+// The highest level that this processor has.
+int ProcessorLevel() noexcept {
+    __builtin_cpu_init();
+    const bool popcnt = __builtin_cpu_supports("popcnt") != 0;
+    if (popcnt && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi")) return 3;
+    return popcnt && __builtin_cpu_supports("sse4.1") ? 2 : 1;
+}
+
+constexpr const UtfKernels* kLevels[] = {&detail::kPlainKernels, &detail::kSse2Kernels,
+                                         &detail::kSse41Kernels, &detail::kAvx2Kernels};
+#else
+int ProcessorLevel() noexcept {
+    return 0;
+}
+
+constexpr const UtfKernels* kLevels[] = {&detail::kPlainKernels};
+#endif
+
 const UtfKernels& Kernels() noexcept {
-    return *kernels_in_use.load(std::memory_order_relaxed);
+    const UtfKernels* kernels = kernels_in_use.load(std::memory_order_relaxed);
+    if (kernels == nullptr) [[unlikely]] {
+        LimitUtfKernels(kNoLimit);
+        kernels = kernels_in_use.load(std::memory_order_relaxed);
+    }
+    return *kernels;
 }
 
 }  // namespace
@@ -53,8 +80,10 @@ void NarrowAscii(const char16_t* text, std::size_t length, char* out) noexcept {
     Kernels().narrow(text, length, out);
 }
 
-int LimitUtfKernels(int) noexcept {
-    return 0;
+int LimitUtfKernels(int level) noexcept {
+    const int used = std::clamp(level, 0, ProcessorLevel());
+    kernels_in_use.store(kLevels[used], std::memory_order_relaxed);
+    return used;
 }
 
 }  // namespace platform

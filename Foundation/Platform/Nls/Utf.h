@@ -44,7 +44,7 @@ FOUNDATION_API void WidenAscii(const char* text, std::size_t length, char16_t* o
 FOUNDATION_API void NarrowAscii(const char16_t* text, std::size_t length, char* out) noexcept;
 
 // Test and benchmark seam: caps the kernels at an instruction set (0 plain, 1 SSE2, 2 SSSE3/SSE4.1,
-// 3 AVX2, above: no cap) and returns the level in use, the lower of cap and processor.
+// 3 AVX2, above: no cap) and returns the level in use: the lower of cap and processor.
 FOUNDATION_API int LimitUtfKernels(int level) noexcept;
 
 }  // namespace platform

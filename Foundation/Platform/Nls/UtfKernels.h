@@ -22,7 +22,10 @@ struct UtfKernels {
     void (*narrow)(const char16_t* text, std::size_t length, char* out) noexcept;
 };
 
-extern constinit const UtfKernels kPlainKernels;
+extern const UtfKernels kPlainKernels;
+extern const UtfKernels kSse2Kernels;
+extern const UtfKernels kSse41Kernels;
+extern const UtfKernels kAvx2Kernels;
 
 }  // namespace platform::detail
 
