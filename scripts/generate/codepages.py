@@ -3,7 +3,7 @@
 
     codepages.py DATA            writes the tables from the folder DATA
     codepages.py --check DATA    compares the committed tables with what would be written
-    codepages.py --sums DATA     prints the rows of kWholePages in tests/Platform/CodePagesTest.cpp
+    codepages.py --sums DATA     prints the rows of kWholePages in tests/Platform/CodePageTablesTest.cpp
 
 DATA holds cpinfo.tsv, leadbytes.tsv, sb/cpN.tsv and db/cpN.tsv: the strict mappings of the Windows
 code pages (no best fit), facts that agree in the code-page files published for Windows and in the
@@ -136,6 +136,7 @@ class Tables:
         self.double_index, self.double_codes = Pool(), Pool()
         self.double_codes.add([MISSING] * BLOCK)
         self.records = [self.record(page) for page in pages.values()]
+        self.modulus, self.places = self.places_of(list(pages))
 
     def record(self, page):
         record = {
@@ -148,6 +149,14 @@ class Tables:
         record.update(self.single(page) if page.max_char == 1 else self.double(page))
         record['lead_bytes'] = [b for pair in page.lead_ranges for b in pair]
         return record
+
+    @staticmethod
+    def places_of(numbers):
+        """The least modulus that tells all page numbers apart, and the record of each remainder."""
+        modulus = next(m for m in range(len(numbers), 0x10000)
+                       if len({number % m for number in numbers}) == len(numbers))
+        records = {number % modulus: place for place, number in enumerate(numbers)}
+        return modulus, [records.get(remainder, 0) for remainder in range(modulus)]
 
     @staticmethod
     def stored(code):
@@ -205,6 +214,8 @@ class Tables:
 
     def verify(self):
         for page, record in zip(self.pages.values(), self.records):
+            if self.records[self.places[page.number % self.modulus]] is not record:
+                sys.exit('page %d: not found by its number' % page.number)
             codes = list(range(256)) + [lead * 256 + b for lead in page.leads for b in range(256)]
             for code in codes:
                 if self.decoded(record, code) != page.decode.get(code, page.default_unit):
@@ -286,18 +297,23 @@ def files(tables):
         count = len(pool.values)
         bodies.setdefault(name, []).append(array(kind, array_name, count, pool.values, comment))
         externs.append('extern const %s %s[%d];' % (kind, array_name, count))
-    bodies['TablePages.cpp'] = ['\nconst TablePage kTablePages[kTablePageCount] = {\n',
-                                *map(record_line, tables.records), '};\n']
+    externs.append('extern const %s kPagePlaces[%d];' % (u8, tables.modulus))
+    bodies['TablePages.cpp'] = [
+        array(u8, 'kPagePlaces', tables.modulus, tables.places,
+              'Place in kTablePages by the remainder of the page number; any for other numbers.'),
+        '\nconst TablePage kTablePages[kTablePageCount] = {\n',
+        *map(record_line, tables.records), '};\n']
     result = {name: source(body) for name, body in bodies.items()}
     result['CodePageTables.h'] = HEADER % {
         'heading': HEADING, 'size': format(tables.size(), ','), 'count': len(tables.records),
+        'modulus': tables.modulus,
         'externs': '\n'.join(externs)}
     return result
 
 
 HEADER = '''%(heading)s//
 // The strict mappings of all table pages: %(size)s bytes, read-only, without pointers.
-// kTablePages is in ascending order of the page number and says where each page's parts begin.
+// kTablePages says where each page's parts begin; kPagePlaces finds the page of a number.
 #ifndef FOUNDATION_PLATFORM_NLS_TABLES_CODEPAGETABLES_H
 #define FOUNDATION_PLATFORM_NLS_TABLES_CODEPAGETABLES_H
 
@@ -329,6 +345,7 @@ struct TablePage {
 };
 
 inline constexpr std::size_t kTablePageCount = %(count)d;
+inline constexpr std::uint32_t kPageModulus = %(modulus)d;
 inline constexpr std::size_t kUnitsPerBlock = 64;
 inline constexpr std::uint16_t kMissingCode = 0xFFFF;
 

@@ -158,11 +158,8 @@ std::size_t TextLength(const Element* text, int length) noexcept {
 }  // namespace
 
 const TablePage* nls::FindTablePage(std::uint32_t page) noexcept {
-    const auto* end = kTablePages + kTablePageCount;
-    const auto* row = std::lower_bound(
-        kTablePages, end, page,
-        [](const TablePage& left, std::uint32_t right) { return left.number < right; });
-    return row != end && row->number == page ? row : nullptr;
+    const TablePage& row = kTablePages[kPagePlaces[page % kPageModulus]];
+    return row.number == page ? &row : nullptr;
 }
 
 int MultiByteToWideChar(std::uint32_t page, std::uint32_t flags, const char* text, int length,

@@ -2,7 +2,7 @@
 // Do not edit; run `cmake --build build --target gen_tables`.
 //
 // The strict mappings of all table pages: 962,066 bytes, read-only, without pointers.
-// kTablePages is in ascending order of the page number and says where each page's parts begin.
+// kTablePages says where each page's parts begin; kPagePlaces finds the page of a number.
 #ifndef FOUNDATION_PLATFORM_NLS_TABLES_CODEPAGETABLES_H
 #define FOUNDATION_PLATFORM_NLS_TABLES_CODEPAGETABLES_H
 
@@ -34,6 +34,7 @@ struct TablePage {
 };
 
 inline constexpr std::size_t kTablePageCount = 49;
+inline constexpr std::uint32_t kPageModulus = 257;
 inline constexpr std::size_t kUnitsPerBlock = 64;
 inline constexpr std::uint16_t kMissingCode = 0xFFFF;
 
@@ -45,6 +46,7 @@ extern const std::uint8_t kLeadRows[1792];
 extern const char16_t kCells[188809];
 extern const std::uint16_t kDoubleIndex[11264];
 extern const std::uint16_t kDoubleCodes[236672];
+extern const std::uint8_t kPagePlaces[257];
 
 }  // namespace platform::nls
 
