@@ -1,8 +1,13 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <type_traits>
 
 #include "Foundation/Platform/Runtime.h"
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace platform {
 namespace {
@@ -47,18 +52,30 @@ int CompareLowered(const Char* a, const Char* b, std::size_t count) noexcept {
     return 0;
 }
 
-// Units that two texts share from their start, whole blocks only. The inner loop has no exit, so
-// that compilers turn it into vector instructions.
+// Units that two texts share from their start, whole blocks only.
 std::size_t EqualBlocks(const char16_t* a, const char16_t* b, std::size_t length) noexcept {
-    constexpr std::size_t kBlock = 16;
     std::size_t done = 0;
-    for (; length - done >= kBlock; done += kBlock) {
+#if defined(__SSE2__)
+    // The comparison is signed, so A is moved to the lowest signed number.
+    const auto lower = [](const char16_t* units) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+        const __m128i shifted = _mm_add_epi16(block, _mm_set1_epi16(0x8000 - u'A'));
+        const __m128i letter = _mm_cmplt_epi16(shifted, _mm_set1_epi16(-0x8000 + 26));
+        return _mm_add_epi16(block, _mm_and_si128(letter, _mm_set1_epi16(32)));
+    };
+    for (; length - done >= 8; done += 8) {
+        const __m128i equal = _mm_cmpeq_epi16(lower(a + done), lower(b + done));
+        if (_mm_movemask_epi8(equal) != 0xFFFF) break;
+    }
+#else
+    for (; length - done >= 4; done += 4) {
         unsigned difference = 0;
-        for (std::size_t i = done; i < done + kBlock; ++i) {
+        for (std::size_t i = done; i < done + 4; ++i) {
             difference |= static_cast<unsigned>(ToLower(a[i]) ^ ToLower(b[i]));
         }
         if (difference != 0) break;
     }
+#endif
     return done;
 }
 

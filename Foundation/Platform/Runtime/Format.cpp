@@ -86,9 +86,7 @@ public:
 
     std::size_t Run(const Char* format) noexcept {
         for (;;) {
-            const Char* const run = format;
-            while (*format != '%' && *format != 0) ++format;
-            out_.Append(run, static_cast<std::size_t>(format - run));
+            format = out_.AppendLiteral(format);
             if (*format == 0) break;
             Directive directive;
             format = runtime::ParseDirective(format + 1, directive,
@@ -218,6 +216,7 @@ private:
         if (text == nullptr) text = null_text;
         // A negative precision becomes the largest bound; with one, nothing behind it is read.
         const auto most = static_cast<std::size_t>(directive.precision);
+        if (directive.width == 0) return out_.AppendText(text, most);
         std::size_t length = 0;
         while (length < most && text[length] != 0) ++length;
         Padded(directive, text, length);

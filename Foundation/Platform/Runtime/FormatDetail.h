@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 
 namespace platform::runtime {
@@ -14,7 +13,8 @@ namespace platform::runtime {
 template <typename Char>
 class Writer {
 public:
-    Writer(Char* out, std::size_t capacity) noexcept : next_(out), room_(capacity) {}
+    Writer(Char* out, std::size_t capacity) noexcept
+        : next_(out), room_(capacity), capacity_(capacity) {}
 
     void Put(Char unit) noexcept {
         if (room_ == 0) {
@@ -22,26 +22,38 @@ public:
             return;
         }
         --room_;
-        ++written_;
         *next_++ = unit;
     }
     // Text of either width; see the rules of width crossing in Runtime.h.
     template <typename From>
     void Append(const From* text, std::size_t length) noexcept {
         const std::size_t fits = Claim(length);
-        if constexpr (sizeof(From) == sizeof(Char)) {
-            if (fits != 0) std::memcpy(next_, text, fits * sizeof(Char));
-        } else {
-            std::transform(text, text + fits, next_, Convert<From>);
-        }
+        std::transform(text, text + fits, next_, Convert<From>);
         next_ += fits;
     }
+    // Text up to its terminator or `most` units, measured while it is copied.
+    template <typename From>
+    void AppendText(const From* text, std::size_t most) noexcept {
+        const std::size_t fits = std::min(most, room_);
+        std::size_t at = 0;
+        for (; at < fits && text[at] != 0; ++at) next_[at] = Convert(text[at]);
+        next_ += at;
+        room_ -= at;
+        if (at < fits) return;
+        for (; at < most && text[at] != 0; ++at) ++lost_;
+    }
+    // The literal text of a format; answers where it ends, at a % or the terminator.
+    const Char* AppendLiteral(const Char* format) noexcept {
+        for (; *format != '%' && *format != 0; ++format) Put(*format);
+        return format;
+    }
     void Fill(char unit, std::size_t count) noexcept {
+        if (count == 0) return;
         const std::size_t fits = Claim(count);
         std::fill_n(next_, fits, static_cast<Char>(unit));
         next_ += fits;
     }
-    [[nodiscard]] std::size_t Length() const noexcept { return written_ + lost_; }
+    [[nodiscard]] std::size_t Length() const noexcept { return capacity_ - room_ + lost_; }
     void Terminate() noexcept {
         if (room_ != 0) *next_ = 0;
     }
@@ -49,20 +61,24 @@ public:
 private:
     template <typename From>
     static Char Convert(From unit) noexcept {
-        if constexpr (sizeof(From) == 1) return static_cast<unsigned char>(unit);
-        return static_cast<Char>(unit > 0xFF ? u'?' : unit);
+        if constexpr (sizeof(From) == sizeof(Char)) {
+            return unit;
+        } else if constexpr (sizeof(From) == 1) {
+            return static_cast<unsigned char>(unit);
+        } else {
+            return static_cast<Char>(unit > 0xFF ? u'?' : unit);
+        }
     }
     std::size_t Claim(std::size_t length) noexcept {
         const std::size_t fits = std::min(length, room_);
         room_ -= fits;
-        written_ += fits;
         lost_ += length - fits;
         return fits;
     }
 
     Char* next_;
     std::size_t room_;
-    std::size_t written_ = 0;
+    std::size_t capacity_;
     std::size_t lost_ = 0;
 };
 
