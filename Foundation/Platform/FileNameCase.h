@@ -2,11 +2,13 @@
 #ifndef FOUNDATION_PLATFORM_FILENAMECASE_H
 #define FOUNDATION_PLATFORM_FILENAMECASE_H
 
+#include "Foundation/Platform/Export.h"
+
 namespace platform {
 
 // The simple upper-case mappings of UnicodeData of the scripts that have case in the basic plane:
 // Latin, Greek, Cyrillic, Armenian and the full-width letters; all other units stay.
-[[nodiscard]] char16_t FileNameUpper(char16_t unit) noexcept;
+[[nodiscard]] FOUNDATION_API char16_t FileNameUpper(char16_t unit) noexcept;
 
 }  // namespace platform
 

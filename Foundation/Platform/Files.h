@@ -20,46 +20,43 @@
 
 namespace platform {
 
-enum : std::uint32_t {  // access
-    kAccessNone = 0,
-    kAccessRead = 0x80000000,
-    kAccessWrite = 0x40000000,
-    kAccessDelete = 0x00010000,
-};
-enum : std::uint32_t {  // what others may do meanwhile
-    kShareNone = 0,
-    kShareRead = 1,
-    kShareWrite = 2,
-    kShareDelete = 4,
-};
-enum : std::uint32_t {  // disposition
-    kCreateNew = 1,
-    kCreateAlways = 2,
-    kOpenExisting = 3,
-    kOpenAlways = 4,
-    kTruncateExisting = 5,
-};
-enum : std::uint32_t {  // attributes
-    kFileReadOnly = 0x1,
-    kFileHidden = 0x2,
-    kFileSystem = 0x4,
-    kFileFolder = 0x10,
-    kFileArchive = 0x20,
-    kFileNormal = 0x80,
-    kFileTemporary = 0x100,
-    kFileCompressed = 0x800,
-    kInvalidAttributes = 0xFFFFFFFF,
-};
-enum : std::uint32_t {  // flags
-    kFlagWriteThrough = 0x80000000,
-    kFlagOverlapped = 0x40000000,  // transfers then fail with 87: none of ours is asynchronous
-    kFlagNoBuffering = 0x20000000,
-    kFlagRandomAccess = 0x10000000,
-    kFlagSequentialScan = 0x08000000,
-    kFlagDeleteOnClose = 0x04000000,
-    kFlagFolders = 0x02000000,  // folders may be opened
-};
-enum : std::uint32_t { kSeekBegin = 0, kSeekCurrent = 1, kSeekEnd = 2 };
+// Access.
+inline constexpr std::uint32_t kAccessNone = 0;
+inline constexpr std::uint32_t kAccessRead = 0x80000000;
+inline constexpr std::uint32_t kAccessWrite = 0x40000000;
+inline constexpr std::uint32_t kAccessDelete = 0x00010000;
+// What others may do meanwhile.
+inline constexpr std::uint32_t kShareNone = 0;
+inline constexpr std::uint32_t kShareRead = 1;
+inline constexpr std::uint32_t kShareWrite = 2;
+inline constexpr std::uint32_t kShareDelete = 4;
+// Disposition.
+inline constexpr std::uint32_t kCreateNew = 1;
+inline constexpr std::uint32_t kCreateAlways = 2;
+inline constexpr std::uint32_t kOpenExisting = 3;
+inline constexpr std::uint32_t kOpenAlways = 4;
+inline constexpr std::uint32_t kTruncateExisting = 5;
+// Attributes.
+inline constexpr std::uint32_t kFileReadOnly = 0x1;
+inline constexpr std::uint32_t kFileHidden = 0x2;
+inline constexpr std::uint32_t kFileSystem = 0x4;
+inline constexpr std::uint32_t kFileFolder = 0x10;
+inline constexpr std::uint32_t kFileArchive = 0x20;
+inline constexpr std::uint32_t kFileNormal = 0x80;
+inline constexpr std::uint32_t kFileTemporary = 0x100;
+inline constexpr std::uint32_t kFileCompressed = 0x800;
+inline constexpr std::uint32_t kInvalidAttributes = 0xFFFFFFFF;
+// Flags.
+inline constexpr std::uint32_t kFlagWriteThrough = 0x80000000;
+inline constexpr std::uint32_t kFlagOverlapped = 0x40000000;  // transfers fail with 87
+inline constexpr std::uint32_t kFlagNoBuffering = 0x20000000;
+inline constexpr std::uint32_t kFlagRandomAccess = 0x10000000;
+inline constexpr std::uint32_t kFlagSequentialScan = 0x08000000;
+inline constexpr std::uint32_t kFlagDeleteOnClose = 0x04000000;
+inline constexpr std::uint32_t kFlagFolders = 0x02000000;  // folders may be opened
+inline constexpr std::uint32_t kSeekBegin = 0;
+inline constexpr std::uint32_t kSeekCurrent = 1;
+inline constexpr std::uint32_t kSeekEnd = 2;
 
 // ---- Handles ------------------------------------------------------------------------------------
 
@@ -169,13 +166,11 @@ struct FileStatus {
     std::int64_t modification;
     std::int64_t creation;  // of the last change of status where the system keeps no creation time
 };
-enum : std::uint32_t {
-    kModeKind = 0xF000,
-    kModePipe = 0x1000,
-    kModeDevice = 0x2000,
-    kModeFolder = 0x4000,
-    kModeFile = 0x8000,
-};
+inline constexpr std::uint32_t kModeKind = 0xF000;
+inline constexpr std::uint32_t kModePipe = 0x1000;
+inline constexpr std::uint32_t kModeDevice = 0x2000;
+inline constexpr std::uint32_t kModeFolder = 0x4000;
+inline constexpr std::uint32_t kModeFile = 0x8000;
 
 // 0, or the C runtime's error number (2: nothing of that name, 13: not allowed, ...); *status is
 // then all zero. The last error is left alone. A folder may be named with a separator behind.

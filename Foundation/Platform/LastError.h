@@ -13,43 +13,41 @@
 namespace platform {
 
 // The numbers that the library itself tests for or sets; any other Win32 number may occur.
-enum : std::uint32_t {
-    kErrorSuccess = 0,
-    kErrorFileNotFound = 2,
-    kErrorPathNotFound = 3,
-    kErrorTooManyOpenFiles = 4,
-    kErrorAccessDenied = 5,
-    kErrorInvalidHandle = 6,
-    kErrorNotEnoughMemory = 8,
-    kErrorInvalidDrive = 15,
-    kErrorNotSameDevice = 17,
-    kErrorNoMoreFiles = 18,
-    kErrorNotReady = 21,
-    kErrorSeek = 25,
-    kErrorWriteFault = 29,
-    kErrorReadFault = 30,
-    kErrorGenFailure = 31,
-    kErrorSharingViolation = 32,
-    kErrorLockViolation = 33,
-    kErrorFileExists = 80,
-    kErrorInvalidParameter = 87,
-    kErrorDiskFull = 112,
-    kErrorInsufficientBuffer = 122,
-    kErrorInvalidName = 123,
-    kErrorNegativeSeek = 131,
-    kErrorDirNotEmpty = 145,
-    kErrorNotLocked = 158,
-    kErrorAlreadyExists = 183,
-    kErrorFilenameExceedsRange = 206,
-    kErrorBadFileType = 222,
-    kErrorFileTooLarge = 223,
-    kErrorDirectory = 267,
-    kErrorInvalidAddress = 487,
-    kErrorInvalidFlags = 1004,
-    kErrorFileInvalid = 1006,
-    kErrorNoUnicodeTranslation = 1113,
-    kErrorUserMappedFile = 1224,
-};
+inline constexpr std::uint32_t kErrorSuccess = 0;
+inline constexpr std::uint32_t kErrorFileNotFound = 2;
+inline constexpr std::uint32_t kErrorPathNotFound = 3;
+inline constexpr std::uint32_t kErrorTooManyOpenFiles = 4;
+inline constexpr std::uint32_t kErrorAccessDenied = 5;
+inline constexpr std::uint32_t kErrorInvalidHandle = 6;
+inline constexpr std::uint32_t kErrorNotEnoughMemory = 8;
+inline constexpr std::uint32_t kErrorInvalidDrive = 15;
+inline constexpr std::uint32_t kErrorNotSameDevice = 17;
+inline constexpr std::uint32_t kErrorNoMoreFiles = 18;
+inline constexpr std::uint32_t kErrorNotReady = 21;
+inline constexpr std::uint32_t kErrorSeek = 25;
+inline constexpr std::uint32_t kErrorWriteFault = 29;
+inline constexpr std::uint32_t kErrorReadFault = 30;
+inline constexpr std::uint32_t kErrorGenFailure = 31;
+inline constexpr std::uint32_t kErrorSharingViolation = 32;
+inline constexpr std::uint32_t kErrorLockViolation = 33;
+inline constexpr std::uint32_t kErrorFileExists = 80;
+inline constexpr std::uint32_t kErrorInvalidParameter = 87;
+inline constexpr std::uint32_t kErrorDiskFull = 112;
+inline constexpr std::uint32_t kErrorInsufficientBuffer = 122;
+inline constexpr std::uint32_t kErrorInvalidName = 123;
+inline constexpr std::uint32_t kErrorNegativeSeek = 131;
+inline constexpr std::uint32_t kErrorDirNotEmpty = 145;
+inline constexpr std::uint32_t kErrorNotLocked = 158;
+inline constexpr std::uint32_t kErrorAlreadyExists = 183;
+inline constexpr std::uint32_t kErrorFilenameExceedsRange = 206;
+inline constexpr std::uint32_t kErrorBadFileType = 222;
+inline constexpr std::uint32_t kErrorFileTooLarge = 223;
+inline constexpr std::uint32_t kErrorDirectory = 267;
+inline constexpr std::uint32_t kErrorInvalidAddress = 487;
+inline constexpr std::uint32_t kErrorInvalidFlags = 1004;
+inline constexpr std::uint32_t kErrorFileInvalid = 1006;
+inline constexpr std::uint32_t kErrorNoUnicodeTranslation = 1113;
+inline constexpr std::uint32_t kErrorUserMappedFile = 1224;
 
 [[nodiscard]] FOUNDATION_API std::uint32_t LastError() noexcept;
 FOUNDATION_API void SetLastError(std::uint32_t number) noexcept;

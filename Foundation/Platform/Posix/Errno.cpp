@@ -33,7 +33,7 @@ constexpr auto kWin32 = std::to_array<Number>({
 
 std::uint32_t Win32FromErrno(int number) noexcept {
     const auto row = std::ranges::find(kWin32, number, &Number::number);
-    return row == kWin32.end() ? std::uint32_t{kErrorGenFailure} : row->win32;
+    return row == kWin32.end() ? kErrorGenFailure : row->win32;
 }
 
 int RuntimeFromErrno(int number) noexcept {

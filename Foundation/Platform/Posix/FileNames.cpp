@@ -78,15 +78,14 @@ bool RemoveNative(const NativeName& name) {
 // 0, or why the target may not be replaced.
 std::uint32_t TargetRefusal(const NativeName& to, bool replace) {
     struct stat status;
-    if (lstat(to.c_str(), &status) != 0)
-        return to.MayBeCreated() ? 0u : std::uint32_t{kErrorInvalidName};
+    if (lstat(to.c_str(), &status) != 0) return to.MayBeCreated() ? 0u : kErrorInvalidName;
     if (!replace) return kErrorAlreadyExists;
     if (S_ISDIR(status.st_mode)) return kErrorAccessDenied;
     if (!S_ISREG(status.st_mode)) return 0;
     if (IsReadOnly(status)) return kErrorAccessDenied;
     const Descriptor descriptor(OpenToAsk(to.c_str()));
     const bool in_use = descriptor.get() >= 0 && IsMarked(descriptor.get(), kDeniesDelete);
-    return in_use ? std::uint32_t{kErrorAccessDenied} : 0u;
+    return in_use ? kErrorAccessDenied : 0u;
 }
 
 // Renames in one step; where the file system cannot refuse a taken target, by a second name.

@@ -78,7 +78,7 @@ std::uint32_t Refusal(const NativeName& name, const Plan& plan, const struct sta
     if (disposition == kCreateNew) return kErrorFileExists;
     if (S_ISDIR(status.st_mode)) {
         if ((plan.request.flags_and_attributes & kFlagFolders) == 0) return kErrorAccessDenied;
-        return plan.truncates ? std::uint32_t{kErrorFileExists} : 0;
+        return plan.truncates ? kErrorFileExists : 0;
     }
     if (name.EndsInSeparator()) return kErrorInvalidName;
     const bool changes = plan.write || plan.truncates || plan.remove;
@@ -184,7 +184,7 @@ Outcome Create(Object* file, const NativeName& name, const Plan& plan) {
     }
     if (!name.MayBeCreated() || name.EndsInSeparator()) {
         const std::uint32_t missing = name.MissingError();
-        return Failed(missing == kErrorPathNotFound ? missing : std::uint32_t{kErrorInvalidName});
+        return Failed(missing == kErrorPathNotFound ? missing : kErrorInvalidName);
     }
     const std::uint32_t attributes = plan.request.flags_and_attributes;
     const bool direct = (attributes & kFlagWriteThrough) != 0;

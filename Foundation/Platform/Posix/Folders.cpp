@@ -81,7 +81,7 @@ std::uint32_t MakeEmpty(const char16_t* given) {
     const int descriptor = posix::Retry([&] { return open(name.c_str(), flags, 0600); });
     if (descriptor < 0) {
         const bool no_folder = errno == ENOENT || errno == ENOTDIR;
-        return no_folder ? std::uint32_t{kErrorDirectory} : posix::Win32FromErrno(errno);
+        return no_folder ? kErrorDirectory : posix::Win32FromErrno(errno);
     }
     close(descriptor);
     return 0;

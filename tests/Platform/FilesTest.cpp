@@ -1,0 +1,512 @@
+// Opening, transfers, attributes and names of files, against recorded answers of the platform.
+#include "Foundation/Platform/Files.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "Foundation/Platform/LastError.h"
+#include "Support/Faults.h"
+#include "Support/TempFolder.h"
+#include "Support/Text.h"
+
+namespace {
+
+using namespace platform;
+using std::u16string;
+
+HANDLE Open(const u16string& name, std::uint32_t access, std::uint32_t disposition,
+            std::uint32_t flags = kFileNormal) {
+    return OpenFile(name.c_str(), access, kShareNone, disposition, flags);
+}
+
+std::uint32_t Access(const std::string& letters) {
+    std::uint32_t access = 0;
+    if (letters.find('R') != letters.npos) access |= kAccessRead;
+    if (letters.find('W') != letters.npos) access |= kAccessWrite;
+    return access;
+}
+
+std::string ReadAll(HANDLE file) {
+    char bytes[64];
+    std::uint32_t done = 0;
+    EXPECT_TRUE(ReadFile(file, bytes, sizeof bytes, &done));
+    return {bytes, done};
+}
+
+bool Write(HANDLE file, std::string_view bytes) {
+    std::uint32_t done = 0;
+    return WriteFile(file, bytes.data(), static_cast<std::uint32_t>(bytes.size()), &done);
+}
+
+// Each line: target, access, disposition, flags and attributes; then the last error, and what is
+// there afterwards: size and attributes. "183" opens the file that exists.
+constexpr const char* kDispositions = R"(
+missing none 1 80        0 0 20
+missing none 3 80        2 -1 -
+missing R 1 1            0 0 21
+missing R 2 2            0 0 22
+missing R 5 80           2 -1 -
+missing RW 4 2000000     0 0 20
+missing W 0 80           87 -1 -
+missing W 6 80           87 -1 -
+file none 1 80           80 5 20
+file none 3 80           0 5 20
+file R 2 80              183 0 20
+file W 4 2               183 5 20
+file R 5 80              0 0 20
+file RW 2 2              183 0 20
+folder none 2 80         5 0 10
+folder R 1 1             80 0 10
+folder R 3 2000000       0 0 10
+folder W 4 2000000       183 0 10
+folder RW 4 80           5 0 10
+folder W 5 2000000       80 0 10
+read-only none 4 80      183 5 21
+read-only R 2 80         5 5 21
+read-only R 3 1          0 5 21
+read-only R 5 80         5 5 21
+read-only W 1 80         80 5 21
+read-only W 3 80         5 5 21
+read-only RW 4 2         5 5 21
+read-only R 3 4000080    5 5 21
+hidden none 2 80         5 5 22
+hidden R 2 2             183 0 22
+hidden R 5 80            0 0 22
+hidden RW 3 80           0 5 22
+system W 2 2             5 5 24
+system W 2 4             183 0 24
+system RW 4 1            183 5 24
+no/name R 3 80           3 -1 -
+no/name W 2 80           3 -1 -
+no/name RW 6 80          87 -1 -
+folder\ R 3 2000000      0 0 10
+folder\ R 3 80           5 0 10
+folder\ W 1 80           80 0 10
+file\ R 1 1              80 -1 -
+file\ W 4 2              123 -1 -
+file\ none 5 80          123 -1 -
+missing\ W 2 80          123 -1 -
+a>b W 2 80               123 -1 -
+a>b R 3 80               123 -1 -
+)";
+
+// Makes what a line's target names, each time anew.
+void Prepare(const test::TempFolder& folder, const std::string& target) {
+    if (target.starts_with("folder")) return folder.MakeFolder(u"folder");
+    std::uint32_t attributes = kFileArchive;
+    if (target == "read-only") attributes |= kFileReadOnly;
+    if (target == "hidden") attributes |= kFileHidden;
+    if (target == "system") attributes |= kFileSystem;
+    if (attributes == kFileArchive && !target.starts_with("file")) return;
+    const u16string name = test::Utf16(target.substr(0, target.find('\\')));
+    folder.Write(name, "12345");
+    ASSERT_TRUE(SetAttributes(folder.Name(name).c_str(), attributes));
+}
+
+TEST(FilesTest, DispositionsAnswerAsRecorded) {
+    std::istringstream lines(kDispositions);
+    std::string target, access, attributes;
+    std::uint32_t disposition = 0, flags = 0, error = 0;
+    long size = 0;
+    while (lines >> target >> access >> disposition >> std::hex >> flags >> std::dec >> error >>
+           size >> attributes) {
+        SCOPED_TRACE(target + " " + access + " " + std::to_string(disposition));
+        const test::TempFolder folder;
+        Prepare(folder, target);
+        const u16string name = folder.Name(test::Utf16(target));
+        SetLastError(77);
+        const HANDLE file = Open(name, Access(access), disposition, flags);
+        EXPECT_EQ(LastError(), error);
+        EXPECT_EQ(file != INVALID_HANDLE_VALUE, error == 0 || error == kErrorAlreadyExists);
+        if (file != INVALID_HANDLE_VALUE) {
+            EXPECT_TRUE(CloseHandle(file));
+        }
+        std::ostringstream word;
+        word << std::hex << QueryAttributes(name.c_str());
+        EXPECT_EQ(word.str(), attributes == "-" ? "ffffffff" : attributes);
+        FileStatus status;
+        const bool is_file = QueryStatus(name.c_str(), &status) == 0 && status.mode & kModeFile;
+        if (is_file) {
+            EXPECT_EQ(status.size, static_cast<std::uint64_t>(size));
+        }
+    }
+}
+
+TEST(FilesTest, TransfersMoveThePositionAndRespectTheAccess) {
+    const test::TempFolder folder;
+    folder.Write(u"file", "0123456789");
+    const HANDLE file = Open(folder.Name(u"file"), kAccessRead | kAccessWrite, kOpenExisting);
+    struct Seek {
+        std::int64_t distance;
+        std::uint32_t origin, error;
+        std::uint64_t position;  // afterwards
+    };
+    for (const auto [distance, origin, error, position] : {Seek{5, kSeekBegin, 0, 5},
+                                                           {-5, kSeekCurrent, 0, 0},
+                                                           {-6, kSeekCurrent, 131, 0},
+                                                           {0, kSeekEnd, 0, 10},
+                                                           {-11, kSeekEnd, 131, 10},
+                                                           {0, 4, 87, 10},
+                                                           {INT64_MAX, kSeekCurrent, 87, 10},
+                                                           {1LL << 32, kSeekBegin, 0, 1ULL << 32},
+                                                           {8, kSeekBegin, 0, 8}}) {
+        SetLastError(0);
+        EXPECT_EQ(SetFilePosition(file, distance, origin, nullptr), error == 0);
+        EXPECT_EQ(LastError(), error);
+        std::uint64_t now = 0;
+        EXPECT_TRUE(SetFilePosition(file, 0, kSeekCurrent, &now));
+        EXPECT_EQ(now, position);
+    }
+    EXPECT_EQ(ReadAll(file), "89");
+    EXPECT_EQ(ReadAll(file), "");
+    EXPECT_TRUE(SetFilePosition(file, 12, kSeekBegin, nullptr));
+    EXPECT_TRUE(Write(file, "ab"));
+    EXPECT_TRUE(SetFilePosition(file, -1, kSeekCurrent, nullptr));
+    EXPECT_TRUE(SetEndOfFile(file));
+    EXPECT_TRUE(FlushFile(file));
+    EXPECT_TRUE(CloseHandle(file));
+    EXPECT_EQ(folder.Read(u"file"), std::string("0123456789\0\0a", 13));
+
+    std::uint32_t done = 0;
+    const HANDLE reading = Open(folder.Name(u"file"), kAccessRead, kOpenExisting);
+    EXPECT_FALSE(Write(reading, "x") || SetEndOfFile(reading) || FlushFile(reading));
+    EXPECT_EQ(LastError(), kErrorAccessDenied);
+    EXPECT_TRUE(CloseHandle(reading));
+    const HANDLE writing = Open(folder.Name(u"file"), kAccessWrite, kOpenExisting);
+    EXPECT_FALSE(ReadFile(writing, &done, 1, &done));
+    EXPECT_EQ(LastError(), kErrorAccessDenied);
+    EXPECT_TRUE(CloseHandle(writing));
+}
+
+TEST(FilesTest, AHandleUsedTooLateIsInvalid) {
+    const test::TempFolder folder;
+    folder.Write(u"file", "content");
+    const HANDLE old = Open(folder.Name(u"file"), kAccessRead, kOpenExisting);
+    ASSERT_TRUE(CloseHandle(old));
+    // Takes the same place in the table.
+    const HANDLE fresh = Open(folder.Name(u"file"), kAccessRead, kOpenExisting);
+    EXPECT_NE(old, fresh);
+    std::uint32_t done = 0;
+    for (const HANDLE handle : {old, HANDLE{nullptr}, INVALID_HANDLE_VALUE, HANDLE(&done)}) {
+        SetLastError(0);
+        EXPECT_FALSE(ReadFile(handle, &done, 1, &done));
+        EXPECT_EQ(LastError(), kErrorInvalidHandle);
+        EXPECT_FALSE(SetFilePosition(handle, 0, kSeekBegin, nullptr));
+        EXPECT_FALSE(CloseHandle(handle));
+        EXPECT_EQ(LastError(), kErrorInvalidHandle);
+    }
+    EXPECT_TRUE(CloseHandle(fresh));
+}
+
+TEST(FilesTest, ManyHandlesAreOpenAtOnce) {
+    const test::TempFolder folder;
+    folder.Write(u"file", "content");
+    SetHandleCount(2000);
+    std::vector<HANDLE> handles;
+    for (int i = 0; i < 1500; ++i) {
+        handles.push_back(OpenFile(folder.Name(u"file").c_str(), kAccessRead, kShareRead,
+                                   kOpenExisting, kFileNormal));
+        ASSERT_NE(handles.back(), INVALID_HANDLE_VALUE) << i << ", error " << LastError();
+    }
+    EXPECT_EQ(ReadAll(handles.back()), "content");
+    for (const HANDLE handle : handles) EXPECT_TRUE(CloseHandle(handle));
+}
+
+TEST(FilesTest, AFileBeyondFourGibibytesIsMeasuredAndReached) {
+    const test::TempFolder folder;
+    const HANDLE file = Open(folder.Name(u"large"), kAccessRead | kAccessWrite, kCreateNew);
+    const std::int64_t end = (std::int64_t{1} << 32) + 10;
+    ASSERT_TRUE(SetFilePosition(file, end, kSeekBegin, nullptr));
+    if (!SetEndOfFile(file)) GTEST_SKIP() << "no files of this size here";
+    std::uint64_t size = 0;
+    EXPECT_TRUE(QueryFileSize(file, &size));
+    EXPECT_EQ(size, static_cast<std::uint64_t>(end));
+    EXPECT_TRUE(SetFilePosition(file, -3, kSeekEnd, nullptr));
+    EXPECT_TRUE(Write(file, "xyz"));
+    BY_HANDLE_FILE_INFORMATION information;
+    EXPECT_TRUE(QueryFileInformation(file, &information));
+    EXPECT_EQ(information.nFileSizeHigh, 1u);
+    EXPECT_EQ(information.nFileSizeLow, 10u);
+    EXPECT_EQ(information.nNumberOfLinks, 1u);
+    EXPECT_EQ(information.dwFileAttributes, kFileArchive);
+    EXPECT_TRUE(CloseHandle(file));
+    FileStatus status;
+    EXPECT_EQ(QueryStatus(folder.Name(u"large").c_str(), &status), 0);
+    EXPECT_EQ(status.size, static_cast<std::uint64_t>(end));
+}
+
+TEST(FilesTest, DeleteOnCloseTakesTheFileAlongWithItsLastHandle) {
+    const test::TempFolder folder;
+    const u16string name = folder.Name(u"file");
+    const std::uint32_t all = kShareRead | kShareWrite | kShareDelete;
+    const HANDLE first =
+        OpenFile(name.c_str(), kAccessWrite, all, kCreateNew, kFileNormal | kFlagDeleteOnClose);
+    EXPECT_EQ(OpenFile(name.c_str(), kAccessRead, 3, kOpenExisting, 0), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(LastError(), kErrorSharingViolation);
+    const HANDLE second = OpenFile(name.c_str(), kAccessRead, all, kOpenExisting, 0);
+    EXPECT_TRUE(CloseHandle(first));
+    EXPECT_TRUE(folder.Has(u"file"));
+    EXPECT_EQ(OpenFile(name.c_str(), kAccessRead, all, kOpenExisting, 0), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(LastError(), kErrorAccessDenied);
+    EXPECT_TRUE(CloseHandle(second));
+    EXPECT_FALSE(folder.Has(u"file"));
+
+    // Removed by name while a handle shares that.
+    folder.Write(u"file", "content");
+    const HANDLE open = OpenFile(name.c_str(), kAccessRead, all, kOpenExisting, 0);
+    EXPECT_TRUE(RemoveFile(name.c_str()));
+    EXPECT_EQ(ReadAll(open), "content");
+    EXPECT_EQ(OpenFile(name.c_str(), kAccessRead, all, kOpenExisting, 0), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(LastError(), kErrorAccessDenied);
+    EXPECT_TRUE(CloseHandle(open));
+    EXPECT_FALSE(folder.Has(u"file"));
+}
+
+TEST(FilesTest, AttributesSurviveAndFollowTheirFile) {
+    const test::TempFolder folder;
+    folder.Write(u"file", "");
+    const u16string name = folder.Name(u"file");
+    EXPECT_EQ(QueryAttributes(name.c_str()), kFileArchive);
+    for (const std::uint32_t word : {0x80u, 0x01u, 0x20u, 0x27u, 0x06u, 0x100u, 0x20u}) {
+        ASSERT_TRUE(SetAttributes(name.c_str(), word));
+        EXPECT_EQ(QueryAttributes(name.c_str()), word);
+    }
+    EXPECT_TRUE(SetAttributes(name.c_str(), kFileHidden | kFileReadOnly));
+    EXPECT_TRUE(DuplicateFile(name.c_str(), folder.Name(u"copy").c_str(), false));
+    EXPECT_EQ(QueryAttributes(folder.Name(u"copy").c_str()), kFileHidden | kFileReadOnly);
+    EXPECT_FALSE(RemoveFile(name.c_str()));
+    EXPECT_EQ(LastError(), kErrorAccessDenied);
+    EXPECT_EQ(QueryAttributes(folder.Name(u"none").c_str()), kInvalidAttributes);
+    EXPECT_EQ(LastError(), kErrorFileNotFound);
+}
+
+TEST(FilesTest, NamesAreRemovedMovedAndCopiedAsRecorded) {
+    const test::TempFolder folder;
+    const auto at = [&folder](const char16_t* name) { return folder.Name(name); };
+    folder.MakeFolder(u"folder");
+    for (const char16_t* name : {u"a", u"b", u"folder\\c", u"locked"}) folder.Write(name, "data");
+    ASSERT_TRUE(SetAttributes(at(u"locked").c_str(), kFileReadOnly));
+    const auto move = [&](const char16_t* from, const char16_t* to, bool replace) {
+        return RenameFile(at(from).c_str(), *to ? at(to).c_str() : to, replace, true);
+    };
+    const auto copy = [&](const char16_t* from, const char16_t* to, bool replace) {
+        return DuplicateFile(at(from).c_str(), at(to).c_str(), replace);
+    };
+    const auto after = [](bool done) { return done ? 0u : LastError(); };
+    struct Case {
+        const char* what;
+        std::uint32_t error, expected;
+    };
+    for (const auto& [what, error, expected] : std::vector<Case>{
+             {"move onto a file", after(move(u"a", u"b", false)), 183},
+             {"move onto a file, replacing", after(move(u"a", u"b", true)), 0},
+             {"move a missing file", after(move(u"a", u"x", false)), 2},
+             {"move into a missing folder", after(move(u"b", u"no\\b", false)), 3},
+             {"move to an empty name", after(move(u"b", u"", false)), 3},
+             {"move onto itself", after(move(u"b", u"b", false)), 0},
+             {"move onto a folder", after(move(u"b", u"folder", true)), 5},
+             {"move onto a read-only file", after(move(u"b", u"locked", true)), 5},
+             {"move to a name that cannot be", after(move(u"b", u"b|c", false)), 123},
+             {"move a folder", after(move(u"folder", u"moved", false)), 0},
+             {"copy onto a file", after(copy(u"b", u"moved\\c", false)), 80},
+             {"copy onto a file, replacing", after(copy(u"b", u"moved\\c", true)), 0},
+             {"copy onto a folder", after(copy(u"b", u"moved", true)), 5},
+             {"copy onto itself", after(copy(u"b", u"b", true)), 32},
+             {"copy into a missing folder", after(copy(u"b", u"no\\b", true)), 3},
+             {"copy onto a read-only file", after(copy(u"b", u"locked", true)), 5},
+             {"copy a missing file", after(copy(u"a", u"x", true)), 2},
+             {"remove a read-only file", after(RemoveFile(at(u"locked").c_str())), 5},
+             {"remove a missing file", after(RemoveFile(at(u"a").c_str())), 2},
+             {"remove in a missing folder", after(RemoveFile(at(u"no\\a").c_str())), 3},
+             {"remove a folder", after(RemoveFile(at(u"moved").c_str())), 5},
+             {"remove an empty name", after(RemoveFile(u"")), 3},
+             {"make a folder over a file", after(CreateFolder(at(u"b").c_str())), 183},
+             {"make below a missing folder", after(CreateFolder(at(u"no\\x").c_str())), 3},
+             {"make with a separator", after(CreateFolder(at(u"new\\").c_str())), 0},
+             {"make an empty name", after(CreateFolder(u"")), 3},
+             {"remove a full folder", after(RemoveFolder(at(u"moved").c_str())), 145},
+             {"remove an empty folder", after(RemoveFolder(at(u"new").c_str())), 0},
+             {"remove a file as a folder", after(RemoveFolder(at(u"b").c_str())), 267},
+             {"change to a missing folder", after(ChangeFolder(at(u"no").c_str())), 2},
+             {"change to a file", after(ChangeFolder(at(u"b").c_str())), 267},
+         }) {
+        EXPECT_EQ(error, expected) << what;
+    }
+    EXPECT_EQ(folder.Names(), (std::vector<std::string>{"b", "locked", "moved"}));
+    EXPECT_EQ(folder.Read(u"moved\\c"), "data");
+}
+
+TEST(FilesTest, ACopyKeepsContentAndTimeAndLeavesNothingHalfDone) {
+    const test::TempFolder folder;
+    std::string content;
+    for (int i = 0; i < 300000; ++i) content += static_cast<char>(i * 7);
+    folder.Write(u"from", content);
+    ASSERT_TRUE(DuplicateFile(folder.Name(u"from").c_str(), folder.Name(u"to").c_str(), true));
+    EXPECT_EQ(folder.Read(u"to"), content);
+    FileStatus from, to;
+    EXPECT_EQ(QueryStatus(folder.Name(u"from").c_str(), &from), 0);
+    EXPECT_EQ(QueryStatus(folder.Name(u"to").c_str(), &to), 0);
+    EXPECT_EQ(from.modification, to.modification);
+
+    // Across file systems, when there is a second one to write to.
+    const u16string far = u"/dev/shm/zelkor-test-" + test::Utf16(std::to_string(getpid()));
+    if (!RenameFile(folder.Name(u"from").c_str(), far.c_str(), false, false)) {
+        EXPECT_EQ(LastError(), kErrorNotSameDevice);
+        EXPECT_TRUE(RenameFile(folder.Name(u"from").c_str(), far.c_str(), false, true));
+        EXPECT_FALSE(folder.Has(u"from"));
+        EXPECT_FALSE(RenameFile(folder.Name(u"to").c_str(), far.c_str(), false, true));
+        EXPECT_EQ(LastError(), kErrorAlreadyExists);
+        EXPECT_TRUE(RenameFile(far.c_str(), folder.Name(u"back").c_str(), false, true));
+        EXPECT_EQ(folder.Read(u"back"), content);
+    } else {
+        EXPECT_TRUE(RemoveFile(far.c_str()));
+    }
+}
+
+TEST(FilesTest, TemporaryFilesAreNewEmptyAndNamedByRule) {
+    const test::TempFolder folder;
+    std::array<char16_t, 260> name;
+    struct Case {
+        const char16_t* prefix;
+        std::uint32_t unique;
+        const char16_t* name;
+    };
+    for (const auto& [prefix, unique, expected] : {Case{u"a", 0x1A2B, u"a1a2b.tmp"},
+                                                   {u"abcdef", 0x1A2B, u"abc1a2b.tmp"},
+                                                   {u"a.b", 0xFF0007, u"a.b7.tmp"}}) {
+        EXPECT_EQ(CreateTemporaryFile(folder.Path().c_str(), prefix, unique, name),
+                  unique & 0xFFFF);
+        EXPECT_EQ(u16string(name.data()), folder.Name(expected));
+    }
+    EXPECT_TRUE(folder.Names().empty());
+    for (int i = 0; i < 50; ++i) {
+        const std::uint32_t number = CreateTemporaryFile(folder.Path().c_str(), u"abcd", 0, name);
+        ASSERT_NE(number, 0u);
+        EXPECT_EQ(std::u16string_view(name.data()).size(), folder.Path().size() + 12);
+    }
+    EXPECT_EQ(folder.Names().size(), 50u);
+    EXPECT_EQ(CreateTemporaryFile(folder.Name(u"no").c_str(), u"a", 0, name), 0u);
+    EXPECT_EQ(LastError(), kErrorDirectory);
+    EXPECT_EQ(CreateTemporaryFile(folder.Path().c_str(), u"a", 0, std::span(name).first(20)), 0u);
+    EXPECT_NE(TemporaryFolder(name), 0u);
+    EXPECT_TRUE(u16string(name.data()).ends_with(u'\\'));
+}
+
+TEST(FilesTest, ForcedFailuresStrikeTheCallTheyNameAndNoOther) {
+    const test::TempFolder folder;
+    const HANDLE file = Open(folder.Name(u"file"), kAccessRead | kAccessWrite, kCreateNew);
+    const auto write = [file] { Write(file, "abcd"); };
+    EXPECT_EQ(test::FailEachFileCall(
+                  FileCall::kWrite, kErrorWriteFault,
+                  [&] {
+                      write();
+                      write();
+                  },
+                  [](std::uint32_t) { EXPECT_EQ(LastError(), 29u); }),
+              2u);
+    EXPECT_TRUE(SetFilePosition(file, 0, kSeekBegin, nullptr) && SetEndOfFile(file));
+    std::uint32_t done = 0;
+    {
+        const test::FullDisk full(1, 2);
+        EXPECT_TRUE(Write(file, "1234"));
+        EXPECT_FALSE(WriteFile(file, "5678", 4, &done));
+        EXPECT_EQ(done, 2u);
+        EXPECT_EQ(LastError(), kErrorDiskFull);
+        EXPECT_FALSE(WriteFile(file, "9", 1, &done));
+        EXPECT_EQ(done, 0u);
+    }
+    {
+        const test::ShortTransfer one(FileCall::kRead, 0, 3);
+        EXPECT_TRUE(SetFilePosition(file, 0, kSeekBegin, nullptr));
+        EXPECT_EQ(ReadAll(file), "123");
+        EXPECT_EQ(ReadAll(file), "456");
+        std::thread other([&] { EXPECT_TRUE(Write(file, "7")); });
+        other.join();
+    }
+    {
+        const test::FileFault fault(FileCall::kClose, 0, kErrorGenFailure);
+        EXPECT_FALSE(CloseHandle(file));
+        EXPECT_EQ(LastError(), kErrorGenFailure);
+    }
+    EXPECT_TRUE(CloseHandle(file));
+    EXPECT_EQ(folder.Read(u"file"), "1234567");
+}
+
+TEST(FilesTest, AFullDeviceIsReported) {
+    if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no device that is always full";
+    const HANDLE file = Open(u"/dev/full", kAccessWrite, kOpenExisting);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(Write(file, "x"));
+    EXPECT_EQ(LastError(), kErrorDiskFull);
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+std::atomic<int> signals{0};
+
+TEST(FilesTest, ASignalDoesNotCutAReadShort) {
+    const test::TempFolder folder;
+    const std::string pipe = folder.Native(u"pipe").native();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    FileStatus status;
+    EXPECT_EQ(QueryStatus(folder.Name(u"pipe").c_str(), &status), 0);
+    EXPECT_EQ(status.mode & kModeKind, kModePipe);
+
+    struct sigaction action = {}, before;
+    action.sa_handler = [](int) { signals.fetch_add(1); };  // without SA_RESTART
+    ASSERT_EQ(sigaction(SIGUSR1, &action, &before), 0);
+    const pthread_t reader = pthread_self();
+    std::atomic<bool> read{false};
+    std::thread writer([&] {
+        const HANDLE end = Open(folder.Name(u"pipe"), kAccessWrite, kOpenExisting);
+        while (signals.load() < 3) {
+            pthread_kill(reader, SIGUSR1);
+            usleep(2000);
+        }
+        EXPECT_TRUE(Write(end, "through"));
+        while (!read.load()) usleep(1000);
+        EXPECT_TRUE(CloseHandle(end));
+    });
+    const HANDLE pipe_end = Open(folder.Name(u"pipe"), kAccessRead, kOpenExisting);
+    EXPECT_EQ(ReadAll(pipe_end), "through");
+    read.store(true);
+    writer.join();
+    EXPECT_TRUE(CloseHandle(pipe_end));
+    sigaction(SIGUSR1, &before, nullptr);
+}
+
+TEST(FilesTest, AProcessKilledWhileReplacingLeavesOldOrNewContent) {
+    const test::TempFolder folder;
+    const std::string old_content(20000, 'o'), new_content(20000, 'n');
+    for (int round = 0; round < 10; ++round) {
+        folder.Write(u"target", old_content);
+        const pid_t child = fork();
+        if (child == 0) {
+            for (;;) {
+                for (const std::string& content : {new_content, old_content}) {
+                    const HANDLE file = Open(folder.Name(u"next"), kAccessWrite, kCreateAlways);
+                    Write(file, content);
+                    CloseHandle(file);
+                    RenameFile(folder.Name(u"next").c_str(), folder.Name(u"target").c_str(), true,
+                               true);
+                }
+            }
+        }
+        usleep(static_cast<useconds_t>(2000 + 1700 * round));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        const std::string content = folder.Read(u"target");
+        EXPECT_TRUE(content == old_content || content == new_content) << content.size();
+    }
+}
+
+}  // namespace
