@@ -1,13 +1,13 @@
-// CT_VoidSortedArray: a CT_VoidArray kept in the order of a comparison function, with binary
-// search.
+// CT_VoidSortedArray: a CT_VoidArray in the order of a comparison function, with binary search.
 //
 // Units and sharing: as CT_VoidArray; positions count from 1, 0 means none.
 // Always holds: compare(item i, item i + 1) <= 0. A comparison function that contradicts itself
-// gives some order of the same items; sorting a hostile order takes quadratic time, never a deep
-// stack. Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the
-// array as it was. An exception out of the comparison function passes through; out of v_QuickSort
-// it leaves the items permuted, out of v_SetAt the old item removed. Threads: one object, one
-// thread.
+// gives some order of the same items. Sorting a hostile order takes quadratic time, never a deep
+// stack.
+// Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the array as
+// it was. An exception out of the comparison function passes through; out of v_QuickSort it leaves
+// the items permuted, out of v_SetAt the old item removed.
+// Threads: one object, one thread.
 #ifndef FOUNDATION_CORE_CONTAINER_VOIDSORTEDARRAY_H
 #define FOUNDATION_CORE_CONTAINER_VOIDSORTEDARRAY_H
 
