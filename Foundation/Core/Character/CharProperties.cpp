@@ -1,0 +1,65 @@
+#include "Foundation/Core/Character/CharProperties.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "Foundation/Core/Character/Tables/CodePageMembership.h"
+#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/Nls/TextDetection.h"
+#include "Foundation/System/SysInfo/OS.h"
+
+namespace {
+
+// ASCII16, controls and marks in both orders, odd length, illegal characters.
+constexpr std::uint32_t kTextTests = 0x3DD;
+
+bool IsNtFamily() {
+    return CT_OS::seo_GetVersion() >= CT_OS::WindowsNT;
+}
+
+bool BeginsWithMark(const unsigned char* bytes) {
+    return (bytes[0] == 0xFF && bytes[1] == 0xFE) || (bytes[0] == 0xFE && bytes[1] == 0xFF);
+}
+
+// By converting there and back; a page without conversion holds nothing.
+bool SurvivesRoundTrip(char16_t character, unsigned int code_page) {
+    char bytes[8];
+    char16_t units[8];
+    BOOL used_default = FALSE;
+    const int count = platform::WideCharToMultiByte(code_page, 0, &character, 1, bytes,
+                                                    std::size(bytes), nullptr, &used_default);
+    if (count == 0) return false;
+    return platform::MultiByteToWideChar(code_page,
+                                         platform::kPrecomposed | platform::kErrorOnInvalidChars,
+                                         bytes, count, units, std::size(units)) == 1 &&
+           units[0] == character;
+}
+
+}  // namespace
+
+BOOL CT_CharProperties::sb_IsTextUnicode(const void* data, unsigned int size) {
+    if (size < 2) return FALSE;
+    if (IsNtFamily()) return platform::IsTextUnicode(data, size, kTextTests);
+    return size % 2 == 0 && BeginsWithMark(static_cast<const unsigned char*>(data));
+}
+
+BOOL CT_CharProperties::sb_IsTextLikelyUnicode(const void* data, unsigned int size) {
+    if (size < 2) return FALSE;
+    if (sb_IsTextUnicode(data, size)) return TRUE;
+    if (IsNtFamily()) return platform::IsTextUnicode(data, size, platform::kUnicodeAllTests);
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    return size % 2 == 0 && std::find(bytes, bytes + size, 0) != bytes + size;
+}
+
+BOOL CT_CharProperties::sb_IsInCodepage(char16_t character, unsigned int code_page) {
+    using namespace foundation::detail;
+    if (code_page == 0 || code_page == 1200 || code_page >= 65000) return TRUE;
+    if (code_page < kFirstListedPage || code_page > kLastListedPage) {
+        return SurvivesRoundTrip(character, code_page);
+    }
+    const auto page = code_page - kFirstListedPage;
+    const auto first = kMembership.begin() + kMembershipStart[page];
+    const auto last = kMembership.begin() + kMembershipStart[page + 1];
+    const auto range = std::ranges::lower_bound(first, last, character, {}, &UnitRange::last);
+    return range != last && range->first <= character;
+}

@@ -1,0 +1,205 @@
+#include "Foundation/Core/File/TextReader.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/TextConversionDetail.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/Scan.h"
+#include "Foundation/System/SysInfo/OS.h"
+
+using foundation::detail::ClearError;
+using foundation::detail::ErrorIsSet;
+using foundation::detail::Failed;
+
+namespace {
+
+constexpr unsigned int kMostAttempts = 3;
+constexpr char16_t kCarriageReturn = 13;
+constexpr char16_t kLineFeed = 10;
+
+// Number of bytes at the end that begin a UTF-8 character without completing it: 0 to 3.
+unsigned int CutUtf8Tail(const unsigned char* bytes, unsigned int count) {
+    for (unsigned int back = 1; back <= std::min(count, 3u); ++back) {
+        const unsigned char byte = bytes[count - back];
+        if ((byte & 0xC0) == 0x80) continue;
+        const unsigned int length = byte >= 0xF0 ? 4 : byte >= 0xE0 ? 3 : byte >= 0xC0 ? 2 : 1;
+        return length > back ? back : 0;
+    }
+    return 0;
+}
+
+}  // namespace
+
+CT_StreamTextReader::CT_StreamTextReader(CT_Stream* stream, CT_Codepage encoding, BOOL sniff)
+    : stream_(stream) {
+    if (!stream_->b_IsOpen()) {
+        stream_->v_Open(CT_Stream::kRead);
+        if (Failed()) return;
+    }
+    stream_size_ = stream_->n_GetSize();
+    if (!sniff || !b_SniffEncoding()) encoding_ = encoding;
+    if (Failed()) return;
+    if (!encoding_.b_IsValid()) encoding_ = CT_Codepage::kPseudoAnsi;
+}
+
+CT_StreamTextReader::~CT_StreamTextReader() {
+    v_Close();
+}
+
+BOOL CT_StreamTextReader::b_ReadLine(CT_UString& line) {
+    bool any = false;
+    while (HaveCharacters()) {
+        const char16_t* const rest = characters_.data() + position_;
+        const unsigned int available = count_ - position_;
+        const auto length = static_cast<unsigned int>(
+            platform::FindEither(rest, available, kCarriageReturn, kLineFeed));
+        if (length > 0) {
+            // Replacing from the start keeps the block that the last line left.
+            line.v_Replace(rest, length, any ? line.n_GetLength() : 0);
+            any = true;
+        }
+        position_ += length;
+        if (length < available) {
+            SkipSecondLineEnd(characters_[position_++]);
+            if (!any) line.v_Set(0u, TRUE);
+            return TRUE;
+        }
+    }
+    if (!any) line.v_Set(0u, TRUE);
+    return any ? TRUE : FALSE;
+}
+
+BOOL CT_StreamTextReader::b_ReadChar(char16_t& character) {
+    character = 0;
+    if (!HaveCharacters()) return FALSE;
+    character = characters_[position_++];
+    return TRUE;
+}
+
+void CT_StreamTextReader::v_Close() {
+    if (stream_ != nullptr && stream_->b_IsOpen()) stream_->v_Close();
+    stream_ = nullptr;
+    position_ = 0;
+    count_ = 0;
+}
+
+BOOL CT_StreamTextReader::b_SniffEncoding() {
+    if (stream_->n_GetOffset() != 0 || stream_size_ < 2) return FALSE;
+    unsigned char mark[3] = {};
+    const unsigned int count = stream_->n_Read(mark, 3);
+    if (Failed()) return FALSE;
+    unsigned int mark_size = 0;
+    if (count >= 2 && mark[0] == 0xFF && mark[1] == 0xFE) {
+        encoding_ = CT_Codepage::kUtf16;
+        mark_size = 2;
+    } else if (count == 3 && mark[0] == 0xEF && mark[1] == 0xBB && mark[2] == 0xBF) {
+        encoding_ = CT_Codepage::kUtf8;
+        mark_size = 3;
+    }
+    stream_->v_SetOffset(mark_size);
+    return mark_size != 0 ? TRUE : FALSE;
+}
+
+void CT_StreamTextReader::v_ReadNextBlock() {
+    position_ = 0;
+    count_ = 0;
+    if (stream_ == nullptr || !stream_->b_IsOpen()) return;
+    unsigned char bytes[kBlockSize];
+    const unsigned int count = stream_->n_Read(bytes, kBlockSize);
+    if (ErrorIsSet()) return ClearError();
+    if (count == 0) return;
+    const Decoded decoded = DecodeBlock(bytes, count);
+    count_ = decoded.units;
+    if (decoded.left_over > 0) {
+        stream_->v_SetOffset(stream_->n_GetOffset() - decoded.left_over);
+        Failed();
+    }
+}
+
+void CT_StreamTextReader::v_Pushback() {
+    --position_;
+}
+
+CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeBlock(const unsigned char* bytes,
+                                                              unsigned int count) {
+    if (encoding_.eo_Get() == CT_Codepage::kUtf16) {
+        for (unsigned int i = 0; i < count / 2; ++i) {
+            characters_[i] = static_cast<char16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
+        }
+        return {count / 2, 0};
+    }
+    const unsigned int page = encoding_.n_Get();
+    if (page == foundation::detail::kUtf8Page && !CT_OS::sb_GetIsWindowsXP()) {
+        const unsigned int cut = count == kBlockSize ? CutUtf8Tail(bytes, count) : 0;
+        return {Convert(page, 0, bytes, count - cut), cut};
+    }
+    const unsigned int strict = page == foundation::detail::kUtf8Page
+                                    ? platform::kErrorOnInvalidChars
+                                    : platform::kErrorOnInvalidChars | platform::kPrecomposed;
+    return DecodeStrictly(page, foundation::detail::TakesConversionFlags(page) ? strict : 0, bytes,
+                          count);
+}
+
+CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeStrictly(unsigned int page,
+                                                                 unsigned int flags,
+                                                                 const unsigned char* bytes,
+                                                                 unsigned int count) {
+    unsigned int failures = 0;
+    while (failures < kMostAttempts) {
+        const unsigned int units = Convert(page, flags, bytes, count - failures);
+        if (units > 0) return {units, failures};
+        const auto error = platform::LastError();
+        if (error == platform::kErrorInvalidFlags || error == platform::kErrorInvalidParameter ||
+            error == platform::kErrorInsufficientBuffer) {
+            ++errors_;
+            return {0, failures};
+        }
+        if (count < kBlockSize) return {0, 0};
+        ++failures;
+    }
+    return {0, failures};
+}
+
+unsigned int CT_StreamTextReader::Convert(unsigned int page, unsigned int flags,
+                                          const unsigned char* bytes, unsigned int count) {
+    return static_cast<unsigned int>(platform::MultiByteToWideChar(
+        page, flags, reinterpret_cast<const char*>(bytes), static_cast<int>(count),
+        characters_.data(), static_cast<int>(characters_.size())));
+}
+
+// Whether a character is there to be read, out of the next block if need be.
+bool CT_StreamTextReader::HaveCharacters() {
+    if (position_ == count_) v_ReadNextBlock();
+    return position_ < count_;
+}
+
+// CR LF and LF CR end one line together.
+void CT_StreamTextReader::SkipSecondLineEnd(char16_t first) {
+    char16_t second;
+    if (!b_ReadChar(second)) return;
+    const bool pair = first == kCarriageReturn ? second == kLineFeed : second == kCarriageReturn;
+    if (!pair) v_Pushback();
+}
+
+CT_FileTextReader::CT_FileTextReader(CT_WinFile& file, CT_Codepage encoding, BOOL sniff)
+    : stream_(&file), reader_(std::make_unique<CT_StreamTextReader>(&stream_, encoding, sniff)) {}
+
+CT_FileTextReader::~CT_FileTextReader() {
+    if (stream_.b_IsOpen()) stream_.v_Close();
+}
+
+BOOL CT_FileTextReader::b_ReadLine(CT_UString& line) {
+    return reader_->b_ReadLine(line);
+}
+
+BOOL CT_FileTextReader::b_ReadChar(char16_t& character) {
+    return reader_->b_ReadChar(character);
+}
+
+void CT_FileTextReader::v_Close() {
+    reader_->v_Close();
+}

@@ -1,0 +1,218 @@
+#include "Foundation/Core/File/TextWriter.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <string>
+
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/TextConversionDetail.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Nls/CodePages.h"
+
+using foundation::detail::Failed;
+
+namespace {
+
+constexpr unsigned int kChunkUnits = 2048;
+constexpr unsigned int kChunkBytes = 16384;
+constexpr char16_t kLineEnd[] = u"\r\n";
+
+bool IsHighSurrogate(char16_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+// The number of units up to `most` that do not end between the halves of a surrogate pair.
+unsigned int WholeCharacters(const char16_t* text, unsigned int most) {
+    return most > 1 && IsHighSurrogate(text[most - 1]) ? most - 1 : most;
+}
+
+}  // namespace
+
+void CT_TextWriter::v_WriteLine() {
+    v_Write(kLineEnd[0]);
+    v_Write(kLineEnd[1]);
+}
+
+void CT_TextWriter::v_WriteLine(const char16_t* text) {
+    v_Write(text);
+    v_WriteLine();
+}
+
+void CT_TextWriter::v_WriteLine(const CT_UString* text) {
+    if (text != nullptr) v_WriteLine(*text);
+}
+
+void CT_TextWriter::v_WriteLine(const CT_UString& text) {
+    v_Write(text);
+    v_WriteLine();
+}
+
+void CT_TextWriter::v_Write(const CT_UString* text) {
+    if (text != nullptr) v_Write(*text);
+}
+
+void CT_TextWriter::v_Write(const CT_UString& text) {
+    v_Write(text.qcuz_Get());
+}
+
+void CT_TextWriter::v_WriteFormatted(const char16_t* format, ...) {
+    CT_UString text;
+    va_list arguments;
+    va_start(arguments, format);
+    text.v_Format(format, arguments);
+    va_end(arguments);
+    v_Write(&text);
+}
+
+void CT_TextWriter::v_WriteLineFormatted(const char16_t* format, ...) {
+    CT_UString text;
+    va_list arguments;
+    va_start(arguments, format);
+    text.v_Format(format, arguments);
+    va_end(arguments);
+    v_WriteLine(&text);
+}
+
+CT_StreamTextWriter::CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding)
+    : stream_(stream), encoding_(encoding) {
+    if (!stream_->b_IsOpen()) {
+        stream_->v_Open(CT_Stream::kWrite);
+        if (Failed()) return;
+    }
+    if (stream_->n_GetSize() == 0) v_WriteBOM();
+}
+
+CT_StreamTextWriter::~CT_StreamTextWriter() {
+    if (stream_ != nullptr && stream_->b_IsOpen()) stream_->v_Close();
+}
+
+void CT_StreamTextWriter::v_Write(char16_t character) {
+    if (MakeRoom()) characters_[count_++] = character;
+}
+
+void CT_StreamTextWriter::v_Write(const char16_t* text) {
+    if (text == nullptr) return;
+    std::size_t left = std::char_traits<char16_t>::length(text);
+    while (left > 0 && MakeRoom()) {
+        const auto piece =
+            static_cast<unsigned int>(std::min<std::size_t>(left, kPendingUnits - count_));
+        std::copy_n(text, piece, characters_.begin() + count_);
+        count_ += piece;
+        text += piece;
+        left -= piece;
+    }
+}
+
+void CT_StreamTextWriter::v_Flush() {
+    WriteUnits(count_);
+}
+
+void CT_StreamTextWriter::v_Close() {
+    if (stream_ == nullptr) return;
+    v_Flush();
+    if (stream_->b_IsOpen()) stream_->v_Close();
+    Failed();
+    stream_ = nullptr;
+}
+
+void CT_StreamTextWriter::v_WriteBOM() {
+    constexpr unsigned char kUtf16Mark[] = {0xFF, 0xFE};
+    constexpr unsigned char kUtf8Mark[] = {0xEF, 0xBB, 0xBF};
+    if (encoding_ == CT_Codepage::kUtf16) stream_->n_Write(kUtf16Mark, sizeof kUtf16Mark);
+    if (encoding_ == CT_Codepage::kUtf8) stream_->n_Write(kUtf8Mark, sizeof kUtf8Mark);
+    Failed();
+}
+
+// Writes the first `count` pending units and keeps the rest, when the stream is open.
+void CT_StreamTextWriter::WriteUnits(unsigned int count) {
+    if (count == 0 || stream_ == nullptr || !stream_->b_IsOpen()) return;
+    WriteEncoded(count);
+    std::copy(characters_.begin() + count, characters_.begin() + count_, characters_.begin());
+    count_ -= count;
+}
+
+void CT_StreamTextWriter::WriteEncoded(unsigned int count) {
+    const unsigned int page = CT_Codepage(encoding_).n_Get();
+    const bool plain =
+        page == foundation::detail::kUtf8Page || !foundation::detail::TakesConversionFlags(page);
+    const unsigned int flags = plain ? 0 : platform::kNoBestFit | platform::kSeparateChars;
+    char bytes[kChunkBytes];
+    for (unsigned int done = 0; done < count;) {
+        const char16_t* const text = characters_.data() + done;
+        unsigned int units = std::min(kChunkUnits, count - done);
+        if (done + units < count) units = WholeCharacters(text, units);
+        unsigned int size = 2 * units;
+        if (encoding_ == CT_Codepage::kUtf16) {
+            for (unsigned int i = 0; i < units; ++i) {
+                bytes[2 * i] = static_cast<char>(text[i] & 0xFF);
+                bytes[2 * i + 1] = static_cast<char>(text[i] >> 8);
+            }
+        } else {
+            size = static_cast<unsigned int>(platform::WideCharToMultiByte(
+                page, flags, text, static_cast<int>(units), bytes, kChunkBytes, nullptr, nullptr));
+        }
+        if (size > 0) stream_->n_Write(reinterpret_cast<const unsigned char*>(bytes), size);
+        Failed();
+        done += units;
+    }
+}
+
+// Whether one more unit fits, after writing when need be. The first half of a surrogate pair waits
+// for its second.
+bool CT_StreamTextWriter::MakeRoom() {
+    if (count_ == kPendingUnits) WriteUnits(WholeCharacters(characters_.data(), count_));
+    return count_ < kPendingUnits;
+}
+
+void CT_StringTextWriter::v_Write(char16_t character) {
+    target_.v_Append(character);
+}
+
+void CT_StringTextWriter::v_Write(const char16_t* text) {
+    target_.v_Append(text);
+}
+
+CT_FileTextWriter::CT_FileTextWriter(CT_WinFile& file, CT_Codepage::et_Codepage encoding)
+    : stream_(&file), writer_(std::make_unique<CT_StreamTextWriter>(&stream_, encoding)) {}
+
+CT_FileTextWriter::~CT_FileTextWriter() = default;
+
+void CT_FileTextWriter::v_WriteLine() {
+    writer_->v_WriteLine();
+}
+
+void CT_FileTextWriter::v_WriteLine(const char16_t* text) {
+    writer_->v_WriteLine(text);
+}
+
+void CT_FileTextWriter::v_WriteLine(const CT_UString* text) {
+    writer_->v_WriteLine(text);
+}
+
+void CT_FileTextWriter::v_WriteLine(const CT_UString& text) {
+    writer_->v_WriteLine(text);
+}
+
+void CT_FileTextWriter::v_Write(char16_t character) {
+    writer_->v_Write(character);
+}
+
+void CT_FileTextWriter::v_Write(const char16_t* text) {
+    writer_->v_Write(text);
+}
+
+void CT_FileTextWriter::v_Write(const CT_UString* text) {
+    writer_->v_Write(text);
+}
+
+void CT_FileTextWriter::v_Write(const CT_UString& text) {
+    writer_->v_Write(text);
+}
+
+void CT_FileTextWriter::v_Flush() {
+    writer_->v_Flush();
+}
+
+void CT_FileTextWriter::v_Close() {
+    writer_->v_Close();
+}
