@@ -8,7 +8,7 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Scan.h"
+#include "Foundation/Platform/Nls/LineEnd.h"
 #include "Foundation/System/SysInfo/OS.h"
 
 using foundation::detail::ClearError;
@@ -55,8 +55,7 @@ BOOL CT_StreamTextReader::b_ReadLine(CT_UString& line) {
     while (HaveCharacters()) {
         const char16_t* const rest = characters_.data() + position_;
         const unsigned int available = count_ - position_;
-        const auto length = static_cast<unsigned int>(
-            platform::FindEither(rest, available, kCarriageReturn, kLineFeed));
+        const auto length = static_cast<unsigned int>(platform::FindLineEnd(rest, available));
         if (length > 0) {
             // Replacing from the start keeps the block that the last line left.
             line.v_Replace(rest, length, any ? line.n_GetLength() : 0);

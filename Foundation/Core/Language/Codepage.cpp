@@ -209,7 +209,7 @@ CT_Codepage::et_Codepage CT_Codepage::seo_Codepage(unsigned int number) {
 CT_Codepage::et_Codepage CT_Codepage::seo_Codepage(const CT_UString* name) {
     if (name == nullptr) return kUnknown;
     const auto row = std::ranges::find_if(kCodepageRows, [name](const CodepageRow& candidate) {
-        return platform::CompareTextNoCase(candidate.name, name->qcuz_Get()) == 0;
+        return platform::CompareNoCase(candidate.name, name->qcuz_Get()) == 0;
     });
     return row == kCodepageRows.end() ? kUnknown : static_cast<et_Codepage>(row->value);
 }
