@@ -1,0 +1,72 @@
+// File and buffer streams.
+#include "Foundation/Core/File/Stream.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Foundation/Core/Buffer/Buffer.h"
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/File/WinFile.h"
+#include "Foundation/Core/String/UString.h"
+#include "Support/Errors.h"
+#include "Support/TempFolder.h"
+
+namespace {
+
+const unsigned char* Data(const char* text) {
+    return reinterpret_cast<const unsigned char*>(text);
+}
+
+TEST(StreamTest, ABufferIsReadOverwrittenAndExtended) {
+    CT_Buffer buffer("0123456789", 10, 32);
+    CT_BufferStream stream(&buffer);
+    EXPECT_FALSE(stream.b_IsOpen());
+    stream.v_Open(CT_Stream::kWrite);
+    stream.v_SetOffset(10);
+    EXPECT_CT_ERROR(60006, stream.v_SetOffset(11));
+    EXPECT_EQ(stream.n_GetOffset(), 10u);
+    unsigned char read[8];
+    EXPECT_EQ(stream.n_Read(read, 8), 0u);
+    EXPECT_EQ(stream.n_Write(Data("ab"), 2), 2u);
+    stream.v_SetOffset(4);
+    EXPECT_EQ(stream.n_Write(Data("xy"), 2), 2u);
+    EXPECT_EQ(stream.n_Read(read, 8), 6u);
+    EXPECT_EQ(std::string(read, read + 6), "6789ab");
+    EXPECT_TRUE(stream.b_IsEof());
+    stream.v_SetOffset(11);
+    EXPECT_EQ(stream.n_Write(Data("!!"), 2), 2u);
+    EXPECT_EQ(std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()),
+              "0123xy6789a!!");
+    stream.v_Close();
+    EXPECT_EQ(stream.n_GetOffset(), 0u);
+    EXPECT_EQ(stream.eo_GetMode(), CT_Stream::kClosed);
+}
+
+TEST(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
+    const test::TempFolder folder;
+    const std::u16string name = folder.Name(u"stream.bin");
+    const CT_UString path(name.c_str());
+    CT_WinFile file(&path, 16384);
+    {
+        CT_FileStream stream(&file);
+        EXPECT_CT_ERROR(60003, stream.v_Open(CT_Stream::kClosed));
+        EXPECT_CT_ERROR(2, stream.v_Open(CT_Stream::kRead));
+        stream.v_Open(CT_Stream::kWrite);
+        EXPECT_EQ(stream.eo_GetMode(), CT_Stream::kWrite);
+        EXPECT_EQ(stream.n_Write(Data("hello"), 5), 5u);
+        EXPECT_EQ(stream.n_GetSize(), 5u);
+    }
+    EXPECT_FALSE(file.b_IsOpen());
+    CT_FileStream stream(&file);
+    stream.v_Open(CT_Stream::kRead);
+    EXPECT_EQ(stream.eo_GetMode(), CT_Stream::kRead);
+    stream.v_SetOffset(3);
+    unsigned char read[8];
+    EXPECT_EQ(stream.n_Read(read, 8), 2u);
+    EXPECT_TRUE(stream.b_IsEof());
+    EXPECT_EQ(stream.n_Read(read, 8), 0u);
+    EXPECT_CT_ERROR(5, stream.n_Write(Data("x"), 1));
+}
+
+}  // namespace

@@ -1,0 +1,123 @@
+// Inputs over memory, files and mapped files.
+#include "Foundation/Core/Input/Input.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Faults.h"
+#include "Support/Errors.h"
+#include "Support/TempFolder.h"
+
+namespace {
+
+class InputTest : public testing::Test {
+protected:
+    InputTest() : name_(folder_.Name(u"input.bin")), path_(name_.c_str()) {
+        folder_.Write(u"input.bin", kContent);
+    }
+
+    static constexpr const char* kContent = "0123456789";
+    test::TempFolder folder_;
+    std::u16string name_;
+    CT_UString path_;
+    CT_MemoryInput memory_{4, reinterpret_cast<const unsigned char*>(kContent), 10};
+    CT_FileInput file_{4, &path_};
+    CT_MappedFileInput mapped_{4, &path_};
+};
+
+TEST_F(InputTest, EverySourceHandsOutTheSameBlocks) {
+    for (CT_Input* input : {static_cast<CT_Input*>(&memory_), static_cast<CT_Input*>(&file_),
+                            static_cast<CT_Input*>(&mapped_)}) {
+        input->vv_Open();
+        ASSERT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
+        EXPECT_EQ(input->vn_GetSize(), 10u);
+        const unsigned char* data = nullptr;
+        unsigned int count = 0;
+        std::string blocks;
+        while (input->vb_GetNextBuffer(&data, &count)) {
+            blocks += std::string(data, data + count) + "|";
+        }
+        EXPECT_EQ(blocks, "0123|4567|89|");
+        EXPECT_TRUE(input->vb_IsEmpty());
+        EXPECT_EQ(input->vn_GetOffset(), 10u);
+        input->vv_Close();
+    }
+}
+
+TEST_F(InputTest, CopyingAndSkippingAtTheEndDifferByKind) {
+    struct Case {
+        CT_Input* input;
+        BOOL skip_past_end, copy_short;
+        unsigned int offset_after_copy;
+    };
+    for (const auto& [input, skip_past_end, copy_short, offset_after_copy] :
+         {Case{&memory_, FALSE, TRUE, 12}, {&file_, TRUE, FALSE, 10}, {&mapped_, TRUE, FALSE, 10}}) {
+        input->vv_Open();
+        unsigned char target[8] = {};
+        EXPECT_TRUE(input->vb_Skip(3));
+        EXPECT_TRUE(input->vb_CopyNextBuffer(target, 2));
+        EXPECT_EQ(std::string(target, target + 2), "34");
+        EXPECT_EQ(input->vb_CopyNextBuffer(target, 7), copy_short);
+        EXPECT_EQ(std::string(target, target + 5), "56789");
+        EXPECT_EQ(input->vn_GetOffset(), offset_after_copy);
+        EXPECT_FALSE(input->vb_CopyNextBuffer(target, 1));
+        input->vv_Close();
+    }
+    for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
+        input->vv_Open();
+        EXPECT_TRUE(input->vb_Skip(0xFFFFFFFF));
+        EXPECT_TRUE(input->vb_IsEmpty());
+        EXPECT_FALSE(input->vb_Skip(1));
+        input->vv_Close();
+    }
+    CT_MemoryInput fresh(4, reinterpret_cast<const unsigned char*>(kContent), 10);
+    EXPECT_FALSE(fresh.vb_Skip(20));
+    EXPECT_TRUE(fresh.vb_IsEmpty());
+}
+
+TEST_F(InputTest, FilesAreHeldAloneAndMissingOrEmptyOnesTold) {
+    file_.vv_Open();
+    EXPECT_CT_ERROR(32, mapped_.vv_Open());
+    file_.vv_Close();
+    folder_.Write(u"input.bin", "");
+    EXPECT_CT_ERROR(1006, mapped_.vv_Open());
+    mapped_.vv_Close();
+    folder_.Remove(u"input.bin");
+    EXPECT_CT_ERROR(2, file_.vv_Open());
+}
+
+TEST_F(InputTest, AReadThatYieldsNothingClosesTheFile) {
+    const unsigned char* data = nullptr;
+    unsigned int count = 0;
+    file_.vv_Open();
+    platform::ShortenFileCall(platform::FileCall::kRead, 0, 0);
+    EXPECT_FALSE(file_.vb_GetNextBuffer(&data, &count));
+    platform::ClearFileFaults();
+    EXPECT_FALSE(file_.pcco_GetFile()->b_IsOpen());
+    file_.vv_Open();
+    platform::FailFileCall(platform::FileCall::kRead, 0, 23);
+    EXPECT_CT_ERROR(23, EXPECT_FALSE(file_.vb_GetNextBuffer(&data, &count)));
+    platform::ClearFileFaults();
+    EXPECT_FALSE(file_.pcco_GetFile()->b_IsOpen());
+}
+
+TEST_F(InputTest, Utf16IsRecognisedAndReadingStartsAtTheBeginning) {
+    using namespace std::string_literals;
+    folder_.Write(u"input.bin", "\xFF\xFE" "a\0b\0"s);
+    for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
+        input->vv_Open();
+        EXPECT_TRUE(input->vb_IsUnicode());
+        EXPECT_TRUE(input->vb_IsLikelyUnicode());
+        unsigned char first = 0;
+        EXPECT_TRUE(input->vb_CopyNextBuffer(&first, 1));
+        EXPECT_EQ(first, 0xFF);
+        input->vv_Close();
+    }
+    EXPECT_FALSE(memory_.vb_IsUnicode());
+}
+
+}  // namespace

@@ -1,0 +1,110 @@
+// Outputs into memory, files and strings.
+#include "Foundation/Core/Output/Output.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "Foundation/Core/Buffer/Buffer.h"
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/File/WinFile.h"
+#include "Foundation/Core/String/CString.h"
+#include "Foundation/Core/String/UString.h"
+#include "Support/Errors.h"
+#include "Support/TempFolder.h"
+
+namespace {
+
+using namespace std::string_literals;
+
+constexpr unsigned int kToEnd = 0xFFFFFFFF;
+
+void AppendOneOfEach(CT_Output& output) {
+    output.vv_AppendV("raw\x01", 4);
+    output.vv_AppendC("\xE9t\xE9", kToEnd, 1252);
+    output.vv_AppendU(u"\u20AC!", 1);
+    output.v_Format("%d", 42);
+    output.v_Format(u"%s", u"w");
+}
+
+TEST(OutputTest, MemoryAndFilesTakeTheBytesAsTheyAre) {
+    const std::string expected = "raw\x01\xE9t\xE9\xAC\x20" "42w\0"s;
+    CT_MemoryOutput memory;
+    AppendOneOfEach(memory);
+    EXPECT_EQ(memory.vn_GetSize(), expected.size());
+    const CT_Buffer* content = memory.pcco_GetMemory();
+    EXPECT_EQ(std::string(static_cast<const char*>(content->qcv_Get()), content->n_GetUsedSize()),
+              expected);
+    const test::TempFolder folder;
+    const std::u16string name = folder.Name(u"out.bin");
+    const CT_UString path(name.c_str());
+    {
+        CT_FileOutput file(&path);
+        AppendOneOfEach(file);
+        EXPECT_EQ(file.vn_GetSize(), expected.size());
+    }
+    EXPECT_EQ(folder.Read(u"out.bin"), expected);
+}
+
+TEST(OutputTest, StringsConvertTextOfTheOtherKind) {
+    CT_UString wide(u"<");
+    CT_StringOutput output(wide);
+    output.vv_AppendC("\xE9t\xE9 cut", 3, 1252);
+    output.vv_AppendU(u"\u20AC!", 1);
+    output.vv_AppendV("x\0y", 3);
+    EXPECT_EQ(std::u16string(wide.qcuz_Get(), wide.n_GetLength()), u"<été€xy");
+    EXPECT_EQ(output.vn_GetSize(), 7u);
+    output.vv_AppendV("a\0\0\0b\0", 6);  // ends at its first zero unit
+    EXPECT_EQ(std::u16string(wide.qcuz_Get(), wide.n_GetLength()), u"<été€xya");
+
+    CT_CString narrow("<", kToEnd, 1252);
+    output.v_Set(narrow);
+    output.vv_AppendU(u"\u20AC!", 1);  // the whole text, whatever the count
+    output.vv_AppendC("abc", 2, 0);
+    output.vv_AppendV("r\0s", 3);
+    EXPECT_EQ(std::string(narrow.qccz_Get(), narrow.n_GetLength()), "<\x80!abr");
+}
+
+TEST(OutputTest, ContentIsSharedAndHandedOver) {
+    CT_Buffer shared("ab", 2, 32);
+    CT_MemoryOutput output(&shared);
+    output.v_AppendC('c');
+    EXPECT_EQ(shared.n_GetUsedSize(), 2u);
+    const std::unique_ptr<CT_Buffer> given(output.pco_GiveMemory());
+    EXPECT_EQ(given->n_GetUsedSize(), 3u);
+    EXPECT_EQ(output.vn_GetSize(), 0u);
+    output.v_AppendC('d');
+    EXPECT_EQ(output.vn_GetSize(), 1u);
+    EXPECT_EQ(given->n_GetUsedSize(), 3u);
+}
+
+TEST(OutputTest, ACallersFileIsAppendedToAndLeftAsItWas) {
+    const test::TempFolder folder;
+    folder.Write(u"out.bin", "old");
+    const std::u16string name = folder.Name(u"out.bin");
+    const CT_UString path(name.c_str());
+    CT_WinFile file(&path, 16384);
+    file.vv_Open(CT_File::kReadWriteAccess, CT_File::kOpenExisting, CT_File::kShareNone, 1, 0);
+    {
+        CT_FileOutput output(&file);
+        output.vv_AppendC("+", 1, 0);
+    }
+    EXPECT_TRUE(file.b_IsOpen());
+    file.vv_Close();
+    EXPECT_EQ(folder.Read(u"out.bin"), "old+");
+    {
+        CT_FileOutput output(&file);  // a closed file is made anew and closed in the end
+        output.vv_AppendC("new", 3, 0);
+        EXPECT_EQ(output.pco_GiveFile(), &file);
+        EXPECT_FALSE(file.b_IsOpen());
+        output.vv_AppendC("lost", 4, 0);
+        EXPECT_EQ(output.vn_GetSize(), 0u);
+    }
+    EXPECT_EQ(folder.Read(u"out.bin"), "new");
+    const std::u16string missing = folder.Name(u"no/such/folder/file");
+    const CT_UString missing_path(missing.c_str());
+    EXPECT_CT_ERROR(3, CT_FileOutput{&missing_path});
+}
+
+}  // namespace
