@@ -6,8 +6,6 @@
 #include <string>
 
 #include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/System.h"
-#include "Foundation/System/SysInfo/OS.h"
 
 namespace {
 

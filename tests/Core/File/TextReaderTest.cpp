@@ -12,8 +12,8 @@
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Faults.h"
-#include "Foundation/Platform/System.h"
 #include "Support/Errors.h"
+#include "Support/Platform.h"
 #include "Support/TempFolder.h"
 
 namespace {
@@ -133,7 +133,7 @@ TEST(TextReaderTest, DamagedTextIsReplacedOrEndsItsBlock) {
 
 TEST(TextReaderTest, WindowsXpReadsUtf8Strictly) {
     constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
-    const test::ForcedSystem xp({.family = 2, .major = 5, .minor = 1});
+    const test::ForcedVersion xp(2, 5, 1);
     EXPECT_EQ(ReadAll("a\xFF" "b", CT_Codepage::kUtf8).lines, Lines{});
     const std::string cut(kBlock - 1, 'x');
     EXPECT_EQ(ReadAll(cut + "\u00E9y", CT_Codepage::kUtf8).lines,
