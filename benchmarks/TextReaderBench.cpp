@@ -1,5 +1,5 @@
-// Lines out of a 50 MB text file: the stream text reader beside std::getline, and in TextReaderBenchQt.cpp
-// beside QTextStream.
+// Lines out of a 50 MB text file: the stream text reader beside std::getline, and in
+// TextReaderBenchQt.cpp beside QTextStream.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -18,8 +18,8 @@ namespace {
 void BM_ReadLine(benchmark::State& state, bench::TextFile text) {
     const std::string& name = bench::FileOf(text);
     const CT_UString path(name.c_str(), CT_String::kToEnd, 65001);
-    const auto encoding = text == bench::TextFile::Utf8 ? CT_Codepage::kUtf8
-                                                        : CT_Codepage::kWindows1252;
+    const auto encoding =
+        text == bench::TextFile::Utf8 ? CT_Codepage::kUtf8 : CT_Codepage::kWindows1252;
     for (auto _ : state) {
         CT_WinFile file(&path, 16384);
         CT_FileStream stream(&file);

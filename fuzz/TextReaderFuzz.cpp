@@ -1,5 +1,5 @@
-// Text readers over any bytes in any encoding: reading ends, lines hold no line ends, and reading by
-// characters gives the same text as reading by lines when no block failed.
+// Text readers over any bytes in any encoding: reading ends, lines hold no line ends, and reading
+// by characters gives the same text as reading by lines when no block failed.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -23,7 +23,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto encoding = static_cast<CT_Codepage::et_Codepage>(data[0] % 59);
     const BOOL sniff = data[1] & 1;
     // Repeating the text makes it cross the ends of blocks.
-    const unsigned int copies = (data[1] & 2) != 0 ? 1 + 40000 / static_cast<unsigned int>(size) : 1;
+    const unsigned int copies =
+        (data[1] & 2) != 0 ? 1 + 40000 / static_cast<unsigned int>(size) : 1;
     CT_Buffer buffer;
     for (unsigned int i = 0; i < copies; ++i) {
         buffer.v_Append(data + 2, static_cast<std::uint32_t>(size - 2));

@@ -51,8 +51,14 @@ bool HasIllegalUnits(const Units& units) {
            });
 }
 
-// Text of one script keeps its high bytes steady while its low bytes move about.
+bool IsAscii(const Bytes& bytes) {
+    return std::ranges::all_of(bytes, [](unsigned char byte) { return byte > 0 && byte < 0x80; });
+}
+
+// Text of one script keeps its high bytes steady while its low bytes move about. 8-bit ASCII text
+// may do so by chance and is left out.
 bool VariesLikeText(const Units& units) {
+    if (IsAscii(units.bytes)) return false;
     long low = 0;
     long high = 0;
     for (std::size_t i = 1; i < std::min<std::size_t>(units.count(), 256); ++i) {

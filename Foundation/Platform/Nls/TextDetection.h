@@ -12,7 +12,7 @@ namespace platform {
 // The tests. "Reverse" means big-endian units.
 enum : std::uint32_t {
     kUnicodeAscii16 = 0x1,     // every unit is U+0001 to U+007F
-    kUnicodeStatistics = 0x2,  // low bytes vary far more than high bytes
+    kUnicodeStatistics = 0x2,  // low bytes vary far more than high bytes; never for ASCII bytes
     kUnicodeControls = 0x4,    // holds a tab, line end, blank or ideographic blank
     kUnicodeSignature = 0x8,   // begins with the byte-order mark FF FE
     kUnicodeReverseAscii16 = 0x10,

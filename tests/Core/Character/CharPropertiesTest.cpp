@@ -60,19 +60,32 @@ TEST(CharPropertiesTest, MembershipFollowsTheListsAndTheStrictRoundTrip) {
         unsigned int page;
         BOOL held;
     };
-    for (const auto [character, page, held] :
-         {Case{0x0081, 1252, TRUE}, {0x20AC, 1252, TRUE}, {0x0100, 1252, FALSE},
-          {0x05BA, 1255, TRUE}, {0x0104, 1250, TRUE}, {0x0000, 1258, TRUE}, {0xFFFF, 1258, FALSE},
-          {0x3042, 932, TRUE}, {0x3042, 1361, TRUE}, {0xAC00, 949, TRUE}, {0xAC00, 932, FALSE},
-          {0x00E9, 437, TRUE}, {0xFFFF, 0, TRUE}, {0xD800, 65001, TRUE}, {0x0100, 1200, TRUE},
-          {u'a', 50220, FALSE}, {u'a', 52936, FALSE}, {u'a', 1201, FALSE}, {u'a', 9999, FALSE}}) {
+    for (const auto [character, page, held] : {Case{0x0081, 1252, TRUE},
+                                               {0x20AC, 1252, TRUE},
+                                               {0x0100, 1252, FALSE},
+                                               {0x05BA, 1255, TRUE},
+                                               {0x0104, 1250, TRUE},
+                                               {0x0000, 1258, TRUE},
+                                               {0xFFFF, 1258, FALSE},
+                                               {0x3042, 932, TRUE},
+                                               {0x3042, 1361, TRUE},
+                                               {0xAC00, 949, TRUE},
+                                               {0xAC00, 932, FALSE},
+                                               {0x00E9, 437, TRUE},
+                                               {0xFFFF, 0, TRUE},
+                                               {0xD800, 65001, TRUE},
+                                               {0x0100, 1200, TRUE},
+                                               {u'a', 50220, FALSE},
+                                               {u'a', 52936, FALSE},
+                                               {u'a', 1201, FALSE},
+                                               {u'a', 9999, FALSE}}) {
         EXPECT_EQ(CT_CharProperties::sb_IsInCodepage(character, page), held)
             << std::hex << +character << std::dec << " in " << page;
     }
 }
 
-// The lists must hold just what the tables of the conversion decode to, undefined bytes from 0xA0 on
-// left out.
+// The lists must hold just what the tables of the conversion decode to, undefined bytes from 0xA0
+// on left out.
 TEST(CharPropertiesTest, ListsAgreeWithTheConversionTables) {
     for (unsigned int page = 1250; page <= 1258; ++page) {
         SCOPED_TRACE(page);

@@ -28,8 +28,7 @@ struct Text {
     unsigned int errors;
 };
 
-Text ReadAll(const std::string& bytes, Value encoding, BOOL sniff = TRUE,
-             unsigned int offset = 0) {
+Text ReadAll(const std::string& bytes, Value encoding, BOOL sniff = TRUE, unsigned int offset = 0) {
     CT_Buffer buffer(bytes.data(), static_cast<unsigned int>(bytes.size()), 32);
     CT_BufferStream stream(&buffer);
     stream.v_Open(CT_Stream::kRead);
@@ -52,11 +51,17 @@ TEST(TextReaderTest, MarksSetTheEncodingAndAreSkipped) {
         Lines lines;
     };
     for (const auto& [bytes, given, sniff, found, lines] :
-         {Case{"\xFF\xFE\x41\0\x0D\0\x0A\0\x42\0"s, CT_Codepage::kWindows1252, TRUE,
-               CT_Codepage::kUtf16, {u"A", u"B"}},
+         {Case{"\xFF\xFE\x41\0\x0D\0\x0A\0\x42\0"s,
+               CT_Codepage::kWindows1252,
+               TRUE,
+               CT_Codepage::kUtf16,
+               {u"A", u"B"}},
           {"\xEF\xBB\xBF\x61"s, CT_Codepage::kWindows1252, TRUE, CT_Codepage::kUtf8, {u"a"}},
           {"\xEF\xBB"s, CT_Codepage::kWindows1252, TRUE, CT_Codepage::kWindows1252, {u"ï»"}},
-          {"\xEF\xBB\xBF\x61"s, CT_Codepage::kWindows1252, FALSE, CT_Codepage::kWindows1252,
+          {"\xEF\xBB\xBF\x61"s,
+           CT_Codepage::kWindows1252,
+           FALSE,
+           CT_Codepage::kWindows1252,
            {u"ï»¿a"}},
           {"\xFE\xFF\0\x41"s, CT_Codepage::kUtf16, TRUE, CT_Codepage::kUtf16, {u"\xFFFE\x4100"}},
           {"\xFF\xFE"s, CT_Codepage::kUtf8, TRUE, CT_Codepage::kUtf16, {}},
@@ -73,7 +78,10 @@ TEST(TextReaderTest, MarksSetTheEncodingAndAreSkipped) {
 }
 
 TEST(TextReaderTest, AStreamThatIsNotAtItsBeginningIsNotSniffed) {
-    const Text text = ReadAll("x\xEF\xBB\xBF" "a", CT_Codepage::kWindows1252, TRUE, 1);
+    const Text text = ReadAll(
+        "x\xEF\xBB\xBF"
+        "a",
+        CT_Codepage::kWindows1252, TRUE, 1);
     EXPECT_EQ(text.encoding, CT_Codepage::kWindows1252);
     EXPECT_EQ(text.lines, Lines{u"ï»¿a"});
 }
@@ -83,11 +91,13 @@ TEST(TextReaderTest, EveryFormOfLineEndEndsOneLine) {
         const char* bytes;
         Lines lines;
     };
-    for (const auto& [bytes, lines] :
-         {Case{"a\r\nb\n\rc\rd\ne", {u"a", u"b", u"c", u"d", u"e"}},
-          {"a\r\rb", {u"a", u"", u"b"}}, {"\n\nb\n", {u"", u"", u"b"}},
-          {"\r\n\r\n", {u"", u""}}, {"\r\n\n\r\r", {u"", u"", u""}}, {"last", {u"last"}},
-          {"a\r", {u"a"}}}) {
+    for (const auto& [bytes, lines] : {Case{"a\r\nb\n\rc\rd\ne", {u"a", u"b", u"c", u"d", u"e"}},
+                                       {"a\r\rb", {u"a", u"", u"b"}},
+                                       {"\n\nb\n", {u"", u"", u"b"}},
+                                       {"\r\n\r\n", {u"", u""}},
+                                       {"\r\n\n\r\r", {u"", u"", u""}},
+                                       {"last", {u"last"}},
+                                       {"a\r", {u"a"}}}) {
         SCOPED_TRACE(testing::PrintToString(bytes));
         EXPECT_EQ(ReadAll(bytes, CT_Codepage::kUtf8).lines, lines);
     }
@@ -110,7 +120,12 @@ TEST(TextReaderTest, NothingIsLostWhereBlocksMeet) {
 
 TEST(TextReaderTest, DamagedTextIsReplacedOrEndsItsBlock) {
     constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
-    EXPECT_EQ(ReadAll("a\xFF" "b\xC3", CT_Codepage::kUtf8).lines, Lines{u"a\xFFFD" u"b\xFFFD"});
+    EXPECT_EQ(ReadAll("a\xFF"
+                      "b\xC3",
+                      CT_Codepage::kUtf8)
+                  .lines,
+              Lines{u"a\xFFFD"
+                    u"b\xFFFD"});
     // A short strict block ends the text; a full one is left 3 bytes before its end.
     EXPECT_EQ(ReadAll("ab\x81", CT_Codepage::kShiftJis).lines, Lines{});
     std::string full(kBlock + 2, 'x');
@@ -134,7 +149,11 @@ TEST(TextReaderTest, DamagedTextIsReplacedOrEndsItsBlock) {
 TEST(TextReaderTest, WindowsXpReadsUtf8Strictly) {
     constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
     const test::ForcedVersion xp(2, 5, 1);
-    EXPECT_EQ(ReadAll("a\xFF" "b", CT_Codepage::kUtf8).lines, Lines{});
+    EXPECT_EQ(ReadAll("a\xFF"
+                      "b",
+                      CT_Codepage::kUtf8)
+                  .lines,
+              Lines{});
     const std::string cut(kBlock - 1, 'x');
     EXPECT_EQ(ReadAll(cut + "\u00E9y", CT_Codepage::kUtf8).lines,
               Lines{std::u16string(kBlock - 1, u'x') + u"\u00E9y"});

@@ -29,8 +29,12 @@ TEST(TextWriterTest, TextIsEncodedWithTheMarkOfItsEncoding) {
         std::string bytes;
     };
     for (const auto& [encoding, text, bytes] :
-         {Case{CT_Codepage::kUtf8, u"aé€\U0001F600", "\xEF\xBB\xBF" "aé€\U0001F600"},
-          {CT_Codepage::kUtf16, u"aé", "\xFF\xFE" "a\0\xE9\0"s},
+         {Case{CT_Codepage::kUtf8, u"aé€\U0001F600",
+               "\xEF\xBB\xBF"
+               "aé€\U0001F600"},
+          {CT_Codepage::kUtf16, u"aé",
+           "\xFF\xFE"
+           "a\0\xE9\0"s},
           {CT_Codepage::kUnicode, u"a", ""},  // 1200 is no page of the conversion service
           {CT_Codepage::kWindows1252, u"é€Ł", "\xE9\x80?"},
           {CT_Codepage::kShiftJis, u"日本", "\x93\xFA\x96\x7B"},
@@ -89,8 +93,7 @@ TEST(TextWriterTest, SurrogatePairsStayTogether) {
         for (unsigned int i = 0; i < before; ++i) writer.v_Write(u'x');
         for (const char16_t* unit = u"\U0001F600yz"; *unit != 0; ++unit) writer.v_Write(*unit);
         writer.v_Close();
-        EXPECT_EQ(Content(buffer),
-                  "\xEF\xBB\xBF" + std::string(before, 'x') + "\U0001F600yz");
+        EXPECT_EQ(Content(buffer), "\xEF\xBB\xBF" + std::string(before, 'x') + "\U0001F600yz");
     }
 }
 
@@ -121,7 +124,9 @@ TEST(TextWriterTest, AFileWriterThatIsNotClosedLosesPendingText) {
             if (close) writer.v_Close();
         }
         EXPECT_FALSE(file.b_IsOpen());
-        EXPECT_EQ(folder.Read(u"out.txt"), close ? "\xEF\xBB\xBF" "text\r\n" : "\xEF\xBB\xBF");
+        EXPECT_EQ(folder.Read(u"out.txt"), close ? "\xEF\xBB\xBF"
+                                                   "text\r\n"
+                                                 : "\xEF\xBB\xBF");
     }
 }
 

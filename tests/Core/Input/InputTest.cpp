@@ -55,7 +55,9 @@ TEST_F(InputTest, CopyingAndSkippingAtTheEndDifferByKind) {
         unsigned int offset_after_copy;
     };
     for (const auto& [input, skip_past_end, copy_short, offset_after_copy] :
-         {Case{&memory_, FALSE, TRUE, 12}, {&file_, TRUE, FALSE, 10}, {&mapped_, TRUE, FALSE, 10}}) {
+         {Case{&memory_, FALSE, TRUE, 12},
+          {&file_, TRUE, FALSE, 10},
+          {&mapped_, TRUE, FALSE, 10}}) {
         input->vv_Open();
         unsigned char target[8] = {};
         EXPECT_TRUE(input->vb_Skip(3));
@@ -100,14 +102,16 @@ TEST_F(InputTest, AReadThatYieldsNothingClosesTheFile) {
     EXPECT_FALSE(file_.pcco_GetFile()->b_IsOpen());
     file_.vv_Open();
     platform::FailFileCall(platform::FileCall::kRead, 0, 23);
-    EXPECT_CT_ERROR(23, EXPECT_FALSE(file_.vb_GetNextBuffer(&data, &count)));
+    EXPECT_CT_ERROR(23, file_.vb_GetNextBuffer(&data, &count));
     platform::ClearFileFaults();
     EXPECT_FALSE(file_.pcco_GetFile()->b_IsOpen());
 }
 
 TEST_F(InputTest, Utf16IsRecognisedAndReadingStartsAtTheBeginning) {
     using namespace std::string_literals;
-    folder_.Write(u"input.bin", "\xFF\xFE" "a\0b\0"s);
+    folder_.Write(u"input.bin",
+                  "\xFF\xFE"
+                  "a\0b\0"s);
     for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
         input->vv_Open();
         EXPECT_TRUE(input->vb_IsUnicode());

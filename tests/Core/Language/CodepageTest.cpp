@@ -32,13 +32,22 @@ TEST(CodepageTest, NamesAreFoundInAnyCaseAndGiveTheirOwnValue) {
         unsigned int value;
         unsigned int number;
     };
-    for (const auto& [name, value, number] :
-         {Case{u"LATIN1", 12, 1252}, {u"iso-8859-1", 12, 1252}, {u"iso-8859-8", 16, 1255},
-          {u"csGB2312", 6, 936}, {u"utf-16be", 34, 1201}, {u"UTF-16LE", 33, 1200},
-          {u"Unicode", 9, 1200}, {u"us-ascii", 0, 646}, {u"shift_jis", 5, 932},
-          {u"ISO-2022-KR", 20, 1361}, {u"x-euc-jp", 29, 51932}, {u"utf-7", 31, 65000},
-          {u"Macintosh Croatia", 50, 10082}, {u"", 57, 0}, {u"ISO-8859-15", 57, 0},
-          {u"utf-8 ", 57, 0}}) {
+    for (const auto& [name, value, number] : {Case{u"LATIN1", 12, 1252},
+                                              {u"iso-8859-1", 12, 1252},
+                                              {u"iso-8859-8", 16, 1255},
+                                              {u"csGB2312", 6, 936},
+                                              {u"utf-16be", 34, 1201},
+                                              {u"UTF-16LE", 33, 1200},
+                                              {u"Unicode", 9, 1200},
+                                              {u"us-ascii", 0, 646},
+                                              {u"shift_jis", 5, 932},
+                                              {u"ISO-2022-KR", 20, 1361},
+                                              {u"x-euc-jp", 29, 51932},
+                                              {u"utf-7", 31, 65000},
+                                              {u"Macintosh Croatia", 50, 10082},
+                                              {u"", 57, 0},
+                                              {u"ISO-8859-15", 57, 0},
+                                              {u"utf-8 ", 57, 0}}) {
         SCOPED_TRACE(testing::PrintToString(std::u16string(name)));
         EXPECT_EQ(FromName(name), value);
         EXPECT_EQ(CT_Codepage(static_cast<Value>(value)).n_Get(), number);
@@ -60,9 +69,16 @@ TEST(CodepageTest, NumbersGiveTheFirstValueThatHasThem) {
     struct Case {
         unsigned int number, value;
     };
-    for (const auto [number, value] :
-         {Case{1200, 9}, {1201, 34}, {1255, 15}, {65001, 32}, {0, 57}, {437, 57}, {20127, 57},
-          {28591, 57}, {10021, 46}, {0xFFFFFFFF, 57}}) {
+    for (const auto [number, value] : {Case{1200, 9},
+                                       {1201, 34},
+                                       {1255, 15},
+                                       {65001, 32},
+                                       {0, 57},
+                                       {437, 57},
+                                       {20127, 57},
+                                       {28591, 57},
+                                       {10021, 46},
+                                       {0xFFFFFFFF, 57}}) {
         SCOPED_TRACE(number);
         EXPECT_EQ(CT_Codepage(number).eo_Get(), value);
     }
@@ -75,9 +91,9 @@ TEST(CodepageTest, NamesOfSharedPseudoAndSystemPages) {
     EXPECT_EQ(Name(CT_Codepage::kUtf16BigEndian), u"UTF-16-BE");
     EXPECT_EQ(Name(CT_Codepage::kSystemAnsi), u"windows-1252");
     EXPECT_EQ(Name(CT_Codepage::kSystemOem), u"windows-850");
-    for (const Value value : {CT_Codepage::kPseudoAnsi, CT_Codepage::kPseudoOem,
-                              CT_Codepage::kPseudoMac, CT_Codepage::kPseudoThread,
-                              CT_Codepage::kUnknown, CT_Codepage::kNotSet}) {
+    for (const Value value :
+         {CT_Codepage::kPseudoAnsi, CT_Codepage::kPseudoOem, CT_Codepage::kPseudoMac,
+          CT_Codepage::kPseudoThread, CT_Codepage::kUnknown, CT_Codepage::kNotSet}) {
         EXPECT_EQ(Name(value), u"(none)") << value;
     }
     EXPECT_EQ(CT_Codepage(CT_Codepage::kPseudoThread).n_Get(), 3u);
@@ -111,10 +127,18 @@ TEST(CodepageTest, LeadBytesComeFromEveryRangeOfThePage) {
         unsigned char byte;
         BOOL lead;
     };
-    for (const auto [number, byte, lead] :
-         {Case{932, 0x80, FALSE}, {932, 0x81, TRUE}, {932, 0x9F, TRUE}, {932, 0xA0, FALSE},
-          {932, 0xE0, TRUE}, {932, 0xFC, TRUE}, {932, 0xFD, FALSE}, {936, 0xFE, TRUE},
-          {1361, 0xDF, FALSE}, {1252, 0x81, FALSE}, {65001, 0xC3, FALSE}, {1200, 0x81, FALSE}}) {
+    for (const auto [number, byte, lead] : {Case{932, 0x80, FALSE},
+                                            {932, 0x81, TRUE},
+                                            {932, 0x9F, TRUE},
+                                            {932, 0xA0, FALSE},
+                                            {932, 0xE0, TRUE},
+                                            {932, 0xFC, TRUE},
+                                            {932, 0xFD, FALSE},
+                                            {936, 0xFE, TRUE},
+                                            {1361, 0xDF, FALSE},
+                                            {1252, 0x81, FALSE},
+                                            {65001, 0xC3, FALSE},
+                                            {1200, 0x81, FALSE}}) {
         EXPECT_EQ(CT_Codepage::sb_IsDBCSLeadByte(number, byte), lead) << number << " " << +byte;
     }
     EXPECT_TRUE(CT_Codepage(CT_Codepage::kBig5).b_IsDBCS());
@@ -129,17 +153,16 @@ TEST(CodepageTest, TextIsSupportedWhenItComesBackUnchanged) {
         const char16_t* text;
         BOOL supported;
     };
-    for (const auto& [page, text, supported] :
-         {Case{CT_Codepage::kWindows1252, u"Grüße €", TRUE},
-          {CT_Codepage::kWindows1252, u"Łódź", FALSE},
-          {CT_Codepage::kWindows1250, u"Łódź", TRUE},
-          {CT_Codepage::kShiftJis, u"日本語ｶﾅ", TRUE},
-          {CT_Codepage::kShiftJis, u"한국", FALSE},
-          {CT_Codepage::kUtf8, u"\xD800", TRUE},
-          {CT_Codepage::kUtf16, u"한국", TRUE},
-          {CT_Codepage::kUsAscii, u"plain", TRUE},
-          {CT_Codepage::kUsAscii, u"é", FALSE},
-          {CT_Codepage::kWindows1252, u"", TRUE}}) {
+    for (const auto& [page, text, supported] : {Case{CT_Codepage::kWindows1252, u"Grüße €", TRUE},
+                                                {CT_Codepage::kWindows1252, u"Łódź", FALSE},
+                                                {CT_Codepage::kWindows1250, u"Łódź", TRUE},
+                                                {CT_Codepage::kShiftJis, u"日本語ｶﾅ", TRUE},
+                                                {CT_Codepage::kShiftJis, u"한국", FALSE},
+                                                {CT_Codepage::kUtf8, u"\xD800", TRUE},
+                                                {CT_Codepage::kUtf16, u"한국", TRUE},
+                                                {CT_Codepage::kUsAscii, u"plain", TRUE},
+                                                {CT_Codepage::kUsAscii, u"é", FALSE},
+                                                {CT_Codepage::kWindows1252, u"", TRUE}}) {
         const CT_UString string(text);
         EXPECT_EQ(CT_Codepage(page).b_IsStringSupported(&string), supported)
             << page << " " << testing::PrintToString(std::u16string(text));
@@ -160,9 +183,13 @@ TEST(CodepageTest, EncodingIsGuessedFromTheFirstBytesAndLeavesNoError) {
     const test::TempFolder folder;
     const std::u16string name = folder.Name(u"guess.txt");
     const CT_UString path(name.c_str());
-    for (const auto& [bytes, value] :
-         {Case{"\xEF\xBB\xBFtext"s, 32}, {"\xFF\xFE\x41\0"s, 33}, {"\xFF\xFE"s, 55},
-          {"a\0b\0c\0 \0d\0"s, 33}, {"plain text"s, 55}, {""s, 55}, {std::nullopt, 55}}) {
+    for (const auto& [bytes, value] : {Case{"\xEF\xBB\xBFtext"s, 32},
+                                       {"\xFF\xFE\x41\0"s, 33},
+                                       {"\xFF\xFE"s, 55},
+                                       {"a\0b\0c\0 \0d\0"s, 33},
+                                       {"plain text"s, 55},
+                                       {""s, 55},
+                                       {std::nullopt, 55}}) {
         folder.Remove(u"guess.txt");
         if (bytes) folder.Write(u"guess.txt", *bytes);
         SCOPED_TRACE(bytes.value_or("(no file)"));

@@ -29,7 +29,9 @@ void AppendOneOfEach(CT_Output& output) {
 }
 
 TEST(OutputTest, MemoryAndFilesTakeTheBytesAsTheyAre) {
-    const std::string expected = "raw\x01\xE9t\xE9\xAC\x20" "42w\0"s;
+    const std::string expected =
+        "raw\x01\xE9t\xE9\xAC\x20"
+        "42w\0"s;
     CT_MemoryOutput memory;
     AppendOneOfEach(memory);
     EXPECT_EQ(memory.vn_GetSize(), expected.size());
