@@ -130,7 +130,7 @@ TEST(TextWriterTest, AFileWriterThatIsNotClosedLosesPendingText) {
     }
 }
 
-TEST(TextWriterTest, AFailedWriteIsKeptWhileTheNextChunksAreWritten) {
+TEST(TextWriterTest, AFailedWriteStaysSetAndWritingGoesOnOnceItIsCleared) {
     const test::TempFolder folder;
     const std::u16string name = folder.Name(u"out.txt");
     const CT_UString path(name.c_str());
@@ -143,8 +143,9 @@ TEST(TextWriterTest, AFailedWriteIsKeptWhileTheNextChunksAreWritten) {
     EXPECT_EQ(CT_ErrorManager::spco_Get()->n_GetErrorCode(), 112u);
     EXPECT_GE(CT_ErrorManager::spco_Get()->n_GetLocationCount(), 3u);
     CT_ErrorManager::spco_Get()->v_ClearError();
+    writer.v_Write(u"d");
     writer.v_Close();
-    EXPECT_EQ(folder.Read(u"out.txt"), std::string(2048, 'a') + "c");
+    EXPECT_EQ(folder.Read(u"out.txt"), std::string(2048, 'a') + "d");
 }
 
 }  // namespace
