@@ -7,13 +7,17 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
 endif()
 
 # What every target of this project shares. Recorded source locations are shortened: sources below
-# Foundation/Core lose that prefix, all others the project folder (the rule given last wins).
+# Foundation/Core lose that prefix, all others the project folder (the rule given last wins). A
+# compiler cache may hand the compiler paths that are relative to the build folder.
+file(RELATIVE_PATH ZELKOR_RELATIVE_SOURCE "${CMAKE_BINARY_DIR}" "${PROJECT_SOURCE_DIR}/Foundation")
 function(zelkor_defaults target)
   target_compile_features(${target} PUBLIC cxx_std_20)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow
     $<$<BOOL:${ZELKOR_WERROR}>:-Werror>
+    -fmacro-prefix-map=${ZELKOR_RELATIVE_SOURCE}/=Foundation/
+    -fmacro-prefix-map=${ZELKOR_RELATIVE_SOURCE}/Core/=
     -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
     -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/Foundation/Core/=)
   if(ZELKOR_SANITIZE)
@@ -36,9 +40,7 @@ function(zelkor_test name)
   target_link_libraries(${name} PRIVATE Zelkor::Foundation ZelkorTestSupport)
   target_link_options(${name} PRIVATE -Wl,--unresolved-symbols=ignore-in-shared-libs)
   add_test(NAME ${name} COMMAND ${name})
-  # Requests that no system grants must answer null under the sanitizers as they do without.
-  set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${arg_LABELS}"
-    ENVIRONMENT "ASAN_OPTIONS=allocator_may_return_null=1;TSAN_OPTIONS=allocator_may_return_null=1")
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${arg_LABELS}")
 endfunction()
 
 # zelkor_benchmark(NAME FILE... [PEERS target...]): one Google Benchmark executable.

@@ -2,11 +2,15 @@
 // are constructed from top to bottom and destroyed from bottom to top. No other file of the library
 // has static objects that need work at start-up.
 #include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/Frame/DLLMain.h"
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/Frame/StringTable.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Memory.h"
+#include "Foundation/Platform/Modules.h"
 #include "Foundation/System/SysInfo/OS.h"
 
 namespace {
@@ -19,15 +23,6 @@ const PoolMemory pool_memory;
 
 }  // namespace
 
-// ---- Registered types and their prototypes ----------------------------------------------------
-
-CT_Type CT_String::sco_Type("CT_String", &CT_String::sco_Object, sizeof(CT_String));
-CT_String CT_String::sco_Object(&CT_String::sco_Type);
-CT_Type CT_CString::sco_Type("CT_CString", &CT_CString::sco_Object, sizeof(CT_CString));
-CT_CString CT_CString::sco_Object(&CT_CString::sco_Type);
-CT_Type CT_UString::sco_Type("CT_UString", &CT_UString::sco_Object, sizeof(CT_UString));
-CT_UString CT_UString::sco_Object(&CT_UString::sco_Type);
-
 // ---- Services ---------------------------------------------------------------------------------
 
 CT_Init CT_ErrorManager::sco_Init(u"CT_ErrorManager", u"sv_Init", &CT_ErrorManager::sv_Init);
@@ -39,3 +34,43 @@ CT_Exit CT_SmartHeapErrorHandler::sco_Exit(u"CT_SmartHeapErrorHandler", u"sv_Exi
                                            &CT_SmartHeapErrorHandler::sv_Exit);
 
 CT_Init CT_OS::sco_Init(u"CT_OS", u"sv_Init", &CT_OS::sv_Init);
+
+// ---- Registered types and their prototypes ----------------------------------------------------
+
+CT_Type CT_String::sco_Type("CT_String", &CT_String::sco_Object, sizeof(CT_String));
+CT_String CT_String::sco_Object(&CT_String::sco_Type);
+CT_Type CT_CString::sco_Type("CT_CString", &CT_CString::sco_Object, sizeof(CT_CString));
+CT_CString CT_CString::sco_Object(&CT_CString::sco_Type);
+CT_Type CT_UString::sco_Type("CT_UString", &CT_UString::sco_Object, sizeof(CT_UString));
+CT_UString CT_UString::sco_Object(&CT_UString::sco_Type);
+
+// ---- Static objects of classes ------------------------------------------------------------------
+
+CT_UString CT_BasisDLLMain::sco_ModuleName;
+
+// ---- The entry point ----------------------------------------------------------------------------
+
+namespace {
+
+// Tells the entry point of the load and the unload.
+class Loader {
+public:
+    Loader() : instance_(platform::ModuleOf(&pool_memory)) {
+        platform::RegisterStringTable(instance_, foundation::detail::kStringTable);
+        if (!DllMain(instance_, kProcessAttach, nullptr)) {
+            platform::EndProcess("The library could not be loaded: no thread slot for CT_Thread.");
+        }
+    }
+    ~Loader() {
+        DllMain(instance_, kProcessDetach, nullptr);
+        platform::RegisterStringTable(instance_, {});
+    }
+    Loader(const Loader&) = delete;
+    Loader& operator=(const Loader&) = delete;
+
+private:
+    HINSTANCE instance_;
+};
+const Loader loader;
+
+}  // namespace

@@ -81,7 +81,8 @@ std::u16string_view TextOf(std::uint32_t number) noexcept {
             return u"The process cannot access the file because another process has locked a "
                    u"portion of the file.\r\n";
         case 34:
-            return u"The wrong diskette is in the drive. Insert %2 (Volume Serial Number: %3) into "
+            return u"The wrong diskette is in the drive.\r\nInsert %2 (Volume Serial Number: %3) "
+                   u"into "
                    u"drive %1.\r\n";
         case 36:
             return u"Too many files opened for sharing.\r\n";

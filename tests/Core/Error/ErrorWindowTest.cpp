@@ -1,0 +1,124 @@
+// The error-location box: caption, text, cutting, the older family, and its Abort.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Platform/Dialogs.h"
+#include "Foundation/Platform/Modules.h"
+#include "Support/Errors.h"
+#include "Support/Platform.h"
+#include "Support/Text.h"
+
+namespace {
+
+constexpr platform::StringResource kTexts[] = {{7, u"Titel"}};
+
+std::string shown_text, shown_caption;
+std::uint32_t shown_flags = 0;
+int boxes = 0;
+int answer = platform::kAnswerIgnore;
+
+int Show(const char16_t* text, const char16_t* caption, std::uint32_t flags) {
+    shown_text = test::Utf8(text);
+    shown_caption = test::Utf8(caption);
+    shown_flags = flags;
+    ++boxes;
+    return answer;
+}
+
+CT_ErrorManager& Errors() {
+    return *CT_ErrorManager::spco_Get();
+}
+
+class ErrorWindowTest : public testing::Test {
+protected:
+    void SetUp() override {
+        platform::RegisterStringTable(module_, kTexts);
+        before_ = platform::SetMessageBoxHandler(Show);
+        answer = platform::kAnswerIgnore;
+        boxes = 0;
+    }
+    void TearDown() override {
+        platform::SetMessageBoxHandler(before_);
+        platform::RegisterStringTable(module_, {});
+        Errors().v_ClearError();
+    }
+
+    HINSTANCE module_ = platform::ModuleOf(&kTexts);
+    platform::MessageBoxHandler before_ = nullptr;
+};
+
+TEST_F(ErrorWindowTest, ShowsMessageAndLocationsInnermostFirst) {
+    Errors().v_SetError(9, module_, 8);
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, nullptr, 2), platform::kAnswerIgnore);
+    EXPECT_EQ(shown_text, "(9): ");  // no locations: the message alone
+    EXPECT_EQ(shown_caption, "Titel");
+    EXPECT_EQ(shown_flags, 0x10002u);
+
+    Errors().v_AddLocation("File/WinFile.cpp", 281);
+    Errors().v_AddLocation("C:\\src\\a/b.cpp", 3);
+    Errors().v_AddLocation("bare.cpp", 12);
+    answer = platform::kAnswerRetry;
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"Given", 0), platform::kAnswerRetry);
+    EXPECT_EQ(shown_text,
+              "(9): \n\nWinFile.cpp: line 281\na/b.cpp: line 3\n(unknown file): line 12");
+    EXPECT_EQ(shown_caption, "Given");
+    Errors().v_HoldError();  // a held error is shown too; an unknown title is empty
+    Errors().i_ErrorLocationWindow(99, nullptr, 0);
+    EXPECT_EQ(shown_caption, "");
+    EXPECT_EQ(shown_text.size(), 5 + 2 + 21 + 1 + 15 + 1 + 23u);
+}
+
+TEST_F(ErrorWindowTest, WithoutAnErrorNothingIsShown) {
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"x", 0), 0);
+    EXPECT_EQ(boxes, 0);
+}
+
+TEST_F(ErrorWindowTest, CaptionAndTextShareOneArea) {
+    Errors().v_SetMessageError(std::u16string(900, u'm').c_str());
+    Errors().v_AddLocation("a/file.cpp", 1);
+    for (const std::size_t caption : {0u, 105u, 500u, 1021u, 1023u, 2000u}) {
+        SCOPED_TRACE(caption);
+        Errors().i_ErrorLocationWindow(0, std::u16string(caption, u'c').c_str(), 0);
+        const std::size_t kept = std::min<std::size_t>(caption, 1023);
+        const std::size_t whole = 900 + 2 + 16;  // "file.cpp: line 1"
+        EXPECT_EQ(shown_caption.size(), kept);
+        EXPECT_EQ(shown_text.size(), std::min<std::size_t>(whole, kept >= 1022 ? 0 : 1022 - kept));
+    }
+}
+
+TEST_F(ErrorWindowTest, TheOlderFamilySeesEightBitText) {
+    const test::ForcedVersion older(1, 4, 10);
+    Errors().v_SetMessageError(u"gr\u00FCn \u4E00");
+    Errors().i_ErrorLocationWindow(0, u"\u4E8C!", 0);
+    EXPECT_EQ(shown_text, "gr\u00FCn ?");
+    EXPECT_EQ(shown_caption, "?!");
+}
+
+using ErrorWindowDeathTest = ErrorWindowTest;
+TEST_F(ErrorWindowDeathTest, AbortEndsTheProcessAtOnce) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    Errors().v_SetError(9, u"fatal");
+    answer = platform::kAnswerAbort;
+    EXPECT_EXIT(Errors().i_ErrorLocationWindow(0, u"x", 0), testing::KilledBySignal(6),
+                "Aborted from an error box");
+}
+
+TEST(MessageBoxTest, WithoutAHandlerTheBoxIsPrintedAndIgnored) {
+    struct Case {
+        std::uint32_t flags;
+        int answer;
+    };
+    for (const auto& [flags, expected] : {Case{0, platform::kAnswerOk},
+                                          {0x10002, platform::kAnswerIgnore},
+                                          {3, platform::kAnswerCancel},
+                                          {4, platform::kAnswerNo},
+                                          {6, platform::kAnswerContinue}}) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(platform::ShowMessageBox(u"gr\u00FCn\xD800", u"Frage", flags), expected);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "Frage: gr\u00FCn?\n");
+    }
+}
+
+}  // namespace

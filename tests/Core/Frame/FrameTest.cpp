@@ -1,0 +1,263 @@
+// Module identity, registration objects, module objects, the memory handler, version texts.
+#include <gtest/gtest.h>
+
+#include <limits.h>
+#include <stdlib.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/Frame/DLLMain.h"
+#include "Foundation/Core/Frame/DLLObject.h"
+#include "Foundation/Core/Frame/Init.h"
+#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/Version/AppVersion.h"
+#include "Foundation/Platform/Dialogs.h"
+#include "Foundation/Platform/Modules.h"
+#include "Foundation/Platform/Paths.h"
+#include "Foundation/Platform/System.h"
+#include "Foundation/Platform/Threads.h"
+#include "Foundation/System/Thread/Thread.h"
+#include "Support/Errors.h"
+#include "Support/Text.h"
+
+struct DLLObjectTestAccess {
+    static void PrintMessage(const CT_DLLObject& object, unsigned int reason) {
+        object.v_PrintMessage(reason);
+    }
+};
+
+struct AppVersionTestAccess {
+    static void SetBetaLevel(CT_AppVersion& version, unsigned int level) {
+        version.beta_level_ = level;
+        version.texts_stale_ = TRUE;
+    }
+};
+
+namespace {
+
+// Collects the debugger output, piece by piece, while it lives.
+std::vector<std::string> pieces;
+void Collect(const char16_t* text) {
+    pieces.push_back(test::Utf8(text));
+}
+class DebugOutput {
+public:
+    DebugOutput() : before_(platform::SetDebugOutputSink(Collect)) { pieces.clear(); }
+    ~DebugOutput() { platform::SetDebugOutputSink(before_); }
+    DebugOutput(const DebugOutput&) = delete;
+    DebugOutput& operator=(const DebugOutput&) = delete;
+
+private:
+    platform::DebugOutputSink before_;
+};
+
+std::string FileOf(const void* address) {
+    char16_t path[platform::kMaxNativePath];
+    platform::ModuleFileName(platform::ModuleOf(address), path, platform::kMaxNativePath);
+    return test::Utf8(path);
+}
+
+// ---- Module identity
+// ------------------------------------------------------------------------------
+
+TEST(ModuleTest, TheLoadedLibraryKnowsItself) {
+    EXPECT_EQ(CT_BasisDLLMain::sn_GetVersion(), 7u);
+    EXPECT_EQ(CT_BasisDLLMain::sn_GetBuild(), 615u);
+    const HINSTANCE instance = CT_BasisDLLMain::sh_GetInstance();
+    EXPECT_EQ(instance, platform::ModuleOf(reinterpret_cast<const void*>(&DllMain)));
+    const std::string name = test::Utf8(CT_BasisDLLMain::spcco_GetModuleName()->qcuz_Get());
+    EXPECT_TRUE(name.starts_with("C:\\")) << name;
+    EXPECT_NE(name.find("\\libzelkor-foundation.so"), name.npos) << name;
+    EXPECT_EQ(CT_BasisDLLMain::spcco_GetVersion(), nullptr);
+    EXPECT_EQ(CT_BasisDLLMain::spcco_GetProductVersion(), nullptr);
+
+    const CT_UString kept(*CT_BasisDLLMain::spcco_GetModuleName());
+    CT_BasisDLLMain::sv_SetModuleName(nullptr);
+    EXPECT_EQ(CT_BasisDLLMain::spcco_GetModuleName()->n_GetLength(), 0u);
+    CT_BasisDLLMain::sv_SetModuleName(kept.qcuz_Get());
+    test::KeepsMemory();  // the name has a block of its own again
+}
+
+TEST(ModuleTest, FileNamesOfModules) {
+    char program[PATH_MAX];
+    ASSERT_NE(::realpath("/proc/self/exe", program), nullptr);
+    std::string expected = std::string("C:") + program;
+    for (char& byte : expected) {
+        if (byte == '/') byte = '\\';
+    }
+    EXPECT_EQ(FileOf(reinterpret_cast<const void*>(&FileOf)), expected);
+    char16_t path[260];
+    EXPECT_EQ(platform::ModuleFileName(nullptr, path, 260), expected.size());
+    EXPECT_EQ(platform::ModuleFileName(nullptr, path, 5), 4u);
+    EXPECT_EQ(test::Utf8(path), expected.substr(0, 4));
+    int local = 0;
+    EXPECT_EQ(platform::ModuleFileName(reinterpret_cast<HINSTANCE>(&local), path, 260), 0u);
+    EXPECT_EQ(path[0], 0);
+}
+
+TEST(ModuleTest, WithoutAThreadSlotAttachingFailsAndSaysSo) {
+    const HINSTANCE instance = CT_BasisDLLMain::sh_GetInstance();
+    DllMain(instance, kProcessDetach, nullptr);
+    EXPECT_EQ(CT_Thread::spco_GetCurrentThread(), nullptr);
+    platform::FailThreadSlots(true);
+    {
+        const DebugOutput output;
+        EXPECT_FALSE(DllMain(instance, kProcessAttach, nullptr));
+        ASSERT_EQ(pieces.size(), 2u);
+        EXPECT_EQ(pieces[0], test::Utf8(CT_BasisDLLMain::spcco_GetModuleName()->qcuz_Get()));
+        EXPECT_EQ(pieces[1], ": Could not allocate TLS slot for CT_Thread * \n");
+    }
+    platform::FailThreadSlots(false);
+    EXPECT_TRUE(DllMain(instance, kProcessAttach, nullptr));
+    EXPECT_NE(CT_Thread::spco_GetCurrentThread(), nullptr);
+    for (const unsigned int reason : {kThreadAttach, kThreadDetach, 99u}) {
+        EXPECT_TRUE(DllMain(instance, reason, nullptr));
+    }
+    EXPECT_NE(CT_Thread::spco_GetCurrentThread(), nullptr);
+    std::thread([] { EXPECT_EQ(CT_Thread::spco_GetCurrentThread(), nullptr); }).join();
+    test::KeepsMemory();
+}
+
+// ---- Registration objects
+// -------------------------------------------------------------------------
+
+int calls = 0;
+void Routine() {
+    ++calls;
+}
+
+TEST(InitTest, RoutinesRunAtConstructionAndDestruction) {
+    calls = 0;
+    const CT_Init first(&Routine);
+    const CT_Init second(u"CT_Class", u"sv_Init", &Routine);
+    const CT_Init none(u"CT_Class", u"sv_Init", nullptr);
+    EXPECT_EQ(calls, 2);
+    {
+        CT_Exit assigned(u"CT_Other", u"sv_Exit", nullptr);
+        const CT_Exit exit(u"CT_Class", u"sv_Exit", &Routine);
+        assigned = exit;
+        EXPECT_EQ(calls, 2);
+    }
+    EXPECT_EQ(calls, 4);
+}
+
+// ---- Module objects
+// -------------------------------------------------------------------------------
+
+class Client : public CT_DLLObject {
+public:
+    using CT_DLLObject::CT_DLLObject;
+    std::string heard;
+
+private:
+    void vv_AfterProcessAttach(HINSTANCE) override { heard += 'A'; }
+    void vv_AfterProcessDetach(HINSTANCE) override { heard += 'D'; }
+    void vv_AfterThreadAttach(HINSTANCE) override { heard += 'a'; }
+    void vv_AfterThreadDetach(HINSTANCE) override { heard += 'd'; }
+};
+
+TEST(DLLObjectTest, NotificationsReachTheHooks) {
+    const HINSTANCE module = platform::ModuleOf(reinterpret_cast<const void*>(&Routine));
+    for (const BOOL keep : {TRUE, FALSE}) {
+        Client client(u"Filters", keep);
+        for (const unsigned int reason : {1u, 2u, 3u, 4u, 0xFFFFFFFFu, 0u}) {
+            client.v_OnNotify(module, reason);
+        }
+        EXPECT_EQ(client.heard, "AadD");
+        EXPECT_EQ(client.h_GetInstance(), module);
+        EXPECT_EQ(test::Utf8(client.qcuz_GetPath()),
+                  FileOf(reinterpret_cast<const void*>(&Routine)).substr(0, 259));
+        EXPECT_EQ(platform::ThreadNotifications(module), keep == TRUE);
+        EXPECT_EQ(client.pcco_GetVersion()->n_GetBuild(), 615u);
+    }
+}
+
+TEST(DLLObjectTest, LongNamesAreCutToTheField) {
+    for (const std::size_t length : {0u, 255u, 256u, 1000u}) {
+        const Client client(std::u16string(length, u'n').c_str(), TRUE);
+        EXPECT_EQ(std::u16string_view(client.qcuz_GetName()).size(),
+                  std::min<std::size_t>(length, 255));
+    }
+    EXPECT_EQ(*Client(nullptr, TRUE).qcuz_GetName(), 0);
+}
+
+TEST(DLLObjectTest, TraceLinesComeInSixPieces) {
+    const HINSTANCE module = platform::ModuleOf(reinterpret_cast<const void*>(&Routine));
+    Client client(u"Filters", TRUE);
+    client.v_OnNotify(module, kProcessAttach);
+    char process[32], thread[32];
+    std::snprintf(process, sizeof process, "0x%X)\n", platform::CurrentProcessId());
+    std::snprintf(thread, sizeof thread, "0x%X)\n", platform::CurrentThreadId());
+    const char* const reasons[] = {"): Process Detach (pid ", "): Process Attach (pid ",
+                                   "): Thread Attach (tid ", "): Thread Detach (tid "};
+    for (unsigned int reason = 0; reason < 5; ++reason) {
+        const DebugOutput output;
+        DLLObjectTestAccess::PrintMessage(client, reason);
+        std::vector<std::string> expected;
+        if (reason < 4) {
+            expected = {"*** ",
+                        "Filters",
+                        " (",
+                        test::Utf8(client.qcuz_GetPath()),
+                        reasons[reason],
+                        reason < 2 ? process : thread};
+        }
+        EXPECT_EQ(pieces, expected);
+    }
+    const DebugOutput output;
+    DLLObjectTestAccess::PrintMessage(Client(u"", TRUE), 0);
+    EXPECT_EQ(pieces.size(), 5u);  // an empty name is not written
+}
+
+// ---- Memory
+// -----------------------------------------------------------------------------------------
+
+TEST(SmartHeapTest, ExhaustedMemoryIsThrownWithTheManagersCode) {
+    const DebugOutput output;
+    platform::FailAllocation(1);
+    try {
+        platform::Free(platform::Allocate(10));
+        ADD_FAILURE() << "nothing thrown";
+    } catch (CT_SmartHeapException exception) {
+        EXPECT_STREQ(exception.qccz_GetMessage(), "Out of memory");
+        EXPECT_EQ(exception.n_GetCode(), platform::kMemoryExhausted);
+    }
+    EXPECT_EQ(pieces, std::vector<std::string>{"Out of memory"});
+}
+
+// ---- Versions
+// -----------------------------------------------------------------------------------------
+
+TEST(AppVersionTest, TextsFollowTheNumbers) {
+    CT_AppVersion version;
+    EXPECT_EQ(version.n_GetEdition(), 7u);
+    EXPECT_FALSE(version.b_GetBeta());
+    EXPECT_EQ(version.pcco_GetShortProductName()->n_GetLength(), 0u);
+    EXPECT_EQ(test::Utf8(version.pcco_GetProductEdition()->qcuz_Get()), "Edition 7 Build 615");
+    const char* const labels[] = {"",     " Beta", " Pre-Release", " RC1",
+                                  " RC2", " RC",   " Preview",     ""};
+    for (unsigned int level = 0; level < 8; ++level) {
+        AppVersionTestAccess::SetBetaLevel(version, level);
+        const CT_AppVersion copy = version;
+        EXPECT_EQ(test::Utf8(copy.pcco_GetProductVersion()->qcuz_Get()),
+                  std::string("7.0.0.615") + labels[level]);
+        EXPECT_EQ(copy.b_GetBeta(), level != 0);
+    }
+    const CT_UString name(u"Tool");
+    version.v_SetLongProductName(&name);
+    EXPECT_EQ(test::Utf8(version.pcco_GetLongProductName()->qcuz_Get()), "Tool");
+    EXPECT_EQ(version.pcco_GetShortProductName()->n_GetLength(), 0u);
+}
+
+TEST(AppVersionTest, RunsOutOfMemoryCleanly) {
+    EXPECT_GT(test::FailEachAllocation([] {
+                  const CT_AppVersion version;
+                  static_cast<void>(version.pcco_GetProductVersion());
+              }),
+              0u);
+}
+
+}  // namespace

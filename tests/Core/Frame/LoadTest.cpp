@@ -1,0 +1,71 @@
+// Loading and unloading the library at run time. This program is not linked with it: it gets the
+// library's file as its argument, and a word that says what to try.
+#include <dlfcn.h>
+#include <malloc.h>
+#include <pthread.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+int Fail(const char* what) {
+    std::fprintf(stderr, "FAILED: %s\n", what);
+    return 1;
+}
+
+// Every load starts afresh and every unload gives everything back.
+int Repeat(const char* library) {
+    std::size_t before = 0;
+    for (int round = 0; round < 200; ++round) {
+        void* const handle = dlopen(library, RTLD_LAZY | RTLD_LOCAL);
+        if (handle == nullptr) return Fail(dlerror());
+        auto* const version = reinterpret_cast<unsigned int (*)()>(
+            dlsym(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv"));
+        if (version == nullptr || version() != 7) return Fail("the library was not attached");
+        if (dlclose(handle) != 0) return Fail("dlclose");
+        if (dlopen(library, RTLD_NOW | RTLD_NOLOAD) != nullptr) return Fail("still loaded");
+        const std::size_t used = mallinfo2().uordblks;
+        if (round == 20) before = used;
+        if (round > 20 && used > before + 4096) return Fail("memory is lost with each unload");
+    }
+    return 0;
+}
+
+// With every thread slot of the process taken, the load ends the process and says why.
+int WithoutSlots(const char* library) {
+    int out[2];
+    if (pipe(out) != 0) return Fail("pipe");
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(out[1], 2);
+        pthread_key_t key;
+        while (pthread_key_create(&key, nullptr) == 0) {
+        }
+        dlopen(library, RTLD_LAZY);
+        _exit(0);
+    }
+    close(out[1]);
+    std::string said;
+    char bytes[256];
+    for (ssize_t n; (n = read(out[0], bytes, sizeof bytes)) > 0;) {
+        said.append(bytes, static_cast<std::size_t>(n));
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (!WIFSIGNALED(status) || WTERMSIG(status) != SIGABRT) return Fail("the load went on");
+    if (said.find("no thread slot for CT_Thread") == said.npos) return Fail(said.c_str());
+    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count != 3) return Fail("usage: LoadTest LIBRARY repeat|slots");
+    return std::strcmp(arguments[2], "slots") == 0 ? WithoutSlots(arguments[1])
+                                                   : Repeat(arguments[1]);
+}

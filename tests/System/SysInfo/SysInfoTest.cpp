@@ -1,0 +1,215 @@
+// CT_OS's classification and CT_SysInfo's answers, with the platform's answers forced.
+#include "Foundation/System/SysInfo/SysInfo.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/System.h"
+#include "Foundation/System/SysInfo/OS.h"
+#include "Support/Errors.h"
+#include "Support/Platform.h"
+#include "Support/Text.h"
+
+namespace {
+
+// The flags in the order 32s 95 OSR2 98 Me CE NT 2K XP, as digits.
+std::string Flags() {
+    std::string flags;
+    for (BOOL (*const ask)() :
+         {CT_OS::sb_GetIsWindows32s, CT_OS::sb_GetIsWindows95, CT_OS::sb_GetIsWindows95OSR2,
+          CT_OS::sb_GetIsWindows98, CT_OS::sb_GetIsWindowsMe, CT_OS::sb_GetIsWindowsCE,
+          CT_OS::sb_GetIsWindowsNT, CT_OS::sb_GetIsWindows2K, CT_OS::sb_GetIsWindowsXP}) {
+        flags += ask() ? '1' : '0';
+    }
+    return flags;
+}
+
+TEST(OSTest, ClassifiesFamilyAndVersion) {
+    struct Case {
+        unsigned int family, major, minor, build;
+        int version;
+        const char* flags;
+        unsigned int stored_build;
+    };
+    const Case cases[] = {
+        {0, 3, 1, 0x20067, 1, "100000000", 0x67},
+        {1, 4, 0, 0x40003B6, 2, "010000000", 0x3B6},
+        {1, 4, 0, 0x4000457, 3, "011000000", 1111},
+        {1, 4, 10, 0x40A07CE, 4, "010100000", 0x7CE},
+        {1, 4, 90, 0x45A0BB8, 4, "010100000", 0xBB8},
+        {1, 4, 10, 1111, 4, "010100000", 1111},
+        {2, 4, 0, 1381, 7, "000000100", 1381},
+        {2, 5, 0, 2195, 8, "000000110", 2195},
+        {2, 5, 1, 2600, 9, "000000101", 2600},
+        {2, 5, 2, 3790, 9, "000000101", 3790},
+        {2, 6, 0, 6000, 7, "000000100", 6000},
+        {2, 10, 0, 0x12345678, 7, "000000100", 0x12345678},
+        {3, 4, 20, 0x10001, 5, "000001000", 1},
+        {4, 5, 1, 0x10001, 7, "000000100", 0x10001},
+    };
+    for (const auto& [family, major, minor, build, version, flags, stored] : cases) {
+        SCOPED_TRACE(testing::Message() << family << ' ' << major << '.' << minor);
+        const test::ForcedVersion forced(family, major, minor, build, u"Service Pack 3");
+        EXPECT_EQ(CT_OS::seo_GetVersion(), version);
+        EXPECT_EQ(Flags(), flags);
+        EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), major);
+        EXPECT_EQ(CT_OS::sn_GetOsVersionMinor(), minor);
+        EXPECT_EQ(CT_OS::sn_GetOsVersionBuild(), stored);
+        EXPECT_EQ(test::Utf8(CT_OS::sqcuz_GetOsVersionString()), "Service Pack 3");
+    }
+}
+
+TEST(OSTest, ThisMachineIsOfTheNewestGeneration) {
+    EXPECT_EQ(CT_OS::seo_GetVersion(), CT_OS::WindowsNT);
+    EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), 10u);
+    EXPECT_FALSE(std::u16string_view(CT_OS::sqcuz_GetOsVersionString()).empty());
+}
+
+// A failed query leaves the generation that speaks UTF-16.
+TEST(OSTest, AFailedQueryCountsAsNewest) {
+    platform::SystemAnswers answers;
+    answers.version = [](platform::SystemVersion* version) {
+        *version = platform::SystemVersion{1, 1, 1, 1, {}};
+        return false;
+    };
+    platform::SetSystemAnswers(answers);
+    foundation::detail::ClassifySystemAgain();
+    EXPECT_EQ(CT_OS::seo_GetVersion(), CT_OS::WindowsNT);
+    EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), 0u);
+    platform::SetSystemAnswers({});
+    foundation::detail::ClassifySystemAgain();
+}
+
+// ---- CT_SysInfo
+// -----------------------------------------------------------------------------------
+
+platform::ProcessorInfo processor;
+int forced_metric = 0;
+
+class SysInfoTest : public testing::Test {
+protected:
+    void TearDown() override {
+        platform::SetSystemAnswers({});
+        foundation::detail::ClassifySystemAgain();
+    }
+};
+
+TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
+    struct Case {
+        platform::ProcessorInfo info;
+        unsigned int family;
+        int expected;
+    };
+    const Case cases[] = {
+        {{2, true, 3, 0}, 2, 0},    {{2, true, 4, 0}, 2, 1},   {{2, true, 5, 0}, 2, 2},
+        {{2, true, 6, 0}, 2, 3},    {{2, true, 2, 386}, 2, 4}, {{2, true, 25, 0}, 2, 4},
+        {{2, false, 6, 586}, 2, 5}, {{2, true, 6, 386}, 1, 0}, {{2, true, 6, 486}, 1, 1},
+        {{2, true, 3, 586}, 1, 2},  {{2, true, 6, 0}, 1, 4},   {{2, false, 3, 386}, 1, 5},
+    };
+    for (const auto& [info, family, expected] : cases) {
+        const test::ForcedVersion version(family, family == 2 ? 5 : 4, 0);
+        processor = info;
+        platform::SystemAnswers answers;
+        answers.processors = [] { return processor; };
+        platform::SetSystemAnswers(answers);
+        EXPECT_EQ(CT_SysInfo::seo_GetProcessor(), expected) << info.level << ' ' << family;
+    }
+    platform::SystemAnswers answers;
+    answers.processors = [] { return processor; };
+    platform::SetSystemAnswers(answers);
+    processor = {0, true, 6, 0};
+    EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), 1u);
+    processor.count = 12;
+    EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), 12u);
+}
+
+TEST_F(SysInfoTest, AmountsOf4GiBAndMoreAreCut) {
+    platform::SystemAnswers answers;
+    answers.memory = [] {
+        constexpr std::uint64_t kGiB = 1u << 30;
+        return platform::MemoryStatus{17, 8 * kGiB, 3 * kGiB, 4 * kGiB - 1, 4 * kGiB, 5, 6};
+    };
+    platform::SetSystemAnswers(answers);
+    unsigned int values[7] = {};
+    CT_SysInfo::sv_GetMemoryInfo(values, values + 1, values + 2, values + 3, values + 4, values + 5,
+                                 values + 6);
+    const unsigned int singly[7] = {CT_SysInfo::sn_GetMemoryLoad(),
+                                    CT_SysInfo::sn_GetPhysicalMemoryTotal(),
+                                    CT_SysInfo::sn_GetPhysicalMemoryAvailable(),
+                                    CT_SysInfo::sn_GetVirtualMemoryTotal(),
+                                    CT_SysInfo::sn_GetVirtualMemoryAvailable(),
+                                    CT_SysInfo::sn_GetPagingMemoryTotal(),
+                                    CT_SysInfo::sn_GetPagingMemoryAvailable()};
+    const unsigned int expected[7] = {17, 0xFFFFFFFF, 3u << 30, 0xFFFFFFFF, 0xFFFFFFFF, 5, 6};
+    for (int i = 0; i < 7; ++i) {
+        EXPECT_EQ(values[i], expected[i]) << i;
+        EXPECT_EQ(singly[i], expected[i]) << i;
+    }
+    CT_SysInfo::sv_GetMemoryInfo(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+}
+
+TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
+    EXPECT_GE(CT_SysInfo::sn_GetNumCPU(), 1u);
+    EXPECT_LE(CT_SysInfo::sn_GetMemoryLoad(), 100u);
+    const platform::MemoryStatus memory = platform::QueryMemory();
+    EXPECT_GT(memory.physical_total, 1u << 24);
+    EXPECT_LE(memory.physical_available, memory.physical_total);
+    EXPECT_GE(memory.paging_total, memory.physical_total);
+    EXPECT_GT(memory.virtual_available, 0u);
+    EXPECT_TRUE(CT_SysInfo::sb_GetNetworkAttached());
+    EXPECT_FALSE(CT_SysInfo::sb_GetKanjiWindow());
+}
+
+TEST_F(SysInfoTest, MetricsByTheirNumbers) {
+    struct Case {
+        BOOL (*ask)();
+        int index;
+    };
+    for (const auto& [ask, index] : {Case{CT_SysInfo::sb_GetDBCSEnabled, 42},
+                                     {CT_SysInfo::sb_GetMidEastEnabled, 74},
+                                     {CT_SysInfo::sb_GetNetworkAttached, 63},
+                                     {CT_SysInfo::sb_GetSlowMachine, 73},
+                                     {CT_SysInfo::sb_GetKanjiWindow, 18}}) {
+        platform::SystemAnswers answers;
+        answers.metric = [](int asked) { return asked == forced_metric ? 2 : -(asked == 18); };
+        platform::SetSystemAnswers(answers);
+        forced_metric = index;
+        EXPECT_TRUE(ask()) << index;
+        forced_metric = -1;
+        EXPECT_FALSE(ask()) << index;  // a negative height is no window
+    }
+}
+
+TEST_F(SysInfoTest, TheComputerNameOrTheSystemError) {
+    CT_UString name(u"old");
+    platform::SystemAnswers answers;
+    answers.computer_name = [](char16_t* text, std::uint32_t capacity) {
+        EXPECT_EQ(capacity, 16u);
+        text[0] = u'p';
+        text[1] = 0;
+        return true;
+    };
+    platform::SetSystemAnswers(answers);
+    CT_SysInfo::sv_GetComputerName(&name);
+    EXPECT_EQ(test::Utf8(name.qcuz_Get()), "p");
+    answers.computer_name = [](char16_t*, std::uint32_t) {
+        platform::SetLastError(platform::kErrorInsufficientBuffer);
+        return false;
+    };
+    platform::SetSystemAnswers(answers);
+    CT_SysInfo::sv_GetComputerName(&name);
+    EXPECT_TRUE(test::TakeError(122, {}, "Foundation/System/SysInfo/SysInfo.cpp"));
+    EXPECT_EQ(name.n_GetLength(), 0u);
+
+    platform::SetSystemAnswers({});
+    char16_t text[256];
+    EXPECT_TRUE(platform::ComputerName(text, 256));
+    EXPECT_EQ(std::u16string_view(text).find(u'.'), std::u16string_view::npos);
+    EXPECT_FALSE(platform::ComputerName(text, 1));
+    EXPECT_EQ(platform::LastError(), 122u);
+}
+
+}  // namespace
