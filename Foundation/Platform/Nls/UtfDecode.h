@@ -26,6 +26,13 @@ struct Window {
           lead(V::Load(at)),
           second(V::Load(at + 1)),
           third(V::Load(at + 2)) {}
+    // Of a whole text: nothing stands before or behind it.
+    UTF_PART explicit Window(typename V::Raw text)
+        : before2(V::template BytesBefore<2>(text)),
+          before(V::template BytesBefore<1>(text)),
+          lead(text),
+          second(V::template BytesBehind<1>(text)),
+          third(V::template BytesBehind<2>(text)) {}
     typename V::Raw before2, before, lead, second, third;
 };
 
@@ -164,37 +171,65 @@ struct Decoding {
     }
 
     template <class V>
-    UTF_PART void AddAscii(std::size_t bytes) {
-        for (std::size_t i = 0; i < bytes; i += V::kBytes) {
+    UTF_PART void AddAscii() {
+        for (std::size_t i = 0; i < kBlock; i += V::kBytes) {
             result.template AddAscii<V>(V::Load(at + i));
         }
-        at += bytes;
+        at += kBlock;
     }
 
     // Blocks from a character's start with kBehind bytes before it, until the next one is ASCII or
     // does not fit. False when one is ill formed; it is not taken.
-    template <class V, std::size_t block>
+    template <class V>
     UTF_PART bool AddBlocks() {
         if (IsTrail(*at)) return false;
         bool fine = true;
         while (fine) {
             const Result before = result;
             auto errors = V::Zero();
-            for (std::size_t i = 0; i < block; i += V::kBytes) {
+            for (std::size_t i = 0; i < kBlock; i += V::kBytes) {
                 const Window<V> window(at + i);
                 errors = errors | V::Errors(window);
                 result.template Add<V>(window);
             }
             fine = !V::AnySet(errors);
             if (fine) {
-                at += block;
+                at += kBlock;
             } else {
                 result = before;
             }
-            if (!Fits(block, kAhead) || (block == kBlock && AreAscii<V>(at))) break;
+            if (!Fits(kBlock, kAhead) || AreAscii<V>(at)) break;
         }
         GoBackToLead();
         return fine;
+    }
+
+    // At most a vector of whole characters, from a character's start; the room is a vector's. False
+    // when they are ill formed; nothing is taken then.
+    template <class V>
+    UTF_PART bool AddPiece() {
+        auto bytes = V::Zero();
+        std::size_t size = V::kBytes;
+        if (Left() < V::kBytes) {
+            size = Left();
+            bytes = V::LoadPart(at, size);
+        } else if (Left() == V::kBytes || !IsTrail(at[size])) {
+            bytes = V::Load(at);
+        } else {
+            do --size;
+            while (size > V::kBytes - 3 && IsTrail(at[size]));
+            bytes = V::LoadPart(at, size);
+        }
+        if (V::TopBits(bytes) == 0) {
+            result.template AddAscii<V>(bytes);
+        } else {
+            const Window<V> window(bytes);
+            if (IsTrail(*at) || V::AnySet(V::Errors(window))) return false;
+            result.template Add<V>(window);
+        }
+        at += size;
+        result.Remove(V::kBytes - size);
+        return true;
     }
 };
 
@@ -205,23 +240,15 @@ UTF_PART void DecodeAll(Decoding<Result>& work) {
     bool fine = true;
     while (fine && work.Fits(kBlock, kAhead)) {
         if (AreAscii<V>(work.at)) {
-            work.template AddAscii<V>(kBlock);
+            work.template AddAscii<V>();
         } else if (work.at < text + kBehind) {
-            fine = work.AddOne();
+            fine = work.template AddPiece<Half>();
         } else {
-            fine = work.template AddBlocks<V, kBlock>();
+            fine = work.template AddBlocks<V>();
         }
     }
-    while (fine && work.Fits(Half::kBytes, 0)) {
-        if (Half::TopBits(Half::Load(work.at)) == 0) {
-            work.template AddAscii<Half>(Half::kBytes);
-        } else if (!work.Fits(Half::kBytes, kAhead)) {
-            break;
-        } else if (work.at < text + kBehind) {
-            fine = work.AddOne();
-        } else {
-            fine = work.template AddBlocks<Half, Half::kBytes>();
-        }
+    while (fine && work.Left() != 0 && work.result.Room() >= Half::kBytes) {
+        fine = work.template AddPiece<Half>();
     }
     while (work.at < work.end && work.AddOne()) {
     }

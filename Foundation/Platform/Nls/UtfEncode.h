@@ -54,14 +54,17 @@ UTF_PART UnitBytes<V> ThreeBytes(const Sized<V>& source) {
     return {front, V::Select(source.one, last, (last & V::Units(0x3F00)) | middle)};
 }
 
-// Puts in the bytes of the surrogates and makes them two-byte units. False when they are not in
-// pairs; the first half of a pair may be the last unit, and a second half is never the first.
+enum class Pairs { None, Whole, LastIsCut, IllFormed };
+
+// Puts in the bytes of the surrogates and makes them two-byte units. The first half of a pair may
+// be the last unit; a second half is never the first.
 template <class V>
-UTF_PART bool PairSurrogates(Sized<V>& source, UnitBytes<V>& bytes) {
+UTF_PART Pairs PairSurrogates(Sized<V>& source, UnitBytes<V>& bytes) {
     const auto kinds = source.units & V::Units(0xFC00);
     const auto first = V::EqualUnits(kinds, V::Units(0xD800));
     const auto second = V::EqualUnits(kinds, V::Units(0xDC00));
-    if ((V::TopBits(first) << 2 & V::kAllBits) != V::TopBits(second)) return false;
+    const std::uint32_t firsts = V::TopBits(first);
+    if ((firsts << 2 & V::kAllBits) != V::TopBits(second)) return Pairs::IllFormed;
     const auto upper = V::AddUnits(source.units, V::Units(0x2840));  // the character's bits from 10
     const auto first_bytes = V::template Right<8>(upper) |
                              (V::template Left<6>(upper) & V::Units(0x3F00)) | V::Units(0x80F0);
@@ -71,47 +74,45 @@ UTF_PART bool PairSurrogates(Sized<V>& source, UnitBytes<V>& bytes) {
                               V::Units(0x8080);
     bytes.back = V::Select(first, first_bytes, V::Select(second, second_bytes, bytes.back));
     source.two = source.two | first | second;
-    return true;
+    return (firsts & ~(V::kAllBits >> 1)) != 0 ? Pairs::LastIsCut : Pairs::Whole;
 }
 
+// Writes a vector from a character's start on; the number of units taken, 0 when it is ill formed
+// or, three bytes a unit, might not fit the room. That is at least one vector.
 template <class V>
-UTF_PART bool EndsInsidePair(const char16_t* at) {
-    return IsHighSurrogate(at[V::kUnits - 1]);
-}
-
-// A vector from a character's start on; the number of units taken, 0 when it is ill formed.
-template <class V>
-UTF_PART std::size_t EncodeVector(const char16_t* at, char*& to) {
-    Sized<V> source(V::Load(at));
+UTF_PART std::size_t EncodeVector(typename V::Raw units, char*& to, std::size_t room) {
+    Sized<V> source(units);
     if (source.NoneTakesThree()) {
         to = V::JoinTwoBytes(TwoBytes<V>(source), source.one, to);
         return V::kUnits;
     }
+    if (room < 3 * V::kUnits + kOverrun) return 0;
     UnitBytes<V> bytes = ThreeBytes<V>(source);
-    std::size_t taken = V::kUnits;
+    Pairs pairs = Pairs::None;
     if (V::TopBits(source.Surrogates()) != 0) {
-        if (!PairSurrogates<V>(source, bytes)) return 0;
-        if (EndsInsidePair<V>(at)) --taken;
+        pairs = PairSurrogates<V>(source, bytes);
+        if (pairs == Pairs::IllFormed) return 0;
     }
     to = V::JoinThreeBytes(bytes, source, to);
-    to -= 2 * (V::kUnits - taken);
-    return taken;
+    if (pairs != Pairs::LastIsCut) return V::kUnits;
+    to -= 2;
+    return V::kUnits - 1;
 }
 
-// The size of what EncodeVector would write, added to `size`.
+// Adds to `size` what EncodeVector would write.
 template <class V>
-UTF_PART std::size_t MeasureVector(const char16_t* at, std::size_t& size) {
-    Sized<V> source(V::Load(at));
-    std::size_t taken = V::kUnits;
-    const std::uint32_t surrogates = V::TopBits(source.Surrogates());
-    if (surrogates != 0) {
+UTF_PART std::size_t MeasureVector(typename V::Raw units, std::size_t& size) {
+    Sized<V> source(units);
+    Pairs pairs = Pairs::None;
+    if (V::TopBits(source.Surrogates()) != 0) {
         UnitBytes<V> bytes{};
-        if (!PairSurrogates<V>(source, bytes)) return 0;
-        if (EndsInsidePair<V>(at)) --taken;
+        pairs = PairSurrogates<V>(source, bytes);
+        if (pairs == Pairs::IllFormed) return 0;
     }
-    size += 3 * V::kUnits - static_cast<std::size_t>(__builtin_popcount(source.Codes())) -
-            2 * (V::kUnits - taken);
-    return taken;
+    size += 3 * V::kUnits - static_cast<std::size_t>(__builtin_popcount(source.Codes()));
+    if (pairs != Pairs::LastIsCut) return V::kUnits;
+    size -= 2;
+    return V::kUnits - 1;
 }
 
 template <class V>
@@ -133,10 +134,11 @@ struct ByteWriter {
         to += V::kBytes;
     }
     template <class V>
-    UTF_PART std::size_t Add(const char16_t* at) {
-        return EncodeVector<V>(at, to);
+    UTF_PART std::size_t Add(typename V::Raw units) {
+        return EncodeVector<V>(units, to, Room());
     }
     void Add(std::uint32_t value) { to += WriteUtf8(value, to); }
+    void Remove(std::size_t bytes) { to -= bytes; }
 };
 
 struct ByteCounter {
@@ -148,10 +150,11 @@ struct ByteCounter {
         count += V::kBytes;
     }
     template <class V>
-    UTF_PART std::size_t Add(const char16_t* at) {
-        return MeasureVector<V>(at, count);
+    UTF_PART std::size_t Add(typename V::Raw units) {
+        return MeasureVector<V>(units, count);
     }
     void Add(std::uint32_t value) { count += Utf8Size(value); }
+    void Remove(std::size_t bytes) { count -= bytes; }
 };
 
 template <class Result>
@@ -185,10 +188,20 @@ struct Encoding {
     UTF_PART bool AddVectors(std::size_t units) {
         const char16_t* const last = at + (units - V::kUnits);
         while (at <= last) {
-            const std::size_t taken = result.template Add<V>(at);
+            const std::size_t taken = result.template Add<V>(V::Load(at));
             if (taken == 0) return false;
             at += taken;
         }
+        return true;
+    }
+
+    // What is left, less than a vector; zeros fill it up.
+    template <class V>
+    UTF_PART bool AddRest() {
+        const std::size_t units = Left();
+        if (result.template Add<V>(V::LoadPart(at, 2 * units)) == 0) return false;
+        at += units;
+        result.Remove(V::kUnits - units);
         return true;
     }
 };
@@ -207,9 +220,10 @@ UTF_PART void EncodeAll(Encoding<Result>& work) {
     while (fine && work.Fits(Half::kBytes, Half::kBytes) && AreAscii<Half>(work.at, Half::kBytes)) {
         work.template AddAscii<Half>(Half::kBytes);
     }
-    while (fine && work.Fits(Half::kUnits, 3 * Half::kUnits + kOverrun)) {
+    while (fine && work.Fits(Half::kUnits, Half::kBytes)) {
         fine = work.template AddVectors<Half>(Half::kUnits);
     }
+    if (fine && work.Left() != 0 && work.Fits(0, Half::kBytes)) work.template AddRest<Half>();
     while (work.at < work.end && work.AddOne()) {
     }
 }

@@ -10,7 +10,8 @@ UtfProgress Decode(const char* text, std::size_t length, char16_t* out,
     UtfProgress done{0, 0};
     while (done.taken < length) {
         const char* rest = text + done.taken;
-        if (length - done.taken >= 8 && capacity - done.written >= 8 && AreEightAscii(rest)) {
+        if (Byte(rest[0]) < 0x80 && length - done.taken >= 8 && capacity - done.written >= 8 &&
+            AreEightAscii(rest)) {
             WidenEight(rest, out + done.written);
             done.taken += 8;
             done.written += 8;
@@ -29,7 +30,8 @@ UtfProgress Encode(const char16_t* text, std::size_t length, char* out,
     UtfProgress done{0, 0};
     while (done.taken < length) {
         const char16_t* rest = text + done.taken;
-        if (length - done.taken >= 4 && capacity - done.written >= 4 && AreFourAscii(rest)) {
+        if (rest[0] < 0x80 && length - done.taken >= 4 && capacity - done.written >= 4 &&
+            AreFourAscii(rest)) {
             NarrowFour(rest, out + done.written);
             done.taken += 4;
             done.written += 4;
@@ -47,7 +49,7 @@ UtfProgress DecodedLength(const char* text, std::size_t length) noexcept {
     UtfProgress done{0, 0};
     while (done.taken < length) {
         const char* rest = text + done.taken;
-        if (length - done.taken >= 8 && AreEightAscii(rest)) {
+        if (Byte(rest[0]) < 0x80 && length - done.taken >= 8 && AreEightAscii(rest)) {
             done.taken += 8;
             done.written += 8;
             continue;

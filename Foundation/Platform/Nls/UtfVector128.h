@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #define UTF_KERNEL __attribute__((target(UTF_INSTRUCTIONS)))
 #define UTF_PART UTF_KERNEL __attribute__((always_inline)) inline
@@ -27,6 +28,29 @@ struct Vector128 {
 
     UTF_PART static Raw Load(const void* from) {
         return _mm_loadu_si128(static_cast<const Raw*>(from));
+    }
+    // `size` bytes, less than a vector, and zeros behind them.
+    UTF_PART static Raw LoadPart(const void* from, std::size_t size) {
+        const auto* bytes = static_cast<const unsigned char*>(from);
+        std::uint64_t low = 0;
+        std::uint64_t high = 0;
+        if (size >= 8) {
+            low = LoadWord<std::uint64_t>(bytes);
+            high = LoadWord<std::uint64_t>(bytes + size - 8) >> 1 >> (127 - 8 * size);
+        } else if (size >= 4) {
+            low = LoadWord<std::uint32_t>(bytes);
+            low |= LoadWord<std::uint32_t>(bytes + size - 4) << 8 * (size - 4);
+        } else if (size != 0) {
+            const auto byte = [bytes](std::size_t i) { return std::uint64_t{bytes[i]} << 8 * i; };
+            low = byte(0) | byte(size / 2) | byte(size - 1);
+        }
+        return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
+    }
+    template <class Word>
+    UTF_PART static std::uint64_t LoadWord(const unsigned char* from) {
+        Word word;
+        std::memcpy(&word, from, sizeof word);
+        return word;
     }
     UTF_PART static void Store(void* to, Raw v) { _mm_storeu_si128(static_cast<Raw*>(to), v); }
     UTF_PART static Raw Bytes(int value) { return _mm_set1_epi8(static_cast<char>(value)); }
@@ -49,8 +73,16 @@ struct Vector128 {
     UTF_PART static Raw Right(Raw v) {
         return _mm_srli_epi16(v, count);
     }
-    // The unit before each unit; 0 before the first.
-    UTF_PART static Raw UnitsBefore(Raw v) { return _mm_slli_si128(v, 2); }
+    // The byte `count` before or behind each byte; 0 where there is none.
+    template <int count>
+    UTF_PART static Raw BytesBefore(Raw v) {
+        return _mm_slli_si128(v, count);
+    }
+    template <int count>
+    UTF_PART static Raw BytesBehind(Raw v) {
+        return _mm_srli_si128(v, count);
+    }
+    UTF_PART static Raw UnitsBefore(Raw v) { return BytesBefore<2>(v); }
     UTF_PART static Raw Select(Raw mask, Raw yes, Raw no) { return (mask & yes) | (~mask & no); }
     // One bit a byte: its top bit.
     UTF_PART static std::uint32_t TopBits(Raw v) {
