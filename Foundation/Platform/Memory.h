@@ -70,6 +70,9 @@ FOUNDATION_API void Free(void* block) noexcept;
 // As Allocate, but answers null at once: the handler is not asked.
 [[nodiscard]] FOUNDATION_API void* TryAllocate(std::size_t size) noexcept;
 
+// Has the handler hear of a request that is larger than any block; comes back when it gives up.
+FOUNDATION_API void ReportExhausted();
+
 // One block of the pool's size, or null as above; freeing null does nothing. Under
 // AddressSanitizer every block comes from the heap, so that use after freeing is seen.
 [[nodiscard]] FOUNDATION_API void* AllocateBlock(_SHI_Pool* pool);

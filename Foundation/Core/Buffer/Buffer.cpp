@@ -1,9 +1,7 @@
 #include "Foundation/Core/Buffer/Buffer.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
-#include <limits>
 #include <new>
 
 #include "Foundation/Core/Buffer/BufferDetail.h"
@@ -24,8 +22,7 @@ std::byte* NewBlock(std::uint32_t capacity) {
 }
 
 void ReportExhausted() {
-    // No system grants this much, so the handler hears of it as of any other exhaustion.
-    platform::Free(platform::Allocate(std::numeric_limits<std::size_t>::max() / 4));
+    platform::ReportExhausted();
     throw CT_SmartHeapException("Out of memory", platform::kMemoryExhausted);
 }
 
@@ -54,12 +51,16 @@ void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept {
 
 namespace {
 
+// Blocks of up to this capacity move faster by a copy to a fresh block than by reallocation.
+constexpr std::uint32_t kCopied = 256;
+
 constinit _SHI_Pool buffer_pool(sizeof(CT_Buffer), 1024);
 
 std::uint64_t InitialBlock(std::uint64_t size, std::uint32_t growth) {
     // A step of a power of two, as nearly all are, spares the division.
-    if (std::has_single_bit(growth)) return (size + kHeaderSize + growth - 1) & ~(growth - 1ull);
-    return RoundUp(size + kHeaderSize, std::max(growth, 1u));
+    const std::uint64_t step = std::max(growth, 1u);
+    if ((step & (step - 1)) == 0) return (size + kHeaderSize + step - 1) & ~(step - 1);
+    return RoundUp(size + kHeaderSize, step);
 }
 
 // Small blocks follow the growth step, large ones a proportion that leaves the header out.
@@ -112,17 +113,20 @@ _SHI_Pool* CT_Buffer::spso_GetMemPool() noexcept {
 
 void CT_Buffer::v_SetSize(std::uint32_t size, BOOL keep) {
     if (size == 0) return v_TakeBlock(nullptr);
-    const std::uint32_t capacity = CapacityOf(GrownBlock(size, growth_), size);
-    const bool owned = data_ != nullptr && !b_IsShared();
-    if (owned && capacity == n_GetMaximumSize()) {
+    const std::uint64_t block = GrownBlock(size, growth_);
+    if (data_ != nullptr && block == n_GetMaximumSize() + kHeaderSize && !b_IsShared()) {
         if (keep == FALSE) v_SetUsedBufferSize(0);
-    } else if (owned && keep != FALSE) {
-        v_Reallocate(capacity);
     } else {
-        std::byte* const fresh = NewBlock(capacity);
-        if (keep != FALSE) v_CopyUsedTo(fresh);
-        v_TakeBlock(fresh);
+        v_Resize(CapacityOf(block, size), keep);
     }
+}
+
+void CT_Buffer::v_Resize(std::uint32_t capacity, BOOL keep) {
+    const bool owned = data_ != nullptr && !b_IsShared();
+    if (keep != FALSE && owned && n_GetMaximumSize() > kCopied) return v_Reallocate(capacity);
+    std::byte* const fresh = NewBlock(capacity);
+    if (keep != FALSE) v_CopyUsedTo(fresh);
+    v_TakeBlock(fresh);
 }
 
 void CT_Buffer::v_SetMinSize(std::uint32_t size, BOOL keep) {

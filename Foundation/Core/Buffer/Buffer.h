@@ -179,12 +179,19 @@ private:
     void v_SetUsedBufferSize(std::uint32_t size) noexcept { pso_GetData()->used_size = size; }
     void v_AppendSlow(int byte);
     void v_CopyUsedTo(std::byte* fresh) const noexcept;
+    void v_Resize(std::uint32_t capacity, BOOL keep);
     void v_Reallocate(std::uint32_t capacity);
     void v_TakeBlock(std::byte* data) noexcept;
     void v_MakeRoom(std::uint64_t size);
     [[nodiscard]] std::byte* OpenGap(std::uint32_t length, std::uint32_t at);
     [[nodiscard]] std::uint32_t CountFrom(std::uint32_t from, std::uint32_t length) const noexcept;
-    [[nodiscard]] CT_Buffer HoldIfOwn(const void* data, bool block_moves) const noexcept;
+    // A share keeps data in the own block readable while an edit moves to another block.
+    [[nodiscard]] CT_Buffer HoldIfOwn(const void* data, bool block_moves) const noexcept {
+        const auto offset =
+            reinterpret_cast<std::uintptr_t>(data) - reinterpret_cast<std::uintptr_t>(data_);
+        if (offset >= n_GetMaximumSize()) return {};
+        return block_moves || b_IsShared() ? CT_Buffer(this) : CT_Buffer();
+    }
 
     std::uint32_t growth_ = kDefaultGrowth;
     std::byte* data_ = nullptr;

@@ -23,7 +23,7 @@ inline constexpr std::uint64_t kLargestBlock = 0xFFFFFFC0;
 // The content of a fresh block with use count 1 and nothing used.
 [[nodiscard]] std::byte* NewBlock(std::uint32_t capacity);
 
-// Has the memory manager report exhausted memory; does not return.
+// Exhausted memory as the memory manager reports it; does not return.
 [[noreturn]] void ReportExhausted();
 
 // The capacity of a block of `block` bytes, which must hold `size` bytes of content. A block that

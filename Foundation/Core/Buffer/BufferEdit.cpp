@@ -151,10 +151,3 @@ std::byte* CT_Buffer::OpenGap(std::uint32_t length, std::uint32_t at) {
 std::uint32_t CT_Buffer::CountFrom(std::uint32_t from, std::uint32_t length) const noexcept {
     return length == kToEnd ? n_GetUsedSize() - from : length;
 }
-
-// A share keeps data in the own block readable while the edit moves to another block.
-CT_Buffer CT_Buffer::HoldIfOwn(const void* data, bool block_moves) const noexcept {
-    const auto* const address = static_cast<const std::byte*>(data);
-    const bool own = data_ != nullptr && address >= data_ && address < data_ + n_GetMaximumSize();
-    return own && (block_moves || b_IsShared()) ? CT_Buffer(this) : CT_Buffer();
-}

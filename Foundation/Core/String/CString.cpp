@@ -8,6 +8,7 @@
 #include "Foundation/System/String/StringConvert.h"
 
 using foundation::detail::As;
+using foundation::detail::IsExactly;
 using foundation::detail::View;
 
 namespace {
@@ -123,6 +124,15 @@ void CT_CString::vv_StripLeft() {
 
 int CT_CString::vi_Compare(const CT_String* other, std::uint32_t from, std::uint32_t length,
                            std::uint32_t at) const {
+    const bool whole = (from | at) == 0 && length == kToEnd;
+    if (other != nullptr && whole && IsExactly<CT_CString>(*other)) [[likely]] {
+        return Core::Compare(buffer_, *other->pcco_GetBuffer());
+    }
+    return i_ComparePart(other, from, length, at);
+}
+
+int CT_CString::i_ComparePart(const CT_String* other, std::uint32_t from, std::uint32_t length,
+                              std::uint32_t at) const {
     if (other == nullptr) return vi_Compare("", length, at);
     if (const auto* const narrow = As<CT_CString>(other)) {
         return Core::Compare(Core::Tail(View(*this), at), Core::Tail(View(*narrow), from), length);

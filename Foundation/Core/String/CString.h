@@ -147,17 +147,19 @@ public:
 
     // A zero character is ignored. A full block grows to twice the new size.
     void v_Append(char character) {
-        auto* header = Header();
-        if (header == nullptr || header->used_size == 0 || character == 0 ||
-            header->maximum_size == header->used_size ||
+        auto* const header = Header();
+        if (header == nullptr || character == 0) return v_AppendSlow(character);
+        // Neither size changes while the block is shared, so they may be read before that is asked.
+        const std::uint32_t used = header->used_size;
+        const std::uint32_t room = header->maximum_size - used;
+        if (used == 0 || room < sizeof(char) ||
             header->use_count.load(std::memory_order_acquire) != 1) {
-            v_AppendSlow(character);
-            return;
+            return v_AppendSlow(character);
         }
-        auto* end = const_cast<char*>(Units()) + header->used_size;
+        auto* const end = reinterpret_cast<char*>(reinterpret_cast<std::byte*>(header + 1) + used);
         end[-1] = character;
         end[0] = 0;
-        header->used_size += 1;
+        header->used_size = used + static_cast<std::uint32_t>(sizeof(char));
     }
     void v_Append(const char* text, std::uint32_t length = kToEnd);
     void v_Append(const CT_CString* text);
@@ -200,6 +202,8 @@ private:
         return static_cast<const char*>(buffer_.qcv_Get());
     }
     [[nodiscard]] static BOOL b_RMatch(std::string_view text, std::string_view pattern);
+    [[nodiscard]] int i_ComparePart(const CT_String* other, std::uint32_t from,
+                                    std::uint32_t length, std::uint32_t at) const;
     void v_AppendSlow(char character);
 
     std::uint32_t code_page_ = 0;

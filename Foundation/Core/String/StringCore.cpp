@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <type_traits>
 
 #include "Foundation/Core/Buffer/BufferDetail.h"
 #include "Foundation/Platform/Runtime.h"
@@ -74,13 +73,6 @@ auto StringCore<Unit>::UpToZero(const Unit* text, std::uint32_t length) noexcept
     std::uint32_t end = 0;
     while (end < length && text[end] != 0) ++end;
     return View(text, end);
-}
-
-template <typename Unit>
-auto StringCore<Unit>::Text(const CT_Buffer& buffer) noexcept -> View {
-    const std::uint32_t used = buffer.n_GetUsedSize();
-    if (used < sizeof(Unit)) return View(kEmpty<Unit>, 0);
-    return View(static_cast<const Unit*>(buffer.qcv_Get()), used / sizeof(Unit) - 1);
 }
 
 template <typename Unit>
@@ -282,18 +274,6 @@ std::uint32_t StringCore<Unit>::Find(View text, View wanted, std::uint32_t from)
     const std::size_t hit =
         platform::FindText(text.data() + from, text.size() - from, wanted.data(), wanted.size());
     return hit == platform::kNoHit ? kNotFound : from + static_cast<std::uint32_t>(hit);
-}
-
-template <typename Unit>
-int StringCore<Unit>::Compare(View left, View right, std::uint32_t limit) noexcept {
-    using Code = std::make_unsigned_t<std::conditional_t<sizeof(Unit) == 1, char, short>>;
-    const std::size_t reach = std::min(left.size(), right.size()) + 1;
-    const std::size_t count = limit == kToEnd ? reach : std::min<std::size_t>(reach, limit);
-    const std::size_t common = platform::CommonLength(left.data(), right.data(), count);
-    if (common == count) return 0;
-    const auto a = static_cast<Code>(left.data()[common]);
-    const auto b = static_cast<Code>(right.data()[common]);
-    return (a > b) - (a < b);
 }
 
 // Only the last '*' is ever tried again: a longer run for an earlier one could not reach a place

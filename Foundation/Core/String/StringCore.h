@@ -12,9 +12,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
+#include <typeinfo>
 
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/String/String.h"
+#include "Foundation/Platform/Scan.h"
 
 namespace foundation::detail {
 
@@ -27,7 +30,13 @@ struct StringCore {
     // The same, ending at a zero within `length` in any case.
     [[nodiscard]] static View UpToZero(const Unit* text, std::uint32_t length) noexcept;
     // The buffer's text; a zero follows it.
-    [[nodiscard]] static View Text(const CT_Buffer& buffer) noexcept;
+    [[nodiscard]] static View Text(const CT_Buffer& buffer) noexcept {
+        static constexpr Unit kEmpty[1] = {};
+        const auto* const header = BufferAccess::Header(buffer);
+        if (header == nullptr || header->used_size < sizeof(Unit)) return View(kEmpty, 0);
+        return View(reinterpret_cast<const Unit*>(header + 1),
+                    header->used_size / sizeof(Unit) - 1);
+    }
 
     // The text from `at` on, empty behind its end; what follows the text follows the tail.
     [[nodiscard]] static View Tail(View text, std::uint32_t at) noexcept {
@@ -58,17 +67,37 @@ struct StringCore {
     [[nodiscard]] static std::uint32_t Find(View text, View wanted, std::uint32_t from) noexcept;
     // By code over at most `limit` units, and not beyond a zero: -1, 0 or 1. A zero follows `left`,
     // and `right` when the limit reaches beyond it.
-    [[nodiscard]] static int Compare(View left, View right, std::uint32_t limit) noexcept;
+    [[nodiscard]] static int Compare(View left, View right, std::uint32_t limit) noexcept {
+        using Code = std::make_unsigned_t<std::conditional_t<sizeof(Unit) == 1, char, short>>;
+        const std::size_t count =
+            std::min<std::size_t>(std::min(left.size(), right.size()) + 1,
+                                  limit == CT_String::kToEnd ? View::npos : limit);
+        const std::size_t common = platform::CommonLength(left.data(), right.data(), count);
+        if (common == count) return 0;
+        return static_cast<Code>(left.data()[common]) < static_cast<Code>(right.data()[common])
+                   ? -1
+                   : left.data()[common] != right.data()[common];
+    }
+    // The same of two whole texts.
+    [[nodiscard]] static int Compare(const CT_Buffer& left, const CT_Buffer& right) noexcept {
+        return Compare(Text(left), Text(right), CT_String::kToEnd);
+    }
     [[nodiscard]] static bool Match(View text, View pattern) noexcept;
 };
 
 extern template struct StringCore<char>;
 extern template struct StringCore<char16_t>;
 
+// Whether the string's class is this very one; a false "no" is possible and harmless.
+template <typename String>
+[[nodiscard]] bool IsExactly(const CT_String& text) noexcept {
+    return &typeid(text) == &typeid(String);
+}
+
 // The part of class `String` of a string, null when it is of the other kind.
 template <typename String>
 [[nodiscard]] const String* As(const CT_String* text) {
-    if (text->vpcco_GetType() == String::spcco_GetType()) return static_cast<const String*>(text);
+    if (IsExactly<String>(*text)) return static_cast<const String*>(text);
     return static_cast<const String*>(text->vpv_IsKindOf(String::spcco_GetType()));
 }
 

@@ -8,6 +8,7 @@
 #include "Foundation/System/String/StringConvert.h"
 
 using foundation::detail::As;
+using foundation::detail::IsExactly;
 using foundation::detail::View;
 
 namespace {
@@ -127,6 +128,15 @@ void CT_UString::vv_StripLeft() {
 
 int CT_UString::vi_Compare(const CT_String* other, std::uint32_t from, std::uint32_t length,
                            std::uint32_t at) const {
+    const bool whole = (from | at) == 0 && length == kToEnd;
+    if (other != nullptr && whole && IsExactly<CT_UString>(*other)) [[likely]] {
+        return Core::Compare(buffer_, *other->pcco_GetBuffer());
+    }
+    return i_ComparePart(other, from, length, at);
+}
+
+int CT_UString::i_ComparePart(const CT_String* other, std::uint32_t from, std::uint32_t length,
+                              std::uint32_t at) const {
     if (other == nullptr) return vi_Compare(u"", length, at);
     if (const auto* const wide = As<CT_UString>(other)) {
         return Core::Compare(Core::Tail(View(*this), at), Core::Tail(View(*wide), from), length);

@@ -111,12 +111,11 @@ std::size_t CommonLengthOf(const Unit* left, const Unit* right, std::size_t leng
     std::size_t i = 0;
 #if defined(__SSE2__)
     using L = Line<Unit>;
-    constexpr std::uint32_t kAll = 0xFFFF;
     const __m128i zero = _mm_setzero_si128();
     const auto stops = [&](std::size_t at) {
         const __m128i line = L::Load(left + at);
-        const std::uint32_t same = L::Mask(L::Equal(line, L::Load(right + at)));
-        return (same ^ kAll) | L::Mask(L::Equal(line, zero));
+        const __m128i same = L::Equal(line, L::Load(right + at));
+        return L::Mask(_mm_andnot_si128(L::Equal(line, zero), same)) ^ 0xFFFF;
     };
     for (; i + L::kUnits <= length; i += L::kUnits) {
         if (const std::uint32_t mask = stops(i); mask != 0) return i + L::First(mask);
@@ -153,6 +152,11 @@ std::size_t FindUnit(const char16_t* text, std::size_t length, char16_t wanted) 
     for (; i + L::kUnits <= length; i += L::kUnits) {
         const std::uint32_t mask = L::Mask(L::Equal(L::Load(text + i), unit));
         if (mask != 0) return i + L::First(mask);
+    }
+    if (length >= L::kUnits) {  // the rest, together with units that are known to differ
+        i = length - L::kUnits;
+        const std::uint32_t mask = L::Mask(L::Equal(L::Load(text + i), unit));
+        return mask == 0 ? kNoHit : i + L::First(mask);
     }
 #endif
     return PlainFindUnit(text, i, length, wanted);

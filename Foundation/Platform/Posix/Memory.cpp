@@ -106,6 +106,10 @@ MemoryErrorHandler SetMemoryErrorHandler(MemoryErrorHandler handler) noexcept {
     return detail::error_handler.exchange(handler, std::memory_order_acq_rel);
 }
 
+void ReportExhausted() {
+    (void)detail::AskHandler();
+}
+
 void* Allocate(std::size_t size) {
     return Obtained([rounded = Rounded(size)] { return std::malloc(rounded); });
 }

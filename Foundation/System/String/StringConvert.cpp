@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <string_view>
 
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Core/String/CString.h"
@@ -10,6 +11,7 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/Nls/Utf.h"
 
 using foundation::detail::RecordSystemError;
 using foundation::detail::StringCore;
@@ -22,6 +24,7 @@ constexpr std::size_t kLongest = std::numeric_limits<int>::max();
 
 constexpr std::uint32_t kUtf16Page = 1200;
 constexpr std::uint32_t kWesternPage = 1252;
+constexpr std::uint32_t kUtf8Page = 65001;
 
 // Most pages are asked for precomposed characters; these allow no flag.
 std::uint32_t DecodingFlags(std::uint32_t page) {
@@ -67,6 +70,28 @@ int ConvertInto(CT_String* out, std::size_t bound, const Convert& convert, const
     return length;
 }
 
+// Words and short lines of well-formed UTF-8, by far the most frequent texts, straight through the
+// kernels. False: nothing is done, the general way decides.
+bool DecodeShortUtf8(CT_UString* out, std::string_view text) {
+    if (text.size() > kShort) return false;
+    std::array<char16_t, kShort> area;
+    const platform::UtfProgress done =
+        platform::Utf8ToUtf16(text.data(), text.size(), area.data(), area.size());
+    if (done.taken != text.size() || (done.written == 1 && area[0] == 0)) return false;
+    out->vv_Init(area.data(), static_cast<std::uint32_t>(done.written));
+    return true;
+}
+
+bool EncodeShortUtf8(CT_CString* out, std::u16string_view text) {
+    if (text.size() > kShort / 3) return false;
+    std::array<char, kShort> area;
+    const platform::UtfProgress done =
+        platform::Utf16ToUtf8(text.data(), text.size(), area.data(), area.size());
+    if (done.taken != text.size()) return false;
+    out->vv_Init(area.data(), static_cast<std::uint32_t>(done.written), kUtf8Page);
+    return true;
+}
+
 }  // namespace
 
 int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uint32_t length,
@@ -75,6 +100,9 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uin
     if (source.empty()) {
         out->v_Set(0u, TRUE);
         return 0;
+    }
+    if (code_page == kUtf8Page && DecodeShortUtf8(out, source)) {
+        return static_cast<int>(out->n_GetLength());
     }
     const auto convert = [&](char16_t* area, int capacity) {
         if (source.size() > kLongest) {
@@ -112,6 +140,10 @@ int CT_StringConvert::si_WideToMulti(CT_CString* out, const char16_t* text, std:
         out->v_Set(0u, TRUE);
         out->v_SetCodePage(page);
         return 0;
+    }
+    const bool plain = default_character == nullptr && used_default == nullptr;
+    if (page == kUtf8Page && plain && EncodeShortUtf8(out, source)) {
+        return static_cast<int>(out->n_GetLength());
     }
     const auto convert = [&](char* area, int capacity) {
         if (source.size() > kLongest) {
