@@ -1,9 +1,11 @@
 #include "Foundation/Platform/LastError.h"
 
+#include "Foundation/Platform/ThreadLocal.h"
+
 namespace platform {
 
 namespace {
-constinit thread_local std::uint32_t last_error = kErrorSuccess;
+FOUNDATION_THREAD_LOCAL std::uint32_t last_error = kErrorSuccess;
 }  // namespace
 
 std::uint32_t LastError() noexcept {
