@@ -52,7 +52,7 @@ inline constexpr ErrorText kErrorTexts[] = {
     {31, "A device attached to the system is not functioning."},
     {32, "The process cannot access the file because it is being used by another process."},
     {33, "The process cannot access the file because another process has locked a portion of the file."},
-    {34, "The wrong diskette is in the drive. Insert %2 (Volume Serial Number: %3) into drive %1."},
+    {34, "The wrong diskette is in the drive.\r\nInsert %2 (Volume Serial Number: %3) into drive %1."},
     {36, "Too many files opened for sharing."},
     {38, "Reached the end of the file."},
     {39, "The disk is full."},
