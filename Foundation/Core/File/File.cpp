@@ -4,9 +4,11 @@
 #include <array>
 #include <string_view>
 
+#include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Core/File/FileSystem.h"
 #include "Foundation/Core/String/CString.h"
+#include "Foundation/Platform/Scan.h"
 
 namespace {
 
@@ -56,32 +58,47 @@ ViewOf<Text> Units(const CT_Buffer& buffer, unsigned int from) {
     return all.substr(from);
 }
 
-// Empties a text and keeps its block when nobody shares it.
+char* Writable(CT_CString& text) {
+    return text.qcz_Get();
+}
+char16_t* Writable(CT_UString& text) {
+    return text.quz_Get();
+}
+
+// Builds one line in the caller's string, whose block is kept when nobody shares it.
 template <typename Text>
-void Clear(Text& text) {
-    if (text.pcco_GetBuffer()->n_GetUseCount() > 1) {
-        text.vv_Init();
-    } else {
-        text.vv_Remove(kAll, 0);
+class LineBuilder {
+public:
+    explicit LineBuilder(Text& line) : line_(line) {
+        if (line.pcco_GetBuffer()->n_GetUseCount() > 1) line.vv_Init();
     }
-}
+    LineBuilder(const LineBuilder&) = delete;
+    LineBuilder& operator=(const LineBuilder&) = delete;
+    ~LineBuilder() {
+        if (length_ == 0) line_.vv_Remove(kAll, 0);  // nothing replaced what the string held
+    }
 
-// Appends the line, or the part of it, that `data` begins with, without its line end. A carriage
-// return at the end of `data` is dropped too: its line feed may be in the block that follows.
-// Returns the units taken with the line feed, or 0 when there is none and all was taken.
-template <typename Text>
-unsigned int AppendLine(Text& line, ViewOf<Text> data) {
-    const std::size_t feed = data.find(UnitOf<Text>{'\n'});
-    auto text = data.substr(0, feed);
-    if (!text.empty() && text.back() == UnitOf<Text>{'\r'}) text.remove_suffix(1);
-    if (!text.empty()) line.v_Append(text.data(), static_cast<unsigned int>(text.size()));
-    return feed == data.npos ? 0 : static_cast<unsigned int>(feed) + 1;
-}
+    // Adds the line, or the part of it, that `data` begins with, without its line end. A carriage
+    // return at the end of `data` is dropped too: its line feed may be in the block that follows.
+    // Returns the units taken with the line feed, or 0 when there is none and all was taken.
+    unsigned int Take(ViewOf<Text> data) {
+        const std::size_t feed = platform::FindUnit(data.data(), data.size(), UnitOf<Text>{'\n'});
+        ViewOf<Text> text = data.substr(0, feed);
+        if (!text.empty() && text.back() == UnitOf<Text>{'\r'}) text.remove_suffix(1);
+        if (!text.empty()) {
+            line_.vv_SetLength(length_ + static_cast<unsigned int>(text.size()));
+            text.copy(Writable(line_) + length_, text.size());
+            length_ += static_cast<unsigned int>(text.size());
+        }
+        return feed == platform::kNoHit ? 0 : static_cast<unsigned int>(feed) + 1;
+    }
 
-template <typename Text>
-unsigned int BytesOf(const Text& line) {
-    return line.n_GetLength() * kUnit<Text>;
-}
+    [[nodiscard]] unsigned int Bytes() const { return length_ * kUnit<Text>; }
+
+private:
+    Text& line_;
+    unsigned int length_ = 0;
+};
 
 template <typename Text>
 unsigned int StripLine(unsigned int result, Text& line, const Text* set) {
@@ -185,16 +202,16 @@ template <typename Text>
 unsigned int CT_File::ReadLine(Text& line) {
     v_SetAccess(kReadTransfer);
     if (Failed()) return 0;
-    Clear(line);
+    LineBuilder<Text> builder(line);
     if (Kind<Text>::kHasMark && !SkipByteOrderMark()) return 0;
     for (;;) {
         const unsigned int read = n_Read(&line_buffer_, Kind<Text>::kBlock);
         if (Failed()) return 0;
-        if (read == 0) return BytesOf(line);
-        const unsigned int taken = AppendLine(line, Units<Text>(line_buffer_, 0)) * kUnit<Text>;
+        if (read == 0) return builder.Bytes();
+        const unsigned int taken = builder.Take(Units<Text>(line_buffer_, 0)) * kUnit<Text>;
         if (taken == 0) continue;
         if (taken < read) vv_SetOffset(kFromCurrent, -static_cast<int>(read - taken));
-        return Failed() ? 0 : BytesOf(line) + kUnit<Text>;
+        return Failed() ? 0 : builder.Bytes() + kUnit<Text>;
     }
 }
 
@@ -202,7 +219,7 @@ template <typename Text>
 unsigned int CT_File::ReadLineAhead(Text& line) {
     v_SetAccess(kReadTransfer);
     if (Failed()) return 0;
-    Clear(line);
+    LineBuilder<Text> builder(line);
     for (;;) {
         if (read_ahead_ == 0) {
             if (Kind<Text>::kHasMark && !SkipByteOrderMark()) return 0;
@@ -210,9 +227,9 @@ unsigned int CT_File::ReadLineAhead(Text& line) {
             if (Failed() || read == 0) return 0;
         }
         const auto rest = Units<Text>(line_buffer_, read_ahead_);
-        const unsigned int taken = AppendLine(line, rest);
+        const unsigned int taken = builder.Take(rest);
         read_ahead_ = taken == 0 || taken == rest.size() ? 0 : read_ahead_ + taken;
-        if (taken != 0) return BytesOf(line) + kUnit<Text>;
+        if (taken != 0) return builder.Bytes() + kUnit<Text>;
     }
 }
 
@@ -255,7 +272,7 @@ void CT_File::WriteLine(const Text* line, bool new_line) {
         Failed();
         return;
     }
-    if (!text.empty()) vn_Write(text.data(), BytesOf(*line));
+    if (!text.empty()) vn_Write(text.data(), line->n_GetLength() * kUnit<Text>);
     if (Failed() || !new_line) return;
     vn_Write(kLineEnd.data(), sizeof kLineEnd);
     Failed();
@@ -267,6 +284,28 @@ void CT_File::v_WriteLineC(const CT_CString* line, BOOL new_line) {
 
 void CT_File::v_WriteLineU(const CT_UString* line, BOOL new_line) {
     WriteLine(line, new_line != FALSE);
+}
+
+bool CT_File::BeginsLike(BOOL (*test)(const void*, unsigned int)) {
+    constexpr unsigned int kLooked = 100;
+    v_SetAccess(kReadTransfer);
+    if (Failed()) return false;
+    const unsigned int size = vn_GetSize();
+    if (size < 2 || size % 2 != 0) return false;
+    alignas(char16_t) std::array<unsigned char, kLooked> bytes;
+    const unsigned int read = vn_Read(bytes.data(), kLooked);
+    if (Failed()) return false;
+    const bool verdict = test(bytes.data(), read) != FALSE;
+    vv_SetOffset(kFromStart, 0);
+    return !Failed() && verdict;
+}
+
+BOOL CT_File::b_IsUnicode() {
+    return BeginsLike(&CT_CharProperties::sb_IsTextUnicode) ? TRUE : FALSE;
+}
+
+BOOL CT_File::b_IsLikelyUnicode() {
+    return BeginsLike(&CT_CharProperties::sb_IsTextLikelyUnicode) ? TRUE : FALSE;
 }
 
 void CT_File::v_SetAccess(et_FileAccess access) {

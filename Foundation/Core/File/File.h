@@ -162,6 +162,7 @@ private:
     template <typename Text>
     void WriteLine(const Text* line, bool new_line);
     bool SkipByteOrderMark();
+    bool BeginsLike(BOOL (*test)(const void* bytes, unsigned int count));
     void SplitFullName();
     void RebuildFullName();
     void SeekToOwnOffset(unsigned int offset);

@@ -1,0 +1,203 @@
+#include <random>
+#include <vector>
+
+#include "Core/File/FileFixture.h"
+#include "Foundation/Core/String/CString.h"
+
+namespace {
+
+enum Kind { kNarrow, kWide, kNarrowAhead, kWideAhead };
+
+unsigned int Unit(Kind kind) {
+    return kind == kNarrow || kind == kNarrowAhead ? 1 : 2;
+}
+
+std::string Widened(std::string_view text) {
+    std::string bytes;
+    for (const char unit : text) bytes += {unit, '\0'};
+    return bytes;
+}
+
+class FileLineTest : public test::FileTest {
+protected:
+    // One line as "result:text".
+    static std::string ReadLine(CT_File& file, Kind kind) {
+        CT_CString line;
+        CT_UString text;
+        const unsigned int result = kind == kNarrow ? file.n_ReadLineC(&line, nullptr)
+                                    : kind == kNarrowAhead
+                                        ? file.n_ReadLineCSequential(&line, nullptr)
+                                    : kind == kWide ? file.n_ReadLineU(&text, nullptr)
+                                                    : file.n_ReadLineUSequential(&text, nullptr);
+        const std::string bytes = Unit(kind) == 1
+                                      ? std::string(line.qccz_Get(), line.n_GetLength())
+                                      : test::Utf8({text.qcuz_Get(), text.n_GetLength()});
+        return std::to_string(result) + ":" + bytes;
+    }
+    // All lines, up to the one whose result is 0.
+    std::string ReadAll(Kind kind, std::string_view bytes) {
+        const auto file = Opened(bytes, 1);
+        std::string all;
+        for (std::size_t lines = 0; lines <= bytes.size() + 1; ++lines) {
+            const std::string line = ReadLine(*file, kind);
+            all += line + "|";
+            if (line.starts_with("0:")) break;
+        }
+        return all;
+    }
+};
+
+TEST_F(FileLineTest, LinesAndResultsOfAllReaders) {
+    struct Case {
+        Kind kind;
+        std::string bytes, lines, lines_ahead;
+    };
+    const std::string mark = "\xFF\xFE", line = Widened("A\n");
+    const Case cases[] = {
+        {kNarrow, "ab\r\ncd", "3:ab|2:cd|0:|", "3:ab|0:cd|"},
+        {kNarrow, "", "0:|", "0:|"},
+        {kNarrow, "\n\r\n\n", "1:|1:|1:|0:|", "1:|1:|1:|0:|"},
+        {kNarrow, "a\rb\n", "4:a\rb|0:|", "4:a\rb|0:|"},
+        {kNarrow, "a\r\r\n", "3:a\r|0:|", "3:a\r|0:|"},
+        {kNarrow, "ab\r", "2:ab|0:|", "0:ab|"},
+        {kWide, mark + line, "4:A|0:|", "4:A|0:|"},
+        {kWide, line + mark + line, "4:A|6:\uFEFFA|0:|", "4:A|6:\uFEFFA|0:|"},
+        {kWide, "\xFE\xFF" + line, "6:\uFFFEA|0:|", "6:\uFFFEA|0:|"},
+        {kWide, mark, "0:|", "0:|"},
+        {kWide, line + "B", "4:A|0:|", "4:A|0:|"},
+        {kWide, line + Widened("B") + "C", "4:A|2:B|0:|", "4:A|0:B|"},
+    };
+    for (const auto& [kind, bytes, lines, lines_ahead] : cases) {
+        EXPECT_EQ(ReadAll(kind, bytes), lines) << ::testing::PrintToString(bytes);
+        EXPECT_EQ(ReadAll(kind == kNarrow ? kNarrowAhead : kWideAhead, bytes), lines_ahead)
+            << ::testing::PrintToString(bytes);
+    }
+}
+
+// The rules said slowly: a carriage return is left out in front of a line feed, and at the end of a
+// block (counted from the line's beginning, or read ahead from the file's) or of the file.
+std::string SlowLines(Kind kind, const std::string& text) {
+    const bool ahead = kind >= kNarrowAhead;
+    const std::size_t block = ahead ? 4096 : 256;
+    std::string all, line;
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool block_ends = (i + 1 - (ahead ? 0 : begin)) % block == 0 || i + 1 == text.size();
+        if (text[i] == '\n') {
+            all += std::to_string((line.size() + 1) * Unit(kind)) + ":" + line + "|";
+            line.clear();
+            begin = i + 1;
+        } else if (text[i] != '\r' || !(block_ends || text[i + 1] == '\n')) {
+            line += text[i];
+        }
+    }
+    if (!ahead && !line.empty()) {
+        all += std::to_string(line.size() * Unit(kind)) + ":" + line + "|";
+        line.clear();
+    }
+    return all + "0:" + line + "|";
+}
+
+TEST_F(FileLineTest, AgreesWithTheSlowReaderAroundBlocksAndOnRandomText) {
+    std::vector<std::string> texts;
+    for (const std::size_t block : {256u, 4096u, 8192u}) {
+        for (std::size_t length = block - 3; length <= block + 1; ++length) {
+            const std::string line(length, 'x');
+            texts.push_back(line + "\r\ny\r\n" + line + "\r\n" + line);
+            texts.push_back(line + "\n" + line + "\n");
+        }
+    }
+    std::mt19937 random(2026);
+    for (int round = 0; round < 30; ++round) {
+        std::string& text = texts.emplace_back();
+        for (const std::size_t length = random() % 12000; text.size() < length;) {
+            text.append(random() % 300, 'x');
+            for (unsigned int ends = random() % 4; ends > 0; --ends) text += "\r\n"[random() % 2];
+        }
+    }
+    for (const std::string& text : texts) {
+        for (const Kind kind : {kNarrow, kWide, kNarrowAhead, kWideAhead}) {
+            const std::string bytes = Unit(kind) == 1 ? text : Widened(text);
+            ASSERT_EQ(ReadAll(kind, bytes), SlowLines(kind, text)) << kind;
+        }
+    }
+}
+
+TEST_F(FileLineTest, OffsetStandsBehindTheLineOrTheBlockAndStrippingComesLast) {
+    auto file = Opened("ab\ncd\n", 1);
+    EXPECT_EQ(ReadLine(*file, kNarrow), "3:ab");
+    EXPECT_EQ(file->vn_GetOffset(), 3u);
+    EXPECT_EQ(ReadLine(*file, kNarrowAhead), "3:cd");
+    EXPECT_EQ(file->vn_GetOffset(), 6u);
+    Seek(*file, 0, 0);
+    file->v_CreateMap(0);  // and so it does over a view, whose transfers leave the file pointer
+    EXPECT_EQ(ReadLine(*file, kNarrow), "3:ab");
+    EXPECT_EQ(ReadLine(*file, kNarrow), "3:cd");
+    file.reset();
+    file = Opened(Widened("\nab\n") + "Z", 1);
+    EXPECT_EQ(ReadLine(*file, kWide), "2:");
+    EXPECT_EQ(ReadLine(*file, kWide), "6:ab");
+    EXPECT_EQ(file->vn_GetOffset(), 8u);
+    file.reset();
+    file = Opened(" -ab- \n", 1);
+    const CT_CString set(" -", CT_CString::kToEnd, 0);
+    CT_CString line;
+    EXPECT_EQ(file->n_ReadLineC(&line, &set), 7u);
+    EXPECT_STREQ(line.qccz_Get(), "ab");
+}
+
+TEST_F(FileLineTest, ShortReadsChangeNothingAndFailingOnesEndTheReading) {
+    const std::string text = std::string(600, 'x') + "\r\nsecond\nthird";
+    for (const Kind kind : {kNarrow, kNarrowAhead}) {
+        platform::ShortenFileCall(platform::FileCall::kRead, 0, 7, true);
+        EXPECT_EQ(ReadAll(kind, text), SlowLines(kind, text));
+        platform::ClearFileFaults();
+    }
+    for (const Kind kind : {kNarrow, kWide, kNarrowAhead, kWideAhead}) {
+        for (const auto call : {platform::FileCall::kRead, platform::FileCall::kSeek}) {
+            bool struck = true;
+            for (std::uint32_t after = 0; struck; ++after) {
+                const auto file = Opened(Unit(kind) == 1 ? text : Widened(text), 1);
+                platform::FailFileCall(call, after, 30);
+                const std::string line = ReadLine(*file, kind);
+                struck = platform::ClearFileFaults(call) > after;
+                EXPECT_EQ(line.starts_with("0:"), struck) << kind << " " << after;
+                EXPECT_TRUE(struck ? test::TakeError(30, {}, "File/WinFile.cpp") : test::NoError());
+            }
+        }
+    }
+}
+
+TEST_F(FileLineTest, TestsTheBeginningForUtf16) {
+    const std::pair<std::string, unsigned int> cases[] = {
+        {Widened("plain words"), 1}, {"\xFF\xFE" + Widened("a"), 1}, {"\xFF\xFE!", 0}, {"", 0}};
+    for (const auto& [bytes, reads] : cases) {
+        const auto file = Opened(bytes, 1);
+        platform::FailFileCall(platform::FileCall::kRead, 0, 0, true);  // counts them
+        EXPECT_EQ(file->b_IsUnicode(), reads == 1) << ::testing::PrintToString(bytes);
+        EXPECT_EQ(platform::ClearFileFaults(platform::FileCall::kRead), reads);
+        EXPECT_EQ(file->b_IsLikelyUnicode(), reads == 1);
+        EXPECT_EQ(file->vn_GetOffset(), 0u);
+    }
+    EXPECT_FALSE(Opened("plain words!", 1)->b_IsUnicode());
+}
+
+TEST_F(FileLineTest, WritesLinesAndLineEnds) {
+    const auto file = Opened("", 2, 2);
+    std::string expected = "\r\n";
+    file->v_WriteLineC(nullptr, TRUE);
+    file->v_WriteLineU(nullptr, FALSE);
+    for (const std::size_t length : {0u, 2u, 254u, 255u, 1000u}) {
+        const std::string text(length, 'x');
+        const CT_CString line(text.c_str(), CT_CString::kToEnd, 1252);
+        const CT_UString wide(test::Utf16(text).c_str());
+        file->v_WriteLineC(&line, TRUE);
+        file->v_WriteLineC(&line, FALSE);
+        file->v_WriteLineU(&wide, TRUE);
+        file->v_WriteLineU(&wide, FALSE);
+        expected += text + "\r\n" + text + Widened(text + "\r\n" + text);
+    }
+    EXPECT_EQ(Get(u"file"), expected);
+}
+
+}  // namespace

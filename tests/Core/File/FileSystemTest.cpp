@@ -1,0 +1,203 @@
+#include "Foundation/Core/File/FileSystem.h"
+
+#include <cstdlib>
+#include <ctime>
+
+#include "Core/File/FileFixture.h"
+#include "Foundation/Core/File/FindFile.h"
+#include "Support/Platform.h"
+
+namespace {
+
+using test::Utf8;
+
+std::string Text(const CT_UString& text) {
+    return Utf8({text.qcuz_Get(), text.n_GetLength()});
+}
+
+class FileSystemTest : public test::FileTest {};
+
+TEST_F(FileSystemTest, SplitsIntoTheStringsItReadsAndBuildsFromThem) {
+    CT_UString path(u"C:\\dir/sub\\name.x.y"), name;
+    CT_FileSystem::sv_SplitPath(&path, nullptr, &path, &name, nullptr);
+    EXPECT_EQ(Text(path) + "," + Text(name), "\\dir/sub\\,name.x");
+    const CT_UString drive(u"C"), extension(u"y");
+    CT_FileSystem::sv_MakePath(&path, &drive, &path, &name, &extension);
+    EXPECT_EQ(Text(path), "C:\\dir/sub\\name.x.y");
+    name.v_Set(std::u16string(5000, u'n').c_str());
+    CT_FileSystem::sv_MakePath(&path, nullptr, nullptr, &name, nullptr);
+    EXPECT_EQ(path.n_GetLength(), 5000u);
+    CT_FileSystem::sv_MakePath(&path, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(Text(path), "");
+}
+
+TEST_F(FileSystemTest, ShortensPathsForDisplay) {
+    struct Case {
+        const char16_t* path;
+        unsigned int maximum;
+        const char* shown;
+    };
+    const char16_t* const file = u"C:\\aaa\\bbb\\ccc\\file.txt";
+    const Case cases[] = {
+        {file, 20, "C:\\...\\ccc\\file.txt"},
+        {file, 23, "C:\\aaa\\bbb\\ccc\\file.txt"},
+        {file, 1, "C:\\...\\file.txt"},
+        {u"/aaa/bbb/ccc/file.txt", 20, "/.../ccc/file.txt"},
+        {u"aaa/bbb\\ccc/d\\e", 9, "...\\e"},  // backslashes first
+        {u"aaa\\bbb/ccccccccc/d", 12, ".../d"},
+        {u"\\\\server\\share\\folder\\a", 15, "\\...\\folder\\a"},
+        {u"no-separators-at-all", 5, "no-separators-at-all"},
+        {u"C:\\name-only.txt", 5, "C:\\name-only.txt"},
+    };
+    for (const Case& row : cases) {
+        CT_UString path(row.path);
+        CT_FileSystem::sv_MakeDisplayString(&path, row.maximum);
+        EXPECT_EQ(Text(path), row.shown) << Utf8(row.path) << " to " << row.maximum;
+    }
+}
+
+TEST_F(FileSystemTest, TellsKindsSizesAndTimes) {
+    folder_.Write(u"file", "12345");
+    folder_.MakeFolder(u"folder");
+    struct Case {
+        CT_UString name;
+        bool exists;
+        unsigned int kind, size;
+    };
+    const Case cases[] = {
+        {Name(u"file"), true, 1, 5},       {Name(u"folder"), true, 2, 0},
+        {Name(u"folder/"), true, 2, 0},    {Name(u"missing"), false, 0, 0},
+        {CT_UString(u"C:\\"), true, 2, 0}, {CT_UString(u"C:"), true, 2, 0},
+        {CT_UString(u""), false, 0, 0},    {CT_UString(u"C:\\dev\\null"), true, 4, 0},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(Text(row.name));
+        EXPECT_EQ(CT_FileSystem::sb_IsExistent(&row.name), row.exists);
+        EXPECT_EQ(CT_FileSystem::sb_IsFile(&row.name), row.kind == 1);
+        EXPECT_EQ(CT_FileSystem::sb_IsFolder(&row.name), row.kind == 2);
+        EXPECT_EQ(CT_FileSystem::sb_IsPipe(&row.name), row.kind == 3);
+        EXPECT_EQ(CT_FileSystem::sb_IsDevice(&row.name), row.kind == 4);
+        EXPECT_TRUE(row.kind == 2 || CT_FileSystem::sn4_GetSize(&row.name) == row.size);
+    }
+    const CT_UString file = Name(u"file");
+    const CT_FileSystem::st_Stat stat = CT_FileSystem::sso_GetStat(&file);
+    for (const int time : {stat.i_Creation, stat.i_Access, stat.i_Modification}) {
+        EXPECT_LE(std::abs(time - std::time(nullptr)), 5);
+    }
+    std::filesystem::resize_file(folder_.Native(u"file"), 5ull << 30);
+    EXPECT_EQ(CT_FileSystem::sn4_GetSize(&file), 0xFFFFFFFFu);  // not 1 GiB
+}
+
+TEST_F(FileSystemTest, FullPathsBeginInTheCurrentFolder) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    const CT_UString folder = Name(u"new");
+    EXPECT_TRUE(CT_FileSystem::sb_MakePath(&folder));
+    EXPECT_FALSE(CT_FileSystem::sb_MakePath(&folder));
+    EXPECT_TRUE(CT_FileSystem::sb_ChangePath(&folder));
+    CT_UString current, relative(u"a/../b");
+    CT_FileSystem::sv_GetCurrentPath(&current, 0);
+    CT_FileSystem::sv_FullPath(&relative);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(Text(current), Text(folder));
+    EXPECT_EQ(Text(relative), Text(folder) + "\\b");
+    EXPECT_TRUE(CT_FileSystem::sb_RemovePath(&folder));
+    EXPECT_FALSE(CT_FileSystem::sb_ChangePath(&folder));
+}
+
+TEST_F(FileSystemTest, PathFailuresAreRecorded) {
+    CT_UString path(u"before");
+    EXPECT_CT_MESSAGE(13, u"(13): File \"\": tgetdcwd returned error 13",
+                      CT_FileSystem::sv_GetCurrentPath(&path, 99));
+    EXPECT_EQ(Text(path), "");
+    const std::u16string longer(300, u'x');
+    path.v_Set(longer.c_str());
+    EXPECT_CT_MESSAGE(60012, u"(60012): Semantic error: " + longer,
+                      CT_FileSystem::sv_FullPath(&path));
+    EXPECT_EQ(Text(path), Utf8(longer));
+    const test::ForcedVersion older(1, 4, 10);
+    EXPECT_CT_MESSAGE(13, u"(13): File \"\": getdcwd returned error 13",
+                      CT_FileSystem::sv_GetCurrentPath(&path, 99));
+}
+
+TEST_F(FileSystemTest, MakesTemporaryFilesAndOnTheOlderFamilyNames) {
+    CT_UString first, second;
+    CT_FileSystem::sv_CreateTempFile(&first, u"zeltest", nullptr);
+    CT_FileSystem::sv_CreateTempFile(&second, nullptr, u"xml");
+    EXPECT_TRUE(first.b_EndsWith(u".tmp") && first.n_Find(u"\\zel") != CT_UString::kNotFound);
+    EXPECT_TRUE(second.b_EndsWith(u".xml"));
+    for (const CT_UString* name : {&first, &second}) {
+        EXPECT_TRUE(CT_FileSystem::sb_IsFile(name)) << Text(*name);
+        EXPECT_EQ(CT_FileSystem::sn4_GetSize(name), 0u);
+        CT_WinFile(name, 0).vv_Remove();
+    }
+    platform::FailFileCall(platform::FileCall::kTemporary, 0, 5, true);
+    CT_FileSystem::sv_CreateTempFile(&first, u"zel", u"xml");
+    EXPECT_EQ(Text(first), "");
+    platform::ClearFileFaults();
+    const test::ForcedVersion older(1, 4, 10);
+    CT_FileSystem::sv_CreateTempFile(&first, u"zeltest", nullptr);
+    EXPECT_TRUE(first.b_EndsWith(u".tmp") && first.n_Find(u"\\zeltest") != CT_UString::kNotFound);
+    EXPECT_FALSE(CT_FileSystem::sb_IsExistent(&first));
+}
+
+TEST_F(FileSystemTest, OlderFamilySeesCodePageText) {
+    const CT_UString latin = Name(u"f\u00FCr"), other = Name(u"\u65E5"), all = Name(u"*");
+    folder_.Write(u"f\u00FCr", "1");
+    folder_.Write(u"\u65E5", "22");
+    EXPECT_EQ(CT_FileSystem::sn4_GetSize(&other), 2u);
+    const test::ForcedVersion older(1, 4, 10);
+    EXPECT_EQ(CT_FileSystem::sn4_GetSize(&latin), 1u);
+    CT_WinFile file(&other, 0);
+    EXPECT_FALSE(file.b_IsExistent());
+    EXPECT_CT_ERROR(123, Open(file, 2, 2));  // "?" is no name
+    CT_UString name(u"\u65E5f\u00FCr.x");
+    CT_FileSystem::sv_SplitPath(&name, nullptr, nullptr, &name, nullptr);
+    EXPECT_EQ(Text(name), "?f\u00FCr");
+    CT_FindFile search(&all, 0, 0x10, FALSE);
+    EXPECT_TRUE(search.b_FindFirst(&name, nullptr));
+    EXPECT_EQ(Text(name), "f\u00FCr");
+    EXPECT_TRUE(search.b_FindNext(&name, nullptr));
+    EXPECT_EQ(Text(name), "?");
+}
+
+// Every name that is found, folders with a slash behind.
+std::string Found(CT_FindFile& search) {
+    CT_UString name;
+    unsigned int attributes = 0;
+    std::string all;
+    for (BOOL more = search.b_FindFirst(&name, &attributes); more;
+         more = search.b_FindNext(&name, &attributes)) {
+        all += Text(name) + (attributes & 0x10 ? "/ " : " ");
+    }
+    return all;
+}
+
+TEST_F(FileSystemTest, FindsByPatternAndAttributes) {
+    folder_.MakeFolder(u"d.txt");
+    for (const char16_t* name : {u"a.txt", u"b.TXT", u"c.xml"}) folder_.Write(name, "");
+    const CT_UString hidden = Name(u"c.xml");
+    CT_WinFile(&hidden, 0).v_SetAttributes(0x2);
+    struct Case {
+        const char16_t* pattern;
+        unsigned int required, excluded;
+        const char* found;
+    };
+    CT_FindFile search(&hidden, 0, 0, TRUE);
+    EXPECT_EQ(Found(search), Text(hidden) + " ");
+    const Case cases[] = {{u"*", 0, 0, "./ ../ a.txt b.TXT c.xml d.txt/ "},
+                          {u"*", 0x10, 0, "./ ../ d.txt/ "},
+                          {u"*", 0, 0x10, "a.txt b.TXT c.xml "},
+                          {u"*", 0x12, 0, "./ ../ c.xml d.txt/ "},
+                          {u"*.txt", 0, 0x12, "a.txt b.TXT "},
+                          {u"missing/*", 0, 0, ""}};
+    for (const Case& row : cases) {
+        SCOPED_TRACE(Utf8(row.pattern));
+        const CT_UString pattern = Name(row.pattern);
+        search.v_Set(&pattern, row.required, row.excluded, FALSE);
+        EXPECT_FALSE(search.b_FindNext(nullptr, nullptr));  // nothing is begun
+        EXPECT_EQ(Found(search), row.found);
+        EXPECT_EQ(Found(search), row.found);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,147 @@
+// What failing calls of the system, full disks and exhausted memory leave behind.
+#include "Core/File/FileFixture.h"
+#include "Foundation/Platform/Files.h"
+
+namespace {
+
+using platform::FileCall;
+
+class WinFileFaultTest : public test::FileTest {
+protected:
+    WinFileFaultTest() : name_(Name(u"file")), file_(&name_, 16384) {
+        folder_.Write(u"file", "0123456789");
+        folder_.Write(u"source", "abcdefgh");
+    }
+    const CT_UString name_, source_name_ = Name(u"source");
+    CT_WinFile file_;
+};
+
+TEST_F(WinFileFaultTest, OffsetAndFilePointerStillAgreeAfterFailures) {
+    Open(file_, 3, 1);
+    EXPECT_EQ(Read(file_, 2), "01");
+    for (const auto call : {FileCall::kRead, FileCall::kWrite, FileCall::kSeek}) {
+        platform::FailFileCall(call, 0, 29);
+        EXPECT_CT_ERROR(29,
+                        call == FileCall::kRead ? Read(file_, 2).size() : file_.vn_Write("ab", 2));
+        EXPECT_EQ(file_.vn_GetOffset(), 2u);
+    }
+    platform::FailFileCall(FileCall::kSeek, 0, 131);
+    EXPECT_CT_ERROR(131, Seek(file_, 0, 5));
+    EXPECT_EQ(Read(file_, 2), "23");
+    platform::FillDisk(0, 1);
+    EXPECT_CT_ERROR(112, file_.vn_Write("ab", 2));
+    platform::ClearFileFaults();
+    EXPECT_EQ(file_.vn_Write("AB", 2), 2u);  // what the failed one stored is overwritten
+    EXPECT_EQ(Get(u"file"), "0123AB6789");
+}
+
+TEST_F(WinFileFaultTest, FailedClosingLeavesItOpenAndFailedResetReleasesIt) {
+    Open(file_, 3, 1);
+    platform::FailFileCall(FileCall::kClose, 0, 29);
+    EXPECT_CT_ERROR(29, file_.vv_Close());
+    EXPECT_TRUE(file_.b_IsOpen());
+    platform::FailFileCall(FileCall::kClose, 0, 29);
+    EXPECT_CT_ERROR(29, file_.vv_Set(&name_, 0));
+    EXPECT_EQ(file_.h_GetHandle(), nullptr);
+    Open(file_, 3, 1);
+    EXPECT_TRUE(file_.b_IsOpen());
+}
+
+TEST_F(WinFileFaultTest, AppendModeTriesTwiceAndReleasesWhatItOpened) {
+    platform::FailFileCall(FileCall::kOpen, 0, 32);
+    Open(file_, 2, 3);
+    EXPECT_TRUE(file_.b_IsOpen());
+    file_.vv_Close();
+    for (const auto call : {FileCall::kOpen, FileCall::kSeek, FileCall::kSize}) {
+        platform::FailFileCall(call, 0, 25, true);
+        EXPECT_CT_ERROR(25, Open(file_, 2, 3));
+        platform::ClearFileFaults();
+    }
+    Open(file_, 3, 1, 0);  // no handle of a failed attempt is in the way
+    EXPECT_TRUE(file_.b_IsOpen());
+}
+
+TEST_F(WinFileFaultTest, FailedMappingsLeaveNone) {
+    Open(file_, 3, 1);
+    for (const auto call : {FileCall::kCreateMapping, FileCall::kMapView}) {
+        platform::FailFileCall(call, 0, 8);
+        EXPECT_CT_ERROR(8, file_.v_CreateMap(20));
+        EXPECT_FALSE(file_.b_GetMapping());
+        file_.v_CreateMap(20);
+        Seek(file_, 0, 0xFFFFF);
+        platform::FailFileCall(call, 0, 112);  // while the mapping grows
+        EXPECT_CT_ERROR(112, file_.vn_Write("ab", 2));
+        EXPECT_FALSE(file_.b_GetMapping());
+        EXPECT_EQ(file_.vn_GetOffset(), 0xFFFFFu);
+        file_.v_CreateMap(20);
+        void* const view = file_.pv_GetMapping();
+        platform::FailFileCall(FileCall::kUnmapView, 0, 487);
+        EXPECT_CT_ERROR(487, file_.v_CloseMap(10));
+        EXPECT_FALSE(file_.b_GetMapping());
+        EXPECT_EQ(file_.vn_GetOffset(), 10u);  // it went on, though a view forbids to cut
+        platform::UnmapView(view);
+    }
+}
+
+TEST_F(WinFileFaultTest, FirstErrorWinsAndStopsWhatFollows) {
+    Open(file_, 3, 1);
+    platform::FailFileCall(FileCall::kLock, 0, 33);
+    file_.v_LockFile(0, 1);
+    file_.v_UnlockFile(5, 5);  // 158
+    EXPECT_EQ(Read(file_, 4), "");
+    EXPECT_EQ(file_.vn_GetOffset(), 0u);
+    EXPECT_GE(CT_ErrorManager::spco_Get()->n_GetLocationCount(), 3u);
+    EXPECT_EQ(Taken(), 33u);
+}
+
+TEST_F(WinFileFaultTest, AppendingLosesNothingToShortTransfers) {
+    std::string expected = "0123456789";
+    CT_WinFile source(&source_name_, 0);
+    for (const auto call : {FileCall::kRead, FileCall::kWrite}) {
+        platform::ShortenFileCall(call, 0, 3, true);
+        file_.v_Append(&source, 5);
+        EXPECT_EQ(Get(u"file"), expected += "abcdefgh");
+        platform::ClearFileFaults();
+    }
+    platform::ShortenFileCall(FileCall::kWrite, 0, 0, true);
+    EXPECT_CT_ERROR(29, file_.v_Append(&source, 5));
+}
+
+TEST_F(WinFileFaultTest, EveryFailingCallOfAppendIsReportedAndKeepsWhatWasThere) {
+    const std::string whole = "0123456789abcdefgh";
+    for (std::uint32_t kind = 0; kind < platform::kFileCalls; ++kind) {
+        const auto call = static_cast<FileCall>(kind);
+        bool struck = true;
+        for (std::uint32_t after = 0; struck; ++after) {
+            SCOPED_TRACE(::testing::Message() << kind << " " << after);
+            CT_WinFile source(&source_name_, 0), target(&name_, 0);
+            folder_.Write(u"file", "0123456789");
+            platform::FailFileCall(call, after, 1117, true);
+            target.v_Append(&source, 3);
+            struck = platform::ClearFileFaults(call) > after;
+            EXPECT_EQ(Taken(), struck ? 1117u : 0u);
+            const std::string left = Get(u"file");
+            EXPECT_TRUE(struck ? left.size() >= 10 && whole.starts_with(left) : left == whole);
+        }
+    }
+}
+
+TEST_F(WinFileFaultTest, ExhaustedMemoryLeaksNothing) {
+    const CT_UString copy = Name(u"copy");
+    const std::uint64_t failed = test::FailEachAllocation([&] {
+        CT_WinFile source(&source_name_, 0);
+        const std::unique_ptr<CT_WinFile> target(new CT_WinFile);
+        target->vv_Set(&name_, 0);
+        target->v_Append(&source, 5);
+        Open(*target, 1, 1);
+        CT_UString line;
+        target->n_ReadLineUSequential(&line, nullptr);
+        target->vv_Close();
+        target->v_CopyFile(&copy);
+    });
+    EXPECT_GT(failed, 5u);
+    Open(file_, 3, 1);
+    EXPECT_TRUE(file_.b_IsOpen());
+}
+
+}  // namespace

@@ -1,0 +1,284 @@
+#include "Foundation/Core/File/WinFile.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+#include "Core/File/FileFixture.h"
+#include "Foundation/Platform/LastError.h"
+
+namespace {
+
+using test::Utf16;
+using test::Utf8;
+
+constexpr unsigned int kMiB = 0x100000;
+
+class WinFileTest : public test::FileTest {};
+
+TEST_F(WinFileTest, NamePartsFollowEachOther) {
+    CT_UString name(u"C:\\dir\\a.b"), part(u"new.c");
+    CT_WinFile file(&name, 1);
+    file.v_SetName(&part);
+    file.v_SetDirectory(file.pcco_GetDrive());
+    EXPECT_EQ(Utf8(file.pcco_GetFullName()->qcuz_Get()), "C:C:\\new.c.b");
+    EXPECT_EQ(file.n_GetBufferSize(), 1024u);
+    file.vv_Set(file.pcco_GetName(), 1025);  // a part of its own
+    CT_WinFile other(&file);
+    other.vv_Set(&other);
+    other.v_FullPath();
+    EXPECT_EQ(Utf8(other.pcco_GetName()->qcuz_Get()), "new");
+    EXPECT_EQ(Utf8(other.pcco_GetExtension()->qcuz_Get()), ".c");
+    EXPECT_EQ(other.pcco_GetDrive()->n_GetLength(), 2u);
+    EXPECT_EQ(other.n_GetBufferSize(), 2048u);
+}
+
+TEST_F(WinFileTest, ModesOfOpening) {
+    struct Case {
+        const char* content;  // null: no such file
+        unsigned int access, mode, share, error, offset;
+        const char* after;
+    };
+    const Case cases[] = {{"0123456789", 1, 1, 0, 0, 0, "0123456789"},
+                          {nullptr, 1, 1, 0, 2, 0, "(missing)"},
+                          {"0123456789", 2, 2, 0, 0, 0, ""},
+                          {nullptr, 2, 2, 0, 0, 0, ""},
+                          {"0123456789", 2, 3, 0, 0, 10, "0123456789"},
+                          {nullptr, 3, 3, 0, 0, 0, ""},
+                          {"0123456789", 0, 1, 0, 0, 0, "0123456789"},
+                          {"x", 4, 1, 0, 87, 0, "x"},
+                          {"x", 2, 0, 0, 87, 0, "x"},
+                          {"x", 2, 4, 0, 87, 0, "x"},
+                          {"x", 1, 1, 4, 87, 0, "x"}};
+    for (const Case& row : cases) {
+        SCOPED_TRACE(::testing::Message() << row.access << row.mode << row.share);
+        folder_.Remove(u"file");
+        if (row.content != nullptr) folder_.Write(u"file", row.content);
+        const CT_UString name = Name(u"file");
+        CT_WinFile file(&name, 16384);
+        platform::SetLastError(77);
+        Open(file, row.access, row.mode, row.share);
+        EXPECT_EQ(Taken(), row.error);
+        EXPECT_EQ(platform::LastError(), 0u);
+        EXPECT_EQ(file.b_IsOpen(), row.error == 0);
+        EXPECT_EQ(file.h_GetHandle() == INVALID_HANDLE_VALUE, row.error != 0);
+        EXPECT_EQ(file.vn_GetOffset(), row.offset);
+        EXPECT_EQ(Get(u"file"), row.after);
+    }
+    const CT_UString missing = Name(u"missing");
+    CT_WinFile file(&missing, 0);
+    Open(file, 1, 1);
+    EXPECT_TRUE(test::TakeError(
+        2, u"(2): The system cannot find the file specified. [" + folder_.Name(u"missing") + u"]",
+        "File/WinFile.cpp"));
+}
+
+TEST_F(WinFileTest, BothStylesOfNamesOpen) {
+    folder_.Write(u"a.b", "x");
+    const std::string native = folder_.Native(u"a.b").string();
+    std::string windows = "C:" + native;
+    std::ranges::replace(windows, '/', '\\');
+    for (const std::string& text : {native, windows, "z:" + native}) {
+        const CT_UString name(Utf16(text).c_str());
+        CT_WinFile file(&name, 0);
+        Open(file, 1, 1, 1);
+        EXPECT_TRUE(file.b_IsExistent() && file.b_IsOpen() && file.vn_GetSize() == 1) << text;
+    }
+}
+
+TEST_F(WinFileTest, ChangingDirectionReturnsToTheOffset) {
+    const auto file = Opened("0123456789", 3);
+    platform::FailFileCall(platform::FileCall::kSeek, 0, 0, true);  // counts them
+    EXPECT_EQ(file->vn_Read(nullptr, 0) + file->vn_Write(nullptr, 0), 0u);
+    EXPECT_EQ(Read(*file, 2), "01");
+    EXPECT_EQ(Read(*file, 2), "23");
+    EXPECT_EQ(file->vn_Write("ab", 2), 2u);
+    EXPECT_EQ(Read(*file, 1), "6");
+    EXPECT_EQ(platform::ClearFileFaults(platform::FileCall::kSeek), 3u);
+    EXPECT_FALSE(file->vb_IsEof());
+    EXPECT_EQ(Read(*file, 100), "789");
+    EXPECT_TRUE(file->vb_IsEof());
+    EXPECT_EQ(Read(*file, 100), "");
+    EXPECT_EQ(Get(u"file"), "0123ab6789");
+}
+
+TEST_F(WinFileTest, SeeksAndRefusesNegativePositions) {
+    struct Case {
+        unsigned int origin;
+        int distance;
+        unsigned int error, offset;
+    };
+    const auto file = Opened("0123456789", 1);
+    const Case cases[] = {{0, 3, 0, 3},    {1, 4, 0, 7},  {1, -2, 0, 5},    {1, -6, 131, 5},
+                          {0, -1, 131, 5}, {2, -1, 0, 9}, {2, -11, 131, 9}, {2, 5, 0, 15},
+                          {3, 0, 87, 15},  {0, 1, 0, 1}};
+    for (const Case& row : cases) {
+        Seek(*file, row.origin, row.distance);
+        EXPECT_EQ(Taken(), row.error) << row.origin << " " << row.distance;
+        EXPECT_EQ(file->vn_GetOffset(), row.offset) << row.origin << " " << row.distance;
+    }
+    EXPECT_EQ(Read(*file, 2), "12");
+}
+
+TEST_F(WinFileTest, BuffersAreReadAndWritten) {
+    const auto file = Opened("0123456789", 3);
+    CT_Buffer buffer("before", 6, 32);
+    const CT_Buffer shared(&buffer), empty;
+    EXPECT_EQ(file->n_Read(&buffer, 0), 0u);
+    EXPECT_EQ(buffer.n_GetUsedSize(), 6u);
+    EXPECT_EQ(file->n_Read(&buffer, 100), 10u);
+    EXPECT_EQ(buffer.n_GetUsedSize(), 10u);
+    EXPECT_EQ(file->n_Write(&buffer, 3), 3u);
+    EXPECT_EQ(file->n_Write(&shared, 0xFFFFFFFF), 6u);
+    EXPECT_EQ(file->n_Write(&empty, 0xFFFFFFFF), 0u);
+    EXPECT_EQ(Get(u"file"), "0123456789012before");
+}
+
+TEST_F(WinFileTest, MappingGrowsInWholeMebibytesAndIsCutBack) {
+    auto file = Opened(std::string(100, 'x'), 3);
+    file->v_CreateMap(0xFFFFF);
+    EXPECT_EQ(file->vn_GetSize(), kMiB);
+    file->v_CloseMap(100);
+    EXPECT_FALSE(file->b_GetMapping());
+    EXPECT_EQ(file->vn_GetSize(), 100u);
+    EXPECT_EQ(file->vn_GetOffset(), 100u);
+
+    file->v_CreateMap(0);
+    Seek(*file, 0, static_cast<int>(kMiB) - 2);
+    EXPECT_EQ(file->vn_Write("abcd", 4), 4u);
+    EXPECT_EQ(file->vn_GetSize(), 2 * kMiB);
+    Seek(*file, 1, -4);  // from the offset, though mapped transfers leave the file pointer
+    EXPECT_EQ(Read(*file, 4), "abcd");
+    Seek(*file, 0, static_cast<int>(2 * kMiB) - 1);
+    EXPECT_EQ(Read(*file, 10).size(), 1u);
+    EXPECT_EQ(Read(*file, 10).size(), 0u);
+    file->v_FlushMap();
+    file->v_CloseMap(0);
+    EXPECT_EQ(file->vn_GetSize(), 2 * kMiB);
+
+    Seek(*file, 0, static_cast<int>(kMiB));
+    file->v_CreateMap(0xFFFFFFFF);
+    EXPECT_EQ(file->vn_Write("CD", 2), 2u);
+    file->v_CloseMap(0);
+    EXPECT_EQ(file->vn_Write("!", 1), 1u);  // goes on where the mapped transfer ended
+    file->v_CreateMap(0);
+    file.reset();  // ends the mapping without cutting
+    EXPECT_EQ(Get(u"file").substr(kMiB - 2, 5), "abCD!");
+    EXPECT_EQ(Get(u"file").size(), 2 * kMiB);
+}
+
+TEST_F(WinFileTest, MappingForReadingIsTheFileAsItIs) {
+    auto file = Opened("0123456789", 1);
+    file->v_CreateMap(5000);
+    ASSERT_TRUE(file->b_GetMapping());
+    EXPECT_EQ(std::string(static_cast<const char*>(file->pv_GetMapping()), 10), "0123456789");
+    EXPECT_CT_ERROR(5, file->vn_Write("x", 1));
+    EXPECT_EQ(Read(*file, 20), "0123456789");
+    file->v_CloseMap(3);  // must not cut
+    EXPECT_EQ(Get(u"file"), "0123456789");
+    struct Case {
+        const char* content;
+        unsigned int access, minimum, error;
+    };
+    const Case cases[] = {
+        {"", 1, 0, 1006}, {"", 3, 0xFFFFFFFF, 1006}, {"x", 2, 1, 5}, {"x", 3, 0xFFF00001, 223}};
+    for (const Case& row : cases) {
+        file.reset();
+        file = Opened(row.content, row.access);
+        EXPECT_CT_ERROR(row.error, file->v_CreateMap(row.minimum));
+        EXPECT_FALSE(file->b_GetMapping());
+        EXPECT_EQ(Get(u"file"), row.content);
+    }
+}
+
+TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
+    constexpr std::uint64_t k4GiB = std::uint64_t{1} << 32;
+    folder_.Write(u"file", "");
+    const CT_UString name = Name(u"file");
+    struct _stat information;
+    std::filesystem::resize_file(folder_.Native(u"file"), k4GiB);
+    CT_WinFile file(&name, 0);
+    for (const unsigned int mode : {1u, 3u}) EXPECT_CT_ERROR(223, Open(file, 3, mode));
+    EXPECT_FALSE(file.b_IsOpen());
+    EXPECT_CT_ERROR(27, file.v_GetFileInformation(&information));
+
+    std::filesystem::resize_file(folder_.Native(u"file"), k4GiB - 3);
+    Open(file, 3, 3);
+    EXPECT_EQ(file.vn_GetOffset(), 0xFFFFFFFDu);
+    EXPECT_CT_ERROR(223, file.vn_Write("abc", 3));  // not the file's first bytes
+    EXPECT_EQ(file.vn_Write("a", 1), 1u);
+    EXPECT_EQ(Read(file, 5), "");  // so far out a change of direction takes several moves
+    EXPECT_CT_ERROR(223, Seek(file, 1, 1));
+    EXPECT_EQ(file.vn_GetOffset(), 0xFFFFFFFEu);
+    EXPECT_CT_ERROR(223, file.v_CreateMap(1));
+    EXPECT_EQ(std::filesystem::file_size(folder_.Native(u"file")), k4GiB - 2);
+}
+
+TEST_F(WinFileTest, RenamesRemovesAndCopiesByName) {
+    folder_.Write(u"file", "content");
+    folder_.Write(u"copy", "longer than the content");
+    const CT_UString name = Name(u"file"), copy = Name(u"copy"), none = Name(u"none/x");
+    const CT_UString renamed = Name(u"renamed");
+    CT_WinFile file(&name, 1024);
+    EXPECT_CT_ERROR(183, file.vv_Rename(&copy));
+    file.v_CopyFile(&copy);
+    EXPECT_EQ(Get(u"copy"), "content");
+    EXPECT_CT_MESSAGE(3,
+                      u"(3): The system cannot find the path specified. [" + folder_.Name(u"file") +
+                          u" : " + folder_.Name(u"none/x") + u"]",
+                      file.vv_Rename(&none));
+    file.vv_Rename(&renamed);
+    EXPECT_EQ(file.pcco_GetFullName()->vi_Compare(&renamed), 0);
+    EXPECT_EQ(file.n_GetBufferSize(), 16384u);
+    EXPECT_EQ(Get(u"renamed") + Get(u"file"), "content(missing)");
+    file.vv_Remove();
+    EXPECT_EQ(Get(u"renamed"), "(missing)");
+    EXPECT_CT_ERROR(2, file.vv_Remove());
+    EXPECT_CT_ERROR(2, file.v_CopyFile(&copy));
+}
+
+TEST_F(WinFileTest, AppendsInBlocksOfAnySize) {
+    const CT_UString source_name = Name(u"source"), target_name = Name(u"target");
+    const std::string content(1000, 's');
+    folder_.Write(u"source", content);
+    CT_WinFile source(&source_name, 0), target(&target_name, 0);
+    std::string expected;  // the first makes the file
+    for (const unsigned int block : {16384u, 1u, 7u, 999u, 1000u, 1001u}) {
+        target.v_Append(&source, block);
+        EXPECT_FALSE(source.b_IsOpen() || target.b_IsOpen());
+        EXPECT_EQ(Get(u"target"), expected += content);
+    }
+    CT_WinFile same(&target_name, 0);
+    EXPECT_CT_ERROR(32, target.v_Append(&target, 16384));
+    EXPECT_CT_ERROR(32, target.v_Append(&same, 16384));
+    EXPECT_EQ(Get(u"target"), expected);
+}
+
+TEST_F(WinFileTest, AttributesAndInformation) {
+    const CT_UString name = Name(u"file");
+    CT_WinFile file(&name, 0);
+    file.vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareRead, 0x09, 0x38);
+    EXPECT_EQ(file.n_GetAttributes() & 0x2u, 0x2u);  // hidden
+    EXPECT_EQ(file.n_GetOpenAttribut() << 8 | file.n_GetOpenFlag(), 0x0938u);
+    file.vn_Write("12345", 5);
+    file.vv_Flush();
+    Seek(file, 0, 4);
+    file.v_SetEndOfFile();
+    BY_HANDLE_FILE_INFORMATION by_handle{};
+    struct _stat information {};
+    file.v_GetFileInfo(&by_handle);
+    file.v_GetFileInformation(&information);
+    EXPECT_EQ(by_handle.nFileSizeLow + information.st_size, 8u);
+    EXPECT_EQ(information.st_mode & 0xF000, 0x8000);
+    EXPECT_LE(std::abs(information.st_mtime - std::time(nullptr)), 5);
+    file.vv_Close();
+    EXPECT_EQ(file.n_GetOpenAttribut() | file.n_GetOpenFlag(), 0u);
+    EXPECT_CT_ERROR(6, file.vv_Close());
+    EXPECT_CT_ERROR(2, file.v_SetAttributes(0x80));  // it was deleted on closing
+    EXPECT_EQ(file.n_GetAttributes(), 0xFFFFFFFFu);
+    EXPECT_EQ(Taken(), 2u);
+    EXPECT_CT_MESSAGE(2, u"(2): File \"" + folder_.Name(u"file") + u"\": _wstat returned error 2",
+                      file.v_GetFileInformation(&information));
+}
+
+}  // namespace
