@@ -81,18 +81,20 @@ bool AskHandler() {
 
 namespace {
 
+// No request of the library comes near it; beyond it some heaps end the process instead of failing.
+constexpr std::size_t kLargest = static_cast<std::size_t>(-1) >> (sizeof(void*) == 8 ? 26 : 1);
+
 std::size_t Rounded(std::size_t size) noexcept {
-    const std::size_t largest = static_cast<std::size_t>(-1) & ~std::size_t{3};
-    return size > largest ? largest : std::max<std::size_t>((size + 3) & ~std::size_t{3}, 4);
+    return std::max<std::size_t>((size + 3) & ~std::size_t{3}, 4);
 }
 
 // Tries `obtain` until it answers a block or the handler gives up.
 template <typename Obtain>
-void* Obtained(Obtain obtain) {
+void* Obtained(std::size_t size, Obtain obtain) {
     detail::ThreadMemory* const mine = detail::Mine();
     do {
-        if (mine != nullptr && !mine->Permits()) continue;
-        if (void* const block = obtain()) {
+        if ((mine != nullptr && !mine->Permits()) || size > kLargest) continue;
+        if (void* const block = obtain(Rounded(size))) {
             detail::CountLive(mine, 1);
             return block;
         }
@@ -111,24 +113,24 @@ void ReportExhausted() {
 }
 
 void* Allocate(std::size_t size) {
-    return Obtained([rounded = Rounded(size)] { return std::malloc(rounded); });
+    return Obtained(size, [](std::size_t rounded) { return std::malloc(rounded); });
 }
 
 void* TryAllocate(std::size_t size) noexcept {
     detail::ThreadMemory* const mine = detail::Mine();
-    if (mine != nullptr && !mine->Permits()) return nullptr;
+    if ((mine != nullptr && !mine->Permits()) || size > kLargest) return nullptr;
     void* const block = std::malloc(Rounded(size));
     if (block != nullptr) detail::CountLive(mine, 1);
     return block;
 }
 
 void* AllocateZeroed(std::size_t size) {
-    return Obtained([rounded = Rounded(size)] { return std::calloc(rounded, 1); });
+    return Obtained(size, [](std::size_t rounded) { return std::calloc(rounded, 1); });
 }
 
 void* Reallocate(void* block, std::size_t size) {
     void* const result =
-        Obtained([block, rounded = Rounded(size)] { return std::realloc(block, rounded); });
+        Obtained(size, [block](std::size_t rounded) { return std::realloc(block, rounded); });
     if (result != nullptr && block != nullptr) detail::CountLive(detail::Mine(), -1);
     return result;
 }
