@@ -24,8 +24,8 @@ constexpr const char* kListNames[] = {"small", "small_shuffled", "large", "large
 void Append(WordSet& set, const std::string& word) {
     std::u16string wide(word.size(), u'\0');
     wide.resize(platform::Utf8ToUtf16(word.data(), word.size(), wide.data(), wide.size()).written);
-    set.utf8.push_back(word);
-    set.utf16.push_back(std::move(wide));
+    set.utf8.Append(word);
+    set.utf16.Append(wide);
 }
 
 std::vector<std::string> Lines(std::initializer_list<const char*> files, std::size_t most) {
@@ -44,7 +44,7 @@ std::vector<std::string> Lines(std::initializer_list<const char*> files, std::si
 const WordSet& WordsOf(List list) {
     static WordSet sets[4];
     WordSet& set = sets[list];
-    if (!set.utf8.empty()) return set;
+    if (set.Size() != 0) return set;
     const bool small = list == kSmall || list == kSmallShuffled;
     std::vector<std::string> lines =
         small ? Lines({"american-english"}, kLargeWords)
@@ -61,7 +61,7 @@ WordSet Hits(const WordSet& words) {
     WordSet hits;
     std::mt19937 random(2);
     for (std::size_t i = 0; i < kQueries; ++i) {
-        Append(hits, words.utf8[random() % words.utf8.size()]);
+        Append(hits, std::string(words.utf8.View(random() % words.Size())));
     }
     return hits;
 }
@@ -70,8 +70,8 @@ WordSet Hits(const WordSet& words) {
 WordSet Misses(const WordSet& words) {
     WordSet misses;
     std::mt19937 random(3);
-    while (misses.utf8.size() < kQueries) {
-        std::string word = words.utf8[random() % words.utf8.size()];
+    while (misses.Size() < kQueries) {
+        std::string word(words.utf8.View(random() % words.Size()));
         char& letter = word[random() % word.size()];
         if ((letter & 0x80) != 0) continue;
         letter = static_cast<char>('a' + random() % 26);
@@ -88,7 +88,7 @@ void PerWord(benchmark::State& state, const char* name, std::size_t words) {
 
 void Build(benchmark::State& state, MakeDictionary make, List list) {
     const WordSet& words = WordsOf(list);
-    if (words.utf8.empty()) return state.SkipWithError("no word lists in /usr/share/dict");
+    if (words.Size() == 0) return state.SkipWithError("no word lists in /usr/share/dict");
     double stored = 0;
     double memory = 0;
     for (auto _ : state) {
@@ -99,15 +99,15 @@ void Build(benchmark::State& state, MakeDictionary make, List list) {
         memory = static_cast<double>(dictionary->Bytes());
         state.ResumeTiming();
     }
-    const auto count = static_cast<double>(words.utf8.size());
-    PerWord(state, "per_word", words.utf8.size());
+    const auto count = static_cast<double>(words.Size());
+    PerWord(state, "per_word", words.Size());
     state.counters["stored_bytes_per_word"] = stored / count;
     state.counters["memory_bytes_per_word"] = memory / count;
 }
 
 void Find(benchmark::State& state, MakeDictionary make, List list, bool hits) {
     const WordSet& words = WordsOf(list);
-    if (words.utf8.empty()) return state.SkipWithError("no word lists in /usr/share/dict");
+    if (words.Size() == 0) return state.SkipWithError("no word lists in /usr/share/dict");
     const auto dictionary = make();
     dictionary->Build(words);
     const WordSet queries = hits ? Hits(words) : Misses(words);
@@ -117,7 +117,7 @@ void Find(benchmark::State& state, MakeDictionary make, List list, bool hits) {
     PerWord(state, "per_word", kQueries);
     state.counters["found"] = static_cast<double>(found);
     state.counters["memory_bytes_per_word"] =
-        static_cast<double>(dictionary->Bytes()) / static_cast<double>(words.utf8.size());
+        static_cast<double>(dictionary->Bytes()) / static_cast<double>(words.Size());
 }
 
 CT_CompList NewList() {
@@ -126,7 +126,7 @@ CT_CompList NewList() {
 
 void AddAll(CT_CompList& list, const WordSet& words) {
     unsigned handle = 0;
-    for (const std::u16string& word : words.utf16) list.b_Add(word.c_str(), handle++);
+    for (std::size_t i = 0; i < words.Size(); ++i) list.b_Add(words.utf16.At(i), handle++);
 }
 
 // As a program has it that builds the list itself.
@@ -143,8 +143,8 @@ public:
     }
     static std::size_t FindIn(const CT_CompList& list, const WordSet& words) {
         std::size_t found = 0;
-        for (const std::u16string& word : words.utf16) {
-            found += list.b_Search(word.c_str()) != FALSE ? 1 : 0;
+        for (std::size_t i = 0; i < words.Size(); ++i) {
+            found += list.b_Search(words.utf16.At(i)) != FALSE ? 1 : 0;
         }
         return found;
     }
@@ -168,9 +168,9 @@ class Measured : public Loaded {
 public:
     std::size_t Find(const WordSet& words) const override {
         std::size_t found = 0;
-        for (const std::u16string& word : words.utf16) {
+        for (std::size_t i = 0; i < words.Size(); ++i) {
             unsigned int matched = 0;
-            found += list_.b_Search(word.c_str(), &matched) != FALSE ? 1 : 0;
+            found += list_.b_Search(words.utf16.At(i), &matched) != FALSE ? 1 : 0;
             benchmark::DoNotOptimize(matched);
         }
         return found;
@@ -181,11 +181,17 @@ class HashMap : public Dictionary {
 public:
     void Build(const WordSet& words) override {
         unsigned handle = 0;
-        for (const std::u16string& word : words.utf16) map_.emplace(word, handle++);
+        for (std::size_t i = 0; i < words.Size(); ++i) {
+            map_.emplace(words.utf16.View(i), handle++);
+        }
     }
     std::size_t Find(const WordSet& words) const override {
         std::size_t found = 0;
-        for (const std::u16string& word : words.utf16) found += map_.count(word);
+        std::u16string word;
+        for (std::size_t i = 0; i < words.Size(); ++i) {
+            word = words.utf16.View(i);
+            found += map_.count(word);
+        }
         return found;
     }
     std::size_t StoredBytes() const override { return 0; }
@@ -216,20 +222,20 @@ const DictionaryEntry kEntries[] = {{"complist", Make<Grown>},
 // Adds with a search for another word after each; beside it the adds alone and the searches alone.
 void Interleaved(benchmark::State& state) {
     const WordSet& words = WordsOf(kSmallShuffled);
-    if (words.utf8.empty()) return state.SkipWithError("no word lists in /usr/share/dict");
+    if (words.Size() == 0) return state.SkipWithError("no word lists in /usr/share/dict");
     const bool add = state.range(0) != 1;
     const bool search = state.range(0) != 0;
     state.SetLabel(add ? search ? "both" : "adds alone" : "searches alone");
     CT_CompList full = NewList();
     AddAll(full, words);
-    const std::size_t count = words.utf16.size();
+    const std::size_t count = words.Size();
     for (auto _ : state) {
         CT_CompList growing = NewList();
         std::size_t found = 0;
         const CT_CompList& searched = add ? growing : full;
         for (std::size_t i = 0; i < count; ++i) {
-            if (add) growing.b_Add(words.utf16[i].c_str(), 0);
-            if (search) found += searched.b_Search(words.utf16[i * 7 % count].c_str()) ? 1 : 0;
+            if (add) growing.b_Add(words.utf16.At(i), 0);
+            if (search) found += searched.b_Search(words.utf16.At(i * 7 % count)) ? 1 : 0;
         }
         benchmark::DoNotOptimize(found);
     }
@@ -240,7 +246,7 @@ BENCHMARK(Interleaved)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 // Adopting the image of a million words, and one search in it.
 void Open(benchmark::State& state) {
     const WordSet& words = WordsOf(kLarge);
-    if (words.utf8.empty()) return state.SkipWithError("no word lists in /usr/share/dict");
+    if (words.Size() == 0) return state.SkipWithError("no word lists in /usr/share/dict");
     CT_CompList list = NewList();
     AddAll(list, words);
     const CT_Buffer* const image = list.pcco_GetBuffer();

@@ -10,14 +10,16 @@ class Marisa : public Dictionary {
 public:
     void Build(const WordSet& words) override {
         marisa::Keyset keys;
-        for (const std::string& word : words.utf8) keys.push_back(word.data(), word.size());
+        for (std::size_t i = 0; i < words.Size(); ++i) {
+            keys.push_back(words.utf8.At(i), words.utf8.View(i).size());
+        }
         trie_.build(keys);
     }
     std::size_t Find(const WordSet& words) const override {
         marisa::Agent agent;
         std::size_t found = 0;
-        for (const std::string& word : words.utf8) {
-            agent.set_query(word.data(), word.size());
+        for (std::size_t i = 0; i < words.Size(); ++i) {
+            agent.set_query(words.utf8.At(i), words.utf8.View(i).size());
             found += trie_.lookup(agent) ? 1 : 0;
         }
         return found;

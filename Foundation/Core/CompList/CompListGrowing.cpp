@@ -39,33 +39,42 @@ GrowingList::Place GrowingList::Descend(const Unit* key, Place from) const noexc
     }
 }
 
+// The length of the word that ends a branch within the first kPrefixLength - 1 characters of a
+// longer key, 0 when there is none.
+template <typename Unit>
+std::uint32_t GrowingList::ShortEnd(const Unit* key) const noexcept {
+    std::uint64_t prefix = 0;
+    for (std::uint32_t length = 1; length < kPrefixLength; ++length) {
+        prefix = Longer(prefix, key[length - 1]);
+        const std::uint32_t letter = places_.Find(ShortKey(prefix, length));
+        if (letter != 0 && EndsBranch(letter)) return length;
+    }
+    return 0;
+}
+
 template <typename Unit>
 Outcome GrowingList::Search(const Unit* key, bool exact) const noexcept {
     Place place{0, 0};
     std::uint64_t prefix = 0;
-    if (HasPrefix(key, prefix)) {
+    if (TakePrefix(key, prefix) == kPrefixLength) {
         const std::uint32_t letter = places_.Find(prefix);
-        if (letter != 0) {
-            place = {letter, kPrefixLength};
-        } else if (exact) {
-            return {kAbsent, 0};
-        }
+        if (letter == 0) return {kAbsent, exact ? 0 : ShortEnd(key)};
+        place = {letter, kPrefixLength};
     }
     place = Descend(key, place);
     if (key[place.matched] == 0) {
         return {Is(place.letter, kWord) ? cells_[place.letter].first : kAbsent, place.matched};
     }
-    return {kAbsent, IsExtension(place.letter) ? place.matched : 0};
+    return {kAbsent, EndsBranch(place.letter) ? place.matched : 0};
 }
 
 template <typename Unit>
 bool GrowingList::Add(const Unit* key, std::uint32_t handle) {
     Place place{0, 0};
     std::uint64_t prefix = 0;
-    bool new_prefix = false;
-    if (HasPrefix(key, prefix)) {
+    const std::uint32_t prefix_length = TakePrefix(key, prefix);
+    if (prefix_length == kPrefixLength) {
         const std::uint32_t letter = places_.Find(prefix);
-        new_prefix = letter == 0;
         if (letter != 0) place = {letter, kPrefixLength};
     }
     place = Descend(key, place);
@@ -74,7 +83,10 @@ bool GrowingList::Add(const Unit* key, std::uint32_t handle) {
     const std::uint32_t first = AddRest(key + place.matched, place.letter, handle);
     if (first == 0) return false;
     if (place.letter == 0) jumps_ |= JumpBit(key[0]);
-    if (new_prefix) places_.Insert(prefix, first + (kPrefixLength - 1 - place.matched));
+    if (place.matched < prefix_length) {
+        places_.Insert(ShortKey(prefix, prefix_length),
+                       first + (prefix_length - 1 - place.matched));
+    }
     return true;
 }
 
@@ -100,7 +112,7 @@ std::uint32_t GrowingList::AddRest(const Unit* rest, std::uint32_t parent, std::
     for (; rest[length] != 0; ++length) {
         if (IsMarker(rest[length])) return 0;
     }
-    const bool lengthens = IsExtension(parent);
+    const bool lengthens = EndsBranch(parent);
     const std::size_t bytes = length * sizeof(Unit) + widths_.Mark();
     const std::size_t all = lengthens ? bytes : bytes + widths_.Jump();
     if (!Fits(all)) return 0;
@@ -126,7 +138,7 @@ void GrowingList::BeginRun(std::uint32_t parent, char16_t unit) noexcept {
     const auto start = static_cast<std::uint32_t>(cells_.size() + 1);
     const std::uint32_t newest = cells_[parent].chain;
     std::uint16_t flags = parent == 0 ? kTop : 0;
-    if (parent != 0 && IsExtension(parent)) flags = kExtension;
+    if (parent != 0 && EndsBranch(parent)) flags = kExtension;
     cells_.Append({0, flags, newest == 0 ? start : Joint(newest).first, newest});
     AppendLetter(unit);
     if (newest != 0) Joint(newest).first = start;

@@ -14,7 +14,8 @@
 // runs of their own, its family, chained from the newest to the oldest through their joints. When
 // the last letter of a run is continued, the oldest of its family stays in its tail (an extension);
 // every other run begins a tail. Families of more than kChained runs are found by a table, which
-// also knows where each beginning of kPrefixLength characters leads.
+// also knows where each beginning of kPrefixLength characters leads, and the shorter words that
+// ended a tail when they came.
 #ifndef FOUNDATION_CORE_COMPLIST_COMPLISTGROWING_H
 #define FOUNDATION_CORE_COMPLIST_COMPLISTGROWING_H
 
@@ -100,7 +101,7 @@ private:
     [[nodiscard]] std::uint32_t Oldest(std::uint32_t newest) const noexcept {
         return Joint(newest).first;
     }
-    [[nodiscard]] bool IsExtension(std::uint32_t letter) const noexcept {
+    [[nodiscard]] bool EndsBranch(std::uint32_t letter) const noexcept {
         return Is(letter, kLast) && cells_[letter].chain == 0;
     }
     [[nodiscard]] bool Fits(std::uint64_t added) const noexcept {
@@ -108,6 +109,8 @@ private:
     }
 
     [[nodiscard]] std::uint32_t Child(std::uint32_t letter, std::uint32_t unit) const noexcept;
+    template <typename Unit>
+    [[nodiscard]] std::uint32_t ShortEnd(const Unit* key) const noexcept;
     template <typename Unit>
     [[nodiscard]] Place Descend(const Unit* key, Place from) const noexcept;
     [[nodiscard]] bool MarkWord(std::uint32_t letter, std::uint32_t handle);

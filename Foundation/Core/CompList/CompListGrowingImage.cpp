@@ -145,6 +145,10 @@ public:
         letter.flags = static_cast<std::uint16_t>(letter.flags | kWord | (last ? kLast : 0));
         letter.first = handle;
     }
+    void ShortEnd(std::uint64_t key) {
+        list_.places_.Reserve(1);
+        list_.places_.Insert(key, Latest());
+    }
     // The tail being read ends before this position.
     void EndTail(std::uint32_t position) noexcept {
         if (list_.cells_.size() > 1) {

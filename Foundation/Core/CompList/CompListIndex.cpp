@@ -28,6 +28,10 @@ public:
         places_.Insert(prefix, latest_ + static_cast<std::uint32_t>(sizeof(Unit)));
     }
     static void Word(std::uint32_t, bool) noexcept {}
+    void ShortEnd(std::uint64_t key) {
+        places_.Reserve(1);
+        places_.Insert(key, latest_);
+    }
 
 private:
     // Whether an alternative before the one at `position` has the same first character.
@@ -90,13 +94,13 @@ Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool e
         if (at < kFirstElement) return {kAbsent, 0};
     }
     std::uint64_t prefix = 0;
-    if (index != nullptr && HasPrefix(key, prefix)) {
+    if (index != nullptr && TakePrefix(key, prefix) == kPrefixLength) {
         const std::uint32_t behind = index->BehindPrefix(prefix);
         if (behind != 0) {
             at = behind;
             matched = kPrefixLength;
-        } else if (exact) {
-            return {kAbsent, 0};
+        } else {
+            return {kAbsent, exact ? 0 : index->ShortEnd(key)};
         }
     }
     for (;;) {

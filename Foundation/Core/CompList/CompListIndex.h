@@ -23,6 +23,17 @@ public:
     [[nodiscard]] std::uint32_t BehindPrefix(std::uint64_t prefix) const noexcept {
         return places_.Find(prefix);
     }
+    // The length of the word that ends a branch within the first kPrefixLength - 1 characters of a
+    // longer key, 0 when there is none.
+    template <typename Unit>
+    [[nodiscard]] std::uint32_t ShortEnd(const Unit* key) const noexcept {
+        std::uint64_t prefix = 0;
+        for (std::uint32_t length = 1; length < kPrefixLength; ++length) {
+            prefix = Longer(prefix, key[length - 1]);
+            if (places_.Find(ShortKey(prefix, length)) != 0) return length;
+        }
+        return 0;
+    }
     // The alternative with this first character, of a rank above kNearby, in the chain that begins
     // at `head`; 0 when there is none.
     [[nodiscard]] std::uint32_t FarAlternative(std::uint32_t head,

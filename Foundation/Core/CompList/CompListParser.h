@@ -30,6 +30,7 @@ struct Branch {
 //   uint32_t FamilyBefore(position)          names the branching point before the character there
 //   void Prefix(prefix)                      the latest character completes these first ones
 //   void Word(handle, last)                  a word ends behind the latest character
+//   void ShortEnd(key)                       and with it a branch, before kPrefixLength characters
 template <typename Unit, typename Sink>
 class Parser {
 public:
@@ -98,7 +99,9 @@ private:
             if (!image_.HasHandle(at)) return 0;
             sink_.Word(image_.Handle(at), mark == kWordEnds);
             at += image_.widths.Mark();
-            if (mark == kWordEnds) return at;
+            if (mark == kGoesOn) continue;
+            if (depth < kPrefixLength) sink_.ShortEnd(ShortKey(prefix, depth));
+            return at;
         }
     }
 

@@ -36,7 +36,7 @@ public:
 
     // Makes room for `more` items; may throw, and then nothing has changed.
     void Reserve(std::size_t more) {
-        if (capacity_ - size_ < more) Grow(std::max(size_ + more, capacity_ * 2));
+        if (capacity_ - size_ < more) Grow(std::max(size_ + more, capacity_ + capacity_ / 2));
     }
     // Requires room.
     void Append(const T& item) noexcept { items_[size_++] = item; }
