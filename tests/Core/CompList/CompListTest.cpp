@@ -3,36 +3,25 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
-#include <random>
 #include <string>
 #include <vector>
 
-#include "Core/CompList/PlainCompList.h"
+#include "Core/CompList/CompListSupport.h"
 #include "Foundation/Platform/Memory.h"
 
 namespace {
 
-using Word = test::PlainCompList::Word;
-using Bytes = std::vector<std::uint8_t>;
-
-Bytes ImageOf(const CT_CompList& list) {
-    const CT_Buffer* const buffer = list.pcco_GetBuffer();
-    if (buffer == nullptr) return {};
-    const auto* const bytes = static_cast<const std::uint8_t*>(buffer->qcv_Get());
-    return {bytes, bytes + buffer->n_GetUsedSize()};
-}
+using test::Adopted;
+using test::Bytes;
+using test::ImageOf;
+using test::Shape;
+using test::Word;
+using test::Words;
 
 Bytes StreamOf(const CT_CompList& list) {
     Bytes image = ImageOf(list);
     image.erase(image.begin(), image.begin() + 132);
     return image;
-}
-
-CT_CompList Adopted(const Bytes& image) {
-    const CT_Buffer buffer(image.data(), static_cast<std::uint32_t>(image.size()), 128);
-    return CT_CompList(&buffer);
 }
 
 // Adds or searches in the form that fits the list.
@@ -45,43 +34,6 @@ std::uint32_t Search(const CT_CompList& list, const Word& word, std::uint32_t* m
     if (list.n_GetElementSize() == 2) return list.n_Search(word.c_str(), matched);
     return list.n_Search(std::string(word.begin(), word.end()).c_str(), matched);
 }
-
-struct Shape {
-    unsigned element, handle;
-    bool empty_string, long_offset;
-
-    CT_CompList New() const {
-        return CT_CompList(static_cast<CT_CompList::et_ElementSize>(element), handle,
-                           empty_string ? TRUE : FALSE, long_offset ? TRUE : FALSE, 128, 0);
-    }
-    test::PlainCompList Plain() const { return {element, handle, empty_string, long_offset}; }
-};
-
-// Words over an alphabet: short ones, and ones that branch off or continue an earlier word.
-class Words {
-public:
-    Words(unsigned seed, Word alphabet, unsigned longest)
-        : random_(seed), alphabet_(std::move(alphabet)), longest_(longest) {}
-
-    Word Next() {
-        Word word;
-        if (!earlier_.empty() && random_() % 3 != 0) {
-            word = earlier_[random_() % earlier_.size()];
-            word.resize(random_() % (word.size() + 1));
-        }
-        for (auto more = random_() % longest_; more > 0; --more) {
-            word += alphabet_[random_() % alphabet_.size()];
-        }
-        earlier_.push_back(word);
-        return word;
-    }
-
-private:
-    std::mt19937 random_;
-    Word alphabet_;
-    unsigned longest_;
-    std::vector<Word> earlier_;
-};
 
 TEST(CompListTest, InsertionGivesTheseStreams) {
     CT_CompList list(CT_CompList::kOneByte, 1, FALSE, FALSE, 0, 1252);

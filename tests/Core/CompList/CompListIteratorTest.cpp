@@ -1,0 +1,170 @@
+// Enumeration, in order and on damaged images; and lists that several threads read at once.
+#include "Foundation/Core/CompList/CompListIterator.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "Core/CompList/CompListSupport.h"
+
+namespace {
+
+using test::Adopted;
+using test::Bytes;
+using test::ImageOf;
+using test::Shape;
+using test::Word;
+using test::Words;
+
+using Entries = std::vector<std::pair<Word, unsigned>>;
+
+Entries Enumerate(const CT_CompList& list) {
+    Entries entries;
+    unsigned handle = 0;
+    if (list.n_GetElementSize() == 1) {
+        CT_CCompListIterator iterator(&list);
+        for (CT_CString word; iterator.b_GetNext(&word, &handle) != FALSE;) {
+            const std::string text(word.qccz_Get());
+            Word wide;
+            for (const char c : text) wide += static_cast<unsigned char>(c);
+            entries.emplace_back(wide, handle);
+        }
+    } else {
+        CT_UCompListIterator iterator(&list);
+        for (CT_UString word; iterator.b_GetNext(&word, &handle) != FALSE;) {
+            entries.emplace_back(word.qcuz_Get(), handle);
+        }
+    }
+    return entries;
+}
+
+// The order by definition: entries are in the order they were added and agree before `depth`.
+void AppendInOrder(const Entries& entries, std::size_t depth, Entries& out) {
+    std::vector<std::pair<char16_t, Entries>> alternatives;
+    for (const auto& entry : entries) {
+        if (entry.first.size() == depth) {
+            out.push_back(entry);
+            continue;
+        }
+        const char16_t unit = entry.first[depth];
+        auto it = alternatives.begin();
+        while (it != alternatives.end() && it->first != unit) ++it;
+        if (it == alternatives.end()) it = alternatives.insert(it, {unit, {}});
+        it->second.push_back(entry);
+    }
+    for (auto it = alternatives.rbegin(); it != alternatives.rend(); ++it) {
+        AppendInOrder(it->second, depth + 1, out);
+    }
+}
+
+TEST(CompListIteratorTest, VisitsEveryWordOnceAlternativesFromTheLast) {
+    unsigned seed = 100;
+    for (const unsigned element : {1u, 2u}) {
+        for (const Word& alphabet : {Word(u"a"), Word(u"abc"), Word{'x', 0xE4, 0xDF, 0xFE, 'b'}}) {
+            SCOPED_TRACE(++seed);
+            CT_CompList list = Shape{element, 4, true, true}.New();
+            Words words(seed, alphabet, 8);
+            Entries added;
+            for (unsigned i = 0; i < 500; ++i) {
+                const Word word = words.Next();
+                const BOOL is_new =
+                    element == 2 ? list.b_Add(word.c_str(), i)
+                                 : list.b_Add(std::string(word.begin(), word.end()).c_str(), i);
+                if (is_new != FALSE && !word.empty()) added.emplace_back(word, i);
+            }
+            Entries expected;
+            AppendInOrder(added, 0, expected);
+            EXPECT_EQ(Enumerate(list), expected);
+            EXPECT_EQ(Enumerate(Adopted(ImageOf(list))), expected);
+        }
+    }
+}
+
+TEST(CompListIteratorTest, StartsAnewOnAnotherListAndNeedsNoHandle) {
+    CT_CompList list(CT_CompList::kOneByte, 1, FALSE, FALSE, 0, 1252);
+    const CT_CompList empty(&list);
+    list.b_Add("a\xE4", 7);
+    list.b_Add("b", 5);
+    CT_CCompListIterator iterator(&list);
+    CT_UString wide;
+    EXPECT_TRUE(iterator.b_GetNext(&wide, nullptr));
+    iterator.vv_Set(&list);
+    CT_CString word;
+    unsigned handle = 0;
+    EXPECT_TRUE(iterator.b_GetNext(&word, &handle));
+    EXPECT_STREQ(word.qccz_Get(), "b");
+    EXPECT_EQ(word.n_GetCodePage(), 1252u);
+    EXPECT_TRUE(iterator.b_GetNext(&wide, &handle));  // converted from the list's code page
+    EXPECT_EQ(Word(wide.qcuz_Get()), u"a\u00E4");
+    EXPECT_EQ(handle, 7u);
+    EXPECT_FALSE(iterator.b_GetNext(&wide, &handle));
+    EXPECT_FALSE(iterator.b_GetNext(&wide, &handle));
+    EXPECT_EQ(Word(wide.qcuz_Get()), u"a\u00E4");
+    iterator.vv_Set(&empty);
+    EXPECT_FALSE(iterator.b_GetNext(&word, &handle));
+    iterator.vv_Set(nullptr);
+    EXPECT_FALSE(iterator.b_GetNext(&word, &handle));
+}
+
+TEST(CompListIteratorTest, EndsOnDamagedImages) {
+    test::PlainCompList plain = Shape{2, 1, false, false}.Plain();
+    Words words(5, u"abz", 4);
+    for (unsigned i = 0; i < 60; ++i) plain.Add(words.Next(), i);
+    const Bytes good = plain.Image();
+    for (std::size_t at = 0; at < good.size(); ++at) {
+        for (const std::uint8_t value : Bytes{0, 1, 2, 10, 13, 25, 26, 97, 255}) {
+            Bytes image = good;
+            image[at] = value;
+            ASSERT_LE(Enumerate(Adopted(image)).size(), image.size()) << at;
+            image.resize(at);
+            ASSERT_LE(Enumerate(Adopted(image)).size(), image.size()) << at;
+        }
+    }
+}
+
+// Each marker leads right behind itself, so that every path forks and joins again: without a bound
+// a list of this size has 2^200 words.
+TEST(CompListIteratorTest, EndsOnAnImageWhosePathsJoin) {
+    Bytes image = test::PlainCompList(1, 1, false, false).Image();
+    image.pop_back();
+    for (int i = 0; i < 200; ++i) image.insert(image.end(), {'a', 13, 3, 0});
+    image.insert(image.end(), {'a', 26, 1, 25});
+    for (unsigned i = 0; i < 4; ++i) {
+        image[4 + i] = static_cast<std::uint8_t>(image.size() >> (8 * i));
+    }
+    EXPECT_LE(Enumerate(Adopted(image)).size(), image.size());
+}
+
+// A list that grew, whose image is still to be written, and one that will get its index.
+TEST(CompListThreadTest, ManyReadersShareOneList) {
+    CT_CompList grown = Shape{2, 4, false, true}.New();
+    Words words(9, u"abcdefghijklmnop", 6);
+    std::vector<Word> added;
+    for (unsigned i = 0; i < 4000; ++i) {
+        const Word word = words.Next();
+        if (grown.b_Add(word.c_str(), i) != FALSE) added.push_back(word);
+    }
+    const CT_CompList adopted = Adopted(ImageOf(CT_CompList(&grown)));
+    grown.b_Add(u"more", 1);
+    added.emplace_back(u"more");
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i) {
+        readers.emplace_back([&] {
+            for (int round = 0; round < 5; ++round) {
+                for (const Word& word : added) {
+                    EXPECT_TRUE(grown.b_Search(word.c_str()));
+                    EXPECT_EQ(adopted.b_Search(word.c_str()), word == u"more" ? FALSE : TRUE);
+                }
+                EXPECT_EQ(Enumerate(grown).size(), added.size());
+                EXPECT_EQ(ImageOf(CT_CompList(&grown)).size(), grown.n_GetEnd());
+            }
+        });
+    }
+    for (std::thread& reader : readers) reader.join();
+    EXPECT_GT(adopted.MemoryBesideImage(), 0u);
+}
+
+}  // namespace
