@@ -3,7 +3,7 @@
 // Lines are taken as they are, without trimming; empty lines add nothing. Every word gets the
 // handle 0, and a word that is there already keeps its own.
 // Errors: a source that is missing or cannot be read is tolerated: nothing is read and no error is
-// left behind.
+// left behind. An error that is set already stays, with a location here, and nothing is read.
 // Threads: one object, one thread.
 #ifndef FOUNDATION_CORE_COMPLIST_COMPLISTREADER_H
 #define FOUNDATION_CORE_COMPLIST_COMPLISTREADER_H
@@ -24,12 +24,13 @@ public:
     BOOL b_ReadItems(CT_StreamTextReader* reader);
 
     // Reads a file by name, which may stand behind "file://" (in any case): UTF-8, or what its
-    // byte-order mark says. Only for lists of element size 2; FALSE, and nothing is read, for
-    // others.
+    // byte-order mark says. Only for lists of element size 2. FALSE when nothing could be read.
     BOOL b_ReadItems(const char16_t* source);
     BOOL b_ReadItems(const CT_UString* source);
 
 private:
+    BOOL ReadFile(const CT_UString& name);
+
     CT_CompList* list_;
     BOOL comments_;
 };
