@@ -363,15 +363,4 @@ TEST(ErrorManagerDeathTest, WithoutMemoryForFurtherRecordsAReportIsDropped) {
         testing::ExitedWithCode(0), "");
 }
 
-TEST(ErrorManagerFlagsTest, TheApplicationsFlagsAreKept) {
-    EXPECT_FALSE(Errors().b_GetInterruptOnError());
-    EXPECT_TRUE(Errors().b_GetDebugMessageOnError());
-    Errors().v_SetInterruptOnError(TRUE);
-    Errors().v_SetDebugMessageOnError(FALSE);
-    EXPECT_TRUE(Errors().b_GetInterruptOnError());
-    EXPECT_FALSE(Errors().b_GetDebugMessageOnError());
-    Errors().v_SetInterruptOnError(FALSE);
-    Errors().v_SetDebugMessageOnError(TRUE);
-}
-
 }  // namespace
