@@ -43,6 +43,12 @@ constinit CT_ErrorManager::st_location locations[kLocations]{};
 
 constinit CT_ErrorManager* manager = nullptr;
 
+// Makes a record the thread's active one, or none.
+void SetActive(CT_ErrorManager::st_error* error) {
+    thread_errors.active = error;
+    thread_errors.set = error != nullptr && !error->ignore ? TRUE : FALSE;
+}
+
 }  // namespace
 
 constinit CT_ErrorManager CT_ErrorManager::sco_Manager;
@@ -117,7 +123,8 @@ CT_ErrorManager::st_error* CT_ErrorManager::pso_CreateNewError(unsigned int code
     error->locationCount = 0;
     error->firstLocation = error->lastLocation = nullptr;
     error->ignore = FALSE;
-    return thread_errors.active = error;
+    SetActive(error);
+    return error;
 }
 
 // Takes a record out of the list that holds it. Needs the lock.
@@ -128,7 +135,11 @@ void CT_ErrorManager::sv_Unlink(st_error** list, const st_error* error) {
 
 void CT_ErrorManager::v_DestroyError(st_error* error) {
     const bool active = error == thread_errors.active;
-    (active ? thread_errors.active : thread_errors.held) = nullptr;
+    if (active) {
+        SetActive(nullptr);
+    } else {
+        thread_errors.held = nullptr;
+    }
     v_EnterCS();
     sv_Unlink(active ? &active_errors_ : &held_errors_, error);
     if (error->lastLocation != nullptr) {
@@ -177,7 +188,7 @@ const CT_ErrorManager::st_location* CT_ErrorManager::pso_GetLocationAt(unsigned 
 // ---- Reading ------------------------------------------------------------------------------------
 
 BOOL CT_ErrorManager::b_IsSetError() const {
-    return foundation::detail::ErrorIsSet();
+    return thread_errors.set;
 }
 
 BOOL CT_ErrorManager::b_IsHoldError() const {
@@ -221,8 +232,9 @@ void CT_ErrorManager::v_ClearError() {
 }
 
 void CT_ErrorManager::v_HoldError() {
-    st_error* const error = std::exchange(thread_errors.active, nullptr);
+    st_error* const error = thread_errors.active;
     if (error == nullptr) return;
+    SetActive(nullptr);
     v_EnterCS();
     sv_Unlink(&active_errors_, error);
     error->next = held_errors_;
@@ -239,11 +251,13 @@ void CT_ErrorManager::v_UnHoldError() {
     error->next = active_errors_;
     active_errors_ = error;
     v_LeaveCS();
-    thread_errors.active = error;
+    SetActive(error);
 }
 
 void CT_ErrorManager::v_SetIgnoreError(BOOL ignore) {
-    if (thread_errors.active != nullptr) thread_errors.active->ignore = ignore;
+    if (thread_errors.active == nullptr) return;
+    thread_errors.active->ignore = ignore;
+    SetActive(thread_errors.active);
 }
 
 // ---- Message functions --------------------------------------------------------------------------

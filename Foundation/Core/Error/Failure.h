@@ -21,12 +21,13 @@ namespace foundation::detail {
 struct ThreadErrors {
     CT_ErrorManager::st_error* active = nullptr;
     CT_ErrorManager::st_error* held = nullptr;
+    BOOL set = FALSE;  // whether an active record is there and not ignored
 };
 extern FOUNDATION_THREAD_LOCAL ThreadErrors thread_errors;
 
 // Whether the thread has an error; the same answer as b_IsSetError().
 [[nodiscard]] inline bool ErrorIsSet() noexcept {
-    return thread_errors.active != nullptr && thread_errors.active->ignore == FALSE;
+    return thread_errors.set != FALSE;
 }
 
 void AddLocation(const char* file, unsigned int line) noexcept;
