@@ -7,6 +7,7 @@
 #include <iconv.h>
 
 #include <cstring>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -85,6 +86,15 @@ void ForEachCase(const char* direction, const char* name, Function run) {
     }
 }
 
+// Each text is made once.
+template <auto make>
+const auto& Cached(Language language) {
+    static std::map<Language, decltype(make(language, kTextSize))> texts;
+    auto& text = texts[language];
+    if (text.empty()) text = make(language, kTextSize);
+    return text;
+}
+
 std::size_t Decode(const char* text, std::size_t length, char16_t* out) {
     return platform::Utf8ToUtf16(text, length, out, length + 16).written;
 }
@@ -99,22 +109,6 @@ std::size_t DecodedLength(const char* text, std::size_t length, char16_t*) {
 
 std::size_t EncodedLength(const char16_t* text, std::size_t length, char*) {
     return platform::Utf8LengthOfUtf16(text, length).written;
-}
-
-template <int level>
-std::size_t DecodeAt(const char* text, std::size_t length, char16_t* out) {
-    platform::LimitUtfKernels(level);
-    const std::size_t written = Decode(text, length, out);
-    platform::LimitUtfKernels(99);
-    return written;
-}
-
-template <int level>
-std::size_t EncodeAt(const char16_t* text, std::size_t length, char* out) {
-    platform::LimitUtfKernels(level);
-    const std::size_t written = Encode(text, length, out);
-    platform::LimitUtfKernels(99);
-    return written;
 }
 
 template <class Unit, class Out>
@@ -156,18 +150,18 @@ std::size_t WithIconv(const Unit* text, std::size_t length, Out* out) {
 }
 
 const DecoderEntry kDecoders[] = {{"Zelkor", Decode},
-                                  {"Zelkor-SSE4.1", DecodeAt<2>},
-                                  {"Zelkor-SSE2", DecodeAt<1>},
-                                  {"Zelkor-plain", DecodeAt<0>},
+                                  {"Zelkor-SSE4.1", Decode, 2},
+                                  {"Zelkor-SSE2", Decode, 1},
+                                  {"Zelkor-plain", Decode, 0},
                                   {"Zelkor-length", DecodedLength},
                                   {"copy-traffic", CopyTraffic},
                                   {"copy-result", CopyResult},
                                   {"iconv", WithIconv}};
 
 const EncoderEntry kEncoders[] = {{"Zelkor", Encode},
-                                  {"Zelkor-SSE4.1", EncodeAt<2>},
-                                  {"Zelkor-SSE2", EncodeAt<1>},
-                                  {"Zelkor-plain", EncodeAt<0>},
+                                  {"Zelkor-SSE4.1", Encode, 2},
+                                  {"Zelkor-SSE2", Encode, 1},
+                                  {"Zelkor-plain", Encode, 0},
                                   {"Zelkor-length", EncodedLength},
                                   {"copy-traffic", CopyTraffic},
                                   {"copy-result", CopyResult},
@@ -175,19 +169,23 @@ const EncoderEntry kEncoders[] = {{"Zelkor", Encode},
 
 }  // namespace
 
-DecoderEntry::DecoderEntry(const char* name, Decoder decode) {
+DecoderEntry::DecoderEntry(const char* name, Decoder decode, int level) {
     ForEachCase("Decode", name,
-                [decode](benchmark::State& state, Language language, Pieces pieces) {
-                    const std::string text = Utf8Text(language, kTextSize);
+                [decode, level](benchmark::State& state, Language language, Pieces pieces) {
+                    const std::string& text = Cached<Utf8Text>(language);
+                    platform::LimitUtfKernels(level);
                     Run<char, char16_t>(state, text, pieces, text.size(), decode);
+                    platform::LimitUtfKernels(kAnyLevel);
                 });
 }
 
-EncoderEntry::EncoderEntry(const char* name, Encoder encode) {
+EncoderEntry::EncoderEntry(const char* name, Encoder encode, int level) {
     ForEachCase("Encode", name,
-                [encode](benchmark::State& state, Language language, Pieces pieces) {
-                    const std::u16string text = Utf16Text(language, kTextSize);
+                [encode, level](benchmark::State& state, Language language, Pieces pieces) {
+                    const std::u16string& text = Cached<Utf16Text>(language);
+                    platform::LimitUtfKernels(level);
                     Run<char16_t, char>(state, text, pieces, kTextSize, encode);
+                    platform::LimitUtfKernels(kAnyLevel);
                 });
 }
 

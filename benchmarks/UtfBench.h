@@ -10,12 +10,14 @@ namespace bench {
 using Decoder = std::size_t (*)(const char* text, std::size_t length, char16_t* out);
 using Encoder = std::size_t (*)(const char16_t* text, std::size_t length, char* out);
 
-// Registers a converter for every language and size; a static object of this type does it.
+// Registers a converter for every language and size; a static object of this type does it. Our
+// kernels may be held to a level meanwhile.
+constexpr int kAnyLevel = 99;
 struct DecoderEntry {
-    DecoderEntry(const char* name, Decoder decode);
+    DecoderEntry(const char* name, Decoder decode, int level = kAnyLevel);
 };
 struct EncoderEntry {
-    EncoderEntry(const char* name, Encoder encode);
+    EncoderEntry(const char* name, Encoder encode, int level = kAnyLevel);
 };
 
 }  // namespace bench
