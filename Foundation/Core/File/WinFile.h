@@ -113,6 +113,10 @@ public:
 
     static void sv_SetHandleCount(unsigned int count);
 
+protected:
+    // Bytes behind pv_GetMapping(); 0 when not mapped.
+    [[nodiscard]] unsigned int MappedSize() const { return mapped_size_; }
+
 private:
     void Fail(const char* file = __builtin_FILE(), unsigned int line = __builtin_LINE()) const;
     void FailBetween(const CT_UString* target, const char* file = __builtin_FILE(),

@@ -1,0 +1,311 @@
+#include "Foundation/Database/RecordManager/RecordManager.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+#include <vector>
+
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Memory.h"
+
+namespace format = foundation::record_format;
+using format::LoadU32;
+using format::StoreU32;
+using foundation::detail::Failed;
+
+namespace {
+
+constexpr unsigned int kTableGrowth = 8;
+constexpr unsigned int kScratchGrowth = 32;
+constexpr unsigned int kMapMinimum = 0xFFFFF;
+// How far a sound file may end before its data end: the last block's unused bytes, or what a failed
+// addition took and did not write.
+constexpr unsigned int kSoundGap = 0x100000;
+
+// The tables' entries as words in the order of this machine, and as they lie in the file.
+void FromFile(std::byte* entries, std::uint32_t size) {
+    for (std::uint32_t at = 0; at < size; at += format::kWord) {
+        const std::uint32_t word = LoadU32(entries + at);
+        std::memcpy(entries + at, &word, sizeof word);
+    }
+}
+
+void ToFile(const CT_VoidArray& table, std::byte* out) {
+    const CT_Buffer* const buffer = table.pcco_GetBuffer();
+    const auto* const entries = static_cast<const std::byte*>(buffer->qcv_Get());
+    for (std::uint32_t at = 0; at < buffer->n_GetUsedSize(); at += format::kWord) {
+        std::uint32_t word;
+        std::memcpy(&word, entries + at, sizeof word);
+        StoreU32(out + at, word);
+    }
+}
+
+}  // namespace
+
+static_assert(sizeof(CT_RecordManager::st_Resource) == format::kEntrySize);
+
+CT_RecordManager::CT_RecordManager(const CT_WinFile* file)
+    : CT_WinFile(file),
+      free_table_(sizeof(FreeEntry), kTableGrowth, 0),
+      directory_(sizeof(st_Resource), si_Compare, kTableGrowth, 0),
+      scratch_(0, kScratchGrowth) {}
+
+CT_RecordManager::~CT_RecordManager() = default;
+
+void* CT_RecordManager::operator new(std::size_t size) {
+    return platform::Allocate(size);
+}
+
+void CT_RecordManager::operator delete(void* block) {
+    platform::Free(block);
+}
+
+// ---- Creating and opening -----------------------------------------------------------------------
+
+void CT_RecordManager::v_Create(unsigned int record_header_size, unsigned int block_size,
+                                unsigned int resource_max_count) {
+    if (Failed()) return;
+    const bool good = block_size >= format::kSmallestBlock &&
+                      format::DataStart(format::kCapacity, resource_max_count, block_size) <=
+                          format::kLargestFile &&
+                      format::Round(std::uint64_t{record_header_size} + format::kHeadDataAt,
+                                    block_size) <= format::kLargestFile;
+    if (!good) return SystemFailure(platform::kErrorInvalidParameter);
+    ForgetTables();
+    vv_Open(kReadWriteAccess, kCreateAlways, kShareNone, kAttributeNormal, kFlagRandomAccess);
+    if (Failed()) return;
+    FillHeader(record_header_size, block_size, resource_max_count);
+    v_Write(0, header_.data(), format::kHeaderSize);
+    if (Failed()) return CloseFailed(0);
+    open_mode_ = kModeReadWrite;
+    header_copy_ = free_copy_ = resource_copy_ = 1;
+    JudgeLayout();
+    end_is_sound_ = true;
+}
+
+void CT_RecordManager::FillHeader(unsigned int record_header_size, unsigned int block_size,
+                                  unsigned int resource_max_count) {
+    header_.fill(std::byte{0});
+    std::ranges::copy(std::as_bytes(std::span(format::kText)), header_.begin());
+    header_[format::kTextEndAt] = format::kTextEnd;
+    Put(format::kStampAt, format::kStamp);
+    Put(format::kFormatAt, format::kFormat);
+    Put(format::kBlockSizeAt, block_size);
+    Put(format::kRecordHeaderSizeAt, record_header_size);
+    Put(format::kCapacityAt, format::kCapacity);
+    Put(format::kResourceMaxCountAt, resource_max_count);
+    Put(format::kHeaderCounterAt, 1);
+    Put(format::kResourceCounterAt, 1);
+    Put(format::kFreeCounterAt, 1);
+    Put(format::kDataEndAt, static_cast<unsigned int>(DataStart()));
+}
+
+void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
+    if (Failed()) return;
+    open_mode_ = mode;
+    const bool writing = mode == kModeReadWrite;
+    vv_Open(writing ? kReadWriteAccess : kReadAccess, kOpenExisting,
+            writing ? kShareNone : kShareRead, kAttributeNormal, kFlagRandomAccess);
+    if (Failed()) return;
+    const unsigned int size = vn_GetSize();
+    // The header is judged before a mapping may extend the file: a foreign one stays as it is.
+    if (!ReadHeader()) return CloseFailed(0);
+    if (mapping == kMapAlways || (mapping == kMapSmall && b_CanMap())) {
+        v_CreateMap(kMapMinimum);
+        if (Failed()) return CloseFailed(size);
+    }
+    JudgeLayout();
+    end_is_sound_ = n_GetSize() <= size || n_GetSize() - size <= kSoundGap;
+    if (!ReadTables()) CloseFailed(size);
+}
+
+bool CT_RecordManager::ReadHeader() {
+    window_.v_SetUsedSize(0);
+    const unsigned int read = ReadAt(header_.data(), 0, format::kHeaderSize);
+    if (Failed()) return false;
+    std::fill(header_.begin() + read, header_.end(), std::byte{0});
+    header_copy_ = Get(format::kHeaderCounterAt);
+    if (read == format::kHeaderSize && Get(format::kStampAt) == format::kStamp &&
+        Get(format::kFormatAt) <= format::kFormat) {
+        return true;
+    }
+    v_SetError(format::kWrongFormat);
+    return false;
+}
+
+bool CT_RecordManager::ReadTables() {
+    if (open_mode_ == kModeReadWrite) {
+        const unsigned int counter = Get(format::kFreeCounterAt);
+        if (counter == 0 || counter != free_copy_) {
+            if (!ReadFreeTable()) return false;
+            free_copy_ = counter;
+        }
+    }
+    const unsigned int counter = Get(format::kResourceCounterAt);
+    if (counter == 0 || counter != resource_copy_) {
+        if (!ReadDirectory()) return false;
+        resource_copy_ = counter;
+    }
+    return true;
+}
+
+bool CT_RecordManager::ReadFreeTable() {
+    const unsigned int count = Get(format::kFreeCountAt);
+    free_copy_ = 0;
+    free_table_.v_Set(kTableGrowth, 0, FALSE);
+    chain_bound_ = 0xFFFFFFFF;
+    chain_end_seen_ = false;
+    if (count == 0) return true;
+    if (count > Get(format::kCapacityAt) || count > n_GetSize() / format::kEntrySize) {
+        v_SetError(format::kCorrupt);
+        return false;
+    }
+    v_Read(&scratch_, format::kFreeTableAt, count * format::kEntrySize);
+    if (Failed()) return false;
+    FromFile(static_cast<std::byte*>(scratch_.qv_Get()), scratch_.n_GetUsedSize());
+    const CT_VoidArray entries(&scratch_, sizeof(FreeEntry));
+    free_table_.v_Append(&entries, 1, CT_VoidArray::kRest);
+    return true;
+}
+
+// Keys of a sound file ascend; those of a damaged one are put in order, so that each can be found.
+bool CT_RecordManager::ReadDirectory() {
+    const unsigned int count = n_GetResourceCount();
+    const std::uint64_t at = format::DirectoryAt(Get(format::kCapacityAt));
+    resource_copy_ = 0;
+    directory_.v_Set(kTableGrowth, 0, FALSE);
+    if (count == 0) return true;
+    if (count > n_GetResourceMaxCount() ||
+        at + std::uint64_t{count} * format::kEntrySize > n_GetSize()) {
+        v_SetError(format::kCorrupt);
+        return false;
+    }
+    v_Read(&scratch_, static_cast<unsigned int>(at), count * format::kEntrySize);
+    if (Failed()) return false;
+    auto* const entries = static_cast<std::byte*>(scratch_.qv_Get());
+    FromFile(entries, scratch_.n_GetUsedSize());
+    const std::span<st_Resource> resources(reinterpret_cast<st_Resource*>(entries), count);
+    if (!std::ranges::is_sorted(resources, {}, &st_Resource::key)) {
+        std::ranges::sort(resources, {}, &st_Resource::key);
+    }
+    const CT_VoidArray sorted(&scratch_, sizeof(st_Resource));
+    directory_.v_Set(&sorted);
+    directory_.v_SetGrowth(kTableGrowth);
+    return true;
+}
+
+void CT_RecordManager::ForgetTables() {
+    free_table_.v_Set(kTableGrowth, 0, FALSE);
+    directory_.v_Set(kTableGrowth, 0, FALSE);
+    scratch_.v_SetSize(0, FALSE);
+    window_.v_SetSize(0, FALSE);
+    header_copy_ = free_copy_ = resource_copy_ = 0;
+    chain_bound_ = 0xFFFFFFFF;
+    chain_end_seen_ = false;
+}
+
+// Closes after a failed opening; a mapping that extended the file gives it its length back.
+void CT_RecordManager::CloseFailed(unsigned int length) {
+    v_CloseMap(length);
+    vv_Close();
+}
+
+// Changes need blocks that hold a free block's words, lie on block boundaries and start behind the
+// tables.
+void CT_RecordManager::JudgeLayout() {
+    const unsigned int block = n_GetBlockSize();
+    changeable_ = block >= format::kSmallestBlock && Get(format::kCapacityAt) != 0 &&
+                  DataStart() <= n_GetSize() && n_GetSize() % block == 0 &&
+                  HeadSize() <= format::kLargestFile;
+}
+
+// ---- Writing back and closing -------------------------------------------------------------------
+
+// Header, free table and directory lie one behind the other. What changed goes out in one write, so
+// that a process killed here leaves all of it as before or all of it new.
+void CT_RecordManager::v_WriteHeader() {
+    const bool header = Get(format::kHeaderCounterAt) != header_copy_;
+    const bool table = open_mode_ == kModeReadWrite && Get(format::kFreeCounterAt) != free_copy_;
+    const bool directory = Get(format::kResourceCounterAt) != resource_copy_;
+    if (!header && !table && !directory) return;
+    const unsigned int table_size = free_table_.n_GetCount() * format::kEntrySize;
+    const auto directory_at =
+        static_cast<unsigned int>(format::DirectoryAt(Get(format::kCapacityAt)));
+    const unsigned int directory_size = directory_.n_GetCount() * format::kEntrySize;
+    unsigned int start = directory_at;
+    if (table) start = format::kFreeTableAt;
+    if (header) start = 0;
+    unsigned int end = format::kHeaderSize;
+    if (table) end = format::kFreeTableAt + table_size;
+    if (directory) end = directory_at + directory_size;
+    scratch_.v_SetMinSize(end - start, FALSE);
+    scratch_.v_SetUsedSize(end - start);
+    auto* const image = static_cast<std::byte*>(scratch_.qv_Get());
+    // unused entries between table and directory keep what they hold
+    if (directory && start < directory_at) {
+        const unsigned int kept = table ? format::kFreeTableAt + table_size : format::kFreeTableAt;
+        std::memset(image + (kept - start), 0, directory_at - kept);
+        ReadAt(image + (kept - start), kept, directory_at - kept);
+        if (Failed()) return;
+    }
+    if (header) std::memcpy(image, header_.data(), format::kHeaderSize);
+    if (table) ToFile(free_table_, image + (format::kFreeTableAt - start));
+    if (directory) ToFile(*directory_.pcco_GetArray(), image + (directory_at - start));
+    v_Write(start, image, end - start);
+    if (Failed()) return;
+    header_copy_ = Get(format::kHeaderCounterAt);
+    if (table) free_copy_ = Get(format::kFreeCounterAt);
+    if (directory) resource_copy_ = Get(format::kResourceCounterAt);
+}
+
+void CT_RecordManager::v_Flush() {
+    v_WriteHeader();
+    if (Failed()) return;
+    if (b_GetMapping()) {
+        v_FlushMap();
+    } else {
+        vv_Flush();
+    }
+    Failed();
+}
+
+void CT_RecordManager::v_Close(BOOL clear) {
+    if (b_IsOpen()) {
+        v_WriteHeader();
+        if (Failed()) return;
+        if (b_GetMapping()) {
+            v_CloseMap(n_GetSize());
+            if (Failed()) return;
+        }
+        vv_Close();
+        if (Failed()) return;
+    }
+    window_.v_SetSize(0, FALSE);
+    if (clear) ForgetTables();
+}
+
+// ---- Facts --------------------------------------------------------------------------------------
+
+unsigned int CT_RecordManager::n_GetMinReference() const {
+    return n_GetBlockSize() == 0 ? 0 : static_cast<unsigned int>(DataStart() / n_GetBlockSize());
+}
+
+unsigned int CT_RecordManager::n_GetMaxReference() const {
+    return n_GetBlockSize() == 0 ? 0 : n_GetSize() / n_GetBlockSize();
+}
+
+void CT_RecordManager::v_PrintLists(const char* /*title*/, CT_TestOut* /*out*/) {}
+void CT_RecordManager::v_PrintHeader(const char* /*title*/, CT_TestOut* /*out*/) {}
+void CT_RecordManager::v_Print(const char* /*title*/, CT_TestOut* /*out*/) {}
+void CT_RecordManager::v_ConsistencyReport(const char* /*title*/, CT_TestOut* /*out*/) {}
+
+int CT_RecordManager::si_Compare(const void* a, const void* b) {
+    st_Resource left;
+    st_Resource right;
+    std::memcpy(&left, a, sizeof left);
+    std::memcpy(&right, b, sizeof right);
+    if (left.key == right.key) return 0;
+    return left.key > right.key ? 1 : -1;
+}

@@ -1,0 +1,131 @@
+// CT_RecordManager: keyed resources.
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+
+namespace format = foundation::record_format;
+using foundation::detail::Failed;
+
+// Fills in the offset; the position in the directory, 0 with error 31053 when the key is absent.
+unsigned int CT_RecordManager::n_FindResource(st_Resource* resource) {
+    const unsigned int position = directory_.n_Find(resource);
+    if (position == 0) {
+        v_SetError(format::kNoResource);
+    } else {
+        directory_.v_GetAt(resource, position);
+    }
+    return position;
+}
+
+bool CT_RecordManager::ReadResourceLength(unsigned int offset, unsigned int* length) {
+    const bool block = IsBlock(offset, format::kWord);
+    if (block) *length = n_Read(offset);
+    if (Failed()) return false;
+    if (block && *length != format::kLive && InsideData(offset, *length)) return true;
+    v_SetError(format::kCorrupt);
+    return false;
+}
+
+bool CT_RecordManager::PutResource(unsigned int offset, const CT_Buffer& data) {
+    WriteCounted(offset, static_cast<const std::byte*>(data.qcv_Get()), data.n_GetUsedSize());
+    return !Failed();
+}
+
+void CT_RecordManager::v_AddResource(unsigned int key, const CT_Buffer* data) {
+    if (!MayChange()) return;
+    if (n_GetResourceCount() >= n_GetResourceMaxCount()) {
+        return v_SetError(format::kDirectoryFull);
+    }
+    st_Resource resource{key, 0};
+    if (directory_.n_Find(&resource) != 0) return v_SetError(format::kResourceExists);
+    if (!Fits(std::uint64_t{data->n_GetUsedSize()} + format::kWord)) {
+        Failed();
+        return;
+    }
+    resource.offset = n_GetFreeBlock(data->n_GetUsedSize() + format::kWord);
+    if (Failed()) return;
+    HeaderChanged();
+    if (!PutResource(resource.offset, *data)) {
+        Abandon(resource.offset, data->n_GetUsedSize() + format::kWord);
+        Failed();
+        return;
+    }
+    directory_.v_Insert(&resource);
+    Add(format::kResourceCountAt, 1);
+    Add(format::kResourceCounterAt, 1);
+}
+
+void CT_RecordManager::v_GetResource(unsigned int key, CT_Buffer* out) {
+    if (out->n_GetUseCount() != 1) out->v_Set(0, CT_Buffer::kToEnd, FALSE);
+    out->v_SetUsedSize(0);
+    if (Failed()) return;
+    st_Resource resource{key, 0};
+    unsigned int length = 0;
+    if (n_FindResource(&resource) == 0 || !ReadResourceLength(resource.offset, &length)) {
+        Failed();
+        return;
+    }
+    if (length < format::kWord) return v_SetError(format::kCorrupt);
+    v_Read(out, resource.offset + format::kBodyDataAt, length - format::kWord);
+    Failed();
+}
+
+void CT_RecordManager::v_UpdateResource(unsigned int key, const CT_Buffer* data) {
+    if (!MayChange()) return;
+    st_Resource resource{key, 0};
+    unsigned int old = 0;
+    const unsigned int position = n_FindResource(&resource);
+    if (position == 0 || !ReadResourceLength(resource.offset, &old)) {
+        Failed();
+        return;
+    }
+    const std::uint64_t length = std::uint64_t{data->n_GetUsedSize()} + format::kWord;
+    if (Round(old) == Round(length)) {
+        if (PutResource(resource.offset, *data)) HeaderChanged();
+        return;
+    }
+    if (!Fits(length)) {
+        Failed();
+        return;
+    }
+    v_PutFreeBlock(0, resource.offset, old);
+    if (Failed()) return;
+    HeaderChanged();
+    Add(format::kResourceCounterAt, 1);
+    resource.offset = n_GetFreeBlock(static_cast<unsigned int>(length));
+    if (!Failed() && PutResource(resource.offset, *data)) {
+        return directory_.v_SetAt(&resource, position);
+    }
+    // its old block is free space now
+    directory_.v_RemoveAt(position);
+    Add(format::kResourceCountAt, -1);
+    Failed();
+}
+
+void CT_RecordManager::v_DeleteResource(unsigned int key) {
+    if (!MayChange()) return;
+    st_Resource resource{key, 0};
+    unsigned int length = 0;
+    const unsigned int position = n_FindResource(&resource);
+    if (position == 0 || !ReadResourceLength(resource.offset, &length)) {
+        Failed();
+        return;
+    }
+    v_PutFreeBlock(0, resource.offset, length);
+    if (Failed()) return;
+    directory_.v_RemoveAt(position);
+    Add(format::kResourceCountAt, -1);
+    HeaderChanged();
+    Add(format::kResourceCounterAt, 1);
+}
+
+BOOL CT_RecordManager::b_ResourceExists(unsigned int key) const {
+    const st_Resource resource{key, 0};
+    return static_cast<BOOL>(directory_.n_Find(&resource));
+}
+
+unsigned int CT_RecordManager::n_GetResourceKeyAt(unsigned int position) const {
+    if (position == 0 || position > directory_.n_GetCount()) return 0xFFFFFFFF;
+    st_Resource resource;
+    directory_.v_GetAt(&resource, position);
+    return resource.key;
+}

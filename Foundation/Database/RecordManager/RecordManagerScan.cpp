@@ -1,0 +1,112 @@
+// CT_RecordManager: finding records by scanning the data area.
+#include <algorithm>
+
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+
+namespace format = foundation::record_format;
+using foundation::detail::Failed;
+
+namespace {
+
+constexpr unsigned int kWindow = 0x10000;
+constexpr unsigned int kLongestSkip = 65536;
+constexpr unsigned int kRobustMaximum = 102400;
+
+}  // namespace
+
+// Reads ahead from the offset on; the window is then empty only at the end of the file.
+bool CT_RecordManager::FillWindow(unsigned int offset) {
+    window_.v_SetMinSize(kWindow, FALSE);
+    window_.v_SetUsedSize(0);  // nothing is at hand while reading
+    const unsigned int count = std::min(kWindow, n_GetSize() - offset);
+    const unsigned int read = ReadAt(window_.qv_Get(), offset, count);
+    if (Failed()) return false;
+    window_.v_SetUsedSize(read);
+    window_offset_ = offset;
+    return true;
+}
+
+// The word at an offset inside the data area. False at the end of the file and after a failure.
+bool CT_RecordManager::WordAt(unsigned int offset, unsigned int* word) {
+    const std::byte* at = AtHand(offset, format::kWord);
+    if (at == nullptr) {
+        if (b_GetMapping() || !FillWindow(offset)) return false;
+        at = AtHand(offset, format::kWord);
+        if (at == nullptr) return false;
+    }
+    *word = format::LoadU32(at);
+    return true;
+}
+
+// Behind a head of several blocks the scan goes on behind all of them.
+std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
+    const unsigned int block = n_GetBlockSize();
+    const std::uint64_t start = DataStart();
+    if (cursor == 0) return start;
+    const std::uint64_t at = std::uint64_t{cursor} * block;
+    if (HeadSize() == block || at < start + block || at - block >= n_GetSize()) return at;
+    unsigned int word = 0;
+    return WordAt(static_cast<unsigned int>(at - block), &word) && word == format::kLive
+               ? at - block + HeadSize()
+               : at;
+}
+
+// Moves the scan to the next live head, which may be where it stands.
+bool CT_RecordManager::FindHead(Scan* scan) {
+    const unsigned int block = n_GetBlockSize();
+    while (scan->at + format::kWord <= n_GetSize()) {
+        unsigned int word = 0;
+        if (!WordAt(static_cast<unsigned int>(scan->at), &word)) return false;
+        if (word == format::kLive) return true;
+        std::uint64_t step = block;
+        if (scan->footing) {
+            const std::uint64_t size = Round(word);
+            scan->footing = word != 0 && size <= kLongestSkip;
+            if (scan->footing) step = size;
+        }
+        scan->at += step;
+    }
+    return false;
+}
+
+unsigned int CT_RecordManager::NextRecord(unsigned int cursor, CT_Buffer* out, bool robust) {
+    if (Failed()) return 0;
+    const unsigned int block = n_GetBlockSize();
+    Scan scan{StartOf(cursor), !robust};
+    while (FindHead(&scan)) {
+        const auto reference = static_cast<unsigned int>(scan.at / block);
+        if (out == nullptr) return reference + 1;
+        v_GetRecord(reference, out, robust ? kRobustMaximum : 0);
+        if (!foundation::detail::ErrorIsSet()) return reference + 1;
+        foundation::detail::ClearError();
+        scan.at += block;
+    }
+    Failed();
+    return 0;
+}
+
+unsigned int CT_RecordManager::n_GetNextRecord(unsigned int cursor, CT_Buffer* out) {
+    return NextRecord(cursor, out, false);
+}
+
+unsigned int CT_RecordManager::n_GetNextRecordRobust(unsigned int cursor, CT_Buffer* out) {
+    return NextRecord(cursor, out, true);
+}
+
+BOOL CT_RecordManager::b_IsCorrupt() {
+    if (Failed() || open_mode_ == kModeRead) return FALSE;
+    const unsigned int block = n_GetBlockSize();
+    CT_Buffer record(0, CT_Buffer::kDefaultGrowth);
+    unsigned int count = 0;
+    Scan scan{DataStart(), true};
+    while (FindHead(&scan)) {
+        v_GetRecord(static_cast<unsigned int>(scan.at / block), &record, 0);
+        const bool read = !foundation::detail::ErrorIsSet();
+        if (!read) foundation::detail::ClearError();
+        count += read ? 1 : 0;
+        scan.at += read ? HeadSize() : block;
+    }
+    if (Failed()) return FALSE;
+    return count != n_GetRecordCount() ? TRUE : FALSE;
+}
