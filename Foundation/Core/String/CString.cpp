@@ -138,7 +138,9 @@ int CT_CString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
         return Core::Compare(Core::Tail(View(*this), at), Core::Tail(View(*narrow), from), length);
     }
     const auto* const wide = As<CT_UString>(other);
-    return vi_Compare(wide == nullptr ? u"" : wide->qcuz_Get() + from, length, at);
+    if (wide == nullptr) return vi_Compare("", length, at);
+    using Wide = foundation::detail::StringCore<char16_t>;
+    return vi_Compare(Wide::Tail(View(*wide), from).data(), length, at);
 }
 
 int CT_CString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint32_t at) const {

@@ -151,15 +151,15 @@ public:
         if (header == nullptr || character == 0) return v_AppendSlow(character);
         // Neither size changes while the block is shared, so they may be read before that is asked.
         const std::uint32_t used = header->used_size;
-        const std::uint32_t room = header->maximum_size - used;
-        if (used == 0 || room < sizeof(char) ||
+        const std::uint32_t size = used + static_cast<std::uint32_t>(sizeof(char));
+        if (size > header->maximum_size || used == 0 ||
             header->use_count.load(std::memory_order_acquire) != 1) {
             return v_AppendSlow(character);
         }
         auto* const end = reinterpret_cast<char*>(reinterpret_cast<std::byte*>(header + 1) + used);
         end[-1] = character;
         end[0] = 0;
-        header->used_size = used + static_cast<std::uint32_t>(sizeof(char));
+        header->used_size = size;
     }
     void v_Append(const char* text, std::uint32_t length = kToEnd);
     void v_Append(const CT_CString* text);

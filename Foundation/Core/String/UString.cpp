@@ -142,7 +142,9 @@ int CT_UString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
         return Core::Compare(Core::Tail(View(*this), at), Core::Tail(View(*wide), from), length);
     }
     const auto* const narrow = As<CT_CString>(other);
-    return vi_Compare(narrow == nullptr ? "" : narrow->qccz_Get() + from, length, at);
+    if (narrow == nullptr) return vi_Compare(u"", length, at);
+    using Narrow = foundation::detail::StringCore<char>;
+    return vi_Compare(Narrow::Tail(View(*narrow), from).data(), length, at);
 }
 
 int CT_UString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint32_t at) const {
