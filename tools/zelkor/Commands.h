@@ -1,0 +1,16 @@
+// The commands of the command line. Each adds its options to the application and runs when it is
+// chosen; a failed run throws Failure.
+#ifndef TOOLS_ZELKOR_COMMANDS_H
+#define TOOLS_ZELKOR_COMMANDS_H
+
+#include <CLI/App.hpp>
+
+namespace zelkor {
+
+void AddWordListCommand(CLI::App& app);
+void AddConvertCommand(CLI::App& app);
+void AddEncodingCommand(CLI::App& app);
+
+}  // namespace zelkor
+
+#endif

@@ -1,0 +1,60 @@
+// What the commands share: text between the terminal's UTF-8 and the library's strings, failures
+// that end a command, and a progress bar.
+#ifndef TOOLS_ZELKOR_CONSOLE_H
+#define TOOLS_ZELKOR_CONSOLE_H
+
+#include <Foundation/Core/String/UString.h>
+
+#include <chrono>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace zelkor {
+
+// Ends a command with a message (empty: none) and an exit status: 1, the work failed; 2, bad usage.
+class Failure : public std::runtime_error {
+public:
+    explicit Failure(const std::string& message, int status = 1)
+        : std::runtime_error(message), status_(status) {}
+    [[nodiscard]] int status() const { return status_; }
+
+private:
+    int status_;
+};
+
+[[nodiscard]] CT_UString FromUtf8(std::string_view text);
+[[nodiscard]] std::string ToUtf8(const CT_UString& text);
+
+// Throws the thread's recorded error, if there is one, as a Failure: "(code): message", with the
+// source locations it passed through when the user asked for them. Clears it.
+void ThrowRecordedError();
+void ShowLocations(bool show);
+
+// A bar on the standard error when that is a terminal and the work takes longer than a second.
+class Progress {
+public:
+    Progress(std::string what, std::uint64_t total);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void Advance(std::uint64_t done);
+
+private:
+    void Draw(std::uint64_t done);
+
+    std::string what_;
+    std::uint64_t total_;
+    bool terminal_;
+    bool drawn_ = false;
+    std::chrono::steady_clock::time_point next_;
+};
+
+// "1,234,567"
+[[nodiscard]] std::string Grouped(std::uint64_t number);
+
+}  // namespace zelkor
+
+#endif

@@ -1,0 +1,57 @@
+// The command line of the library. Exit status: 0 done, 1 the work failed, 2 bad usage.
+#include <Foundation/Core/Frame/SmartHeap.h>
+#include <Foundation/Core/Version/AppVersion.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+
+#include "Commands.h"
+#include "Console.h"
+
+namespace {
+
+void PrintVersion() {
+    const CT_AppVersion version;
+    std::printf("Zelkor Foundation %s\n%s\n",
+                zelkor::ToUtf8(*version.pcco_GetProductVersion()).c_str(),
+                zelkor::ToUtf8(*version.pcco_GetProductEdition()).c_str());
+}
+
+int Run(int argc, char** argv) {
+    CLI::App app("Word lists, text encodings and files, with the Zelkor Foundation library.",
+                 "zelkor");
+    app.require_subcommand(1);
+    app.add_flag_callback(
+        "-v,--verbose", [] { zelkor::ShowLocations(true); },
+        "Show the source locations that an error passed through");
+    app.fallthrough();
+    zelkor::AddWordListCommand(app);
+    zelkor::AddConvertCommand(app);
+    zelkor::AddEncodingCommand(app);
+    app.add_subcommand("version", "Print the product version and edition.")->callback(PrintVersion);
+    app.footer("Exit status: 0 done, 1 the work failed, 2 bad usage.");
+    try {
+        app.parse(argc, argv);
+        return 0;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : 2;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const zelkor::Failure& failure) {
+        if (*failure.what() != 0) std::fprintf(stderr, "zelkor: %s\n", failure.what());
+        return failure.status();
+    } catch (const CT_SmartHeapException&) {
+        std::fputs("zelkor: out of memory\n", stderr);
+        return 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "zelkor: %s\n", error.what());
+        return 1;
+    }
+}
