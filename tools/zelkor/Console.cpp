@@ -74,8 +74,12 @@ void Progress::Draw(std::uint64_t done) {
 }
 
 std::string Grouped(std::uint64_t number) {
-    std::string text = std::to_string(number);
-    for (std::size_t i = text.size(); i > 3; i -= 3) text.insert(i - 3, ",");
+    const std::string digits = std::to_string(number);
+    std::string text;
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i != 0 && (digits.size() - i) % 3 == 0) text += ',';
+        text += digits[i];
+    }
     return text;
 }
 

@@ -207,12 +207,13 @@ void AddBuild(CLI::App& parent) {
     command->add_flag("--comments", options->comments, "Pass over lines that begin with #");
     CLI::Option* narrow = command->add_flag("--narrow", options->narrow,
                                             "One byte a character, in an 8-bit code page");
-    command->add_flag("--wide", "Two bytes a character, UTF-16 (default)")->excludes(narrow);
+    auto wide = std::make_shared<bool>(true);
+    command->add_flag("--wide", *wide, "Two bytes a character, UTF-16 (default)")->excludes(narrow);
     command->add_flag("--short-offsets", options->short_offsets,
                       "2-byte offsets: smaller, for lists of up to about 64 KiB");
     command->add_option("--from", options->from,
                         "Encoding of inputs without a byte-order mark (default: UTF-8)");
-    command->callback([options] {
+    command->callback([options, wide] {
         if (options->output.empty()) options->output = options->inputs.front() + ".list";
         Build(*options);
     });
