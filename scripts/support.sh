@@ -32,9 +32,11 @@ require_packages() {
 build() {
     local preset=$1
     shift
-    local launcher=()
-    if command -v ccache >/dev/null; then launcher=(-D CMAKE_CXX_COMPILER_LAUNCHER=ccache); fi
+    local options=()
+    # A folder configured before keeps its generator.
+    [ -f "build/$preset/CMakeCache.txt" ] || options+=(-G Ninja)
+    if command -v ccache >/dev/null; then options+=(-D CMAKE_CXX_COMPILER_LAUNCHER=ccache); fi
     say "Building $preset"
-    cmake --preset "$preset" -G Ninja "${launcher[@]}" >/dev/null
+    cmake --preset "$preset" "${options[@]}" >/dev/null
     cmake --build "build/$preset" -j "${ZELKOR_JOBS:-$(nproc)}" "$@"
 }

@@ -40,6 +40,7 @@ void Run(const std::vector<std::string>& files) {
             std::printf("%s\t%s\t%s\n", name.c_str(), Describe(guess).c_str(),
                         mark == nullptr ? "no byte-order mark" : mark);
         } catch (const Failure& failure) {
+            std::fflush(stdout);
             std::fprintf(stderr, "zelkor: %s\n", failure.what());
             failed = true;
         }
