@@ -1,24 +1,14 @@
 // CT_Buffer: editing, searching and comparing, table by table.
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <random>
-#include <string>
-#include <string_view>
 
-#include "Foundation/Core/Buffer/Buffer.h"
+#include "Core/Buffer/BufferTexts.h"
 
 namespace {
 
-constexpr std::uint32_t kAll = 0xFFFFFFFF;
-
-CT_Buffer Make(std::string_view text) {
-    return CT_Buffer(text.data(), static_cast<std::uint32_t>(text.size()), 32);
-}
-
-std::string Content(const CT_Buffer& buffer) {
-    return std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize());
-}
+using test::Content;
+using test::kAll;
+using test::Make;
 
 const char* Own(const CT_Buffer& buffer) {
     return static_cast<const char*>(buffer.qcv_Get());

@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <optional>
-#include <string>
-
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UStringWrapper.h"
 
