@@ -21,10 +21,10 @@ class FileTest : public ::testing::Test {
 protected:
     ~FileTest() override { platform::ClearFileFaults(); }
 
-    [[nodiscard]] CT_UString Name(std::u16string_view leaf) const {
+    CT_UString Name(std::u16string_view leaf) const {
         return CT_UString(folder_.Name(leaf).c_str());
     }
-    [[nodiscard]] std::string Get(std::u16string_view leaf) const {
+    std::string Get(std::u16string_view leaf) const {
         return folder_.Has(leaf) ? folder_.Read(leaf) : "(missing)";
     }
     static void Open(CT_WinFile& file, unsigned int access, unsigned int mode,
@@ -33,13 +33,12 @@ protected:
                      static_cast<CT_File::et_Share>(share), 0x01, 0);
     }
     // A file "file" with this content, opened.
-    [[nodiscard]] std::unique_ptr<CT_WinFile> Opened(std::string_view content, unsigned int access,
-                                                     unsigned int mode = 1,
-                                                     unsigned int share = 0) const {
+    std::unique_ptr<CT_WinFile> Opened(std::string_view content, unsigned int access,
+                                       unsigned int share = 0) const {
         folder_.Write(u"file", content);
         const CT_UString name = Name(u"file");
         auto file = std::make_unique<CT_WinFile>(&name, 16384);
-        Open(*file, access, mode, share);
+        Open(*file, access, 1, share);
         return file;
     }
     static std::string Read(CT_WinFile& file, unsigned int count) {

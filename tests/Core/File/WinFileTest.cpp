@@ -1,8 +1,6 @@
 #include "Foundation/Core/File/WinFile.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <ctime>
 
 #include "Core/File/FileFixture.h"
 #include "Foundation/Platform/LastError.h"
@@ -24,13 +22,11 @@ TEST_F(WinFileTest, NamePartsFollowEachOther) {
     EXPECT_EQ(Utf8(file.pcco_GetFullName()->qcuz_Get()), "C:C:\\new.c.b");
     EXPECT_EQ(file.n_GetBufferSize(), 1024u);
     file.vv_Set(file.pcco_GetName(), 1025);  // a part of its own
-    CT_WinFile other(&file);
-    other.vv_Set(&other);
-    other.v_FullPath();
-    EXPECT_EQ(Utf8(other.pcco_GetName()->qcuz_Get()), "new");
-    EXPECT_EQ(Utf8(other.pcco_GetExtension()->qcuz_Get()), ".c");
-    EXPECT_EQ(other.pcco_GetDrive()->n_GetLength(), 2u);
-    EXPECT_EQ(other.n_GetBufferSize(), 2048u);
+    file.vv_Set(&file);
+    file.v_FullPath();
+    EXPECT_EQ(Utf8(file.pcco_GetName()->qcuz_Get()), "new");
+    EXPECT_EQ(file.pcco_GetDrive()->n_GetLength(), 2u);
+    EXPECT_EQ(file.n_GetBufferSize(), 2048u);
 }
 
 TEST_F(WinFileTest, ModesOfOpening) {
@@ -39,22 +35,26 @@ TEST_F(WinFileTest, ModesOfOpening) {
         unsigned int access, mode, share, error, offset;
         const char* after;
     };
-    const Case cases[] = {{"0123456789", 1, 1, 0, 0, 0, "0123456789"},
-                          {nullptr, 1, 1, 0, 2, 0, "(missing)"},
-                          {"0123456789", 2, 2, 0, 0, 0, ""},
-                          {nullptr, 2, 2, 0, 0, 0, ""},
-                          {"0123456789", 2, 3, 0, 0, 10, "0123456789"},
-                          {nullptr, 3, 3, 0, 0, 0, ""},
-                          {"0123456789", 0, 1, 0, 0, 0, "0123456789"},
-                          {"x", 4, 1, 0, 87, 0, "x"},
-                          {"x", 2, 0, 0, 87, 0, "x"},
-                          {"x", 2, 4, 0, 87, 0, "x"},
-                          {"x", 1, 1, 4, 87, 0, "x"}};
+    const Case cases[] = {
+        {"0123456789", 1, 1, 0, 0, 0, "0123456789"},
+        {nullptr, 1, 1, 0, 2, 0, "(missing)"},
+        {"0123456789", 2, 2, 0, 0, 0, ""},
+        {"0123456789", 2, 3, 0, 0, 10, "0123456789"},
+        {nullptr, 3, 3, 0, 0, 0, ""},
+        {"x", 4, 1, 0, 87, 0, "x"},
+        {"x", 2, 4, 0, 87, 0, "x"},
+        {"x", 1, 1, 4, 87, 0, "x"},
+    };
+    const CT_UString name = Name(u"file");
+    CT_WinFile missing(&name, 0);
+    Open(missing, 1, 1);
+    EXPECT_TRUE(test::TakeError(
+        2, u"(2): The system cannot find the file specified. [" + folder_.Name(u"file") + u"]",
+        "File/WinFile.cpp"));
     for (const Case& row : cases) {
         SCOPED_TRACE(::testing::Message() << row.access << row.mode << row.share);
         folder_.Remove(u"file");
         if (row.content != nullptr) folder_.Write(u"file", row.content);
-        const CT_UString name = Name(u"file");
         CT_WinFile file(&name, 16384);
         platform::SetLastError(77);
         Open(file, row.access, row.mode, row.share);
@@ -65,12 +65,6 @@ TEST_F(WinFileTest, ModesOfOpening) {
         EXPECT_EQ(file.vn_GetOffset(), row.offset);
         EXPECT_EQ(Get(u"file"), row.after);
     }
-    const CT_UString missing = Name(u"missing");
-    CT_WinFile file(&missing, 0);
-    Open(file, 1, 1);
-    EXPECT_TRUE(test::TakeError(
-        2, u"(2): The system cannot find the file specified. [" + folder_.Name(u"missing") + u"]",
-        "File/WinFile.cpp"));
 }
 
 TEST_F(WinFileTest, BothStylesOfNamesOpen) {
@@ -93,45 +87,19 @@ TEST_F(WinFileTest, ChangingDirectionReturnsToTheOffset) {
     EXPECT_EQ(Read(*file, 2), "01");
     EXPECT_EQ(Read(*file, 2), "23");
     EXPECT_EQ(file->vn_Write("ab", 2), 2u);
-    EXPECT_EQ(Read(*file, 1), "6");
-    EXPECT_EQ(platform::ClearFileFaults(platform::FileCall::kSeek), 3u);
-    EXPECT_FALSE(file->vb_IsEof());
-    EXPECT_EQ(Read(*file, 100), "789");
-    EXPECT_TRUE(file->vb_IsEof());
-    EXPECT_EQ(Read(*file, 100), "");
-    EXPECT_EQ(Get(u"file"), "0123ab6789");
-}
-
-TEST_F(WinFileTest, SeeksAndRefusesNegativePositions) {
-    struct Case {
-        unsigned int origin;
-        int distance;
-        unsigned int error, offset;
-    };
-    const auto file = Opened("0123456789", 1);
-    const Case cases[] = {{0, 3, 0, 3},    {1, 4, 0, 7},  {1, -2, 0, 5},    {1, -6, 131, 5},
-                          {0, -1, 131, 5}, {2, -1, 0, 9}, {2, -11, 131, 9}, {2, 5, 0, 15},
-                          {3, 0, 87, 15},  {0, 1, 0, 1}};
-    for (const Case& row : cases) {
-        Seek(*file, row.origin, row.distance);
-        EXPECT_EQ(Taken(), row.error) << row.origin << " " << row.distance;
-        EXPECT_EQ(file->vn_GetOffset(), row.offset) << row.origin << " " << row.distance;
-    }
-    EXPECT_EQ(Read(*file, 2), "12");
-}
-
-TEST_F(WinFileTest, BuffersAreReadAndWritten) {
-    const auto file = Opened("0123456789", 3);
     CT_Buffer buffer("before", 6, 32);
-    const CT_Buffer shared(&buffer), empty;
-    EXPECT_EQ(file->n_Read(&buffer, 0), 0u);
-    EXPECT_EQ(buffer.n_GetUsedSize(), 6u);
-    EXPECT_EQ(file->n_Read(&buffer, 100), 10u);
-    EXPECT_EQ(buffer.n_GetUsedSize(), 10u);
-    EXPECT_EQ(file->n_Write(&buffer, 3), 3u);
-    EXPECT_EQ(file->n_Write(&shared, 0xFFFFFFFF), 6u);
-    EXPECT_EQ(file->n_Write(&empty, 0xFFFFFFFF), 0u);
-    EXPECT_EQ(Get(u"file"), "0123456789012before");
+    const CT_Buffer shared(&buffer);
+    EXPECT_FALSE(file->vb_IsEof());
+    EXPECT_EQ(file->n_Read(&buffer, 100), 4u);
+    EXPECT_EQ(platform::ClearFileFaults(platform::FileCall::kSeek), 3u);
+    EXPECT_TRUE(file->vb_IsEof() && buffer.n_GetUsedSize() == 4);
+    EXPECT_EQ(file->n_Write(&buffer, 3) + file->n_Write(&shared, 0xFFFFFFFF), 9u);
+    EXPECT_EQ(Get(u"file"), "0123ab6789678before");
+    Seek(*file, 2, -4);
+    EXPECT_CT_ERROR(131, Seek(*file, 1, -20));
+    EXPECT_CT_ERROR(131, Seek(*file, 0, -1));
+    EXPECT_CT_ERROR(87, Seek(*file, 3, 0));
+    EXPECT_EQ(Read(*file, 9), "fore");
 }
 
 TEST_F(WinFileTest, MappingGrowsInWholeMebibytesAndIsCutBack) {
@@ -152,13 +120,11 @@ TEST_F(WinFileTest, MappingGrowsInWholeMebibytesAndIsCutBack) {
     Seek(*file, 0, static_cast<int>(2 * kMiB) - 1);
     EXPECT_EQ(Read(*file, 10).size(), 1u);
     EXPECT_EQ(Read(*file, 10).size(), 0u);
-    file->v_FlushMap();
     file->v_CloseMap(0);
-    EXPECT_EQ(file->vn_GetSize(), 2 * kMiB);
-
     Seek(*file, 0, static_cast<int>(kMiB));
     file->v_CreateMap(0xFFFFFFFF);
     EXPECT_EQ(file->vn_Write("CD", 2), 2u);
+    file->v_FlushMap();
     file->v_CloseMap(0);
     EXPECT_EQ(file->vn_Write("!", 1), 1u);  // goes on where the mapped transfer ended
     file->v_CreateMap(0);
@@ -170,8 +136,6 @@ TEST_F(WinFileTest, MappingGrowsInWholeMebibytesAndIsCutBack) {
 TEST_F(WinFileTest, MappingForReadingIsTheFileAsItIs) {
     auto file = Opened("0123456789", 1);
     file->v_CreateMap(5000);
-    ASSERT_TRUE(file->b_GetMapping());
-    EXPECT_EQ(std::string(static_cast<const char*>(file->pv_GetMapping()), 10), "0123456789");
     EXPECT_CT_ERROR(5, file->vn_Write("x", 1));
     EXPECT_EQ(Read(*file, 20), "0123456789");
     file->v_CloseMap(3);  // must not cut
@@ -198,10 +162,8 @@ TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
     struct _stat information;
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB);
     CT_WinFile file(&name, 0);
-    for (const unsigned int mode : {1u, 3u}) EXPECT_CT_ERROR(223, Open(file, 3, mode));
-    EXPECT_FALSE(file.b_IsOpen());
+    EXPECT_CT_ERROR(223, Open(file, 3, 1));
     EXPECT_CT_ERROR(27, file.v_GetFileInformation(&information));
-
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB - 3);
     Open(file, 3, 3);
     EXPECT_EQ(file.vn_GetOffset(), 0xFFFFFFFDu);
@@ -217,41 +179,21 @@ TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
 TEST_F(WinFileTest, RenamesRemovesAndCopiesByName) {
     folder_.Write(u"file", "content");
     folder_.Write(u"copy", "longer than the content");
-    const CT_UString name = Name(u"file"), copy = Name(u"copy"), none = Name(u"none/x");
-    const CT_UString renamed = Name(u"renamed");
+    const CT_UString name = Name(u"file"), copy = Name(u"copy"), renamed = Name(u"renamed");
     CT_WinFile file(&name, 1024);
-    EXPECT_CT_ERROR(183, file.vv_Rename(&copy));
+    EXPECT_CT_MESSAGE(183,
+                      u"(183): Cannot create a file when that file already exists. [" +
+                          folder_.Name(u"file") + u" : " + folder_.Name(u"copy") + u"]",
+                      file.vv_Rename(&copy));
     file.v_CopyFile(&copy);
-    EXPECT_EQ(Get(u"copy"), "content");
-    EXPECT_CT_MESSAGE(3,
-                      u"(3): The system cannot find the path specified. [" + folder_.Name(u"file") +
-                          u" : " + folder_.Name(u"none/x") + u"]",
-                      file.vv_Rename(&none));
     file.vv_Rename(&renamed);
+    EXPECT_EQ(Get(u"copy") + Get(u"renamed") + Get(u"file"), "contentcontent(missing)");
     EXPECT_EQ(file.pcco_GetFullName()->vi_Compare(&renamed), 0);
     EXPECT_EQ(file.n_GetBufferSize(), 16384u);
-    EXPECT_EQ(Get(u"renamed") + Get(u"file"), "content(missing)");
     file.vv_Remove();
     EXPECT_EQ(Get(u"renamed"), "(missing)");
     EXPECT_CT_ERROR(2, file.vv_Remove());
     EXPECT_CT_ERROR(2, file.v_CopyFile(&copy));
-}
-
-TEST_F(WinFileTest, AppendsInBlocksOfAnySize) {
-    const CT_UString source_name = Name(u"source"), target_name = Name(u"target");
-    const std::string content(1000, 's');
-    folder_.Write(u"source", content);
-    CT_WinFile source(&source_name, 0), target(&target_name, 0);
-    std::string expected;  // the first makes the file
-    for (const unsigned int block : {16384u, 1u, 7u, 999u, 1000u, 1001u}) {
-        target.v_Append(&source, block);
-        EXPECT_FALSE(source.b_IsOpen() || target.b_IsOpen());
-        EXPECT_EQ(Get(u"target"), expected += content);
-    }
-    CT_WinFile same(&target_name, 0);
-    EXPECT_CT_ERROR(32, target.v_Append(&target, 16384));
-    EXPECT_CT_ERROR(32, target.v_Append(&same, 16384));
-    EXPECT_EQ(Get(u"target"), expected);
 }
 
 TEST_F(WinFileTest, AttributesAndInformation) {
@@ -270,12 +212,10 @@ TEST_F(WinFileTest, AttributesAndInformation) {
     file.v_GetFileInformation(&information);
     EXPECT_EQ(by_handle.nFileSizeLow + information.st_size, 8u);
     EXPECT_EQ(information.st_mode & 0xF000, 0x8000);
-    EXPECT_LE(std::abs(information.st_mtime - std::time(nullptr)), 5);
     file.vv_Close();
     EXPECT_EQ(file.n_GetOpenAttribut() | file.n_GetOpenFlag(), 0u);
     EXPECT_CT_ERROR(6, file.vv_Close());
-    EXPECT_CT_ERROR(2, file.v_SetAttributes(0x80));  // it was deleted on closing
-    EXPECT_EQ(file.n_GetAttributes(), 0xFFFFFFFFu);
+    EXPECT_EQ(file.n_GetAttributes(), 0xFFFFFFFFu);  // it was deleted on closing
     EXPECT_EQ(Taken(), 2u);
     EXPECT_CT_MESSAGE(2, u"(2): File \"" + folder_.Name(u"file") + u"\": _wstat returned error 2",
                       file.v_GetFileInformation(&information));
