@@ -67,7 +67,9 @@ BOOL CT_FileStream::b_IsEof() const {
 }
 
 unsigned int CT_FileStream::n_Read(unsigned char* target, unsigned int count) {
-    if (file_->vb_IsEof()) return 0;
+    // At its end a readable file reads nothing anyway; asking for the end costs a look-up by name.
+    const bool readable = (file_->ec_GetOpenAccess() & CT_File::kReadAccess) != 0;
+    if (!readable && file_->vb_IsEof()) return 0;
     const unsigned int read = file_->vn_Read(target, count);
     return Failed() ? 0 : read;
 }

@@ -272,7 +272,7 @@ void CT_UString::v_Insert(const CT_UString* text, std::uint32_t length, std::uin
     v_StringInsert(inserted.data(), static_cast<std::uint32_t>(inserted.size()), at);
 }
 
-void CT_UString::v_Replace(const char16_t* text, std::uint32_t length, std::uint32_t at) {
+void CT_UString::v_ReplaceSlow(const char16_t* text, std::uint32_t length, std::uint32_t at) {
     v_StringReplace(text, length, at);
 }
 

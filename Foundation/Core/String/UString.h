@@ -6,6 +6,7 @@
 #include <concepts>
 #include <cstdarg>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -151,7 +152,19 @@ public:
     void v_Insert(const char16_t* text, std::uint32_t length, std::uint32_t at);
     void v_Insert(const CT_UString* text, std::uint32_t length, std::uint32_t at);
     // Writes the text at `at` and ends the string right after it.
-    void v_Replace(const char16_t* text, std::uint32_t length, std::uint32_t at);
+    void v_Replace(const char16_t* text, std::uint32_t length, std::uint32_t at) {
+        auto* header = Header();
+        const std::uint64_t size = 2 * (std::uint64_t{at} + length + 1);
+        if (header == nullptr || text == nullptr || length == 0 || size > header->maximum_size ||
+            header->use_count.load(std::memory_order_acquire) != 1) {
+            v_ReplaceSlow(text, length, at);
+            return;
+        }
+        auto* units = const_cast<char16_t*>(Units());
+        std::memmove(units + at, text, 2 * std::size_t{length});
+        units[at + length] = 0;
+        header->used_size = static_cast<std::uint32_t>(size);
+    }
     void v_Replace(const CT_UString* text, std::uint32_t from, std::uint32_t length,
                    std::uint32_t at);
     // As vv_Format.
@@ -187,6 +200,7 @@ private:
     [[nodiscard]] int i_ComparePart(const CT_String* other, std::uint32_t from,
                                     std::uint32_t length, std::uint32_t at) const;
     void v_AppendSlow(char16_t character);
+    void v_ReplaceSlow(const char16_t* text, std::uint32_t length, std::uint32_t at);
 
     // Only a string without a block can be the prototype; others skip the question.
     void v_LeavePrototype() noexcept;

@@ -11,10 +11,24 @@ namespace {
 // How much of a page is Latin-1 both ways; the values of TablePage::identity.
 enum Identity : std::uint8_t { kNone, kAscii, kLatin };
 
+constexpr unsigned int kSingleBytes = 256;
+
 // Whether the byte was decoded from a row, and not refused by strict decoding.
 bool IsDefined(const TablePage& page, const char16_t* units, unsigned char byte) noexcept {
     const char16_t unit = units[byte];
     return !IsPrivateUse(unit) && (unit != page.default_unit || byte == page.default_code);
+}
+
+// Whether strict decoding refuses the text. A text longer than the page is judged by the page
+// first: most pages define every byte.
+bool IsRefused(const TablePage& page, const char16_t* units, const Decoding& call) noexcept {
+    const auto defined = [&](unsigned char byte) { return IsDefined(page, units, byte); };
+    if (call.length > kSingleBytes) {
+        unsigned int byte = 0;
+        while (byte < kSingleBytes && defined(static_cast<unsigned char>(byte))) ++byte;
+        if (byte == kSingleBytes) return false;
+    }
+    return !std::all_of(call.text, call.text + call.length, defined);
 }
 
 // Encodes unit by unit. Held by value where blocks are written: stores of bytes might change what a
@@ -116,11 +130,7 @@ std::size_t EncodeBlocks(SingleEncoder&, const char16_t*, std::size_t, unsigned 
 
 Outcome DecodeSingleByte(const TablePage& page, const Decoding& call) noexcept {
     const char16_t* units = kSingleUnits + page.single_units;
-    if (call.strict && !std::all_of(call.text, call.text + call.length, [&](unsigned char byte) {
-            return IsDefined(page, units, byte);
-        })) {
-        return {0, kErrorNoUnicodeTranslation};
-    }
+    if (call.strict && IsRefused(page, units, call)) return {0, kErrorNoUnicodeTranslation};
     if (call.out == nullptr) return {call.length, kErrorSuccess};
 
     const std::size_t count = std::min(call.length, call.capacity);
