@@ -62,21 +62,28 @@ void Remove(const char* path, const FileIdentity& identity) noexcept {
 
 }  // namespace
 
-bool KeepPath(Object* file, const char* path) noexcept {
+char* AbsolutePath(const char* path) noexcept {
     char folder[kMaxNativePath] = "";
-    if (*path != '/' && getcwd(folder, sizeof folder) == nullptr) return FailWithErrno();
+    if (*path != '/' && getcwd(folder, sizeof folder) == nullptr) {
+        FailWithErrno();
+        return nullptr;
+    }
     const std::size_t folder_length = std::strlen(folder);
     const std::size_t path_length = std::strlen(path);
     char* kept = AllocateText(folder_length + path_length + 2);
-    if (kept == nullptr) return Fail(kErrorNotEnoughMemory);
+    if (kept == nullptr) {
+        SetLastError(kErrorNotEnoughMemory);
+        return nullptr;
+    }
     std::memcpy(kept, folder, folder_length);
     kept[folder_length] = '/';
     std::memcpy(kept + folder_length + 1, path, path_length + 1);
-    file->path = kept;
-    return true;
+    return kept;
 }
 
 bool CloseFile(Object* file) noexcept {
+    // From here on nobody finds the file among the open ones: its marks are about to vanish.
+    const std::uintptr_t handle = Retire(file);
     int result = 0;
     if (!file->broken) {
         ReleaseRanges(file);
@@ -88,9 +95,10 @@ bool CloseFile(Object* file) noexcept {
         file->broken = true;
         file->readable = file->writable = false;
         file->descriptor = -1;
-        return FailWithErrno();
+        const int error = errno;
+        Revive(file, handle);
+        return FailWithErrno(error);
     }
-    Retire(file);
     if (file->delete_on_close && !HandOver(file)) Remove(file->path, file->identity);
     Free(file->path);
     file->path = nullptr;

@@ -41,8 +41,9 @@ void StoreAttributes(int descriptor, std::uint32_t attributes) noexcept;
 // Takes the file away for a handle that was to do so when closed: hands the task to another open
 // handle of this process, or removes the name if it still is this file's.
 void RemoveWhenLast(const char* path, const FileIdentity& identity) noexcept;
-// Keeps the path for that, absolute; false with the last error set when memory is short.
-[[nodiscard]] bool KeepPath(Object* file, const char* path) noexcept;
+// The absolute form of the path as a block of its own; null with the last error set when memory is
+// short.
+[[nodiscard]] char* AbsolutePath(const char* path) noexcept;
 
 struct Times {
     FILETIME creation, access, write;

@@ -7,10 +7,12 @@
 
 #include <array>
 #include <cstdio>
-#include <cstring>
+#include <optional>
+#include <utility>
 
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Posix/Errno.h"
 #include "Foundation/Platform/Posix/FileFaults.h"
 #include "Foundation/Platform/Posix/FileInternals.h"
@@ -49,13 +51,21 @@ int OpenToAsk(const char* path) {
 
 // Leaves the removal to a handle of this process that shares it, so that the name stays taken.
 bool LeaveToHandle(const NativeName& name, const FileIdentity& identity) {
-    Object* open_file =
-        FindFile([&](const Object& file) { return file.regular && file.identity == identity; });
-    if (open_file == nullptr) return false;
-    if (open_file->path == nullptr && !KeepPath(open_file, name.c_str())) return false;
-    open_file->delete_on_close = true;
-    open_file->delete_pending = true;
-    return true;
+    const auto is_file = [&](const Object& file) {
+        return file.regular && file.identity == identity;
+    };
+    if (FindFile(is_file) == nullptr) return false;
+    char* path = AbsolutePath(name.c_str());
+    if (path == nullptr) return false;
+    const Object* taker = FindFile([&](Object& file) {
+        if (!is_file(file)) return false;
+        file.delete_on_close = true;
+        file.delete_pending = true;
+        if (file.path == nullptr) std::swap(file.path, path);
+        return true;
+    });
+    Free(path);
+    return taker != nullptr;
 }
 
 bool RemoveNative(const NativeName& name) {
@@ -75,16 +85,15 @@ bool RemoveNative(const NativeName& name) {
     return unlink(name.c_str()) == 0 || name.Fail(errno);
 }
 
-// 0, or why the target may not be replaced.
-std::uint32_t TargetRefusal(const NativeName& to, bool replace) {
+// 0, or why the target may not be replaced. `descriptor` is open on it, if it can be opened.
+std::uint32_t TargetRefusal(const NativeName& to, int descriptor, bool replace) {
     struct stat status;
     if (lstat(to.c_str(), &status) != 0) return to.MayBeCreated() ? 0u : kErrorInvalidName;
     if (!replace) return kErrorAlreadyExists;
     if (S_ISDIR(status.st_mode)) return kErrorAccessDenied;
     if (!S_ISREG(status.st_mode)) return 0;
     if (IsReadOnly(status)) return kErrorAccessDenied;
-    const Descriptor descriptor(OpenToAsk(to.c_str()));
-    const bool in_use = descriptor.get() >= 0 && IsMarked(descriptor.get(), kDeniesDelete);
+    const bool in_use = descriptor >= 0 && IsMarked(descriptor, kDeniesDelete);
     return in_use ? kErrorAccessDenied : 0u;
 }
 
@@ -174,7 +183,12 @@ bool RenameNative(const NativeName& from, const NativeName& to, bool replace, bo
     const Descriptor descriptor(S_ISREG(status.st_mode) ? OpenToAsk(from.c_str()) : -1);
     const bool asked = descriptor.get() >= 0;
     if (asked && IsMarked(descriptor.get(), kDeniesDelete)) return Fail(kErrorSharingViolation);
-    const std::uint32_t refusal = TargetRefusal(to, replace);
+    // The gate keeps others from opening the old target while the new one takes its name: they
+    // would write into a file that nobody finds again.
+    const Descriptor target(replace ? OpenToAsk(to.c_str()) : -1);
+    std::optional<Gate> gate;
+    if (target.get() >= 0) gate.emplace(target.get());
+    const std::uint32_t refusal = TargetRefusal(to, target.get(), replace);
     if (refusal != 0) return Fail(refusal);
     if (RenameInOneStep(from.c_str(), to.c_str(), replace) == 0) return true;
     if (errno == EXDEV && copy) return MoveByCopy(from, to, replace);

@@ -149,7 +149,8 @@ Outcome Settle(Object* file, const NativeName& name, const Plan& plan) {
     const Outcome outcome = Claim(file, plan, &status);
     if (outcome != Outcome::kOpened) return outcome;
     if ((request.flags_and_attributes & kFlagDeleteOnClose) != 0) {
-        if (!KeepPath(file, name.c_str())) return Outcome::kFailed;
+        file->path = AbsolutePath(name.c_str());
+        if (file->path == nullptr) return Outcome::kFailed;
         file->delete_on_close = true;
     }
     const bool others = (request.share & (kShareRead | kShareWrite)) != 0;

@@ -124,9 +124,14 @@ Object* Find(HANDLE handle, Kind kind) noexcept {
     return nullptr;
 }
 
-void Retire(Object* object) noexcept {
+std::uintptr_t Retire(Object* object) noexcept {
     const std::lock_guard guard(table_lock);
-    object->handle.store(0, std::memory_order_release);
+    return object->handle.exchange(0, std::memory_order_acq_rel);
+}
+
+void Revive(Object* object, std::uintptr_t handle) noexcept {
+    const std::lock_guard guard(table_lock);
+    object->handle.store(handle, std::memory_order_release);
 }
 
 void Release(Object* object) noexcept {

@@ -69,8 +69,10 @@ HANDLE Publish(Object* object) noexcept;
 [[nodiscard]] Object* Find(HANDLE handle, Kind kind) noexcept;
 [[nodiscard]] Object* FindAny(HANDLE handle) noexcept;
 
-// Makes the handle invalid; the place is free again only with Release.
-void Retire(Object* object) noexcept;
+// Makes the handle invalid and answers it; the place is free again only with Release. Revive undoes
+// it.
+std::uintptr_t Retire(Object* object) noexcept;
+void Revive(Object* object, std::uintptr_t handle) noexcept;
 void Release(Object* object) noexcept;
 
 // The first open file that `wanted` accepts, asked under the table's lock; null when none is.

@@ -5,8 +5,11 @@
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <mutex>
 #include <new>
 
@@ -68,18 +71,52 @@ void Drop(Object* mapping) {
     Release(mapping);
 }
 
+// A file that grows by no more than this is filled with zeros: that brings the new pages into
+// memory together, four times cheaper on ext4 than having each of them faulted in. A file that
+// grows by more may stay untouched for the most part and is only given its room on the disk.
+constexpr std::uint64_t kFilledGrowth = std::uint64_t{64} << 20;
+
+int StoreZeros(int descriptor, std::uint64_t from, std::uint64_t to) {
+    static const std::array<char, 65536> zeros{};
+    constexpr std::size_t kParts = 16;
+    std::array<iovec, kParts> parts;
+    while (from < to) {
+        std::uint64_t rest = to - from;
+        std::size_t count = 0;
+        for (; count < kParts && rest > 0; ++count) {
+            const std::uint64_t length = std::min<std::uint64_t>(rest, zeros.size());
+            parts[count] = {const_cast<char*>(zeros.data()), static_cast<std::size_t>(length)};
+            rest -= length;
+        }
+        const ssize_t moved = Retry([&] {
+            return pwritev(descriptor, parts.data(), static_cast<int>(count),
+                           static_cast<off_t>(from));
+        });
+        if (moved < 0) return errno;
+        from += static_cast<std::uint64_t>(moved);
+    }
+    return 0;
+}
+
+int ReserveOnDisk(int descriptor, std::uint64_t from, std::uint64_t to) {
+    const int result = Retry([=] {
+        return fallocate(descriptor, 0, static_cast<off_t>(from), static_cast<off_t>(to - from));
+    });
+    return result == 0 ? 0 : errno;
+}
+
 // Room for every byte up to `size`, whether the file is to grow or has holes. What a failed attempt
 // added is cut off again.
 bool Reserve(int descriptor, const struct stat& status, std::uint64_t size) {
     const auto old_size = static_cast<std::uint64_t>(status.st_size);
     const bool holes = static_cast<std::uint64_t>(status.st_blocks) * 512 < old_size;
-    const std::uint64_t start = holes ? 0 : old_size;
-    if (size <= start) return true;
-    int error = 0;
-    do {
-        error = posix_fallocate(descriptor, static_cast<off_t>(start),
-                                static_cast<off_t>(size - start));
-    } while (error == EINTR);
+    if (size <= old_size && !holes) return true;
+    int error = EOPNOTSUPP;
+    if (holes || size - old_size > kFilledGrowth) {
+        error = ReserveOnDisk(descriptor, holes ? 0 : old_size, std::max(size, old_size));
+    }
+    // Where the file system reserves nothing, holes of before stay.
+    if (error == EOPNOTSUPP) error = StoreZeros(descriptor, old_size, size);
     if (error == 0) return true;
     if (size > old_size) Retry([&] { return ftruncate(descriptor, status.st_size); });
     return FailWithErrno(error);
