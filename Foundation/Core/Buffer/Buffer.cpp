@@ -126,7 +126,9 @@ void CT_Buffer::v_Resize(std::uint32_t capacity, BOOL keep) {
     if (keep != FALSE && owned && n_GetMaximumSize() > kCopied) return v_Reallocate(capacity);
     std::byte* const fresh = NewBlock(capacity);
     if (keep != FALSE) v_CopyUsedTo(fresh);
-    v_TakeBlock(fresh);
+    if (keep == FALSE || !owned) return v_TakeBlock(fresh);
+    v_DeleteData();  // as a reallocation does it, without counting down
+    data_ = fresh;
 }
 
 void CT_Buffer::v_SetMinSize(std::uint32_t size, BOOL keep) {

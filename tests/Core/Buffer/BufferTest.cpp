@@ -87,7 +87,7 @@ TEST(BufferTest, EverySharerKeepsItsContentWhenAnotherWrites) {
     third.v_SetUsedSize(1);
     EXPECT_EQ(Content(first), "abc");
     EXPECT_EQ(Content(third), "a");
-    third = third;
+    third = *&third;
     third.v_Replace(&third);
     EXPECT_EQ(Content(third), "a");
 }

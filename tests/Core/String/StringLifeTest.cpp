@@ -66,7 +66,7 @@ TYPED_TEST(StringLifeTest, CopiesShareUntilOneChanges) {
     String moved = std::move(assigned);
     EXPECT_EQ(Ascii<TypeParam>(moved), "shared");
     EXPECT_EQ(original.pcco_GetBuffer()->n_GetUseCount(), 4u);
-    set = set;
+    set = *&set;
     set.v_Set(&set);
     EXPECT_EQ(Ascii<TypeParam>(set), "shared");
 }
