@@ -7,8 +7,8 @@
 // last error; one that succeeds leaves it alone, except OpenFile.
 // Threads: any thread; a handle's position, locks and life belong to one thread at a time.
 // Share modes and locks hold between handles, threads and processes that use this ground, on local
-// file systems; other programs are not held back by them. They do not hold where a file system knows
-// no open-file-description locks, nor for a file opened for writing that may not be read.
+// file systems; other programs are not held back by them. They do not hold where a file system
+// knows no open-file-description locks, nor for a file opened for writing that may not be read.
 #ifndef FOUNDATION_PLATFORM_FILES_H
 #define FOUNDATION_PLATFORM_FILES_H
 

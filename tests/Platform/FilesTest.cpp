@@ -351,7 +351,9 @@ TEST(FilesTest, ACopyKeepsContentAndTimeAndLeavesNothingHalfDone) {
     std::string content;
     for (int i = 0; i < 300000; ++i) content += static_cast<char>(i * 7);
     folder.Write(u"from", content);
+    SetLastError(77);
     ASSERT_TRUE(DuplicateFile(folder.Name(u"from").c_str(), folder.Name(u"to").c_str(), true));
+    EXPECT_EQ(LastError(), 77u) << "success leaves it alone";
     EXPECT_EQ(folder.Read(u"to"), content);
     FileStatus from, to;
     EXPECT_EQ(QueryStatus(folder.Name(u"from").c_str(), &from), 0);

@@ -231,6 +231,7 @@ bool CopyToTarget(const Object& source, HANDLE handle, const NativeName& name) {
 }
 
 bool CopyNative(const char16_t* from, const char16_t* to, bool replace) {
+    const std::uint32_t error_before = LastError();
     const HANDLE source = Open(from, {kAccessRead, kShareAll, kOpenExisting, 0});
     if (source == INVALID_HANDLE_VALUE) return false;
     Object* file = Find(source, Kind::kFile);
@@ -238,7 +239,8 @@ bool CopyNative(const char16_t* from, const char16_t* to, bool replace) {
     const bool done = target != INVALID_HANDLE_VALUE && CopyToTarget(*file, target, NativeName(to));
     const std::uint32_t error = LastError();
     CloseFile(file);
-    return done || Fail(error);
+    SetLastError(done ? error_before : error);
+    return done;
 }
 
 }  // namespace
