@@ -1,6 +1,6 @@
 // Modules: the program and the shared libraries of the process, their paths and string tables.
 //
-// A module is named by its handle; null is the program itself. Threads: any, at any time.
+// A module is named by its handle; the program is named by null as well. Threads: any, at any time.
 #ifndef FOUNDATION_PLATFORM_MODULES_H
 #define FOUNDATION_PLATFORM_MODULES_H
 

@@ -4,6 +4,7 @@
 #include <limits.h>
 #include <link.h>
 #include <stdlib.h>
+#include <sys/auxv.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -29,6 +30,12 @@ struct Entry {
 
 constinit std::mutex entries_mutex;
 constinit std::array<Entry, 64> entries;
+
+// Null stands for the program, which may as well be named by the handle that ModuleOf gives.
+HINSTANCE Named(HINSTANCE module) noexcept {
+    if (module != nullptr) return module;
+    return ModuleOf(reinterpret_cast<const void*>(getauxval(AT_PHDR)));
+}
 
 // The module's entry, a new one when there is none; null when all are taken. Needs the lock.
 Entry* EntryOf(HINSTANCE module) noexcept {
@@ -87,6 +94,7 @@ std::uint32_t ModuleFileName(HINSTANCE module, char16_t* path, std::uint32_t cap
 }
 
 bool RegisterStringTable(HINSTANCE module, std::span<const StringResource> table) noexcept {
+    module = Named(module);
     const std::lock_guard lock(entries_mutex);
     Entry* const entry = EntryOf(module);
     if (entry == nullptr) {
@@ -99,6 +107,7 @@ bool RegisterStringTable(HINSTANCE module, std::span<const StringResource> table
 }
 
 std::u16string_view FindString(HINSTANCE module, std::uint32_t id) noexcept {
+    module = Named(module);
     const std::lock_guard lock(entries_mutex);
     for (const Entry& entry : entries) {
         if (!entry.used || entry.module != module) continue;
@@ -110,6 +119,7 @@ std::u16string_view FindString(HINSTANCE module, std::uint32_t id) noexcept {
 
 bool DisableThreadNotifications(HINSTANCE module) noexcept {
     char native[PATH_MAX];
+    module = Named(module);
     const std::lock_guard lock(entries_mutex);
     Entry* const entry = NativeFile(module, native) ? EntryOf(module) : nullptr;
     if (entry != nullptr) entry->silent = true;
@@ -117,6 +127,7 @@ bool DisableThreadNotifications(HINSTANCE module) noexcept {
 }
 
 bool ThreadNotifications(HINSTANCE module) noexcept {
+    module = Named(module);
     const std::lock_guard lock(entries_mutex);
     return std::ranges::none_of(entries, [module](const Entry& entry) {
         return entry.used && entry.module == module && entry.silent;
