@@ -4,7 +4,7 @@
 #include <cstdarg>
 #include <iterator>
 
-#include "Foundation/Platform/Runtime.h"
+#include "Foundation/Core/Error/MessageText.h"
 
 namespace {
 
@@ -66,7 +66,6 @@ void CT_DatabaseError::sv_FormatError(char16_t* buffer, unsigned int size, unsig
     if (format == nullptr) format = u"Unspecified Database Error";
     va_list arguments;
     va_start(arguments, code);
-    const int written = platform::FormatText(buffer, size - 1, format, arguments);
+    foundation::detail::FormatCut(buffer, size, format, arguments);
     va_end(arguments);
-    buffer[written < 0 ? size - 1 : static_cast<unsigned int>(written)] = 0;
 }

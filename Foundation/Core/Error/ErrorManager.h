@@ -66,7 +66,7 @@ public:
 
     // Recording. Each does nothing when the thread already has an active record, and replaces a
     // held one. Messages read "(code): text", the code as a signed number. In formats %s takes
-    // UTF-16 text and %S 8-bit text.
+    // UTF-16 text and %S 8-bit text; a null format is empty.
     void v_SetError(unsigned int code, HINSTANCE module, unsigned int formatID, ...);
     void v_SetError(unsigned int code, const char16_t* format, ...);
 

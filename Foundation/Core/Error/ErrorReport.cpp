@@ -7,24 +7,18 @@
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Core/Error/HResult.h"
+#include "Foundation/Core/Error/LoadString.h"
+#include "Foundation/Core/Error/MessageText.h"
 #include "Foundation/Platform/ErrorInfo.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
-#include "Foundation/Platform/Modules.h"
-#include "Foundation/Platform/Runtime.h"
 
 namespace {
 
+using foundation::detail::FormatCut;
+
 constexpr std::size_t kMessageSize = 1024;
 constexpr unsigned int kMessageBytes = 2048;
-
-// Formats into `out`, cut to `size` units with the zero; answers the length.
-std::size_t Format(char16_t* out, std::size_t size, const char16_t* format, va_list arguments) {
-    const int written = platform::FormatText(out, size - 1, format, arguments);
-    const std::size_t length = written < 0 ? size - 1 : static_cast<std::size_t>(written);
-    out[length] = 0;
-    return length;
-}
 
 // Appends to a text of `length` units what fits `size` units with the zero; answers the length.
 std::size_t Append(char16_t* out, std::size_t size, std::size_t length, std::u16string_view text) {
@@ -90,8 +84,12 @@ CT_ErrorManager::st_error* CT_ErrorManager::pso_CreateError(unsigned int code, H
             return error;
         }
     }
-    if (format == nullptr) format = platform::FindString(error->module, formatID).data();
-    Format(error->message, kMessageSize, format != nullptr ? format : u"", arguments);
+    char16_t resource[kMessageSize];
+    if (format == nullptr) {
+        CT_LoadString::sv_LoadString(resource, kMessageSize, error->module, formatID);
+        format = resource;
+    }
+    FormatCut(error->message, kMessageSize, format, arguments);
     sv_InsertPrefix(error);
     return error;
 }
@@ -130,7 +128,7 @@ void CT_ErrorManager::v_SetMessageError(const char16_t* format, ...) {
 
 void CT_ErrorManager::v_SetMessageErrorList(const char16_t* format, va_list arguments) {
     st_error* const error = pso_CreateNewError(0, nullptr, 0);
-    if (error != nullptr) Format(error->message, kMessageSize, format, arguments);
+    if (error != nullptr) FormatCut(error->message, kMessageSize, format, arguments);
 }
 
 // ---- System errors ------------------------------------------------------------------------------
@@ -175,7 +173,7 @@ void CT_ErrorManager::v_SystemError(st_error* error, const char16_t* format, va_
     std::size_t length = std::u16string_view(message).size();
     if (length != 0 && message[length - 1] == u' ') --length;
     length = Append(message, kMessageSize - 2, length, u" [");
-    length += Format(message + length, kMessageSize - 1 - length, format, arguments);
+    length += FormatCut(message + length, kMessageSize - 1 - length, format, arguments);
     Append(message, kMessageSize, length, u"]");
 }
 

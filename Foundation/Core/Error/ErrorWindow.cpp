@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/Error/MessageText.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Modules.h"
-#include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 #include "Foundation/System/SysInfo/OS.h"
 
@@ -47,17 +47,6 @@ private:
     std::size_t used_ = 0;
 };
 
-// What is left of a text that the older family takes as 8-bit text.
-void PassNarrow(char16_t* text) {
-    char bytes[2 * kAreaSize];
-    const int count =
-        platform::WideCharToMultiByte(0, 0, text, -1, bytes, sizeof bytes, nullptr, nullptr);
-    const auto room = static_cast<int>(std::u16string_view(text).size() + 1);
-    if (count <= 0 || platform::MultiByteToWideChar(0, 0, bytes, count, text, room) <= 0) {
-        text[0] = 0;
-    }
-}
-
 }  // namespace
 
 int CT_ErrorManager::i_ErrorLocationWindow(unsigned int titleID, const char16_t* title,
@@ -82,8 +71,8 @@ int CT_ErrorManager::i_ErrorLocationWindow(unsigned int titleID, const char16_t*
     }
     char16_t* const text = area.End();
     if (CT_OS::seo_GetVersion() < CT_OS::WindowsNT) {
-        PassNarrow(caption);
-        PassNarrow(text);
+        foundation::detail::PassNarrow(caption);
+        foundation::detail::PassNarrow(text);
     }
     const int answer = platform::ShowMessageBox(text, caption, flags | platform::kBoxSetForeground);
     if (answer == platform::kAnswerAbort) platform::EndProcess("Aborted from an error box.");

@@ -3,9 +3,8 @@
 //   if (!Open(name)) return detail::RecordSystemError(name), FALSE;   // the failure itself
 //   Read(header);
 //   if (detail::Failed()) return FALSE;                               // a caller that notices it
-//   detail::Record({31050, u"Invalid file %s"}, name);                // with a format and
-//   arguments detail::Record({code, 60003}, name, u"Remove", code);             // with a string
-//   resource
+//   detail::Record({31050, u"Invalid file %s"}, name);                // a format, its arguments
+//   detail::Record({code, 60003}, name, u"Remove", code);             // a string resource
 //
 // A record is made only when the thread has no error yet; the location is added in any case. The
 // place is the caller's own line. For the library's sources only: guests use CT_ErrorManager.

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Foundation/Core/Error/MessageText.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Modules.h"
-#include "Foundation/Platform/Runtime.h"
+#include "Foundation/System/SysInfo/OS.h"
 
 namespace {
 
@@ -15,11 +16,9 @@ constexpr unsigned int kAreaSize = 2048;
 void Format(char16_t* buffer, unsigned int size, HINSTANCE module, unsigned int id,
             va_list arguments) {
     if (size == 0) return;
-    buffer[0] = 0;
-    const std::u16string_view format = platform::FindString(module, id);
-    if (format.data() == nullptr) return;
-    const int written = platform::FormatText(buffer, size - 1, format.data(), arguments);
-    buffer[written < 0 ? size - 1 : static_cast<unsigned int>(written)] = 0;
+    char16_t format[kAreaSize];
+    CT_LoadString::sv_LoadString(format, kAreaSize, module, id);
+    foundation::detail::FormatCut(buffer, size, format, arguments);
 }
 
 }  // namespace
@@ -33,9 +32,12 @@ void CT_LoadString::sv_LoadString(CT_UString* text, HINSTANCE module, unsigned i
 void CT_LoadString::sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE module,
                                   unsigned int id) {
     if (size == 0) return;
-    const std::u16string_view found = platform::FindString(module, id).substr(0, size - 1);
+    const bool narrow = CT_OS::seo_GetVersion() < CT_OS::WindowsNT;
+    const unsigned int room = narrow ? std::min(size, kAreaSize) : size;
+    const std::u16string_view found = platform::FindString(module, id).substr(0, room - 1);
     std::ranges::copy(found, buffer);
     buffer[found.size()] = 0;
+    if (narrow) foundation::detail::PassNarrow(buffer);
 }
 
 void CT_LoadString::sv_LoadStringVA(char16_t* buffer, unsigned int size, HINSTANCE module,

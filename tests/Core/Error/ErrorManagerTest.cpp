@@ -57,6 +57,8 @@ TEST_F(ErrorManagerTest, MessagesHaveTheCodeInFrontAndTheTextBehind) {
         {"lowest number", [] { Errors().v_SetError(0x80000000, u""); }, 0x80000000,
          u"(-2147483648): "},
         {"message", [] { Errors().v_SetMessageError(u"only %s", u"this"); }, 0, u"only this"},
+        {"null format", [] { Errors().v_SetMessageError(static_cast<const char16_t*>(nullptr)); },
+         0, u""},
         {"message with a zero", [] { Errors().v_SetMessageError(u"%d", 0); }, 0, u"0"},
         {"too long", [&] { Errors().v_SetError(16, u"%s", longest.c_str()); }, 16,
          u"(16): " + longest.substr(0, 1017)},
@@ -308,8 +310,7 @@ TEST_F(ErrorManagerTest, DescriptionsOfHResults) {
     });
 }
 
-// ---- Threads
-// --------------------------------------------------------------------------------------
+// ---- Threads -----------------------------------------------------------------------------------
 
 // More threads than there are records report at once; each finds its own error and no other.
 TEST_F(ErrorManagerTest, EachThreadHasItsOwnErrorEvenBeyondThePool) {

@@ -4,11 +4,13 @@
 #include <string>
 
 #include "Foundation/Core/Error/DatabaseError.h"
+#include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Error/LoadString.h"
 #include "Foundation/Core/Frame/DLLMain.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Modules.h"
 #include "Support/Errors.h"
+#include "Support/Platform.h"
 #include "Support/Text.h"
 
 namespace {
@@ -44,6 +46,8 @@ TEST(LoadStringTest, LoadsAndFormatsTextsOfAModule) {
     char16_t area[6];
     CT_LoadString::sv_LoadString(&text, module, 1);
     EXPECT_EQ(test::Utf8(text.qcuz_Get()), "plain");
+    CT_LoadString::sv_LoadString(&text, nullptr, 1);  // null names the program too
+    EXPECT_EQ(test::Utf8(text.qcuz_Get()), "plain");
     CT_LoadString::sv_LoadString(area, 4, module, 1);
     EXPECT_EQ(test::Utf8(area), "pla");
     CT_LoadString::sv_LoadStringVA(&text, module, 2, u"it", 5);
@@ -66,6 +70,21 @@ TEST(LoadStringTest, LoadsAndFormatsTextsOfAModule) {
     platform::RegisterStringTable(module, {});
     CT_LoadString::sv_LoadString(&text, module, 1);
     EXPECT_EQ(text.n_GetLength(), 0u);
+}
+
+TEST(LoadStringTest, TheOlderFamilyHasEightBitTexts) {
+    const std::u16string longest(3000, u'\u00FC');
+    const platform::StringResource texts[] = {{1, u"gr\u00FCn \u4E00 %s"}, {2, longest.c_str()}};
+    ASSERT_TRUE(platform::RegisterStringTable(nullptr, texts));
+    const test::ForcedVersion older(1, 4, 10);
+    CT_UString text;
+    CT_LoadString::sv_LoadStringVA(&text, nullptr, 1, u"\u4E00");
+    EXPECT_EQ(test::Utf8(text.qcuz_Get()), "gr\u00FCn ? \u4E00");
+    CT_LoadString::sv_LoadString(&text, nullptr, 2);
+    EXPECT_EQ(text.n_GetLength(), 2047u);
+    CT_ErrorManager::spco_Get()->v_SetError(5, nullptr, 60012, u"\u4E00");
+    EXPECT_TRUE(test::TakeError(5, u"(5): Semantic error: \u4E00"));
+    platform::RegisterStringTable(nullptr, {});
 }
 
 TEST(LoadStringTest, TheLibrarysOwnFormats) {

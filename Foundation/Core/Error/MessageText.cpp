@@ -1,0 +1,28 @@
+#include "Foundation/Core/Error/MessageText.h"
+
+#include <string_view>
+
+#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/Runtime.h"
+
+namespace foundation::detail {
+
+std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, va_list arguments) {
+    if (format == nullptr) format = u"";
+    const int written = platform::FormatText(out, size - 1, format, arguments);
+    const std::size_t length = written < 0 ? size - 1 : static_cast<std::size_t>(written);
+    out[length] = 0;
+    return length;
+}
+
+void PassNarrow(char16_t* text) {
+    char bytes[3 * 2048];  // no default page takes more for a unit
+    const auto room = static_cast<int>(std::u16string_view(text).size() + 1);
+    const int count =
+        platform::WideCharToMultiByte(0, 0, text, room, bytes, sizeof bytes, nullptr, nullptr);
+    if (count <= 0 || platform::MultiByteToWideChar(0, 0, bytes, count, text, room) <= 0) {
+        text[0] = 0;
+    }
+}
+
+}  // namespace foundation::detail

@@ -1,0 +1,20 @@
+// What the sources of this folder share: texts in areas of a fixed size.
+#ifndef FOUNDATION_CORE_ERROR_MESSAGETEXT_H
+#define FOUNDATION_CORE_ERROR_MESSAGETEXT_H
+
+#include <cstdarg>
+#include <cstddef>
+
+namespace foundation::detail {
+
+// Formats into `out`, cut to `size` units with the zero; answers the length. A null format is an
+// empty one; the size is at least 1.
+std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, va_list arguments);
+
+// Leaves of a text, in its own place, what the older family of platforms sees of it: a text that
+// went through the default 8-bit code page. It is at most 2047 units long.
+void PassNarrow(char16_t* text);
+
+}  // namespace foundation::detail
+
+#endif
