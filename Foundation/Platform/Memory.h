@@ -53,7 +53,7 @@ struct MemoryError {
 inline constexpr std::uint32_t kMemoryExhausted = 1;
 
 // Called when memory cannot be had. It may free memory and return true to have the request tried
-// again, return false to make the request answer null, or throw.
+// again, return false to make the request answer null, or throw: the manager holds no lock then.
 using MemoryErrorHandler = bool (*)(const MemoryError* error);
 
 // Installs a handler (null: none, requests then answer null) and returns the one before. While the

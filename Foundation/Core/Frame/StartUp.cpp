@@ -61,10 +61,8 @@ public:
             platform::EndProcess("The library could not be loaded: no thread slot for CT_Thread.");
         }
     }
-    ~Loader() {
-        DllMain(instance_, kProcessDetach, nullptr);
-        platform::RegisterStringTable(instance_, {});
-    }
+    // The string table stays: shut-down routines may record errors.
+    ~Loader() { DllMain(instance_, kProcessDetach, nullptr); }
     Loader(const Loader&) = delete;
     Loader& operator=(const Loader&) = delete;
 
