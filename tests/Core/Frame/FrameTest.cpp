@@ -60,8 +60,7 @@ std::string FileOf(const void* address) {
     return test::Utf8(path);
 }
 
-// ---- Module identity
-// ------------------------------------------------------------------------------
+// ---- Module identity ---------------------------------------------------------------------------
 
 TEST(ModuleTest, TheLoadedLibraryKnowsItself) {
     EXPECT_EQ(CT_BasisDLLMain::sn_GetVersion(), 7u);
@@ -121,8 +120,7 @@ TEST(ModuleTest, WithoutAThreadSlotAttachingFailsAndSaysSo) {
     test::KeepsMemory();
 }
 
-// ---- Registration objects
-// -------------------------------------------------------------------------
+// ---- Registration objects ----------------------------------------------------------------------
 
 int calls = 0;
 void Routine() {
@@ -144,8 +142,7 @@ TEST(InitTest, RoutinesRunAtConstructionAndDestruction) {
     EXPECT_EQ(calls, 4);
 }
 
-// ---- Module objects
-// -------------------------------------------------------------------------------
+// ---- Module objects ----------------------------------------------------------------------------
 
 class Client : public CT_DLLObject {
 public:
@@ -212,8 +209,7 @@ TEST(DLLObjectTest, TraceLinesComeInSixPieces) {
     EXPECT_EQ(pieces.size(), 5u);  // an empty name is not written
 }
 
-// ---- Memory
-// -----------------------------------------------------------------------------------------
+// ---- Memory ------------------------------------------------------------------------------------
 
 TEST(SmartHeapTest, ExhaustedMemoryIsThrownWithTheManagersCode) {
     const DebugOutput output;
@@ -228,8 +224,7 @@ TEST(SmartHeapTest, ExhaustedMemoryIsThrownWithTheManagersCode) {
     EXPECT_EQ(pieces, std::vector<std::string>{"Out of memory"});
 }
 
-// ---- Versions
-// -----------------------------------------------------------------------------------------
+// ---- Versions ----------------------------------------------------------------------------------
 
 TEST(AppVersionTest, TextsFollowTheNumbers) {
     CT_AppVersion version;

@@ -83,8 +83,7 @@ TEST(OSTest, AFailedQueryCountsAsNewest) {
     foundation::detail::ClassifySystemAgain();
 }
 
-// ---- CT_SysInfo
-// -----------------------------------------------------------------------------------
+// ---- CT_SysInfo --------------------------------------------------------------------------------
 
 platform::ProcessorInfo processor;
 int forced_metric = 0;
