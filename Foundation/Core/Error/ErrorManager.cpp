@@ -46,7 +46,7 @@ constinit CT_ErrorManager* manager = nullptr;
 // Makes a record the thread's active one, or none.
 void SetActive(CT_ErrorManager::st_error* error) {
     thread_errors.active = error;
-    thread_errors.set = error != nullptr && !error->ignore ? TRUE : FALSE;
+    platform::ErrorFlag() = error != nullptr && !error->ignore;
 }
 
 }  // namespace
@@ -62,6 +62,7 @@ void CT_ErrorManager::sv_Init() {
 
 void CT_ErrorManager::sv_Exit() {
     manager = nullptr;
+    SetActive(nullptr);
     thread_errors = {};
     CT_ErrorManager& self = sco_Manager;
     self.v_EnterCS();
@@ -186,10 +187,6 @@ const CT_ErrorManager::st_location* CT_ErrorManager::pso_GetLocationAt(unsigned 
 }
 
 // ---- Reading ------------------------------------------------------------------------------------
-
-BOOL CT_ErrorManager::b_IsSetError() const {
-    return thread_errors.set;
-}
 
 BOOL CT_ErrorManager::b_IsHoldError() const {
     return thread_errors.held != nullptr;

@@ -15,6 +15,7 @@
 #include <type_traits>
 
 #include "Foundation/Core/Frame/Init.h"
+#include "Foundation/Platform/ErrorFlag.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 #include "Foundation/System/Ipc/CriticalSection.h"
@@ -92,8 +93,9 @@ public:
     // Appends a location to the active record.
     void v_AddLocation(const char* file, unsigned int line);
 
-    [[nodiscard]] BOOL b_IsSetError() const;   // an active record that is not ignored
-    [[nodiscard]] BOOL b_IsHoldError() const;  // a held record
+    // An active record that is not ignored; a held record.
+    [[nodiscard]] BOOL b_IsSetError() const { return platform::ErrorFlag() ? TRUE : FALSE; }
+    [[nodiscard]] BOOL b_IsHoldError() const;
 
     // Reading the active record, or else the held one; 0 and empty texts without either. Texts stay
     // valid until the record is cleared. Locations count from 1, the innermost first; other

@@ -12,6 +12,7 @@
 #define FOUNDATION_CORE_ERROR_FAILURE_H
 
 #include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Platform/ErrorFlag.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
 namespace foundation::detail {
@@ -20,13 +21,12 @@ namespace foundation::detail {
 struct ThreadErrors {
     CT_ErrorManager::st_error* active = nullptr;
     CT_ErrorManager::st_error* held = nullptr;
-    BOOL set = FALSE;  // whether an active record is there and not ignored
 };
 extern FOUNDATION_THREAD_LOCAL ThreadErrors thread_errors;
 
 // Whether the thread has an error; the same answer as b_IsSetError().
 [[nodiscard]] inline bool ErrorIsSet() noexcept {
-    return thread_errors.set != FALSE;
+    return platform::ErrorFlag();
 }
 
 void AddLocation(const char* file, unsigned int line) noexcept;
