@@ -74,8 +74,8 @@ inline constexpr std::uint32_t kSeekEnd = 2;
                                              std::uint32_t share, std::uint32_t disposition,
                                              std::uint32_t flags_and_attributes) noexcept;
 
-// Closes a handle of a file or a mapping and releases its locks; 6 when it is not open. A file
-// whose last data could not be stored says so here once; closing it again then succeeds.
+// Closes a handle of a file, a mapping or a thread and releases its locks; 6 when it is not open. A
+// file whose last data could not be stored says so here once; closing it again then succeeds.
 FOUNDATION_API bool CloseHandle(HANDLE handle) noexcept;
 
 // One transfer at the handle's position, which moves by the count transferred. Fewer bytes than

@@ -5,11 +5,16 @@
 #include <cstdint>
 
 #include "Foundation/Platform/Export.h"
+#include "Foundation/Platform/Types.h"
 
 namespace platform {
 
 // Number of the calling thread: unique among the running threads, never 0.
 [[nodiscard]] FOUNDATION_API std::uint32_t CurrentThreadId() noexcept;
+
+// A handle of the calling thread that other threads can use, and that lasts until CloseHandle, also
+// beyond the thread's end. Null with the last error 4 when there is none left.
+[[nodiscard]] FOUNDATION_API HANDLE OpenCurrentThread() noexcept;
 
 // A slot holds one pointer for each thread, null at first. kNoThreadSlot with the last error set
 // when there is none left.

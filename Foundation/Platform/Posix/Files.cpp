@@ -274,6 +274,9 @@ bool CloseHandle(HANDLE handle) noexcept {
             return posix::CloseFile(object);
         case posix::Kind::kMapping:
             return posix::CloseMapping(object);
+        case posix::Kind::kThread:
+            posix::Release(object);
+            return true;
         default:
             return posix::Fail(kErrorInvalidHandle);
     }

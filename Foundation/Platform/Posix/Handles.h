@@ -1,5 +1,5 @@
-// The handles of files, mappings and searches: numbers that stay invalid once closed, so that a
-// handle used too late answers 6 and never reaches another object.
+// The handles of files, mappings, searches and threads: numbers that stay invalid once closed, so
+// that a handle used too late answers 6 and never reaches another object.
 //
 // Objects live in blocks that are never given back, found by the index in the handle's low bits;
 // the bits above count how often the place was used.
@@ -17,7 +17,7 @@
 
 namespace platform::posix {
 
-enum class Kind : std::uint8_t { kNone, kFile, kMapping, kSearch };
+enum class Kind : std::uint8_t { kNone, kFile, kMapping, kSearch, kThread };
 
 struct LockedRange {
     std::uint64_t offset, length;
@@ -31,7 +31,7 @@ struct FileIdentity {
 };
 
 // One place. A file uses the first group, a mapping the second (with descriptor and identity), a
-// search only its list.
+// search only its list, a thread only its number.
 struct Object {
     std::atomic<std::uintptr_t> handle{0};  // 0: closed, or not yet open
     Kind kind = Kind::kNone;
@@ -59,6 +59,7 @@ struct Object {
     Object* next_mapping = nullptr;
 
     void* search = nullptr;
+    std::uint32_t thread = 0;
 };
 
 // A fresh place (null with the last error 4 when there is none), and its handle once it is filled.

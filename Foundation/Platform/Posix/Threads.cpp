@@ -7,6 +7,7 @@
 #include <atomic>
 
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Posix/Handles.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
 namespace platform {
@@ -23,6 +24,13 @@ constinit std::atomic<bool> slots_fail{false};
 std::uint32_t CurrentThreadId() noexcept {
     if (thread_id == 0) thread_id = static_cast<std::uint32_t>(syscall(SYS_gettid));
     return thread_id;
+}
+
+HANDLE OpenCurrentThread() noexcept {
+    posix::Object* const object = posix::NewObject(posix::Kind::kThread);
+    if (object == nullptr) return nullptr;
+    object->thread = CurrentThreadId();
+    return posix::Publish(object);
 }
 
 std::uint32_t AllocateThreadSlot() noexcept {

@@ -1,5 +1,6 @@
 #include "Foundation/System/Thread/Thread.h"
 
+#include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/Threads.h"
 
 namespace {
@@ -22,10 +23,15 @@ BOOL CT_Thread::sb_AllocTlsSlot() {
         return FALSE;
     }
     thread_slot = slot;
+    // Without a handle the library works as well: a thread finds its object through the slot.
+    sco_InitialThread.handle_ = platform::OpenCurrentThread();
     return TRUE;
 }
 
 void CT_Thread::sv_FreeTlsSlot() {
+    HANDLE& handle = sco_InitialThread.handle_;
+    if (handle != nullptr && handle != INVALID_HANDLE_VALUE) platform::CloseHandle(handle);
+    handle = INVALID_HANDLE_VALUE;
     platform::FreeThreadSlot(thread_slot);
     thread_slot = platform::kNoThreadSlot;
 }

@@ -17,14 +17,19 @@ public:
     // The calling thread's object, or null.
     [[nodiscard]] static CT_Thread* spco_GetCurrentThread();
 
+    // The thread's handle; null when there is none, invalid after the slot was freed.
+    [[nodiscard]] HANDLE h_GetHandle() const { return handle_; }
+
     // Called when the library is loaded and unloaded. Allocating stores the initial-thread object
-    // for the calling thread; FALSE, with nothing changed, when no slot can be had.
+    // for the calling thread and gives it a handle of that thread; FALSE, with nothing changed,
+    // when no slot can be had. Freeing closes the handle.
     static BOOL sb_AllocTlsSlot();
     static void sv_FreeTlsSlot();
 
 private:
     constexpr CT_Thread() = default;
 
+    HANDLE handle_ = nullptr;
     static CT_Thread sco_InitialThread;
 };
 

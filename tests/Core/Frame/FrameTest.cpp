@@ -15,6 +15,8 @@
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Version/AppVersion.h"
 #include "Foundation/Platform/Dialogs.h"
+#include "Foundation/Platform/Files.h"
+#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Modules.h"
 #include "Foundation/Platform/Paths.h"
 #include "Foundation/Platform/System.h"
@@ -99,8 +101,14 @@ TEST(ModuleTest, FileNamesOfModules) {
 
 TEST(ModuleTest, WithoutAThreadSlotAttachingFailsAndSaysSo) {
     const HINSTANCE instance = CT_BasisDLLMain::sh_GetInstance();
+    const CT_Thread* const thread = CT_Thread::spco_GetCurrentThread();
+    const HANDLE handle = thread->h_GetHandle();
+    EXPECT_NE(handle, nullptr);
     DllMain(instance, kProcessDetach, nullptr);
     EXPECT_EQ(CT_Thread::spco_GetCurrentThread(), nullptr);
+    EXPECT_EQ(thread->h_GetHandle(), INVALID_HANDLE_VALUE);
+    EXPECT_FALSE(platform::CloseHandle(handle));  // it was closed
+    EXPECT_EQ(platform::LastError(), platform::kErrorInvalidHandle);
     platform::FailThreadSlots(true);
     {
         const DebugOutput output;
@@ -111,7 +119,8 @@ TEST(ModuleTest, WithoutAThreadSlotAttachingFailsAndSaysSo) {
     }
     platform::FailThreadSlots(false);
     EXPECT_TRUE(DllMain(instance, kProcessAttach, nullptr));
-    EXPECT_NE(CT_Thread::spco_GetCurrentThread(), nullptr);
+    EXPECT_EQ(CT_Thread::spco_GetCurrentThread(), thread);
+    EXPECT_NE(thread->h_GetHandle(), INVALID_HANDLE_VALUE);
     for (const unsigned int reason : {kThreadAttach, kThreadDetach, 99u}) {
         EXPECT_TRUE(DllMain(instance, reason, nullptr));
     }
