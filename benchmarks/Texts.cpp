@@ -48,7 +48,8 @@ constexpr std::string_view kChinese =
     "北京 时间 今天 汉字 编码 转换 计算机 系统";
 
 constexpr std::string_view kOther =
-    "café naïve Ελληνικά λέξη κείμενο € → ™ “quoted” ½ ≤ 😀 🚀 𝒳 𠀋 👍🏽 "
+    "café naïve Ελληνικά λέξη κείμενο € → ™ “quoted” ½ ≤ 😀 🚀 𝒳 𠀋 "
+    "👍🏽 "
     "한국어 "
     "שלום "
     "ไทย";
