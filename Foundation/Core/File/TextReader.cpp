@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/TextConversionDetail.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/CodePages.h"
@@ -132,15 +131,16 @@ CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeBlock(const unsigned cha
         return {count / 2, 0};
     }
     const unsigned int page = encoding_.n_Get();
-    if (page == foundation::detail::kUtf8Page && !CT_OS::sb_GetIsWindowsXP()) {
+    if (page == platform::kUtf8Page && !CT_OS::sb_GetIsWindowsXP()) {
         const unsigned int cut = count == kBlockSize ? CutUtf8Tail(bytes, count) : 0;
         return {Convert(page, 0, bytes, count - cut), cut};
     }
-    const unsigned int strict = page == foundation::detail::kUtf8Page
-                                    ? platform::kErrorOnInvalidChars
-                                    : platform::kErrorOnInvalidChars | platform::kPrecomposed;
-    return DecodeStrictly(page, foundation::detail::TakesConversionFlags(page) ? strict : 0, bytes,
-                          count);
+    unsigned int flags = 0;
+    if (page == platform::kUtf8Page) flags = platform::kErrorOnInvalidChars;
+    if (platform::TakesTableFlags(page)) {
+        flags = platform::kErrorOnInvalidChars | platform::kPrecomposed;
+    }
+    return DecodeStrictly(page, flags, bytes, count);
 }
 
 CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeStrictly(unsigned int page,

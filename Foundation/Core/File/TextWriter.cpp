@@ -5,7 +5,6 @@
 #include <string>
 
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/TextConversionDetail.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Nls/CodePages.h"
 
@@ -133,9 +132,8 @@ void CT_StreamTextWriter::WriteUnits(unsigned int count) {
 
 void CT_StreamTextWriter::WriteEncoded(unsigned int count) {
     const unsigned int page = CT_Codepage(encoding_).n_Get();
-    const bool plain =
-        page == foundation::detail::kUtf8Page || !foundation::detail::TakesConversionFlags(page);
-    const unsigned int flags = plain ? 0 : platform::kNoBestFit | platform::kSeparateChars;
+    const unsigned int flags =
+        platform::TakesTableFlags(page) ? platform::kNoBestFit | platform::kSeparateChars : 0;
     char bytes[kChunkBytes];
     for (unsigned int done = 0; done < count;) {
         const char16_t* const text = characters_.data() + done;

@@ -20,7 +20,6 @@ constexpr std::uint32_t kMacintosh = 10000;
 constexpr std::uint32_t kIso2022Jp = 50220;
 constexpr std::uint32_t kHz = 52936;
 constexpr std::uint32_t kUtf7 = 65000;
-constexpr std::uint32_t kUtf8 = 65001;
 
 // What calls a page allows, and how long its codes get.
 struct PageRules {
@@ -43,7 +42,7 @@ constexpr auto kAlgorithmicPages =
                                     {kIso2022Jp, {0, 0, false, 5, 6, 3}},
                                     {kHz, {0, 0, false, 5, 4, 2}},
                                     {kUtf7, {0, 0, false, 5, 5, 0}},
-                                    {kUtf8, {0x8, 0x80, false, 4, 3, 0}}});
+                                    {kUtf8Page, {0x8, 0x80, false, 4, 3, 0}}});
 
 // A page that is served: one with tables, or one of the algorithmic pages.
 struct Page {

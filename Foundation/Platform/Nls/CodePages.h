@@ -10,6 +10,8 @@
 #ifndef FOUNDATION_PLATFORM_NLS_CODEPAGES_H
 #define FOUNDATION_PLATFORM_NLS_CODEPAGES_H
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -17,6 +19,16 @@
 #include "Foundation/Platform/Types.h"
 
 namespace platform {
+
+inline constexpr std::uint32_t kUtf8Page = 65001;
+
+// Whether callers give a page the flags of the table pages. The pages of another make (symbol,
+// ISO-2022, HZ, GB18030, ISCII, UTF-7; served or not) get none, 65001 at most its own.
+[[nodiscard]] constexpr bool TakesTableFlags(std::uint32_t page) noexcept {
+    constexpr auto kOthers = std::to_array<std::uint32_t>(
+        {42, 50220, 50221, 50222, 50225, 50227, 50229, 52936, 54936, 65000, kUtf8Page});
+    return !(page >= 57002 && page <= 57011) && !std::ranges::binary_search(kOthers, page);
+}
 
 // What the flags mean; which page allows which:
 //                             decoding   encoding

@@ -15,6 +15,7 @@
 
 using foundation::detail::RecordSystemError;
 using foundation::detail::StringCore;
+using platform::kUtf8Page;
 
 namespace {
 
@@ -24,28 +25,6 @@ constexpr std::size_t kLongest = std::numeric_limits<int>::max();
 
 constexpr std::uint32_t kUtf16Page = 1200;
 constexpr std::uint32_t kWesternPage = 1252;
-constexpr std::uint32_t kUtf8Page = 65001;
-
-// Most pages are asked for precomposed characters; these allow no flag.
-std::uint32_t DecodingFlags(std::uint32_t page) {
-    switch (page) {
-        case 42:
-        case 50220:
-        case 50221:
-        case 50222:
-        case 50225:
-        case 50227:
-        case 50229:
-        case 52936:
-        case 54936:
-        case 65000:
-        case 65001:
-            return 0;
-        default:
-            if (page >= 57002 && page <= 57011) return 0;
-            return platform::kPrecomposed;
-    }
-}
 
 // Assigns what `convert(area, capacity)` writes. `bound` elements hold any result, so that one pass
 // does and its size need not be asked for first. Answers the number of elements; 0 is a failure,
@@ -109,9 +88,10 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uin
             platform::SetLastError(platform::kErrorInvalidParameter);
             return 0;
         }
-        const int written =
-            platform::MultiByteToWideChar(code_page, DecodingFlags(code_page), source.data(),
-                                          static_cast<int>(source.size()), area, capacity);
+        const std::uint32_t flags =
+            platform::TakesTableFlags(code_page) ? std::uint32_t{platform::kPrecomposed} : 0;
+        const int written = platform::MultiByteToWideChar(
+            code_page, flags, source.data(), static_cast<int>(source.size()), area, capacity);
         if (written == 1 && area[0] == 0) area[0] = u'?';
         return written;
     };
