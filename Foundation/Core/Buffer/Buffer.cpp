@@ -143,8 +143,8 @@ void CT_Buffer::v_SetUsedSize(std::uint32_t size) {
 
 void CT_Buffer::v_Set(std::uint32_t size, std::uint32_t growth, BOOL reuse) {
     const std::uint32_t step = growth == kToEnd ? growth_ : growth;
-    const bool kept = reuse != FALSE && data_ != nullptr && !b_IsShared() &&
-                      InitialBlock(size, step) <= n_GetMaximumSize() + kHeaderSize;
+    const bool fits = size == 0 || InitialBlock(size, step) <= n_GetMaximumSize() + kHeaderSize;
+    const bool kept = reuse != FALSE && data_ != nullptr && !b_IsShared() && fits;
     if (kept || (data_ == nullptr && size == 0)) {
         if (kept) v_SetUsedBufferSize(0);
     } else {
@@ -182,7 +182,7 @@ std::uint32_t CT_Buffer::n_Find(const void* data, std::uint32_t length,
 
 BOOL CT_Buffer::b_IsEqual(const void* data, std::uint32_t length, std::uint32_t at) const noexcept {
     const std::uint32_t used = n_GetUsedSize();
-    if (at >= used) return TRUE;
+    if (at >= used || length == 0) return TRUE;
     return std::memcmp(data_ + at, data, std::min(length, used - at)) == 0;
 }
 

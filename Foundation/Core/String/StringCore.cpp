@@ -148,7 +148,8 @@ void StringCore<Unit>::AppendUnit(CT_Buffer& buffer, Unit unit) {
     if (unit == 0) return;
     const std::size_t length = Text(buffer).size();
     const std::uint64_t size = Bytes<Unit>(length + 2);
-    const bool fits = buffer.n_GetUsedSize() == 0 || size <= buffer.n_GetMaximumSize();
+    if (buffer.n_GetUsedSize() == 0) MakeRoom<Unit>(buffer, 0);
+    const bool fits = size <= buffer.n_GetMaximumSize();
     BufferAccess::MakeRoom(buffer, fits ? size : std::min(2 * size, kLargestBlock - kHeaderSize));
     Units<Unit>(buffer)[length] = unit;
     Finish<Unit>(buffer, length + 1);

@@ -102,7 +102,10 @@ TEST(BufferTest, SetForReuseKeepsAnUnsharedBlockThatIsLargeEnough) {
     buffer.v_Set(116, 64, TRUE);
     EXPECT_EQ(buffer.qcv_Get(), block) << "64-byte steps need no more than the 128-byte block";
     EXPECT_EQ(buffer.n_GetGrowth(), 64u);
-    buffer.v_Set(117, kAll, TRUE);
+    buffer.v_SetGrowth(4096);
+    buffer.v_Set(0, kAll, TRUE);
+    EXPECT_EQ(buffer.qcv_Get(), block) << "emptying keeps the memory whatever the step";
+    buffer.v_Set(117, 64, TRUE);
     EXPECT_EQ(buffer.n_GetMaximumSize(), 180u);
 
     buffer.v_Append("abc", 3);

@@ -135,6 +135,10 @@ TYPED_TEST(StringEditTest, AppendingCharactersDoublesAFullBlock) {
         ASSERT_EQ(buffer.n_GetUsedSize(), size);
     }
     EXPECT_EQ(test::Ascii<TypeParam>(text).substr(0, 5), "bcdef");
+    typename TypeParam::String tight;
+    tight.vv_SetGrowth(1);
+    tight.v_Append(Unit{'a'});
+    EXPECT_EQ(tight.vn_GetMaximumLength(), 3u) << "the block of the terminator alone was full";
 }
 
 TYPED_TEST(StringEditTest, UpdateFindsTheEndOfWhatWasWrittenDirectly) {
