@@ -6,6 +6,7 @@
 
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/FileDetail.h"
 #include "Foundation/Core/File/FileSystem.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Platform/Scan.h"
@@ -310,7 +311,7 @@ BOOL CT_File::b_IsLikelyUnicode() {
 
 void CT_File::v_SetAccess(et_FileAccess access) {
     if (access == direction_) return;
-    SeekToOwnOffset(vn_GetOffset());
+    foundation::detail::SeekTo(*this, vn_GetOffset());
     if (Failed()) return;
     direction_ = access;
 }
@@ -343,11 +344,13 @@ void CT_File::RebuildFullName() {
     CT_FileSystem::sv_MakePath(&full_name_, &drive_, &directory_, &name_, &extension_);
 }
 
-void CT_File::SeekToOwnOffset(unsigned int offset) {
-    constexpr unsigned int kReach = 0x7FFFFFFF;  // a distance is signed: farther takes more steps
-    vv_SetOffset(kFromStart, static_cast<int>(offset < kReach ? offset : kReach));
-    while (offset > kReach && !ErrorIsSet()) {
-        offset -= kReach;
-        vv_SetOffset(kFromCurrent, static_cast<int>(offset < kReach ? offset : kReach));
+void foundation::detail::SeekTo(CT_File& file, unsigned int offset) {
+    constexpr unsigned int kReach = 0x7FFFFFFF;  // a distance is signed: farther takes two steps
+    constexpr unsigned int kUnreachable = 0xFFFFFFFF;  // refused as -1, without a first step
+    if (offset <= kReach || offset == kUnreachable) {
+        return file.vv_SetOffset(CT_File::kFromStart, static_cast<int>(offset));
     }
+    file.vv_SetOffset(CT_File::kFromStart, static_cast<int>(kReach));
+    if (file.vn_GetOffset() != kReach) return;
+    file.vv_SetOffset(CT_File::kFromCurrent, static_cast<int>(offset - kReach));
 }

@@ -165,7 +165,6 @@ private:
     bool BeginsLike(BOOL (*test)(const void* bytes, unsigned int count));
     void SplitFullName();
     void RebuildFullName();
-    void SeekToOwnOffset(unsigned int offset);
 
     CT_UString full_name_;
     CT_Buffer line_buffer_;

@@ -1,4 +1,5 @@
-// What the file classes share: views of names, assignment from a view, times of the platform.
+// What the file classes share: views of names, assignment from a view, far offsets, times of the
+// platform.
 #ifndef FOUNDATION_CORE_FILE_FILEDETAIL_H
 #define FOUNDATION_CORE_FILE_FILEDETAIL_H
 
@@ -8,6 +9,8 @@
 #include <string_view>
 
 #include "Foundation/Core/String/UString.h"
+
+class CT_File;
 
 namespace foundation::detail {
 
@@ -27,6 +30,10 @@ inline std::u16string_view View(const char16_t* text) {
 inline void Assign(CT_UString& out, std::u16string_view text) {
     out.v_Set(text.data(), static_cast<unsigned int>(text.size()));
 }
+
+// Positions a file from its start, also where a signed distance does not reach. Errors are those of
+// vv_SetOffset, for the caller to locate; the offset then stays.
+void SeekTo(CT_File& file, unsigned int offset);
 
 // Seconds since 1970 in 32 bits, the nearest that there are.
 inline int Seconds(std::int64_t time) {

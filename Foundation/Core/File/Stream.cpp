@@ -5,6 +5,7 @@
 
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/FileDetail.h"
 #include "Foundation/Core/File/WinFile.h"
 
 using foundation::detail::Failed;
@@ -50,7 +51,7 @@ void CT_FileStream::v_Close() {
 }
 
 void CT_FileStream::v_SetOffset(unsigned int offset) {
-    file_->vv_SetOffset(CT_File::kFromStart, static_cast<int>(offset));
+    foundation::detail::SeekTo(*file_, offset);
     Failed();
 }
 

@@ -69,4 +69,27 @@ TEST(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
     EXPECT_CT_ERROR(5, stream.n_Write(Data("x"), 1));
 }
 
+// A seek takes a signed distance, so offsets from 2 GiB on were refused.
+TEST(StreamTest, FileOffsetsReachBeyondTwoGibibytes) {
+    const test::TempFolder folder;
+    const std::u16string name = folder.Name(u"far.bin");
+    const CT_UString path(name.c_str());
+    CT_WinFile file(&path, 16384);
+    CT_FileStream stream(&file);
+    for (const unsigned int offset : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFBu}) {
+        SCOPED_TRACE(offset);
+        stream.v_Open(CT_Stream::kWrite);
+        stream.v_SetOffset(offset);
+        EXPECT_EQ(stream.n_Write(Data("end"), 3), 3u);
+        stream.v_Close();
+        stream.v_Open(CT_Stream::kRead);
+        stream.v_SetOffset(offset + 1);
+        EXPECT_CT_ERROR(131, stream.v_SetOffset(0xFFFFFFFF));
+        unsigned char read[8];
+        EXPECT_EQ(stream.n_Read(read, 8), 2u);
+        EXPECT_EQ(read[0], 'n');
+        stream.v_Close();
+    }
+}
+
 }  // namespace
