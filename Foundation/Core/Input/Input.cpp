@@ -5,6 +5,7 @@
 
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/FileDetail.h"
 
 using foundation::detail::Failed;
 
@@ -100,6 +101,7 @@ void CT_FileInput::v_Set(unsigned int block_size, const CT_UString* name) {
 }
 
 void CT_FileInput::vv_Open() {
+    vv_Close();
     block_.v_SetMinSize(n_GetBuffer(), FALSE);
     size_ = file_.vn_GetSize();
     offset_ = 0;
@@ -144,7 +146,7 @@ BOOL CT_FileInput::vb_CopyNextBuffer(unsigned char* target, unsigned int count) 
 BOOL CT_FileInput::vb_Skip(unsigned int count) {
     if (vb_IsEmpty()) return FALSE;
     offset_ = std::min(Beyond(offset_, count), size_);
-    file_.vv_SetOffset(CT_File::kFromStart, static_cast<int>(offset_));
+    foundation::detail::SeekTo(file_, offset_);
     return Failed() ? FALSE : TRUE;
 }
 
@@ -173,19 +175,20 @@ void CT_MappedFileInput::v_Set(unsigned int block_size, const CT_UString* name) 
 }
 
 void CT_MappedFileInput::vv_Open() {
-    Forget();
-    const unsigned int size = file_.vn_GetSize();
+    vv_Close();
     OpenForReading(file_);
     if (Failed()) return;
+    const unsigned int size = file_.vn_GetSize();  // nobody else changes it any more
     file_.v_CreateMap(size);
-    if (Failed()) return;
+    if (Failed()) return file_.vv_Close();
     data_ = static_cast<const unsigned char*>(file_.pv_GetMapping());
     size_ = size;
 }
 
 void CT_MappedFileInput::vv_Close() {
     if (file_.b_IsOpen()) file_.vv_Close();
-    if (!Failed()) Forget();
+    Failed();
+    Forget();  // the view is gone, whatever became of the handle
 }
 
 BOOL CT_MappedFileInput::vb_IsUnicode() {

@@ -20,6 +20,7 @@ class FOUNDATION_API CT_Input {
 public:
     virtual ~CT_Input() = default;
 
+    // Starts at the beginning, also again. A file that cannot be opened or mapped is left closed.
     virtual void vv_Open() = 0;
     virtual void vv_Close() = 0;
     [[nodiscard]] virtual unsigned int vn_GetSize() const = 0;

@@ -87,9 +87,26 @@ TEST_F(InputTest, FilesAreHeldAloneAndMissingOrEmptyOnesTold) {
     file_.vv_Close();
     folder_.Write(u"input.bin", "");
     EXPECT_CT_ERROR(1006, mapped_.vv_Open());
-    mapped_.vv_Close();
+    EXPECT_FALSE(mapped_.pcco_GetFile()->b_IsOpen());
     folder_.Remove(u"input.bin");
     EXPECT_CT_ERROR(2, file_.vv_Open());
+}
+
+// The view used to be handed out after it was gone.
+TEST_F(InputTest, AMappingEndsWithItsFileEvenWhileAnErrorIsSet) {
+    mapped_.vv_Open();
+    CT_ErrorManager::spco_Get()->v_SetError(1u, u"before");
+    mapped_.vv_Close();
+    EXPECT_TRUE(mapped_.vb_IsEmpty());
+    EXPECT_TRUE(test::TakeError(1));
+    for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
+        input->vv_Open();
+        EXPECT_TRUE(input->vb_Skip(10));
+        input->vv_Open();  // starts again
+        EXPECT_EQ(input->vn_GetOffset(), 0u);
+        EXPECT_TRUE(test::NoError());
+        input->vv_Close();
+    }
 }
 
 TEST_F(InputTest, AReadThatYieldsNothingClosesTheFile) {
