@@ -7,12 +7,13 @@
 #ifndef FOUNDATION_CORE_LANGUAGE_CODEPAGE_H
 #define FOUNDATION_CORE_LANGUAGE_CODEPAGE_H
 
+#include "Foundation/Core/Frame/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
 class CT_UString;
 
-class FOUNDATION_API CT_Codepage {
+class FOUNDATION_API CT_Codepage : public foundation::detail::HeapObject {
 public:
     // Stored in files and settings: the values never change.
     enum et_Codepage : unsigned int {
@@ -146,5 +147,7 @@ private:
 
     et_Codepage value_ = kNotSet;
 };
+
+static_assert(sizeof(CT_Codepage) == sizeof(unsigned int));
 
 #endif
