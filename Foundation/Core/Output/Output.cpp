@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -20,13 +21,16 @@ namespace {
 constexpr unsigned int kToEnd = 0xFFFFFFFF;
 constexpr unsigned int kFileBufferSize = 16384;
 
-unsigned int Length(const char* text, unsigned int count) {
-    return count == kToEnd ? static_cast<unsigned int>(std::strlen(text)) : count;
+// Bytes of a text; 4 GiB and more as the most that 32 bits hold, which no buffer takes.
+template <typename Unit>
+unsigned int Bytes(const Unit* text, unsigned int count) {
+    const std::size_t length = count == kToEnd ? std::char_traits<Unit>::length(text) : count;
+    return static_cast<unsigned int>(std::min<std::size_t>(length * sizeof(Unit), 0xFFFFFFFF));
 }
 
-unsigned int Length(const char16_t* text, unsigned int count) {
-    return count == kToEnd ? static_cast<unsigned int>(std::char_traits<char16_t>::length(text))
-                           : count;
+void OpenForWriting(CT_WinFile& file) {
+    file.vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareNone,
+                 CT_File::kAttributeNormal, 0);
 }
 
 // Appends bytes as UTF-16 units; an odd last byte becomes a unit of its own.
@@ -84,11 +88,11 @@ void CT_MemoryOutput::vv_AppendV(const void* data, unsigned int count) {
 }
 
 void CT_MemoryOutput::vv_AppendC(const char* text, unsigned int count, unsigned int) {
-    Buffer().v_Append(text, Length(text, count));
+    Buffer().v_Append(text, Bytes(text, count));
 }
 
 void CT_MemoryOutput::vv_AppendU(const char16_t* text, unsigned int count) {
-    Buffer().v_Append(text, 2 * Length(text, count));
+    Buffer().v_Append(text, Bytes(text, count));
 }
 
 unsigned int CT_MemoryOutput::vn_GetSize() const {
@@ -137,11 +141,11 @@ void CT_FileOutput::vv_AppendV(const void* data, unsigned int count) {
 }
 
 void CT_FileOutput::vv_AppendC(const char* text, unsigned int count, unsigned int) {
-    vv_AppendV(text, Length(text, count));
+    vv_AppendV(text, Bytes(text, count));
 }
 
 void CT_FileOutput::vv_AppendU(const char16_t* text, unsigned int count) {
-    vv_AppendV(text, 2 * Length(text, count));
+    vv_AppendV(text, Bytes(text, count));
 }
 
 unsigned int CT_FileOutput::vn_GetSize() const {
@@ -157,22 +161,22 @@ CT_WinFile* CT_FileOutput::pco_GiveFile() {
 }
 
 void CT_FileOutput::Attach(const CT_UString* name) {
-    file_ = new CT_WinFile(name, kFileBufferSize);
+    auto file = std::make_unique<CT_WinFile>(name, kFileBufferSize);
+    OpenForWriting(*file);
+    file_ = file.release();
     owns_file_ = TRUE;
     closes_file_ = TRUE;
-    file_->vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareNone,
-                   CT_File::kAttributeNormal, 0);
     Failed();
 }
 
 void CT_FileOutput::Attach(CT_WinFile* file) {
-    file_ = file;
-    if (!file_->b_IsOpen()) {
-        file_->vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareNone,
-                       CT_File::kAttributeNormal, 0);
+    if (!file->b_IsOpen()) {
+        OpenForWriting(*file);
         closes_file_ = TRUE;
-        if (Failed()) return;
     }
+    file_ = file;
+    const bool failed = Failed();
+    if (failed && !file_->b_IsOpen()) return;
     file_->vv_SetOffset(CT_File::kFromEnd, 0);
     Failed();
 }
