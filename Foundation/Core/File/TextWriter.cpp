@@ -122,37 +122,45 @@ void CT_StreamTextWriter::v_WriteBOM() {
     Failed();
 }
 
-// Writes the first `count` pending units and keeps the rest, when the stream is open.
+// Writes the first `count` pending units, when the stream is open. What was written is not pending
+// any more, also when memory runs out in between.
 void CT_StreamTextWriter::WriteUnits(unsigned int count) {
     if (count == 0 || stream_ == nullptr || !stream_->b_IsOpen()) return;
-    WriteEncoded(count);
-    std::copy(characters_.begin() + count, characters_.begin() + count_, characters_.begin());
-    count_ -= count;
+    struct Written {
+        CT_StreamTextWriter& writer;
+        unsigned int count = 0;
+        ~Written() {
+            const auto first = writer.characters_.begin();
+            std::copy(first + count, first + writer.count_, first);
+            writer.count_ -= count;
+        }
+    } written{*this};
+    while (written.count < count) written.count += WriteChunk(written.count, count);
 }
 
-void CT_StreamTextWriter::WriteEncoded(unsigned int count) {
-    const unsigned int page = CT_Codepage(encoding_).n_Get();
-    const unsigned int flags =
-        platform::TakesTableFlags(page) ? platform::kNoBestFit | platform::kSeparateChars : 0;
+// Encodes and writes the next units of [first, last) and answers their number. A failing write
+// takes them too.
+unsigned int CT_StreamTextWriter::WriteChunk(unsigned int first, unsigned int last) {
+    const char16_t* const text = characters_.data() + first;
+    unsigned int units = std::min(kChunkUnits, last - first);
+    if (first + units < last) units = WholeCharacters(text, units);
+    unsigned int size = 2 * units;
     char bytes[kChunkBytes];
-    for (unsigned int done = 0; done < count;) {
-        const char16_t* const text = characters_.data() + done;
-        unsigned int units = std::min(kChunkUnits, count - done);
-        if (done + units < count) units = WholeCharacters(text, units);
-        unsigned int size = 2 * units;
-        if (encoding_ == CT_Codepage::kUtf16) {
-            for (unsigned int i = 0; i < units; ++i) {
-                bytes[2 * i] = static_cast<char>(text[i] & 0xFF);
-                bytes[2 * i + 1] = static_cast<char>(text[i] >> 8);
-            }
-        } else {
-            size = static_cast<unsigned int>(platform::WideCharToMultiByte(
-                page, flags, text, static_cast<int>(units), bytes, kChunkBytes, nullptr, nullptr));
+    if (encoding_ == CT_Codepage::kUtf16) {
+        for (unsigned int i = 0; i < units; ++i) {
+            bytes[2 * i] = static_cast<char>(text[i] & 0xFF);
+            bytes[2 * i + 1] = static_cast<char>(text[i] >> 8);
         }
-        if (size > 0) stream_->n_Write(reinterpret_cast<const unsigned char*>(bytes), size);
-        Failed();
-        done += units;
+    } else {
+        const unsigned int page = CT_Codepage(encoding_).n_Get();
+        const unsigned int flags =
+            platform::TakesTableFlags(page) ? platform::kNoBestFit | platform::kSeparateChars : 0;
+        size = static_cast<unsigned int>(platform::WideCharToMultiByte(
+            page, flags, text, static_cast<int>(units), bytes, kChunkBytes, nullptr, nullptr));
     }
+    if (size > 0) stream_->n_Write(reinterpret_cast<const unsigned char*>(bytes), size);
+    Failed();
+    return units;
 }
 
 // Whether one more unit fits, after writing when need be. The first half of a surrogate pair waits

@@ -68,7 +68,7 @@ public:
 private:
     void v_WriteBOM();
     void WriteUnits(unsigned int count);
-    void WriteEncoded(unsigned int count);
+    unsigned int WriteChunk(unsigned int first, unsigned int last);
     [[nodiscard]] bool MakeRoom();
 
     CT_Stream* stream_;

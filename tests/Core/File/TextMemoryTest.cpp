@@ -1,0 +1,121 @@
+// Text readers and writers, inputs and outputs when memory runs out.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "Foundation/Core/Buffer/Buffer.h"
+#include "Foundation/Core/File/TextReader.h"
+#include "Foundation/Core/File/TextWriter.h"
+#include "Foundation/Core/File/WinFile.h"
+#include "Foundation/Core/Input/Input.h"
+#include "Foundation/Core/Output/Output.h"
+#include "Foundation/Core/String/CString.h"
+#include "Foundation/Core/String/UString.h"
+#include "Support/Errors.h"
+#include "Support/TempFolder.h"
+
+namespace {
+
+constexpr unsigned int kToEnd = 0xFFFFFFFF;
+
+void AppendOneOfEach(CT_Output& output) {
+    output.vv_AppendV("raw", 3);
+    output.vv_AppendC("text", kToEnd, 1252);
+    output.vv_AppendU(u"text", kToEnd);
+    output.v_Format("%300d", 1);
+    output.v_Format(u"%300d", 1);
+}
+
+void ReadBlocks(CT_Input& input) {
+    const unsigned char* data = nullptr;
+    unsigned int count = 0;
+    input.vv_Open();
+    if (test::TakeError(8)) return;  // a view is mapped or not, like any other failing call
+    (void)input.vb_IsUnicode();
+    EXPECT_TRUE(input.vb_Skip(1));
+    while (input.vb_GetNextBuffer(&data, &count)) continue;
+    input.vv_Close();
+}
+
+TEST(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
+    const test::TempFolder folder;
+    const std::u16string name = folder.Name(u"text.txt");
+    const CT_UString path(name.c_str());
+    const std::function<void()> operations[] = {
+        [&] {
+            CT_FileOutput output(&path);
+            AppendOneOfEach(output);
+        },
+        [&] {
+            CT_WinFile file(&path, 16384);
+            CT_FileOutput output(&file);
+            AppendOneOfEach(output);
+        },
+        [] {
+            CT_MemoryOutput output;
+            AppendOneOfEach(output);
+            const CT_Buffer content("shared", 6, 32);
+            output.v_Set(&content);
+            AppendOneOfEach(output);
+        },
+        [] {
+            CT_UString wide;
+            CT_CString narrow;
+            CT_StringOutput output(wide);
+            AppendOneOfEach(output);
+            output.v_Set(narrow);
+            AppendOneOfEach(output);
+        },
+        [&] {
+            CT_WinFile file(&path, 16384);
+            CT_FileTextWriter writer(file, CT_Codepage::kUtf8);
+            writer.v_WriteFormatted(u"%700d", 1);
+            writer.v_WriteLine(u"");
+            writer.v_WriteLine(u"two");
+            writer.v_Close();
+        },
+        [&] {
+            CT_WinFile file(&path, 16384);
+            CT_FileTextReader reader(file, CT_Codepage::kUnknown, TRUE);
+            CT_UString line;
+            EXPECT_TRUE(reader.b_ReadLine(line));
+            EXPECT_EQ(line.n_GetLength(), 700u);
+            EXPECT_TRUE(reader.b_ReadLine(line));
+            EXPECT_EQ(line.n_GetLength(), 3u);
+            EXPECT_FALSE(reader.b_ReadLine(line));
+        },
+        [&] {
+            CT_FileInput input(256, &path);
+            ReadBlocks(input);
+        },
+        [&] {
+            CT_MappedFileInput input(256, &path);
+            ReadBlocks(input);
+        },
+    };
+    for (const auto& operation : operations) {
+        SCOPED_TRACE(&operation - operations);
+        EXPECT_GT(test::FailEachAllocation(operation), 0u);
+    }
+}
+
+// A flush that runs out of memory between two chunks wrote the first once more when repeated.
+TEST(TextMemoryTest, AnInterruptedFlushGoesOnWhereItStopped) {
+    const std::string text = std::string(2048, 'a') + std::string(2048, 'b') + "c";
+    for (unsigned int nth = 1; nth <= 2; ++nth) {
+        SCOPED_TRACE(nth);
+        CT_Buffer buffer;
+        CT_BufferStream stream(&buffer);
+        CT_StreamTextWriter writer(&stream, CT_Codepage::kWindows1252);
+        writer.v_Write(std::u16string(text.begin(), text.end()).c_str());
+        platform::FailAllocation(nth);
+        EXPECT_THROW(writer.v_Flush(), CT_SmartHeapException);
+        platform::FailAllocation(0);
+        writer.v_Flush();
+        EXPECT_EQ(std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()),
+                  text);
+    }
+}
+
+}  // namespace
