@@ -33,6 +33,10 @@ void DetachThread(void* memory) noexcept {
     thread_memory = nullptr;
     thread_ended = true;
     EmptyCaches(mine);
+    if (mine->error_info != nullptr) {
+        std::free(mine->error_info);
+        mine->Count(-1);
+    }
     const std::lock_guard lock(threads_mutex);
     CountShared(mine->live.load(std::memory_order_relaxed));
     (mine->previous != nullptr ? mine->previous->next : threads) = mine->next;

@@ -1,5 +1,6 @@
-// What the memory manager keeps for each thread: counters, the failure seam, and small caches of
-// free pool blocks. Shared by Memory.cpp and Pools.cpp.
+// What the memory manager keeps for each thread: counters, the failure seam, small caches of free
+// pool blocks, and what else goes with the thread: a destructor of a thread-local object would keep
+// the library from being unloaded. Shared by Memory.cpp, Pools.cpp and ErrorInfo.cpp.
 #ifndef FOUNDATION_PLATFORM_POSIX_THREADMEMORY_H
 #define FOUNDATION_PLATFORM_POSIX_THREADMEMORY_H
 
@@ -25,6 +26,7 @@ struct ThreadMemory {
     std::uint64_t countdown = 0;  // the try that fails, counted from now; 0 none
     bool sticky = false;
     BlockCache caches[kCachedPools];  // [0] stays empty: pools without a place use it
+    char16_t* error_info = nullptr;   // the component error object, a block of the heap
     ThreadMemory* next = nullptr;
     ThreadMemory* previous = nullptr;
 

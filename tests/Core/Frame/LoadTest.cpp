@@ -27,6 +27,9 @@ int Repeat(const char* library) {
         auto* const version = reinterpret_cast<unsigned int (*)()>(
             dlsym(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv"));
         if (version == nullptr || version() != 7) return Fail("the library was not attached");
+        auto* const leave = reinterpret_cast<bool (*)(const char16_t*)>(
+            dlsym(handle, "_ZN8platform12SetErrorInfoEPKDs"));
+        if (leave == nullptr || !leave(u"left in the thread")) return Fail("no error object");
         if (dlclose(handle) != 0) return Fail("dlclose");
         if (dlopen(library, RTLD_NOW | RTLD_NOLOAD) != nullptr) return Fail("still loaded");
         const std::size_t used = mallinfo2().uordblks;
