@@ -61,7 +61,3 @@ void CT_ErrorManager::sv_GetCOMErrorDescription(HRESULT hresult, CT_UString& des
     }
     platform::Free(object);
 }
-
-void CT_ErrorManager::v_GetErrorMessage(CT_UString& message) const {
-    message.v_Set(qcuz_GetErrorMessage());
-}
