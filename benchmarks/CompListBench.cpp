@@ -5,12 +5,15 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <random>
 #include <unordered_map>
 #include <unordered_set>
 
 #include "Foundation/Core/CompList/CompList.h"
+#include "Foundation/Core/CompList/CompListIterator.h"
+#include "Foundation/Core/CompList/CompListReader.h"
 #include "Foundation/Platform/Nls/Utf.h"
 
 namespace bench {
@@ -218,6 +221,48 @@ const DictionaryEntry kEntries[] = {{"complist", Make<Grown>},
                                     {"complist_loaded", Make<Loaded>},
                                     {"complist_loaded_matched", Make<Measured>},
                                     {"unordered_map", Make<HashMap>}};
+
+// From the text file, as the list's reader reads it, to the image.
+void BuildFromFile(benchmark::State& state) {
+    const auto list = static_cast<List>(state.range(0));
+    const WordSet& words = WordsOf(list);
+    if (words.Size() == 0) return state.SkipWithError("no word lists in /usr/share/dict");
+    state.SetLabel(kListNames[list]);
+    const std::filesystem::path path =
+        std::filesystem::temp_directory_path() / "zelkor-complist-bench.txt";
+    std::ofstream out(path, std::ios::binary);
+    for (std::size_t i = 0; i < words.Size(); ++i) out << words.utf8.View(i) << '\n';
+    out.close();
+    const std::u16string name = path.u16string();
+    for (auto _ : state) {
+        CT_CompList read = NewList();
+        CT_CompListReader(&read, FALSE).b_ReadItems(name.c_str());
+        benchmark::DoNotOptimize(read.pcco_GetBuffer());
+        if (read.n_GetNrOfEntries() != words.Size()) state.SkipWithError("a word is missing");
+    }
+    std::filesystem::remove(path);
+    PerWord(state, "per_word", words.Size());
+}
+BENCHMARK(BuildFromFile)->DenseRange(kSmall, kLargeShuffled)->Unit(benchmark::kMillisecond);
+
+// All words of a stored image with their handles.
+void Iterate(benchmark::State& state) {
+    const WordSet& words = WordsOf(static_cast<List>(state.range(0)));
+    if (words.Size() == 0) return state.SkipWithError("no word lists in /usr/share/dict");
+    state.SetLabel(kListNames[state.range(0)]);
+    CT_CompList list = NewList();
+    AddAll(list, words);
+    for (auto _ : state) {
+        CT_UCompListIterator iterator(&list);
+        CT_UString word;
+        unsigned int handle = 0;
+        std::size_t count = 0;
+        while (iterator.b_GetNext(&word, &handle) != FALSE) ++count;
+        if (count != words.Size()) state.SkipWithError("a word is missing");
+    }
+    PerWord(state, "per_word", words.Size());
+}
+BENCHMARK(Iterate)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMillisecond);
 
 // Adds with a search for another word after each; beside it the adds alone and the searches alone.
 void Interleaved(benchmark::State& state) {

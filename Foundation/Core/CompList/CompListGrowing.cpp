@@ -18,7 +18,7 @@ GrowingList::GrowingList(const Widths& widths) : widths_(widths) {
 
 // The run of the family that begins with this character.
 std::uint32_t GrowingList::Child(std::uint32_t letter, std::uint32_t unit) const noexcept {
-    if (Is(letter, kTabled)) return places_.Find(Step(letter, unit));
+    if (Is(letter, kTabled)) return families_.Find(Step(letter, unit));
     std::uint32_t start = cells_[letter].chain;
     while (start != 0 && cells_[start].unit != unit) start = Joint(start).chain;
     return start;
@@ -46,7 +46,7 @@ std::uint32_t GrowingList::ShortEnd(const Unit* key) const noexcept {
     std::uint64_t prefix = 0;
     for (std::uint32_t length = 1; length < kPrefixLength; ++length) {
         prefix = Longer(prefix, key[length - 1]);
-        const std::uint32_t letter = places_.Find(ShortKey(prefix, length));
+        const std::uint32_t letter = beginnings_.Find(ShortKey(prefix, length));
         if (letter != 0 && EndsBranch(letter)) return length;
     }
     return 0;
@@ -57,7 +57,7 @@ Outcome GrowingList::Search(const Unit* key, bool exact) const noexcept {
     Place place{0, 0};
     std::uint64_t prefix = 0;
     if (TakePrefix(key, prefix) == kPrefixLength) {
-        const std::uint32_t letter = places_.Find(prefix);
+        const std::uint32_t letter = beginnings_.Find(prefix);
         if (letter == 0) return {kAbsent, exact ? 0 : ShortEnd(key)};
         place = {letter, kPrefixLength};
     }
@@ -74,7 +74,7 @@ bool GrowingList::Add(const Unit* key, std::uint32_t handle) {
     std::uint64_t prefix = 0;
     const std::uint32_t prefix_length = TakePrefix(key, prefix);
     if (prefix_length == kPrefixLength) {
-        const std::uint32_t letter = places_.Find(prefix);
+        const std::uint32_t letter = beginnings_.Find(prefix);
         if (letter != 0) place = {letter, kPrefixLength};
     }
     place = Descend(key, place);
@@ -84,8 +84,8 @@ bool GrowingList::Add(const Unit* key, std::uint32_t handle) {
     if (first == 0) return false;
     if (place.letter == 0) jumps_ |= JumpBit(key[0]);
     if (place.matched < prefix_length) {
-        places_.Insert(ShortKey(prefix, prefix_length),
-                       first + (prefix_length - 1 - place.matched));
+        beginnings_.Insert(ShortKey(prefix, prefix_length),
+                           first + (prefix_length - 1 - place.matched));
     }
     return true;
 }
@@ -117,7 +117,8 @@ std::uint32_t GrowingList::AddRest(const Unit* rest, std::uint32_t parent, std::
     const std::size_t all = lengthens ? bytes : bytes + widths_.Jump();
     if (!Fits(all)) return 0;
     cells_.Reserve(length + 1);
-    places_.Reserve(kChained + 2);  // a prefix, and a family that becomes too large for its chain
+    beginnings_.Reserve(1);
+    families_.Reserve(kChained + 1);  // one that becomes too large for its chain
     if (widths_.offset == 2) {
         const auto count = static_cast<std::uint32_t>(bytes);
         if (!(lengthens ? LengthenTail(parent, count) : AddTail(parent, count))) return 0;
@@ -150,10 +151,10 @@ void GrowingList::BeginRun(std::uint32_t parent, char16_t unit) noexcept {
         if (size <= kChained) return;
         cells_[parent].flags = static_cast<std::uint16_t>(cells_[parent].flags | kTabled);
         for (std::uint32_t run = newest; run != 0; run = Joint(run).chain) {
-            places_.Insert(Step(parent, cells_[run].unit), run);
+            families_.Insert(Step(parent, cells_[run].unit), run);
         }
     }
-    places_.Insert(Step(parent, unit), start);
+    families_.Insert(Step(parent, unit), start);
 }
 
 void GrowingList::EndRun(std::uint32_t handle) noexcept {

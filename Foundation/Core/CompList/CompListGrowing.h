@@ -13,9 +13,9 @@
 // The letter behind another one in its run continues it. All other continuations of a letter begin
 // runs of their own, its family, chained from the newest to the oldest through their joints. When
 // the last letter of a run is continued, the oldest of its family stays in its tail (an extension);
-// every other run begins a tail. Families of more than kChained runs are found by a table, which
-// also knows where each beginning of kPrefixLength characters leads, and the shorter words that
-// ended a tail when they came.
+// every other run begins a tail. Families of more than kChained runs are found by a table. A
+// second one knows where each beginning of kPrefixLength characters leads, and the shorter words
+// that ended a tail when they came.
 #ifndef FOUNDATION_CORE_COMPLIST_COMPLISTGROWING_H
 #define FOUNDATION_CORE_COMPLIST_COMPLISTGROWING_H
 
@@ -54,7 +54,7 @@ public:
     void Write(std::byte* image) const;
 
     [[nodiscard]] std::size_t Bytes() const noexcept {
-        return cells_.Bytes() + places_.Bytes() + offsets_.Bytes();
+        return cells_.Bytes() + beginnings_.Bytes() + families_.Bytes() + offsets_.Bytes();
     }
 
 private:
@@ -149,8 +149,9 @@ private:
     std::uint64_t stream_bytes_ = 0;  // without the end marker
     std::uint32_t jumps_ = 0;         // bit per letter with an entry in the jump table
     PlainArray<Cell> cells_;
-    PlaceTable places_;
-    OffsetTable offsets_;  // stays empty for lists with long offsets
+    PlaceTable beginnings_;  // by first characters
+    PlaceTable families_;    // by Step
+    OffsetTable offsets_;    // stays empty for lists with long offsets
 };
 
 }  // namespace foundation::detail::complist

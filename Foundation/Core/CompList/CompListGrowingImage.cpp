@@ -121,7 +121,7 @@ public:
             if (in_place || list_.Child(parent, unit) != 0) return false;
         }
         list_.cells_.Reserve(2);
-        list_.places_.Reserve(kChained + 1);
+        list_.families_.Reserve(kChained + 1);
         if (list_.widths_.offset == 2) {
             EndTail(position);
             list_.offsets_.Reserve();
@@ -137,8 +137,8 @@ public:
     }
     [[nodiscard]] std::uint32_t FamilyBefore(std::uint32_t) const noexcept { return Latest(); }
     void Prefix(std::uint64_t prefix) {
-        list_.places_.Reserve(1);
-        list_.places_.Insert(prefix, Latest());
+        list_.beginnings_.Reserve(1);
+        list_.beginnings_.Insert(prefix, Latest());
     }
     void Word(std::uint32_t handle, bool last) noexcept {
         Cell& letter = list_.cells_[Latest()];
@@ -146,8 +146,8 @@ public:
         letter.first = handle;
     }
     void ShortEnd(std::uint64_t key) {
-        list_.places_.Reserve(1);
-        list_.places_.Insert(key, Latest());
+        list_.beginnings_.Reserve(1);
+        list_.beginnings_.Insert(key, Latest());
     }
     // The tail being read ends before this position.
     void EndTail(std::uint32_t position) noexcept {

@@ -8,15 +8,15 @@ namespace foundation::detail::complist {
 template <typename Unit>
 class Index::Builder {
 public:
-    Builder(const View& image, PlaceTable& places) noexcept : image_(image), places_(places) {}
+    Builder(const View& image, Index& index) noexcept : image_(image), index_(index) {}
 
     bool BeginTail(std::uint32_t position, Unit unit, const Branch& branch) {
         latest_ = position;
         if (branch.rank == 0) return true;
         if (InFamily(branch.family, unit, position)) return false;
         if (branch.rank <= kNearby) return true;
-        places_.Reserve(1);
-        places_.Insert(Step(branch.family, unit), position);
+        index_.far_.Reserve(1);
+        index_.far_.Insert(Step(branch.family, unit), position);
         return true;
     }
     void Character(std::uint32_t position, Unit) noexcept { latest_ = position; }
@@ -24,13 +24,13 @@ public:
         return position;
     }
     void Prefix(std::uint64_t prefix) {
-        places_.Reserve(1);
-        places_.Insert(prefix, latest_ + static_cast<std::uint32_t>(sizeof(Unit)));
+        index_.beginnings_.Reserve(1);
+        index_.beginnings_.Insert(prefix, latest_ + static_cast<std::uint32_t>(sizeof(Unit)));
     }
     static void Word(std::uint32_t, bool) noexcept {}
     void ShortEnd(std::uint64_t key) {
-        places_.Reserve(1);
-        places_.Insert(key, latest_);
+        index_.beginnings_.Reserve(1);
+        index_.beginnings_.Insert(key, latest_);
     }
 
 private:
@@ -43,21 +43,21 @@ private:
             if (image_.ElementOf<Unit>(at) == unit) return true;
             at = image_.NextAlternative<Unit>(at);
         }
-        return places_.Find(Step(head, unit)) != 0;
+        return index_.far_.Find(Step(head, unit)) != 0;
     }
 
     const View& image_;
-    PlaceTable& places_;
+    Index& index_;
     std::uint32_t latest_ = 0;
 };
 
 bool Index::Build(const View& image) {
     if (image.widths.element == 1) {
-        Builder<std::uint8_t> builder(image, places_);
+        Builder<std::uint8_t> builder(image, *this);
         return Parser<std::uint8_t, Builder<std::uint8_t>>(image, builder).Run();
     }
     if (image.widths.element == 2) {
-        Builder<char16_t> builder(image, places_);
+        Builder<char16_t> builder(image, *this);
         return Parser<char16_t, Builder<char16_t>>(image, builder).Run();
     }
     return false;

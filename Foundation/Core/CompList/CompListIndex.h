@@ -21,7 +21,7 @@ public:
 
     // The position behind the last character of these first ones; 0 when no word has them.
     [[nodiscard]] std::uint32_t BehindPrefix(std::uint64_t prefix) const noexcept {
-        return places_.Find(prefix);
+        return beginnings_.Find(prefix);
     }
     // The length of the word that ends a branch within the first kPrefixLength - 1 characters of a
     // longer key, 0 when there is none.
@@ -30,7 +30,7 @@ public:
         std::uint64_t prefix = 0;
         for (std::uint32_t length = 1; length < kPrefixLength; ++length) {
             prefix = Longer(prefix, key[length - 1]);
-            if (places_.Find(ShortKey(prefix, length)) != 0) return length;
+            if (beginnings_.Find(ShortKey(prefix, length)) != 0) return length;
         }
         return 0;
     }
@@ -38,15 +38,16 @@ public:
     // at `head`; 0 when there is none.
     [[nodiscard]] std::uint32_t FarAlternative(std::uint32_t head,
                                                std::uint32_t unit) const noexcept {
-        return places_.Find(Step(head, unit));
+        return far_.Find(Step(head, unit));
     }
-    [[nodiscard]] std::size_t Bytes() const noexcept { return places_.Bytes(); }
+    [[nodiscard]] std::size_t Bytes() const noexcept { return beginnings_.Bytes() + far_.Bytes(); }
 
 private:
     template <typename Unit>
     class Builder;
 
-    PlaceTable places_;
+    PlaceTable beginnings_;
+    PlaceTable far_;
 };
 
 // Searches an image for a key that is not empty. `index` may be null. `skipped` counts the
