@@ -63,7 +63,7 @@ Outcome GrowingList::Search(const Unit* key, bool exact) const noexcept {
     }
     place = Descend(key, place);
     if (key[place.matched] == 0) {
-        return {Is(place.letter, kWord) ? cells_[place.letter].first : kAbsent, place.matched};
+        return {Is(place.letter, kWord) ? cells_[place.letter].value : kAbsent, place.matched};
     }
     return {kAbsent, EndsBranch(place.letter) ? place.matched : 0};
 }
@@ -99,7 +99,7 @@ bool GrowingList::MarkWord(std::uint32_t letter, std::uint32_t handle) {
         offsets_.Insert(letter, bytes);
     }
     cells_[letter].flags = static_cast<std::uint16_t>(cells_[letter].flags | kWord);
-    cells_[letter].first = handle;
+    cells_[letter].value = handle;
     stream_bytes_ += bytes;
     return true;
 }
@@ -137,20 +137,24 @@ std::uint32_t GrowingList::AddRest(const Unit* rest, std::uint32_t parent, std::
 
 void GrowingList::BeginRun(std::uint32_t parent, char16_t unit) noexcept {
     const auto start = static_cast<std::uint32_t>(cells_.size() + 1);
-    const std::uint32_t newest = cells_[parent].chain;
+    const std::uint32_t oldest = cells_[parent].chain;
     std::uint16_t flags = parent == 0 ? kTop : 0;
     if (parent != 0 && EndsBranch(parent)) flags = kExtension;
-    cells_.Append({0, flags, newest == 0 ? start : Joint(newest).first, newest});
+    cells_.Append({0, flags, oldest == 0 ? start : 0, 0});
     AppendLetter(unit);
-    if (newest != 0) Joint(newest).first = start;
-    cells_[parent].chain = start;
+    if (oldest == 0) {
+        cells_[parent].chain = start;
+    } else {
+        Joint(Joint(oldest).value).chain = start;
+        Joint(oldest).value = start;
+    }
 
     if (!Is(parent, kTabled)) {
         std::uint32_t size = 0;
-        for (std::uint32_t run = start; run != 0; run = Joint(run).chain) ++size;
+        for (std::uint32_t run = cells_[parent].chain; run != 0; run = Joint(run).chain) ++size;
         if (size <= kChained) return;
         cells_[parent].flags = static_cast<std::uint16_t>(cells_[parent].flags | kTabled);
-        for (std::uint32_t run = newest; run != 0; run = Joint(run).chain) {
+        for (std::uint32_t run = oldest; run != start; run = Joint(run).chain) {
             families_.Insert(Step(parent, cells_[run].unit), run);
         }
     }
@@ -160,7 +164,7 @@ void GrowingList::BeginRun(std::uint32_t parent, char16_t unit) noexcept {
 void GrowingList::EndRun(std::uint32_t handle) noexcept {
     Cell& last = cells_[cells_.size() - 1];
     last.flags = static_cast<std::uint16_t>(last.flags | kWord | kLast);
-    last.first = handle;
+    last.value = handle;
 }
 
 // Whether so many bytes can be inserted behind a letter in a stream that is long, or becomes so.

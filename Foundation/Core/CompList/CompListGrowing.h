@@ -11,7 +11,7 @@
 //   run ...
 //
 // The letter behind another one in its run continues it. All other continuations of a letter begin
-// runs of their own, its family, chained from the newest to the oldest through their joints. When
+// runs of their own, its family, chained from the oldest to the newest through their joints. When
 // the last letter of a run is continued, the oldest of its family stays in its tail (an extension);
 // every other run begins a tail. Families of more than kChained runs are found by a table. A
 // second one knows where each beginning of kPrefixLength characters leads, and the shorter words
@@ -67,10 +67,10 @@ private:
     struct Cell {
         char16_t unit;        // letter: the character
         std::uint16_t flags;  // the constants below
-        std::uint32_t first;  // letter: its handle when kWord;  joint: the next newer run's start,
-                              // in the newest joint the oldest run's
-        std::uint32_t chain;  // letter: start of its family's newest run, 0 without family;
-                              // joint: the next older run's start, 0 in the oldest
+        std::uint32_t value;  // letter: its handle when kWord
+                              // joint of a family's oldest run: start of the newest
+        std::uint32_t chain;  // letter: start of its family's oldest run, 0 without family
+                              // joint: start of the next newer run, 0 in the newest
     };
     static constexpr std::uint16_t kWord = 1;       // letter: a word ends here
     static constexpr std::uint16_t kLast = 2;       // letter: its run ends here
@@ -96,10 +96,6 @@ private:
     [[nodiscard]] Cell& Joint(std::uint32_t start) noexcept { return cells_[start - 1]; }
     [[nodiscard]] const Cell& Joint(std::uint32_t start) const noexcept {
         return cells_[start - 1];
-    }
-    // The oldest run of the family whose newest is this one.
-    [[nodiscard]] std::uint32_t Oldest(std::uint32_t newest) const noexcept {
-        return Joint(newest).first;
     }
     [[nodiscard]] bool EndsBranch(std::uint32_t letter) const noexcept {
         return Is(letter, kLast) && cells_[letter].chain == 0;
@@ -128,22 +124,29 @@ private:
     void MeasureDistances() noexcept;
     [[nodiscard]] std::uint64_t BytesBehind(std::uint32_t letter) const noexcept;
 
-    // The order of the image. A letter's marker leads to the next alternative, if there is one; a
-    // letter is in place when it stands behind another one in its run.
+    // The order of the image. A letter's marker leads to the next alternative, if there is one: the
+    // oldest of the family of the letter before it, or the one behind its own run.
     [[nodiscard]] std::uint32_t SourceOf(std::uint32_t parent) const noexcept;
     [[nodiscard]] std::uint32_t Following(std::uint32_t letter) const noexcept {
-        if (!Is(letter, kLast)) return letter + 1;
-        return cells_[letter].chain == 0 ? 0 : Oldest(cells_[letter].chain);
+        return Is(letter, kLast) ? cells_[letter].chain : letter + 1;
     }
-    [[nodiscard]] std::uint32_t NextAlternative(std::uint32_t letter, bool in_place) const noexcept;
+    [[nodiscard]] std::uint32_t NextAlternative(std::uint32_t letter) const noexcept {
+        return cells_[letter - 1].chain;
+    }
+    [[nodiscard]] std::uint32_t LetterBytes(std::uint32_t letter) const noexcept {
+        return widths_.element + (NextAlternative(letter) != 0 ? widths_.Jump() : 0) +
+               (Is(letter, kWord) ? widths_.Mark() : 0);
+    }
     // visit(start) for each tail.
     template <typename Visit>
     void ForEachTail(Visit visit) const;
-    // visit(letter, next alternative) for a letter and all that follow it in its tail.
+    // visit(letter) for a letter and all that follow it in its tail.
     template <typename Visit>
-    void ForEachLetter(std::uint32_t letter, bool in_place, Visit visit) const;
+    void ForEachLetter(std::uint32_t letter, Visit visit) const {
+        for (; letter != 0; letter = Following(letter)) visit(letter);
+    }
     [[nodiscard]] std::byte* WriteTail(std::uint32_t start, std::byte* image, std::byte* to,
-                                       PlainArray<std::uint32_t>& markers) const noexcept;
+                                       const PlainArray<std::uint32_t>& positions) const noexcept;
 
     Widths widths_;
     std::uint64_t stream_bytes_ = 0;  // without the end marker

@@ -6,17 +6,8 @@ namespace foundation::detail::complist {
 
 // The letter behind which the marker of a new alternative is put: the last alternative so far.
 std::uint32_t GrowingList::SourceOf(std::uint32_t parent) const noexcept {
-    const std::uint32_t newest = cells_[parent].chain;
-    return newest != 0 ? newest : parent + 1;
-}
-
-std::uint32_t GrowingList::NextAlternative(std::uint32_t letter, bool in_place) const noexcept {
-    if (in_place) {
-        const std::uint32_t newest = cells_[letter - 1].chain;
-        return newest == 0 ? 0 : Oldest(newest);
-    }
-    const std::uint32_t newer = Joint(letter).first;
-    return newer > letter ? newer : 0;  // the newest one's leads back to the oldest
+    const std::uint32_t oldest = cells_[parent].chain;
+    return oldest != 0 ? Joint(oldest).value : parent + 1;
 }
 
 template <typename Visit>
@@ -27,24 +18,10 @@ void GrowingList::ForEachTail(Visit visit) const {
     }
 }
 
-template <typename Visit>
-void GrowingList::ForEachLetter(std::uint32_t letter, bool in_place, Visit visit) const {
-    while (letter != 0) {
-        visit(letter, NextAlternative(letter, in_place));
-        in_place = !Is(letter, kLast);
-        letter = Following(letter);
-    }
-}
-
 // Bytes between a letter that has no marker and the end of its tail.
 std::uint64_t GrowingList::BytesBehind(std::uint32_t letter) const noexcept {
     std::uint64_t bytes = Is(letter, kWord) ? widths_.Mark() : 0;
-    ForEachLetter(Following(letter), !Is(letter, kLast),
-                  [&](std::uint32_t other, std::uint32_t next) {
-                      bytes += widths_.element;
-                      if (next != 0) bytes += widths_.Jump();
-                      if (Is(other, kWord)) bytes += widths_.Mark();
-                  });
+    ForEachLetter(Following(letter), [&](std::uint32_t other) { bytes += LetterBytes(other); });
     return bytes;
 }
 
@@ -55,56 +32,52 @@ void GrowingList::MeasureDistances() noexcept {
         // Until here a tail's distance is the position of the marker that leads to it.
         if (tail != 0) offsets_.Distance(tail) = at - offsets_.Distance(tail);
         ++tail;
-        ForEachLetter(start, false, [&](std::uint32_t letter, std::uint32_t next) {
-            at += widths_.element;
-            if (next != 0) {
-                offsets_.Distance(offsets_.TailOf(next)) = at;
-                at += widths_.Jump();
-            }
-            if (Is(letter, kWord)) at += widths_.Mark();
+        ForEachLetter(start, [&](std::uint32_t letter) {
+            const std::uint32_t next = NextAlternative(letter);
+            if (next != 0) offsets_.Distance(offsets_.TailOf(next)) = at + widths_.element;
+            at += LetterBytes(letter);
         });
     });
     offsets_.SetMeasured();
 }
 
 std::byte* GrowingList::WriteTail(std::uint32_t start, std::byte* image, std::byte* to,
-                                  PlainArray<std::uint32_t>& markers) const noexcept {
+                                  const PlainArray<std::uint32_t>& positions) const noexcept {
     const std::uint32_t element = widths_.element;
-    ForEachLetter(start, false, [&](std::uint32_t letter, std::uint32_t next) {
+    ForEachLetter(start, [&](std::uint32_t letter) {
         StoreNumber(to, cells_[letter].unit, element);
         to += element;
+        const std::uint32_t next = NextAlternative(letter);
         if (next != 0) {
-            markers[next / 2] = static_cast<std::uint32_t>(to - image);
+            const auto marker = static_cast<std::uint32_t>(to - image);
             StoreNumber(to, kAlternative, element);
+            StoreNumber(to + element, positions[next / 2] - marker, widths_.offset);
             to += widths_.Jump();
         }
         if (!Is(letter, kWord)) return;
         StoreNumber(to, Following(letter) == 0 ? kWordEnds : kGoesOn, element);
-        StoreNumber(to + element, cells_[letter].first, widths_.handle);
+        StoreNumber(to + element, cells_[letter].value, widths_.handle);
         to += widths_.Mark();
     });
     return to;
 }
 
 void GrowingList::Write(std::byte* image) const {
-    // Where the marker stands that leads to a tail, at half the tail's start: starts are at least
-    // two cells apart.
-    PlainArray<std::uint32_t> markers;
-    markers.Reserve(cells_.size() / 2 + 1);
-    std::byte* to = image + kFirstElement;
+    // Where the tails begin, at half their starts, which are at least two cells apart.
+    PlainArray<std::uint32_t> positions;
+    positions.Reserve(cells_.size() / 2 + 1);
+    std::uint32_t at = kFirstElement;
     for (std::uint32_t i = 0; i < 26; ++i) Store(image + kJumpsAt + 4 * i, std::uint32_t{0});
     ForEachTail([&](std::uint32_t start) {
-        const auto at = static_cast<std::uint32_t>(to - image);
-        if (start != 2) {
-            const std::uint32_t marker = markers[start / 2];
-            StoreNumber(image + marker + widths_.element, at - marker, widths_.offset);
-        }
+        positions[start / 2] = at;
         const std::uint32_t unit = cells_[start].unit;
         if ((Joint(start).flags & kTop) != 0 && (jumps_ & JumpBit(unit)) != 0) {
             Store(image + kJumpsAt + 4 * (unit - 'a'), at);
         }
-        to = WriteTail(start, image, to, markers);
+        ForEachLetter(start, [&](std::uint32_t letter) { at += LetterBytes(letter); });
     });
+    std::byte* to = image + kFirstElement;
+    ForEachTail([&](std::uint32_t start) { to = WriteTail(start, image, to, positions); });
     StoreNumber(to, kEndOfStream, widths_.element);
 }
 
@@ -143,7 +116,7 @@ public:
     void Word(std::uint32_t handle, bool last) noexcept {
         Cell& letter = list_.cells_[Latest()];
         letter.flags = static_cast<std::uint16_t>(letter.flags | kWord | (last ? kLast : 0));
-        letter.first = handle;
+        letter.value = handle;
     }
     void ShortEnd(std::uint64_t key) {
         list_.beginnings_.Reserve(1);
