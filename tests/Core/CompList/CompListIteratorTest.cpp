@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <utility>
@@ -81,6 +83,39 @@ TEST(CompListIteratorTest, VisitsEveryWordOnceAlternativesFromTheLast) {
             EXPECT_EQ(Enumerate(Adopted(ImageOf(list))), expected);
         }
     }
+}
+
+// The hex dump in the description of the format, read out of that page.
+Bytes DocumentedImage() {
+    std::ifstream page(COMPRESSED_LIST_PAGE);
+    Bytes image;
+    bool inside = false;
+    for (std::string line; std::getline(page, line);) {
+        if (line.rfind("```", 0) == 0) {
+            inside = line == "```text";
+        } else if (inside) {
+            std::istringstream row(line.substr(4));
+            for (unsigned byte; row >> std::hex >> byte;) {
+                image.push_back(static_cast<std::uint8_t>(byte));
+            }
+        }
+    }
+    return image;
+}
+
+TEST(CompListIteratorTest, DecodesTheDocumentedImage) {
+    const Bytes image = DocumentedImage();
+    ASSERT_EQ(image.size(), 0xAAu);
+    const CT_CompList list = Adopted(image);
+    EXPECT_EQ(list.n_GetNrOfEntries(), 5u);
+    EXPECT_EQ(list.n_GetCodePage(), 1252u);
+    EXPECT_EQ(list.n_Search(u""), 1258u);
+    EXPECT_EQ(Enumerate(list), (Entries{{u"\u00D6", 3}, {u"a", 5}, {u"ac", 9}, {u"ab", 7}}));
+
+    CT_CompList made(CT_CompList::kTwoBytes, 2, TRUE, TRUE, 128, 1252);
+    const Entries words{{u"ab", 7}, {u"a", 5}, {u"ac", 9}, {u"\u00D6", 3}, {u"", 1258}};
+    for (const auto& [word, handle] : words) EXPECT_TRUE(made.b_Add(word.c_str(), handle));
+    EXPECT_EQ(ImageOf(made), image);
 }
 
 TEST(CompListIteratorTest, StartsAnewOnAnotherListAndNeedsNoHandle) {
