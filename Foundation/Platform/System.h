@@ -41,8 +41,9 @@ struct MemoryStatus {
 };
 [[nodiscard]] FOUNDATION_API MemoryStatus QueryMemory() noexcept;
 
-// Writes the computer's name, zero-terminated: the host name up to its first dot. FALSE with the
-// last error set when it does not fit (122) or cannot be had; the text is then empty.
+// Writes the computer's name, zero-terminated: the first 15 characters of the host name up to its
+// first dot. FALSE with the last error set when it does not fit (122) or cannot be had; the text is
+// then empty.
 FOUNDATION_API bool ComputerName(char16_t* name, std::uint32_t capacity) noexcept;
 
 // System metrics by their usual numbers: 18 height of the Kanji window, 42 double-byte support, 63

@@ -143,19 +143,22 @@ MemoryStatus QueryMemory() noexcept {
 
 bool ComputerName(char16_t* name, std::uint32_t capacity) noexcept {
     if (given.computer_name != nullptr) return given.computer_name(name, capacity);
+    constexpr std::size_t kLongestName = 15;
     if (capacity != 0) *name = 0;
     char host[256] = {};
     if (gethostname(host, sizeof host - 1) != 0) {
         SetLastError(kErrorGenFailure);
         return false;
     }
-    const std::size_t length = std::strcspn(host, ".");
-    const UtfProgress needed = Utf16LengthOfUtf8(host, length);
-    if (needed.taken != length || needed.written == 0 || needed.written >= capacity) {
-        SetLastError(needed.written >= capacity ? kErrorInsufficientBuffer : kErrorGenFailure);
+    char16_t label[kLongestName];
+    const std::size_t length =
+        Utf8ToUtf16(host, std::strcspn(host, "."), label, kLongestName).written;
+    if (length == 0 || length >= capacity) {
+        SetLastError(length >= capacity ? kErrorInsufficientBuffer : kErrorGenFailure);
         return false;
     }
-    name[Utf8ToUtf16(host, length, name, capacity).written] = 0;
+    std::copy_n(label, length, name);
+    name[length] = 0;
     return true;
 }
 

@@ -23,8 +23,7 @@ public:
     };
 
     [[nodiscard]] static unsigned int sn_GetNumCPU();  // at least 1
-    // On failure, also when the name has more than 15 characters, records the system error and
-    // empties the text.
+    // At most 15 characters of it. On failure records the system error and empties the text.
     static void sv_GetComputerName(CT_UString* name);
     [[nodiscard]] static et_Processor seo_GetProcessor();
 
