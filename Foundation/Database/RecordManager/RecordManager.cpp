@@ -109,7 +109,7 @@ void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
     vv_Open(writing ? kReadWriteAccess : kReadAccess, kOpenExisting,
             writing ? kShareNone : kShareRead, kAttributeNormal, kFlagRandomAccess);
     if (Failed()) return;
-    const unsigned int size = vn_GetSize();
+    const unsigned int size = opened_size_ = vn_GetSize();
     // The header is judged before a mapping may extend the file: a foreign one stays as it is.
     if (!ReadHeader()) return CloseFailed(0);
     if (mapping == kMapAlways || (mapping == kMapSmall && b_CanMap())) {
@@ -138,13 +138,15 @@ bool CT_RecordManager::ReadHeader() {
 bool CT_RecordManager::ReadTables() {
     if (open_mode_ == kModeReadWrite) {
         const unsigned int counter = Get(format::kFreeCounterAt);
-        if (counter == 0 || counter != free_copy_) {
+        if (counter == 0 || counter != free_copy_ ||
+            free_table_.n_GetCount() != Get(format::kFreeCountAt)) {
             if (!ReadFreeTable()) return false;
             free_copy_ = counter;
         }
     }
     const unsigned int counter = Get(format::kResourceCounterAt);
-    if (counter == 0 || counter != resource_copy_) {
+    if (counter == 0 || counter != resource_copy_ ||
+        directory_.n_GetCount() != n_GetResourceCount()) {
         if (!ReadDirectory()) return false;
         resource_copy_ = counter;
     }
@@ -213,12 +215,13 @@ void CT_RecordManager::CloseFailed(unsigned int length) {
 }
 
 // Changes need blocks that hold a free block's words, lie on block boundaries and start behind the
-// tables.
+// tables, and heads that fit into the data area when there are records.
 void CT_RecordManager::JudgeLayout() {
     const unsigned int block = n_GetBlockSize();
-    changeable_ = block >= format::kSmallestBlock && Get(format::kCapacityAt) != 0 &&
-                  DataStart() <= n_GetSize() && n_GetSize() % block == 0 &&
-                  HeadSize() <= format::kLargestFile;
+    changeable_ =
+        block >= format::kSmallestBlock && Get(format::kCapacityAt) != 0 &&
+        DataStart() <= n_GetSize() && n_GetSize() % block == 0 &&
+        HeadSize() <= (n_GetRecordCount() == 0 ? format::kLargestFile : n_GetSize() - DataStart());
 }
 
 // ---- Writing back and closing -------------------------------------------------------------------
@@ -276,7 +279,7 @@ void CT_RecordManager::v_Close(BOOL clear) {
         v_WriteHeader();
         if (Failed()) return;
         if (b_GetMapping()) {
-            v_CloseMap(n_GetSize());
+            v_CloseMap(end_is_sound_ ? n_GetSize() : opened_size_);
             if (Failed()) return;
         }
         vv_Close();

@@ -73,7 +73,8 @@ public:
     // Writes what changed of header and tables and has the system store everything.
     void v_Flush();
 
-    // Writes what changed, cuts a mapped file at its data end, closes it; with `clear` forgets the
+    // Writes what changed, cuts a mapped file at its data end (unless that lies far behind what the
+    // file held, as only damage has it), closes it; with `clear` forgets the
     // tables. A closed object only forgets. On failure the object stays open.
     void v_Close(BOOL clear);
 
@@ -223,7 +224,7 @@ private:
     // Space (RecordManagerSpace.cpp).
     unsigned int n_GetFreeBlock(unsigned int size);
     void v_PutFreeBlock(int kind, unsigned int offset, unsigned int size);
-    [[nodiscard]] bool Fits(std::uint64_t size);
+    bool CanTake(std::uint64_t size, std::uint64_t returned);
     [[nodiscard]] const FreeEntry* FreeEntries() const;
     [[nodiscard]] bool HasChain() const;
     unsigned int TakeEntry(unsigned int position, unsigned int need);
@@ -271,8 +272,9 @@ private:
     unsigned int free_copy_ = 0;
     unsigned int resource_copy_ = 0;
     CT_Buffer scratch_;
-    bool changeable_ = false;    // the header's sizes allow changes
-    bool end_is_sound_ = false;  // the file is not far shorter than the data end
+    bool changeable_ = false;       // the header's sizes allow changes
+    unsigned int opened_size_ = 0;  // of the file when it was opened
+    bool end_is_sound_ = false;     // the file is not far shorter than the data end
     // No block that a walk along the overflow chain meets is larger; after a walk that did not see
     // the chain's end this holds only until a block leaves the chain.
     unsigned int chain_bound_ = 0xFFFFFFFF;

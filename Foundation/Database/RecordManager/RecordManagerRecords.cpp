@@ -4,6 +4,7 @@
 
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;
 using format::LoadU32;
@@ -142,8 +143,8 @@ std::uint64_t CT_RecordManager::BodyLength(const CT_Buffer& data) const {
 unsigned int CT_RecordManager::n_AddRecord(const CT_Buffer* data) {
     if (!MayChange()) return 0;
     const std::uint64_t length = BodyLength(*data);
-    if (!Fits(HeadSize() + (length == 0 ? 0 : Round(length)))) {
-        Failed();
+    if (length > format::kLargestFile) {
+        SystemFailure(platform::kErrorFileTooLarge);
         return 0;
     }
     const unsigned int end = n_GetSize();
@@ -262,10 +263,7 @@ void CT_RecordManager::v_UpdateRecord(unsigned int reference, const CT_Buffer* d
 // left without a body rather than with one in free space.
 void CT_RecordManager::MoveBody(unsigned int head, const Body& old, const CT_Buffer& data) {
     const std::uint64_t length = BodyLength(data);
-    if (length != 0 && !Fits(length)) {
-        Failed();
-        return;
-    }
+    if (length != 0 && !CanTake(length, old.offset == 0 ? 0 : Round(old.length))) return;
     if (old.offset != 0) {
         v_PutFreeBlock(0, old.offset, old.length);
         if (Failed()) return;

@@ -37,10 +37,7 @@ void CT_RecordManager::v_AddResource(unsigned int key, const CT_Buffer* data) {
     }
     st_Resource resource{key, 0};
     if (directory_.n_Find(&resource) != 0) return v_SetError(format::kResourceExists);
-    if (!Fits(std::uint64_t{data->n_GetUsedSize()} + format::kWord)) {
-        Failed();
-        return;
-    }
+    if (!CanTake(std::uint64_t{data->n_GetUsedSize()} + format::kWord, 0)) return;
     resource.offset = n_GetFreeBlock(data->n_GetUsedSize() + format::kWord);
     if (Failed()) return;
     HeaderChanged();
@@ -83,10 +80,7 @@ void CT_RecordManager::v_UpdateResource(unsigned int key, const CT_Buffer* data)
         if (PutResource(resource.offset, *data)) HeaderChanged();
         return;
     }
-    if (!Fits(length)) {
-        Failed();
-        return;
-    }
+    if (!CanTake(length, Round(old))) return;
     v_PutFreeBlock(0, resource.offset, old);
     if (Failed()) return;
     HeaderChanged();

@@ -25,9 +25,15 @@ bool CT_RecordManager::HasChain() const {
     return count == Get(format::kCapacityAt) && FreeEntries()[count - 1].size == 0;
 }
 
-// Whether a block for that many bytes could be taken from the end; records the error.
-bool CT_RecordManager::Fits(std::uint64_t size) {
-    if (Round(size) + n_GetSize() <= format::kLargestFile) return true;
+// Whether a block of that size can be had once the one of size `returned` is given back; records
+// the error. Asked before anything is given back, so that a file at its limit keeps what it has.
+bool CT_RecordManager::CanTake(std::uint64_t size, std::uint64_t returned) {
+    const std::uint64_t need = Round(size);
+    if (need + n_GetSize() <= format::kLargestFile || returned >= need) return true;
+    const FreeEntry* const entries = FreeEntries();
+    for (unsigned int i = 0; i < free_table_.n_GetCount(); ++i) {
+        if (entries[i].size >= need) return true;
+    }
     SystemFailure(platform::kErrorFileTooLarge);
     return false;
 }
@@ -151,7 +157,10 @@ bool CT_RecordManager::ReadChainBlock(unsigned int offset, ChainBlock* block) {
 }
 
 unsigned int CT_RecordManager::TakeAtEnd(unsigned int need) {
-    if (!Fits(need)) return 0;
+    if (std::uint64_t{need} + n_GetSize() > format::kLargestFile) {
+        SystemFailure(platform::kErrorFileTooLarge);
+        return 0;
+    }
     if (!end_is_sound_) {
         v_SetError(format::kCorrupt);
         return 0;

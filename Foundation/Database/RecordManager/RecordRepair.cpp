@@ -1,0 +1,161 @@
+#include "Foundation/Database/RecordManager/RecordRepair.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "Foundation/Core/Error/DatabaseError.h"
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Database/RecordManager/RecordManager.h"
+#include "Foundation/Database/RecordManager/RecordSurvey.h"
+
+namespace format = foundation::record_format;
+using foundation::detail::Failed;
+using foundation::detail::RecordImage;
+using foundation::detail::RecordLayout;
+using foundation::detail::RecordSurvey;
+
+struct foundation::detail::RepairReport {
+    RecordSurvey::List<CT_RecordRepair::st_Moved> moved;
+    RecordSurvey::List<CT_RecordRepair::st_Lost> lost;
+};
+
+using foundation::detail::RepairReport;
+
+namespace {
+
+constexpr unsigned int kWrongFormat = 31050;
+constexpr unsigned int kMessageSize = 256;
+
+// Gives the buffer the bytes; those behind the end of the file are zero.
+void Fill(CT_Buffer& out, std::uint32_t used, const RecordImage& image, std::uint64_t offset,
+          std::uint32_t count) {
+    out.v_SetMinSize(used + count, TRUE);
+    out.v_SetUsedSize(used + count);
+    if (count == 0) return;
+    auto* const to = static_cast<std::byte*>(out.qv_Get()) + used;
+    const std::uint64_t held = image.Size() > offset ? image.Size() - offset : 0;
+    const auto there = static_cast<std::size_t>(std::min<std::uint64_t>(held, count));
+    if (there != 0) std::memcpy(to, image.At(offset), there);
+    std::memset(to + there, 0, count - there);
+}
+
+}  // namespace
+
+CT_RecordRepair::CT_RecordRepair(const CT_WinFile* file)
+    : file_(file), report_(new (platform::Allocate(sizeof(RepairReport))) RepairReport()) {}
+
+CT_RecordRepair::~CT_RecordRepair() {
+    report_->~RepairReport();
+    platform::Free(report_);
+}
+
+void* CT_RecordRepair::operator new(std::size_t size) {
+    return platform::Allocate(size);
+}
+
+void CT_RecordRepair::operator delete(void* block) {
+    platform::Free(block);
+}
+
+void CT_RecordRepair::v_SetLayout(unsigned int record_header_size, unsigned int block_size,
+                                  unsigned int resource_max_count) {
+    has_layout_ = true;
+    record_header_size_ = record_header_size;
+    block_size_ = block_size;
+    resource_max_count_ = resource_max_count;
+}
+
+BOOL CT_RecordRepair::b_Repair(const CT_WinFile* target) {
+    *report_ = {};
+    if (Failed()) return FALSE;
+    RecordImage image(&file_);
+    if (!image.Open()) {
+        Failed();
+        return FALSE;
+    }
+    // with the header lost, the data area reaches to the end of the file
+    const RecordLayout given{.block_size = block_size_,
+                             .record_header_size = record_header_size_,
+                             .resource_max_count = resource_max_count_,
+                             .data_end = 0xFFFFFFFF};
+    RecordSurvey survey;
+    survey.Take(image, has_layout_ ? &given : nullptr);
+    if (!survey.usable) {
+        char16_t text[kMessageSize];
+        CT_DatabaseError::sv_FormatError(text, kMessageSize, kWrongFormat,
+                                         file_.pcco_GetFullName()->qcuz_Get());
+        foundation::detail::Record({kWrongFormat, u"%s"}, text);
+        return FALSE;
+    }
+    CT_RecordManager out(target);
+    out.v_Create(survey.layout.record_header_size, survey.layout.block_size,
+                 survey.layout.resource_max_count);
+    if (!Failed()) CopyRecords(image, survey, out);
+    if (!Failed()) CopyResources(image, survey, out);
+    if (!Failed()) out.v_Close(TRUE);
+    return Failed() || !report_->lost.empty() ? FALSE : TRUE;
+}
+
+void CT_RecordRepair::CopyRecords(const RecordImage& image, const RecordSurvey& survey,
+                                  CT_RecordManager& target) {
+    CT_Buffer data;
+    std::uint64_t shared = 0;  // bytes that went over twice
+    const std::uint32_t block = survey.layout.block_size;
+    const std::uint32_t header = survey.layout.record_header_size;
+    for (const RecordSurvey::Record& record : survey.records) {
+        const unsigned int reference = record.head / block;
+        const bool copied =
+            record.readable && (!record.shared || shared + record.length <= survey.file_size);
+        if (!copied || record.shared) {
+            const auto kind = record.readable ? CT_RecordCheck::kOverlap : CT_RecordCheck::kBody;
+            report_->lost.push_back({kind, copied ? TRUE : FALSE, reference, 0});
+        }
+        if (!copied) continue;
+        if (record.shared) shared += record.length;
+        Fill(data, 0, image, record.head + std::uint64_t{format::kHeadDataAt}, header);
+        if (record.body != 0) {
+            Fill(data, header, image, record.body + std::uint64_t{format::kBodyDataAt},
+                 record.length - format::kWord);
+        }
+        const unsigned int added = target.n_AddRecord(&data);
+        if (Failed()) return;
+        report_->moved.push_back({reference, added});
+    }
+}
+
+void CT_RecordRepair::CopyResources(const RecordImage& image, const RecordSurvey& survey,
+                                    CT_RecordManager& target) {
+    CT_Buffer data;
+    for (const RecordSurvey::Resource& resource : survey.resources) {
+        const bool twice = target.b_ResourceExists(resource.key) != 0;
+        if (!resource.readable || twice) {
+            report_->lost.push_back(
+                {twice ? CT_RecordCheck::kDirectoryOrder : CT_RecordCheck::kResource, FALSE, 0,
+                 resource.key});
+            continue;
+        }
+        Fill(data, 0, image, resource.offset + std::uint64_t{format::kBodyDataAt},
+             resource.length - format::kWord);
+        target.v_AddResource(resource.key, &data);
+        if (Failed()) return;
+    }
+}
+
+unsigned int CT_RecordRepair::n_GetMovedCount() const {
+    return static_cast<unsigned int>(report_->moved.size());
+}
+
+CT_RecordRepair::st_Moved CT_RecordRepair::so_GetMovedAt(unsigned int position) const {
+    if (position == 0 || position > report_->moved.size()) return {};
+    return report_->moved[position - 1];
+}
+
+unsigned int CT_RecordRepair::n_GetLostCount() const {
+    return static_cast<unsigned int>(report_->lost.size());
+}
+
+CT_RecordRepair::st_Lost CT_RecordRepair::so_GetLostAt(unsigned int position) const {
+    if (position == 0 || position > report_->lost.size()) return {};
+    return report_->lost[position - 1];
+}

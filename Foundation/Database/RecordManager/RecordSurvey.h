@@ -1,0 +1,90 @@
+// RecordSurvey: what a record file holds, as CT_RecordCheck and CT_RecordRepair see it; never
+// included by callers.
+//
+// Reads the file through a mapping, with every offset checked against the file's true size.
+#ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEY_H
+#define FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEY_H
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "Foundation/Core/File/WinFile.h"
+#include "Foundation/Database/RecordManager/RecordCheck.h"
+#include "Foundation/Database/RecordManager/RecordFormat.h"
+#include "Foundation/Platform/Memory.h"
+
+namespace foundation::detail {
+
+// A file opened for reading and mapped.
+class RecordImage : public CT_WinFile {
+public:
+    explicit RecordImage(const CT_WinFile* file) : CT_WinFile(file) {}
+
+    // False with the error set. An empty file opens too.
+    bool Open();
+    [[nodiscard]] std::uint64_t Size() const { return MappedSize(); }
+    [[nodiscard]] bool Has(std::uint64_t offset, std::uint64_t count) const {
+        return offset + count <= Size();
+    }
+    [[nodiscard]] const std::byte* At(std::uint64_t offset) const {
+        return static_cast<const std::byte*>(pv_GetMapping()) + offset;
+    }
+    // 0 beyond the end of the file.
+    [[nodiscard]] std::uint32_t Word(std::uint64_t offset) const {
+        return Has(offset, record_format::kWord) ? record_format::LoadU32(At(offset)) : 0;
+    }
+};
+
+struct RecordLayout {
+    std::uint32_t block_size = 0;
+    std::uint32_t record_header_size = 0;
+    std::uint32_t capacity = record_format::kCapacity;
+    std::uint32_t resource_max_count = 0;
+    std::uint32_t data_end = 0;
+};
+
+struct RecordSurvey {
+    template <typename T>
+    using List = std::vector<T, platform::Allocator<T>>;
+    using Kind = CT_RecordCheck::et_Finding;
+    using Owner = CT_RecordCheck::et_Owner;
+
+    struct Record {
+        std::uint32_t head;
+        std::uint32_t body;    // 0: none
+        std::uint32_t length;  // of the body, with its length word
+        bool readable;
+        bool hidden;  // where a scan does not look
+        bool shared;  // its body belongs to something else too
+    };
+    struct Resource {
+        std::uint32_t key;
+        std::uint32_t offset;
+        std::uint32_t length;
+        bool readable;
+    };
+
+    // Fill all of this from the image. A layout given beforehand replaces the header's.
+    void Take(const RecordImage& image, const RecordLayout* layout);
+
+    void Report(Kind kind, std::uint64_t offset, std::uint64_t size = 0, std::uint32_t other = 0);
+    [[nodiscard]] std::uint64_t BlockOffset(std::size_t index) const {
+        return start + index * std::uint64_t{layout.block_size};
+    }
+
+    RecordLayout layout;
+    bool usable = false;      // the layout is one that blocks can be found with
+    std::uint64_t start = 0;  // of the data area
+    std::uint64_t end = 0;    // as far as the file holds it
+    std::uint64_t file_size = 0;
+    List<CT_RecordCheck::st_Finding> findings;
+    unsigned int finding_count = 0;
+    List<Owner> owners;  // by block of the data area
+    List<Record> records;
+    List<Resource> resources;
+};
+
+}  // namespace foundation::detail
+
+#endif

@@ -1,0 +1,278 @@
+// Failing calls, full disks, exhausted memory and killed processes.
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <map>
+#include <random>
+
+#include "RecordFiles.h"
+
+namespace {
+
+using namespace test;
+
+constexpr unsigned int kHeader = 16;
+
+bool NoErrorIsSet() {
+    return CT_ErrorManager::spco_Get()->b_IsSetError() == FALSE;
+}
+
+struct RecordFaultTest : testing::Test {
+    TempFolder folder;
+    Named name{folder, u"fault.rec"};
+    std::map<unsigned int, std::string> flushed;
+    CT_Buffer resource = Data("a resource");
+
+    // A closed file with records that no scenario touches, and free blocks.
+    void Prepare() {
+        flushed.clear();
+        Manager manager(&name.file);
+        manager.v_Create(kHeader, 64, 4);
+        for (unsigned int i = 0; i < 20; ++i) {
+            const unsigned int reference = Add(manager, Bytes(i, i * 13));
+            if (i % 3 == 0) {
+                manager.v_DeleteRecord(reference);
+            } else {
+                flushed[reference] = Bytes(i, i * 13);
+            }
+        }
+        manager.v_AddResource(1, &resource);
+        manager.v_Close(TRUE);
+    }
+
+    void Scenario(Manager::et_MappingMode mapping) {
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, mapping);
+        const unsigned int one = Add(manager, Bytes(50, 5));
+        const unsigned int two = Add(manager, Bytes(51, 500));
+        Update(manager, two, Bytes(52, 700));
+        manager.v_AddResource(2, &resource);
+        manager.v_UpdateResource(2, &resource);
+        manager.v_Flush();
+        Update(manager, two, Bytes(53, 300));
+        manager.v_DeleteRecord(one);
+        CT_Buffer out;
+        manager.n_GetNextRecord(0, &out);
+        manager.v_DeleteResource(2);
+        manager.v_Close(TRUE);
+    }
+
+    void VerifyFlushed(Manager& manager) {
+        for (const auto& [reference, bytes] : flushed) {
+            EXPECT_TRUE(ReadsAs(Get(manager, reference), bytes, kHeader)) << reference;
+        }
+        CT_Buffer out;
+        manager.v_GetResource(1, &out);
+        EXPECT_EQ(Text(out), Text(resource));
+        EXPECT_TRUE(NoError());
+    }
+
+    // The file after a failure: opens, holds what it held, and takes more without harm to it.
+    void VerifyFile() {
+        ClearError();
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+        ASSERT_TRUE(NoError());
+        VerifyFlushed(manager);
+        for (unsigned int i = 0; i < 20; ++i) {
+            EXPECT_NE(Add(manager, Bytes(i, i * 31)), 0u);
+        }
+        VerifyFlushed(manager);
+        manager.v_Close(TRUE);
+        EXPECT_TRUE(NoError());
+    }
+};
+
+TEST_F(RecordFaultTest, EveryFailingCallLeavesWhatWasStored) {
+    using platform::FileCall;
+    for (const auto mapping : {Manager::kMapNever, Manager::kMapAlways}) {
+        std::uint32_t failed = 0;
+        for (const FileCall call :
+             {FileCall::kOpen, FileCall::kRead, FileCall::kWrite, FileCall::kSeek,
+              FileCall::kSetEnd, FileCall::kFlush, FileCall::kCreateMapping, FileCall::kMapView,
+              FileCall::kClose}) {
+            SCOPED_TRACE(static_cast<int>(call));
+            Prepare();
+            failed += FailEachFileCall(
+                call, 31, [&] { Scenario(mapping); },
+                [&](std::uint32_t n) {
+                    SCOPED_TRACE(n);
+                    EXPECT_FALSE(NoError()) << "the failure was not told";
+                    VerifyFile();
+                    Prepare();
+                });
+            ClearError();
+        }
+        EXPECT_GT(failed, mapping == Manager::kMapNever ? 60u : 6u);
+    }
+}
+
+TEST_F(RecordFaultTest, AFullDiskLosesNothingThatWasStored) {
+    for (std::uint32_t after = 0; after < 20; ++after) {
+        for (const std::uint32_t limit : {0u, 5u, 70u}) {
+            SCOPED_TRACE(testing::Message() << after << " " << limit);
+            Prepare();
+            {
+                const FullDisk full(after, limit);
+                Scenario(Manager::kMapNever);
+            }
+            VerifyFile();
+        }
+    }
+}
+
+TEST_F(RecordFaultTest, AFailedAdditionIsNoRecordAndAllocationsMayFail) {
+    Prepare();
+    {
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+        const unsigned int count = manager.n_GetRecordCount();
+        {
+            const FileFault fault(platform::FileCall::kWrite, 0, 31);
+            EXPECT_EQ(Add(manager, Bytes(1, 100000)), 0u);
+        }
+        ClearError();
+        EXPECT_EQ(manager.n_GetRecordCount(), count);
+        EXPECT_FALSE(manager.b_IsCorrupt());
+        manager.v_Close(TRUE);
+    }
+    CT_RecordCheck check(&name.file);
+    EXPECT_FALSE(check.b_Check());
+    EXPECT_NE(Findings(name.file).find("never finished"), std::string::npos);
+    Prepare();
+    const std::string image = folder.Read(u"fault.rec");
+    EXPECT_GT(FailEachAllocation([&] {
+                  folder.Write(u"fault.rec", image);
+                  Scenario(Manager::kMapNever);
+              }),
+              10u);
+    const Named target(folder, u"repaired.rec");
+    // a mapping that cannot be had for want of memory is an error, all else an exception
+    std::uint64_t n = 1;
+    for (bool failed = true; failed; ++n) {
+        const std::int64_t live = platform::LiveBlocks();
+        platform::FailAllocation(n);
+        failed = false;
+        try {
+            CT_RecordRepair repair(&name.file);
+            repair.b_Repair(&target.file);
+        } catch (const CT_SmartHeapException&) {
+            failed = true;
+        }
+        platform::FailAllocation(0);
+        failed = failed || !NoErrorIsSet();
+        ClearError();
+        EXPECT_EQ(platform::LiveBlocks(), live) << n;
+    }
+    EXPECT_GT(n, 20u);
+}
+
+// ---- Killed processes ---------------------------------------------------------------------------
+
+// What the child tells through shared memory: a slot that is not touched holds a flushed record.
+struct Slot {
+    std::atomic<unsigned int> touched;
+    std::atomic<unsigned int> reference;  // 0: none
+    std::atomic<unsigned int> seed;
+    std::atomic<unsigned int> length;
+};
+struct Board {
+    static constexpr unsigned int kSlots = 64;
+    std::atomic<unsigned int> steps;
+    Slot slots[kSlots];
+};
+
+// Works on the file until it is killed.
+[[noreturn]] void Work(const CT_WinFile& file, Board& board, unsigned int seed) {
+    std::mt19937 random(seed);
+    Manager manager(&file);
+    manager.v_Open(Manager::kModeReadWrite,
+                   seed % 2 == 0 ? Manager::kMapNever : Manager::kMapAlways);
+    for (;;) {
+        Slot& slot = board.slots[random() % Board::kSlots];
+        slot.touched = 1;
+        const auto content = static_cast<unsigned int>(random());
+        const auto length = static_cast<unsigned int>(random() % 400);
+        if (slot.reference == 0) {
+            slot.reference = Add(manager, Bytes(content, length));
+        } else if (random() % 3 == 0) {
+            manager.v_DeleteRecord(slot.reference);
+            slot.reference = 0;
+        } else {
+            Update(manager, slot.reference, Bytes(content, length));
+        }
+        slot.seed = content;
+        slot.length = length;
+        if (random() % 8 == 0) {
+            manager.v_Flush();
+            for (Slot& each : board.slots) each.touched = 0;
+        }
+        if (!NoError()) _exit(1);
+        ++board.steps;
+    }
+}
+
+void VerifyBoard(const Board& board, Manager& manager, CT_RecordRepair* repair) {
+    std::map<unsigned int, unsigned int> moved;
+    for (unsigned int i = 1; repair != nullptr && i <= repair->n_GetMovedCount(); ++i) {
+        moved[repair->so_GetMovedAt(i).old_reference] = repair->so_GetMovedAt(i).new_reference;
+    }
+    for (const Slot& slot : board.slots) {
+        if (slot.touched != 0 || slot.reference == 0) continue;
+        const unsigned int reference =
+            repair != nullptr ? moved[slot.reference] : slot.reference.load();
+        const std::string bytes = Bytes(slot.seed, slot.length);
+        EXPECT_TRUE(ReadsAs(Get(manager, reference), bytes, kHeader)) << slot.reference;
+        EXPECT_TRUE(NoError());
+    }
+}
+
+TEST_F(RecordFaultTest, AKilledProcessLosesNoFlushedRecord) {
+    void* const shared =
+        mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(shared, MAP_FAILED);
+    Board& board = *static_cast<Board*>(shared);
+    const Named target(folder, u"repaired.rec");
+    unsigned int steps = 0;
+    for (unsigned int round = 0; round < 1000 && !HasFailure(); ++round) {
+        SCOPED_TRACE(round);
+        if (round % 20 == 0) {  // in between the file goes on as it was left
+            new (shared) Board{};
+            Manager manager(&name.file);
+            manager.v_Create(kHeader, 64, 4);
+            manager.v_Close(TRUE);
+        }
+        const pid_t child = fork();
+        if (child == 0) Work(name.file, board, round);
+        usleep(500 + round * 7919 % 2500);
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the child met an error";
+        steps += board.steps.exchange(0);
+
+        CT_RecordRepair repair(&name.file);
+        repair.b_Repair(&target.file);
+        Manager repaired(&target.file);
+        repaired.v_Open(Manager::kModeRead, Manager::kMapNever);
+        ASSERT_TRUE(NoError());
+        VerifyBoard(board, repaired, &repair);
+        repaired.v_Close(TRUE);
+        EXPECT_EQ(Findings(target.file), "");
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+        VerifyBoard(board, manager, nullptr);
+        manager.v_Close(TRUE);
+        // what was not flushed may be anything now
+        for (Slot& slot : board.slots) {
+            if (slot.touched != 0) slot.reference = 0;
+        }
+    }
+    EXPECT_GT(steps, 1000u);
+    munmap(shared, sizeof(Board));
+}
+
+}  // namespace
