@@ -37,8 +37,9 @@ void Run(const std::vector<std::string>& files) {
         try {
             const char* mark = MarkOf(path);
             const CT_Codepage guess = CT_Codepage::sco_GuessEncoding(&path);
-            std::printf("%s\t%s\t%s\n", name.c_str(), Describe(guess).c_str(),
-                        mark == nullptr ? "no byte-order mark" : mark);
+            const bool unknown = guess.eo_Get() == CT_Codepage::kSystemAnsi;
+            std::printf("%s\t%s%s\t%s\n", name.c_str(), unknown ? "system's 8-bit page: " : "",
+                        Describe(guess).c_str(), mark == nullptr ? "no byte-order mark" : mark);
         } catch (const Failure& failure) {
             std::fflush(stdout);
             std::fprintf(stderr, "zelkor: %s\n", failure.what());
