@@ -32,14 +32,15 @@ function(zelkor_sources)
   target_sources(zelkor-foundation PRIVATE ${ARGN})
 endfunction()
 
-# zelkor_test(NAME FILE... [LABELS label...]): one GoogleTest executable, run once by ctest.
+# zelkor_test(NAME FILE...): one GoogleTest executable, run once by ctest. Sanitizers answer requests
+# for more memory than there is as the heap does.
 function(zelkor_test name)
-  cmake_parse_arguments(arg "" "" "LABELS" ${ARGN})
-  add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+  add_executable(${name} ${ARGN})
   zelkor_defaults(${name})
   target_link_libraries(${name} PRIVATE Zelkor::Foundation ZelkorTestSupport)
   add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${arg_LABELS}")
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT
+    "ASAN_OPTIONS=allocator_may_return_null=1;TSAN_OPTIONS=allocator_may_return_null=1")
 endfunction()
 
 # zelkor_benchmark(NAME FILE... [PEERS target...]): one Google Benchmark executable.
