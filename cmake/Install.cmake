@@ -22,6 +22,8 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZelkorFoundationConfigVer
 install(FILES ${PROJECT_BINARY_DIR}/ZelkorFoundationConfig.cmake
   ${PROJECT_BINARY_DIR}/ZelkorFoundationConfigVersion.cmake DESTINATION ${package_dir})
 
+# Told from where the file is, so that an installation may be moved.
+file(RELATIVE_PATH ZELKOR_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zelkor-foundation.pc.in
   ${PROJECT_BINARY_DIR}/zelkor-foundation.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zelkor-foundation.pc
