@@ -131,9 +131,7 @@ void CT_CompList::Adopt() {
     bytes_.store(bytes, std::memory_order_release);
     first_ = kFirstElement;
     changed_ = FALSE;
-    const bool long_offsets = b_HasLongOffsetSupport() != FALSE;
-    offset_size_ = long_offsets ? 4 : 2;
-    largest_offset_ = long_offsets ? 0xFFFFFFFF : 0xFFFF;
+    offset_size_ = b_HasLongOffsetSupport() != FALSE ? 4 : 2;
     const bool sound = used >= kFirstElement && Load<std::uint32_t>(&header_[kStampAt]) == kStamp &&
                        IsSize(n_GetElementSize()) && IsSize(n_GetHandleSize());
     limit_ = sound ? std::min(used, n_GetEnd()) : 0;

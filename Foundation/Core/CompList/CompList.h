@@ -7,7 +7,9 @@
 // Cost: searching and adding take time in the word's length. The image of a list that grew is
 // written when it is asked for, in time linear in the list; so is what the first b_Add on an
 // adopted image needs. A large adopted image that is searched often gets an index beside it in
-// memory, about a third of its size, built in the midst of one of the searches.
+// memory, about a third to half of its size, built in the midst of one of the searches.
+// Memory: a list that grew holds three to four times its image in the form in which it grows. When
+// it is complete, `list.v_Set(list.pcco_GetBuffer())` leaves it with the image alone.
 // Foreign images: reading never leaves the image and always ends. What is damaged is not found, and
 // an image whose elements do not hang together is never changed: b_Add answers FALSE.
 // Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the list as
@@ -154,7 +156,6 @@ private:
     std::uint32_t first_;
     BOOL changed_;
     std::uint32_t offset_size_;
-    std::uint32_t largest_offset_;
     std::uint32_t limit_ = 0;              // readable bytes of an adopted image, 0 when it is none
     std::array<std::byte, 132> header_{};  // always current, but for the jump table
     std::unique_ptr<foundation::detail::complist::GrowingList,

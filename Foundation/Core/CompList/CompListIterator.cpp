@@ -19,7 +19,7 @@ void CT_CompListIterator::vv_Set(const CT_CompList* list) {
 
 void CT_CompListIterator::Start(const CT_CompList* list) {
     list_ = list;
-    position_ = kFirstElement;
+    position_ = list == nullptr ? 0 : list->first_;
     stack_.v_Set(kStackGrowth, 0, TRUE);
     elements_left_ = 0;
     if (list == nullptr) return;
