@@ -149,6 +149,7 @@ CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeStrictly(unsigned int pa
                                                                  unsigned int count) {
     unsigned int failures = 0;
     while (failures < kMostAttempts) {
+        platform::SetLastError(platform::kErrorSuccess);  // escapes alone give no unit and no error
         const unsigned int units = Convert(page, flags, bytes, count - failures);
         if (units > 0) return {units, failures};
         const auto error = platform::LastError();

@@ -12,6 +12,7 @@
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Faults.h"
+#include "Foundation/Platform/LastError.h"
 #include "Support/Errors.h"
 #include "Support/Platform.h"
 #include "Support/TempFolder.h"
@@ -143,6 +144,8 @@ TEST(TextReaderTest, DamagedTextIsReplacedOrEndsItsBlock) {
     EXPECT_EQ(reader.n_GetErrors(), 0u);
     // A page that the platform does not convert is counted, not reported.
     EXPECT_EQ(ReadAll("abcd", CT_Codepage::kUtf16BigEndian).errors, 1u);
+    EXPECT_EQ(platform::LastError(), 87u);
+    EXPECT_EQ(ReadAll("\x1B(B", CT_Codepage::kIso2022Jp).errors, 0u) << "an error of before";
     EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
 }
 
