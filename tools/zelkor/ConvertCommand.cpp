@@ -63,8 +63,8 @@ public:
 private:
     // Pages without a strict form are asked without flags.
     static unsigned int StrictFlags(unsigned int page) {
-        const bool plain = page == 50220 || page == 52936 || page == 65000;
-        return plain ? 0 : static_cast<unsigned int>(platform::kErrorOnInvalidChars);
+        const bool strict = page == platform::kUtf8Page || platform::TakesTableFlags(page);
+        return strict ? static_cast<unsigned int>(platform::kErrorOnInvalidChars) : 0;
     }
 
     static int Convert(unsigned int page, unsigned int flags, const std::string& bytes,
