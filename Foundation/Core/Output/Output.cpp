@@ -14,6 +14,7 @@
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 
+using foundation::detail::BufferAccess;
 using foundation::detail::Failed;
 
 namespace {
@@ -33,8 +34,10 @@ void OpenForWriting(CT_WinFile& file) {
                  CT_File::kAttributeNormal, 0);
 }
 
-// Appends bytes as UTF-16 units; an odd last byte becomes a unit of its own.
+// Appends bytes, also the target's own, as UTF-16 units; an odd last byte becomes a unit of its
+// own.
 void AppendBytes(CT_UString& target, const unsigned char* bytes, unsigned int count) {
+    const CT_Buffer hold = BufferAccess::HoldIfOwn(*target.pcco_GetBuffer(), bytes, true);
     target.vv_SetMinSize(target.n_GetLength() + count / 2 + 1, TRUE);
     std::array<char16_t, 256> units;
     while (count > 0) {

@@ -59,6 +59,8 @@ TEST(OutputTest, StringsConvertTextOfTheOtherKind) {
     EXPECT_EQ(output.vn_GetSize(), 7u);
     output.vv_AppendV("a\0\0\0b\0", 6);  // ends at its first zero unit
     EXPECT_EQ(std::u16string(wide.qcuz_Get(), wide.n_GetLength()), u"<été€xya");
+    while (wide.n_GetLength() < 5000) output.vv_AppendV(wide.qcuz_Get(), 2 * wide.n_GetLength());
+    EXPECT_EQ(std::u16string(wide.qcuz_Get() + 4096, 8), u"<été€xya");
 
     CT_CString narrow("<", kToEnd, 1252);
     output.v_Set(narrow);
