@@ -202,8 +202,9 @@ void AddBuild(CLI::App& parent) {
         "build", "Pack the words of text files, one a line; each word's handle is its number.");
     auto options = std::make_shared<BuildOptions>();
     command->add_option("INPUT", options->inputs, "Text files, one word a line")->required();
-    command->add_option("-o,--output", options->output,
-                        "File to write (default: the first input's name with .list)");
+    command->add_option(
+        "-o,--output", options->output,
+        "File to write (default: the first input's name with .list, in this folder)");
     command->add_flag("--comments", options->comments, "Pass over lines that begin with #");
     CLI::Option* narrow = command->add_flag("--narrow", options->narrow,
                                             "One byte a character, in an 8-bit code page");
@@ -214,7 +215,10 @@ void AddBuild(CLI::App& parent) {
     command->add_option("--from", options->from,
                         "Encoding of inputs without a byte-order mark (default: UTF-8)");
     command->callback([options, wide] {
-        if (options->output.empty()) options->output = options->inputs.front() + ".list";
+        if (options->output.empty()) {
+            const std::string& first = options->inputs.front();
+            options->output = first.substr(first.find_last_of("/\\") + 1) + ".list";
+        }
         Build(*options);
     });
 }
