@@ -10,6 +10,7 @@ namespace zelkor {
 void AddWordListCommand(CLI::App& app);
 void AddConvertCommand(CLI::App& app);
 void AddEncodingCommand(CLI::App& app);
+void AddRecordsCommand(CLI::App& app);
 
 }  // namespace zelkor
 

@@ -1,6 +1,7 @@
 #include "Foundation/Database/RecordManager/RecordManager.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <span>
 #include <vector>
@@ -81,8 +82,7 @@ void CT_RecordManager::v_Create(unsigned int record_header_size, unsigned int bl
     if (Failed()) return CloseFailed(0);
     open_mode_ = kModeReadWrite;
     header_copy_ = free_copy_ = resource_copy_ = 1;
-    JudgeLayout();
-    end_is_sound_ = true;
+    end_cap_ = kNoCap;
 }
 
 void CT_RecordManager::FillHeader(unsigned int record_header_size, unsigned int block_size,
@@ -99,7 +99,9 @@ void CT_RecordManager::FillHeader(unsigned int record_header_size, unsigned int 
     Put(format::kHeaderCounterAt, 1);
     Put(format::kResourceCounterAt, 1);
     Put(format::kFreeCounterAt, 1);
-    Put(format::kDataEndAt, static_cast<unsigned int>(DataStart()));
+    JudgeLayout();
+    Put(format::kDataEndAt, static_cast<unsigned int>(data_start_));
+    JudgeLayout();  // with the data end
 }
 
 void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
@@ -116,8 +118,7 @@ void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
         v_CreateMap(kMapMinimum);
         if (Failed()) return CloseFailed(size);
     }
-    JudgeLayout();
-    end_is_sound_ = n_GetSize() <= size || n_GetSize() - size <= kSoundGap;
+    end_cap_ = n_GetSize() <= size || n_GetSize() - size <= kSoundGap ? kNoCap : size;
     if (!ReadTables()) CloseFailed(size);
 }
 
@@ -127,6 +128,7 @@ bool CT_RecordManager::ReadHeader() {
     if (Failed()) return false;
     std::fill(header_.begin() + read, header_.end(), std::byte{0});
     header_copy_ = Get(format::kHeaderCounterAt);
+    JudgeLayout();
     if (read == format::kHeaderSize && Get(format::kStampAt) == format::kStamp &&
         Get(format::kFormatAt) <= format::kFormat) {
         return true;
@@ -218,10 +220,15 @@ void CT_RecordManager::CloseFailed(unsigned int length) {
 // tables, and heads that fit into the data area when there are records.
 void CT_RecordManager::JudgeLayout() {
     const unsigned int block = n_GetBlockSize();
+    const bool power = block > 1 && std::has_single_bit(block);
+    block_mask_ = power ? block - 1 : 0;
+    block_shift_ = power ? static_cast<unsigned int>(std::countr_zero(block)) : 0;
+    data_start_ = format::DataStart(Get(format::kCapacityAt), n_GetResourceMaxCount(), block);
+    head_size_ = Round(std::uint64_t{n_GetRecordHeaderSize()} + format::kHeadDataAt);
     changeable_ =
         block >= format::kSmallestBlock && Get(format::kCapacityAt) != 0 &&
-        DataStart() <= n_GetSize() && n_GetSize() % block == 0 &&
-        HeadSize() <= (n_GetRecordCount() == 0 ? format::kLargestFile : n_GetSize() - DataStart());
+        data_start_ <= n_GetSize() && n_GetSize() % block == 0 &&
+        head_size_ <= (n_GetRecordCount() == 0 ? format::kLargestFile : n_GetSize() - data_start_);
 }
 
 // ---- Writing back and closing -------------------------------------------------------------------
@@ -279,7 +286,7 @@ void CT_RecordManager::v_Close(BOOL clear) {
         v_WriteHeader();
         if (Failed()) return;
         if (b_GetMapping()) {
-            v_CloseMap(end_is_sound_ ? n_GetSize() : opened_size_);
+            v_CloseMap(end_cap_ == kNoCap ? n_GetSize() : opened_size_);
             if (Failed()) return;
         }
         vv_Close();
@@ -292,7 +299,7 @@ void CT_RecordManager::v_Close(BOOL clear) {
 // ---- Facts --------------------------------------------------------------------------------------
 
 unsigned int CT_RecordManager::n_GetMinReference() const {
-    return n_GetBlockSize() == 0 ? 0 : static_cast<unsigned int>(DataStart() / n_GetBlockSize());
+    return n_GetBlockSize() == 0 ? 0 : static_cast<unsigned int>(data_start_ / n_GetBlockSize());
 }
 
 unsigned int CT_RecordManager::n_GetMaxReference() const {

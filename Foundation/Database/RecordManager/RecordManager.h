@@ -147,6 +147,8 @@ public:
     static int si_Compare(const void* a, const void* b);
 
 private:
+    static constexpr unsigned int kNoCap = 0xFFFFFFFF;
+
     struct FreeEntry {
         std::uint32_t offset;
         std::uint32_t size;  // 0: the overflow chain starts at the offset
@@ -202,18 +204,29 @@ private:
     void SystemFailure(unsigned int error, const char* file = __builtin_FILE(),
                        unsigned int line = __builtin_LINE());
     [[nodiscard]] bool b_CanMap() const;
+    // Where reading and writing end: the data end, unless the file is far shorter.
+    [[nodiscard]] unsigned int End() const {
+        return n_GetSize() < end_cap_ ? n_GetSize() : end_cap_;
+    }
     [[nodiscard]] bool InsideData(std::uint64_t offset, std::uint64_t count) const {
-        return offset + count <= n_GetSize();
+        return offset + count <= End();
     }
-    [[nodiscard]] bool IsBlock(std::uint64_t offset, std::uint64_t size) const;
+    // Whether a block of that size may start there: on a boundary, in the data area, whole.
+    [[nodiscard]] bool IsBlock(std::uint64_t offset, std::uint64_t size) const {
+        const bool boundary = block_mask_ != 0
+                                  ? (offset & block_mask_) == 0
+                                  : n_GetBlockSize() != 0 && offset % n_GetBlockSize() == 0;
+        return boundary && offset >= data_start_ && InsideData(offset, size);
+    }
     [[nodiscard]] std::uint64_t Round(std::uint64_t size) const {
-        return foundation::record_format::Round(size, n_GetBlockSize());
+        if (block_mask_ == 0) return foundation::record_format::Round(size, n_GetBlockSize());
+        return ((size == 0 ? 1 : size) + block_mask_) & ~std::uint64_t{block_mask_};
     }
-    [[nodiscard]] std::uint64_t DataStart() const {
-        return foundation::record_format::DataStart(Get(foundation::record_format::kCapacityAt),
-                                                    n_GetResourceMaxCount(), n_GetBlockSize());
+    // Of an offset on a block boundary. Requires a block size.
+    [[nodiscard]] unsigned int Reference(std::uint64_t offset) const {
+        return static_cast<unsigned int>(block_mask_ != 0 ? offset >> block_shift_
+                                                          : offset / n_GetBlockSize());
     }
-    [[nodiscard]] std::uint64_t HeadSize() const;
     void SeekTo(unsigned int offset);
     unsigned int ReadAt(void* out, unsigned int offset, unsigned int count);
     [[nodiscard]] const std::byte* AtHand(unsigned int offset, unsigned int count) const;
@@ -272,9 +285,15 @@ private:
     unsigned int free_copy_ = 0;
     unsigned int resource_copy_ = 0;
     CT_Buffer scratch_;
-    bool changeable_ = false;       // the header's sizes allow changes
+    // What follows from the header's sizes:
+    bool changeable_ = false;       // they allow changes
+    std::uint64_t data_start_ = 0;  // D
+    std::uint64_t head_size_ = 0;   // in whole blocks
+    unsigned int block_mask_ = 0;   // block size - 1 for a power of two, else 0
+    unsigned int block_shift_ = 0;
     unsigned int opened_size_ = 0;  // of the file when it was opened
-    bool end_is_sound_ = false;     // the file is not far shorter than the data end
+    // Its size when it is far shorter than the data end, as only damage makes it.
+    unsigned int end_cap_ = kNoCap;
     // No block that a walk along the overflow chain meets is larger; after a walk that did not see
     // the chain's end this holds only until a block leaves the chain.
     unsigned int chain_bound_ = 0xFFFFFFFF;

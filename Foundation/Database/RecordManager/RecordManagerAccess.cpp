@@ -163,16 +163,6 @@ unsigned int CT_RecordManager::n_AlignBlockSize(unsigned int size) const {
     return n_GetBlockSize() == 0 ? 0 : static_cast<unsigned int>(Round(size));
 }
 
-std::uint64_t CT_RecordManager::HeadSize() const {
-    return Round(std::uint64_t{n_GetRecordHeaderSize()} + format::kHeadDataAt);
-}
-
-// Whether a block of that size may start there: on a boundary, in the data area, whole.
-bool CT_RecordManager::IsBlock(std::uint64_t offset, std::uint64_t size) const {
-    const unsigned int block = n_GetBlockSize();
-    return block != 0 && offset % block == 0 && offset >= DataStart() && InsideData(offset, size);
-}
-
 void CT_RecordManager::v_SetError(unsigned int code, const char* file, unsigned int line) {
     const char16_t* const name = pcco_GetFullName()->qcuz_Get();
     char16_t text[kMessageSize];

@@ -26,7 +26,7 @@ const std::byte* Bytes(const CT_Buffer& data) {
 
 // Fills the piece with up to `count` bytes from the offset on, or with all that is at hand.
 bool CT_RecordManager::Load(Piece* piece, unsigned int offset, unsigned int count) {
-    const unsigned int end = n_GetSize();
+    const unsigned int end = End();
     if (b_GetMapping()) {
         piece->PointTo(static_cast<const std::byte*>(pv_GetMapping()), 0,
                        std::min(end, MappedSize()));
@@ -165,15 +165,15 @@ unsigned int CT_RecordManager::n_AddRecord(const CT_Buffer* data) {
         return 0;
     }
     Add(format::kRecordCountAt, 1);
-    return head / n_GetBlockSize();
+    return Reference(head);
 }
 
 // The head is written last and in one go, live: until then its block is no record. A head and a
 // body that both lie behind what the file's own header knows of go out together.
 bool CT_RecordManager::WriteRecord(unsigned int head, unsigned int body, const CT_Buffer& data,
                                    bool at_end) {
-    const bool together = at_end && body == head + HeadSize() && !b_GetMapping() &&
-                          HeadSize() + data.n_GetUsedSize() <= kAssembled;
+    const bool together = at_end && body == head + head_size_ && !b_GetMapping() &&
+                          head_size_ + data.n_GetUsedSize() <= kAssembled;
     if (together) {
         WriteAtOnce(head, body, data);
         return !Failed();

@@ -19,7 +19,7 @@ constexpr unsigned int kRobustMaximum = 102400;
 bool CT_RecordManager::FillWindow(unsigned int offset) {
     window_.v_SetMinSize(kWindow, FALSE);
     window_.v_SetUsedSize(0);  // nothing is at hand while reading
-    const unsigned int count = std::min(kWindow, n_GetSize() - offset);
+    const unsigned int count = std::min(kWindow, End() - offset);
     const unsigned int read = ReadAt(window_.qv_Get(), offset, count);
     if (Failed()) return false;
     window_.v_SetUsedSize(read);
@@ -42,20 +42,20 @@ bool CT_RecordManager::WordAt(unsigned int offset, unsigned int* word) {
 // Behind a head of several blocks the scan goes on behind all of them.
 std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
     const unsigned int block = n_GetBlockSize();
-    const std::uint64_t start = DataStart();
+    const std::uint64_t start = data_start_;
     if (cursor == 0) return start;
     const std::uint64_t at = std::uint64_t{cursor} * block;
-    if (HeadSize() == block || at < start + block || at - block >= n_GetSize()) return at;
+    if (head_size_ == block || at < start + block || at - block >= End()) return at;
     unsigned int word = 0;
     return WordAt(static_cast<unsigned int>(at - block), &word) && word == format::kLive
-               ? at - block + HeadSize()
+               ? at - block + head_size_
                : at;
 }
 
 // Moves the scan to the next live head, which may be where it stands.
 bool CT_RecordManager::FindHead(Scan* scan) {
     const unsigned int block = n_GetBlockSize();
-    while (scan->at + format::kWord <= n_GetSize()) {
+    while (scan->at + format::kWord <= End()) {
         unsigned int word = 0;
         if (!WordAt(static_cast<unsigned int>(scan->at), &word)) return false;
         if (word == format::kLive) return true;
@@ -75,7 +75,7 @@ unsigned int CT_RecordManager::NextRecord(unsigned int cursor, CT_Buffer* out, b
     const unsigned int block = n_GetBlockSize();
     Scan scan{StartOf(cursor), !robust};
     while (FindHead(&scan)) {
-        const auto reference = static_cast<unsigned int>(scan.at / block);
+        const auto reference = Reference(scan.at);
         if (out == nullptr) return reference + 1;
         v_GetRecord(reference, out, robust ? kRobustMaximum : 0);
         if (!foundation::detail::ErrorIsSet()) return reference + 1;
@@ -99,13 +99,13 @@ BOOL CT_RecordManager::b_IsCorrupt() {
     const unsigned int block = n_GetBlockSize();
     CT_Buffer record(0, CT_Buffer::kDefaultGrowth);
     unsigned int count = 0;
-    Scan scan{DataStart(), true};
+    Scan scan{data_start_, true};
     while (FindHead(&scan)) {
-        v_GetRecord(static_cast<unsigned int>(scan.at / block), &record, 0);
+        v_GetRecord(Reference(scan.at), &record, 0);
         const bool read = !foundation::detail::ErrorIsSet();
         if (!read) foundation::detail::ClearError();
         count += read ? 1 : 0;
-        scan.at += read ? HeadSize() : block;
+        scan.at += read ? head_size_ : block;
     }
     if (Failed()) return FALSE;
     return count != n_GetRecordCount() ? TRUE : FALSE;

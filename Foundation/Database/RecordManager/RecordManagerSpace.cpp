@@ -161,7 +161,7 @@ unsigned int CT_RecordManager::TakeAtEnd(unsigned int need) {
         SystemFailure(platform::kErrorFileTooLarge);
         return 0;
     }
-    if (!end_is_sound_) {
+    if (end_cap_ != kNoCap) {
         v_SetError(format::kCorrupt);
         return 0;
     }
