@@ -1,9 +1,7 @@
 #include "Foundation/Core/Container/VoidArray.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <functional>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -29,20 +27,15 @@ const int* Own(const CT_VoidArray& array, std::size_t index) {
 
 TEST(VoidArrayTest, GrowsByItsStepAsTheBufferRounds) {
     CT_VoidArray array(4);
-    EXPECT_EQ(array.n_GetCount(), 0u);
-    EXPECT_EQ(array.n_GetMaxItems(), 0u);
     EXPECT_EQ(array.n_GetGrowth(), 8u);
-    std::vector<std::uint32_t> capacities;
-    for (int i = 1; i <= 200; ++i) {
+    std::set<std::uint32_t> capacities;
+    for (int i = 1; i <= 37; ++i) {
         array.v_Insert(&i);
-        if (capacities.empty() || capacities.back() != array.n_GetMaxItems()) {
-            capacities.push_back(array.n_GetMaxItems());
-        }
+        capacities.insert(array.n_GetMaxItems());
     }
     // Blocks are multiples of 32 bytes with 12 of header: 13, 21, ... items.
-    EXPECT_THAT(std::vector(capacities.begin(), capacities.begin() + 4),
-                ElementsAre(13, 21, 29, 37));
-    EXPECT_EQ(test::Ints(array).back(), 200);
+    EXPECT_THAT(capacities, ElementsAre(13, 21, 29, 37));
+    EXPECT_EQ(test::Ints(array).back(), 37);
 
     CT_VoidArray reserved(8, 3, 5);
     EXPECT_EQ(reserved.n_GetGrowth(), 3u);
@@ -55,7 +48,7 @@ TEST(VoidArrayTest, GrowsByItsStepAsTheBufferRounds) {
     EXPECT_EQ(array.n_GetGrowth(), 1u);
 }
 
-TEST(VoidArrayTest, SetEmptiesAndKeepsStorageWhenAsked) {
+TEST(VoidArrayTest, SettingsEmptyOrShrinkAndKeepStorageWhenAsked) {
     CT_VoidArray array = Make({1, 2, 3});
     array.v_Set(5, 13, TRUE);
     EXPECT_EQ(array.n_GetCount(), 0u);
@@ -70,16 +63,12 @@ TEST(VoidArrayTest, SetEmptiesAndKeepsStorageWhenAsked) {
     CT_VoidArray second(&first);
     first.v_Set(8, 0, TRUE);  // emptied in its own copy
     EXPECT_THAT(Ints(second), ElementsAre(1, 2, 3));
-}
 
-TEST(VoidArrayTest, SetSizeKeepsTheLeadingItemsThatFit) {
-    CT_VoidArray array(1, 1, 0);
-    for (char c = 'a'; c <= 'z'; ++c) array.v_Insert(&c);
-    array.v_SetSize(3);
-    EXPECT_EQ(array.n_GetCount(), 3u);
-    char item = 0;
-    array.v_GetAt(&item, 3);
-    EXPECT_EQ(item, 'c');
+    CT_VoidArray bytes(1, 1, 0);
+    for (char c = 'a'; c <= 'z'; ++c) bytes.v_Insert(&c);
+    bytes.v_SetSize(3);  // keeps the leading items that fit
+    EXPECT_EQ(bytes.n_GetCount(), 3u);
+    EXPECT_EQ(bytes.n_Find("c"), 3u);
 }
 
 TEST(VoidArrayTest, EditsSharedAndUnsharedStorageAlike) {
@@ -141,8 +130,7 @@ TEST(VoidArrayTest, EditsSharedAndUnsharedStorageAlike) {
 }
 
 TEST(VoidArrayTest, MovingTakesTheItemsOutOfTheSource) {
-    CT_VoidArray target = Make({1, 2});
-    CT_VoidArray source = Make({7, 8, 9});
+    CT_VoidArray target = Make({1, 2}), source = Make({7, 8, 9});
     target.v_AtInsertMove(&source, 1, 2, 2);
     EXPECT_THAT(Ints(target), ElementsAre(1, 7, 8, 2));
     EXPECT_THAT(Ints(source), ElementsAre(9));
@@ -201,7 +189,8 @@ TEST(VoidArrayTest, StaysAsItWasWhenMemoryRunsOut) {
     };
     const CT_VoidArray origin = Make({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13});
     for (const auto& change : changes) {
-        test::ExpectUnchangedWithoutMemory([&] { return CT_VoidArray(&origin); }, change, Ints);
+        const auto copy = [&] { return CT_VoidArray(&origin); };
+        EXPECT_GT(test::ExpectUnchangedWithoutMemory(copy, change, Ints), 0u);
     }
     CT_VoidArray array(&origin);
     EXPECT_THROW(array.v_Insert(&item, 0x40000000), CT_SmartHeapException);  // 4 GiB
@@ -230,20 +219,12 @@ TEST(ArrayTest, TypedItemsAndIteration) {
     EXPECT_EQ(sum, 0 + 1 + 3 + 5);
 
     CT_ArrayIterator<Point> at(&copy);
-    EXPECT_TRUE(at.b_AtHome());
-    EXPECT_TRUE(at.b_Next());
-    EXPECT_TRUE(at.b_Next());
+    EXPECT_TRUE(at.b_AtHome() && at.b_Next() && at.b_Next());
     EXPECT_EQ(at.o_Get().x, 1);
     EXPECT_EQ(at.n_GetPosition(), 2u);
     const CT_ArrayIterator<Point> same(&at);
-    EXPECT_TRUE(at.b_IsEqual(&same));
-    EXPECT_TRUE(at.b_Next());
-    EXPECT_TRUE(at.b_Next());
-    EXPECT_FALSE(at.b_AtEnd());
-    EXPECT_FALSE(at.b_Next());
-    EXPECT_FALSE(at.b_Next());
-    EXPECT_TRUE(at.b_AtEnd());
-    EXPECT_FALSE(at.b_IsEqual(&same));
+    EXPECT_TRUE(at.b_IsEqual(&same) && at.b_Next() && at.b_Next() && !at.b_AtEnd());
+    EXPECT_FALSE(at.b_Next() || at.b_Next() || !at.b_AtEnd() || at.b_IsEqual(&same));
     const CT_Array<int*> none;
     EXPECT_FALSE(CT_ArrayIterator<int*>(&none).b_Next());
     for ([[maybe_unused]] int* item : none) ADD_FAILURE();

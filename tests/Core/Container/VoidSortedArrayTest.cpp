@@ -1,9 +1,7 @@
 #include "Foundation/Core/Container/VoidSortedArray.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <functional>
 #include <random>
 #include <stdexcept>
 #include <vector>
@@ -17,8 +15,7 @@ using test::Ints;
 using testing::ElementsAre;
 
 int CompareInts(const void* a, const void* b) {
-    const int left = *static_cast<const int*>(a);
-    const int right = *static_cast<const int*>(b);
+    const int left = *static_cast<const int*>(a), right = *static_cast<const int*>(b);
     return (left > right) - (left < right);
 }
 
@@ -64,9 +61,7 @@ TEST(VoidSortedArrayTest, LeavesEqualItemsInTheOrderOfThePlainSort) {
                 array.v_Insert(&item);
             }
             const CT_VoidSortedArray sorted(&array, CompareKeys);
-            Tagged first{};
-            array.v_GetAt(&first, 1);
-            EXPECT_EQ(first, items[0]) << "the source keeps its order";
+            EXPECT_EQ(array.n_Find(&items[0]), 1u) << "the source keeps its order";
             PlainSort(items, 0, count - 1);
             const auto* const found =
                 static_cast<const Tagged*>(sorted.pcco_GetArray()->pcco_GetBuffer()->qcv_Get());
@@ -138,19 +133,12 @@ TEST(VoidSortedArrayTest, HostileOrdersDoNotDeepenTheStack) {
 
 TEST(VoidSortedArrayTest, InsertsBeforeTheEqualItemThatTheSearchMeets) {
     CT_VoidSortedArray array(sizeof(Tagged), CompareKeys, 8, 0);
-    for (const int key : {1, 5, 5, 5, 5}) {
-        const Tagged item{key, 0};
+    for (const Tagged& item : {Tagged{1, 0}, {5, 0}, {5, 0}, {5, 0}, {5, 0}, {5, 1}}) {
         array.v_Insert(&item);
     }
-    const Tagged item{5, 1};
-    array.v_Insert(&item);  // the middle of five items is the third
-    std::vector<int> tags;
-    for (std::uint32_t i = 1; i <= array.n_GetCount(); ++i) {
-        Tagged found{};
-        array.v_GetAt(&found, i);
-        tags.push_back(found.tag);
-    }
-    EXPECT_THAT(tags, ElementsAre(0, 0, 1, 0, 0, 0));
+    Tagged found{};
+    array.v_GetAt(&found, 3);  // the middle of five items was the third
+    EXPECT_EQ(found.tag, 1);
 }
 
 TEST(VoidSortedArrayTest, StaysSortedUnderEveryChange) {
@@ -159,34 +147,26 @@ TEST(VoidSortedArrayTest, StaysSortedUnderEveryChange) {
     std::vector<int> model;
     for (int step = 0; step < 2000; ++step) {
         const int item = std::uniform_int_distribution(0, 300)(random);
-        const auto index = model.empty() ? 0u
-                                         : std::uniform_int_distribution<std::uint32_t>(
-                                               1, static_cast<std::uint32_t>(model.size()))(random);
-        switch (std::uniform_int_distribution(0, 3)(random)) {
-            case 0:
-            case 1:
-                array.v_Insert(&item);
-                model.push_back(item);
-                break;
-            case 2:
-                if (index == 0) break;
-                array.v_SetAt(&item, index);
-                model[index - 1] = item;
-                break;
-            default:
-                if (index == 0) break;
-                int removed = -1;
-                array.v_RemoveAt(&removed, index);
-                EXPECT_EQ(removed, model[index - 1]);
-                model.erase(model.begin() + (index - 1));
+        const auto count = static_cast<std::uint32_t>(model.size());
+        const auto index = static_cast<std::uint32_t>(count == 0 ? 0 : random() % count + 1);
+        const unsigned change = random() % 4;
+        if (change < 2 || index == 0) {
+            array.v_Insert(&item);
+            model.push_back(item);
+        } else if (change == 2) {
+            array.v_SetAt(&item, index);
+            model[index - 1] = item;
+        } else {
+            int removed = -1;
+            array.v_RemoveAt(&removed, index);
+            EXPECT_EQ(removed, model[index - 1]);
+            model.erase(model.begin() + (index - 1));
         }
         std::ranges::sort(model);
         ASSERT_EQ(Ints(*array.pcco_GetArray()), model);
         const std::uint32_t found = array.n_Find(&item);
         ASSERT_EQ(found != 0, std::ranges::binary_search(model, item));
-        if (found != 0) {
-            ASSERT_EQ(model[found - 1], item);
-        }
+        ASSERT_TRUE(found == 0 || model[found - 1] == item);
     }
 }
 
@@ -218,12 +198,12 @@ TEST(VoidSortedArrayTest, StaysAsItWasWhenMemoryRunsOut) {
     const int item = 3;
     const auto read = [](const CT_VoidSortedArray& a) { return Ints(*a.pcco_GetArray()); };
     const auto make = [&] { return CT_VoidSortedArray(&origin); };
-    test::ExpectUnchangedWithoutMemory(
-        make, [&](auto& a) { a.v_Insert(&item); }, read);
-    test::ExpectUnchangedWithoutMemory(
-        make, [&](auto& a) { a.v_SetAt(&item, 3); }, read);
-    test::ExpectUnchangedWithoutMemory(
-        make, [&](auto& a) { a.v_Set(&unsorted); }, read);
+    const std::function<void(CT_VoidSortedArray&)> changes[] = {
+        [&](auto& array) { array.v_Insert(&item); }, [&](auto& array) { array.v_SetAt(&item, 3); },
+        [&](auto& array) { array.v_Set(&unsorted); }};
+    for (const auto& change : changes) {
+        EXPECT_GT(test::ExpectUnchangedWithoutMemory(make, change, read), 0u);
+    }
 
     static bool fail;
     CT_VoidSortedArray moody(origin.pcco_GetArray(), [](const void* a, const void* b) {
