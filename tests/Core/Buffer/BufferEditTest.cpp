@@ -1,6 +1,7 @@
 // CT_Buffer: editing, searching and comparing, table by table.
 #include <functional>
 #include <random>
+#include <tuple>
 
 #include "Core/Buffer/BufferTexts.h"
 
@@ -57,12 +58,10 @@ TEST(BufferEditTest, EditsGiveTheSameContentSharedOrNotFittingOrNot) {
                     buffer.v_SetGrowth(1);
                     buffer.v_SetSize(buffer.n_GetUsedSize(), TRUE);
                 }
-                const CT_Buffer sharer = shared ? buffer : CT_Buffer();
+                const CT_Buffer sharer = shared ? buffer : Make(c.before);
                 c.edit(buffer);
                 EXPECT_EQ(Content(buffer), c.after) << "shared " << shared << ", full " << full;
-                if (shared) {
-                    EXPECT_EQ(Content(sharer), c.before);
-                }
+                EXPECT_EQ(Content(sharer), c.before);
             }
         }
     }
@@ -101,47 +100,34 @@ TEST(BufferEditTest, MovingBetweenBuffersTakesTheBytesOutOfTheSource) {
 
 // Moves against a plain reference, through all three places that the range is saved in.
 TEST(BufferEditTest, MovesAgreeWithAReferenceAtAnySize) {
-    std::mt19937 random(7);
+    std::mt19937 engine(7);
+    const auto random = [&engine] { return static_cast<std::uint32_t>(engine()); };
     for (int i = 0; i < 2000; ++i) {
         std::string text(random() % 200 + 1, ' ');
         for (char& c : text) c = static_cast<char>('a' + random() % 26);
-        const std::size_t from = random() % text.size();
-        const std::size_t length = random() % (text.size() - from + 1);
-        std::size_t at = random() % (text.size() + 1);
+        const auto size = static_cast<std::uint32_t>(text.size());
+        const std::uint32_t from = random() % size, length = random() % (size - from + 1);
+        std::uint32_t at = random() % (size + 1);
         if (at > from && at < from + length) at = from;
-        CT_Buffer buffer(static_cast<std::uint32_t>(text.size()), random() % 2 == 0 ? 1 : 128);
-        buffer.v_Append(text.data(), static_cast<std::uint32_t>(text.size()));
-        buffer.v_AtInsertMove(static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(length),
-                              static_cast<std::uint32_t>(at));
+        CT_Buffer buffer(size, random() % 2 == 0 ? 1 : 128);
+        buffer.v_Append(text.data(), size);
+        buffer.v_AtInsertMove(from, length, at);
         const std::string moved = text.substr(from, length);
-        if (at > from) {
-            text.insert(at, moved);
-            text.erase(from, length);
-        } else if (at < from) {
-            text.erase(from, length);
-            text.insert(at, moved);
-        }
+        text.erase(from, length);
+        text.insert(at > from ? at - length : at, moved);
         ASSERT_EQ(Content(buffer), text);
     }
 }
 
 TEST(BufferEditTest, FindsBytesWithinTheUsedPart) {
     CT_Buffer buffer = Make("abcdcd");
-    struct Case {
-        std::string_view wanted;
-        std::uint32_t from, position;
-    };
-    for (const Case& c : {Case{"cd", 0, 2},
-                          {"cd", 3, 4},
-                          {"cd", 5, kAll},
-                          {"de", 0, kAll},
-                          {"abcdcd", 0, 0},
-                          {"abcdcdx", 0, kAll},
-                          {"d", 6, kAll}}) {
-        EXPECT_EQ(
-            buffer.n_Find(c.wanted.data(), static_cast<std::uint32_t>(c.wanted.size()), c.from),
-            c.position)
-            << c.wanted << " from " << c.from;
+    static constexpr std::tuple<std::string_view, std::uint32_t, std::uint32_t> kCases[] = {
+        {"cd", 0, 2},     {"cd", 3, 4},   {"cd", 5, kAll},     {"de", 0, kAll},
+        {"abcdcd", 0, 0}, {"d", 6, kAll}, {"abcdcdx", 0, kAll}};
+    for (const auto& [wanted, from, position] : kCases) {
+        SCOPED_TRACE(testing::Message() << wanted << " from " << from);
+        const auto length = static_cast<std::uint32_t>(wanted.size());
+        EXPECT_EQ(buffer.n_Find(wanted.data(), length, from), position);
     }
     EXPECT_EQ(buffer.n_Find("cd", 0, 3), 4u) << "length 0 looks for the first byte";
     EXPECT_EQ(buffer.n_Find('d', 4), 5u);
