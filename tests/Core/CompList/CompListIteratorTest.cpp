@@ -29,9 +29,8 @@ Entries Enumerate(const CT_CompList& list) {
     if (list.n_GetElementSize() == 1) {
         CT_CCompListIterator iterator(&list);
         for (CT_CString word; iterator.b_GetNext(&word, &handle) != FALSE;) {
-            const std::string text(word.qccz_Get());
             Word wide;
-            for (const char c : text) wide += static_cast<unsigned char>(c);
+            for (const char c : std::string(word.qccz_Get())) wide += static_cast<unsigned char>(c);
             entries.emplace_back(wide, handle);
         }
     } else {
@@ -72,10 +71,7 @@ TEST(CompListIteratorTest, VisitsEveryWordOnceAlternativesFromTheLast) {
             Entries added;
             for (unsigned i = 0; i < 500; ++i) {
                 const Word word = words.Next();
-                const BOOL is_new =
-                    element == 2 ? list.b_Add(word.c_str(), i)
-                                 : list.b_Add(std::string(word.begin(), word.end()).c_str(), i);
-                if (is_new != FALSE && !word.empty()) added.emplace_back(word, i);
+                if (test::Add(list, word, i) && !word.empty()) added.emplace_back(word, i);
             }
             Entries expected;
             AppendInOrder(added, 0, expected);
@@ -148,16 +144,9 @@ TEST(CompListIteratorTest, EndsOnDamagedImages) {
     test::PlainCompList plain = Shape{2, 1, false, false}.Plain();
     Words words(5, u"abz", 4);
     for (unsigned i = 0; i < 60; ++i) plain.Add(words.Next(), i);
-    const Bytes good = plain.Image();
-    for (std::size_t at = 0; at < good.size(); ++at) {
-        for (const std::uint8_t value : Bytes{0, 1, 2, 10, 13, 25, 26, 97, 255}) {
-            Bytes image = good;
-            image[at] = value;
-            ASSERT_LE(Enumerate(Adopted(image)).size(), image.size()) << at;
-            image.resize(at);
-            ASSERT_LE(Enumerate(Adopted(image)).size(), image.size()) << at;
-        }
-    }
+    test::Damage(plain.Image(), [](const Bytes& image) {
+        ASSERT_LE(Enumerate(Adopted(image)).size(), image.size());
+    });
 }
 
 // Each marker leads right behind itself, so that every path forks and joins again: without a bound

@@ -2,6 +2,8 @@
 #ifndef TESTS_CORE_COMPLIST_COMPLISTSUPPORT_H
 #define TESTS_CORE_COMPLIST_COMPLISTSUPPORT_H
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <random>
 #include <string>
@@ -27,6 +29,26 @@ inline CT_CompList Adopted(const Bytes& image) {
     // Growth 1: the block ends with the image, so that a sanitizer sees a read behind it.
     const CT_Buffer buffer(image.data(), static_cast<std::uint32_t>(image.size()), 1);
     return CT_CompList(&buffer);
+}
+
+// Calls `probe` with the image cut at every length, and with every byte of it changed in turn.
+template <typename Probe>
+void Damage(const Bytes& good, Probe probe) {
+    for (std::size_t at = 0; at < good.size(); ++at) {
+        SCOPED_TRACE(at);
+        probe(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(at)));
+        for (const std::uint8_t value : Bytes{0, 1, 2, 10, 13, 25, 26, 97, 255}) {
+            Bytes image = good;
+            image[at] = value;
+            probe(image);
+        }
+    }
+}
+
+// Adds in the form that fits the list.
+inline BOOL Add(CT_CompList& list, const Word& word, std::uint32_t handle) {
+    if (list.n_GetElementSize() == 2) return list.b_Add(word.c_str(), handle);
+    return list.b_Add(std::string(word.begin(), word.end()).c_str(), handle);
 }
 
 struct Shape {

@@ -12,15 +12,74 @@ namespace test {
 
 class PlainCompList {
 public:
-    PlainCompList(unsigned element_size, unsigned handle_size, bool empty_string, bool long_offset,
-                  unsigned code_page = 0);
-
     // A word as element values, without the terminating zero.
     using Word = std::u16string;
 
-    bool Add(const Word& word, std::uint32_t handle);
+    PlainCompList(unsigned element_size, unsigned handle_size, bool empty_string, bool long_offset)
+        : element_(element_size),
+          handle_(handle_size),
+          offset_(long_offset ? 4 : 2),
+          image_(132 + element_size, 0) {
+        SetNumber(0, 4, 19970101);
+        SetNumber(4, 4, 132 + element_size);
+        SetNumber(8, 4, 0);
+        SetNumber(12, 4, 0xFFFFFFFF);
+        image_[125] = static_cast<std::uint8_t>(element_size);
+        image_[126] = static_cast<std::uint8_t>(handle_size);
+        image_[127] = static_cast<std::uint8_t>((empty_string ? 1 : 0) | (long_offset ? 2 : 0));
+        image_[128] = 1;
+        image_[132] = 25;
+    }
+
+    bool Add(const Word& word, std::uint32_t handle) {
+        const bool empty = word.empty();
+        if (empty && (image_[127] & 1) == 0) return false;
+        if (word.find_first_of(Word{10, 13, 25, 26}) != Word::npos) return false;
+        const std::vector<std::uint8_t> before = image_;
+        overflow_ = false;
+        if (empty) {
+            SetNumber(12, 4, handle);
+        } else {
+            const Stop stop = Walk(word);
+            if (stop.kind == Stop::kFound) return false;
+            if (stop.kind == Stop::kBeginning) {
+                Open(stop.at, element_ + handle_);
+                SetNumber(stop.at, element_, 10);
+                SetNumber(stop.at + element_, handle_, handle);
+            } else if (stop.kind == Stop::kBranchEnd) {
+                SetNumber(stop.at, element_, 10);
+                WriteRest(stop.at + element_ + handle_, word, stop.matched, handle);
+            } else if (stop.kind == Stop::kStreamEnd) {
+                WriteRest(stop.at, word, stop.matched, handle);
+                SetJump(word[0], stop.at);
+            } else {
+                Open(stop.at, element_ + offset_);
+                SetNumber(stop.at, element_, 13);
+                const std::size_t end = image_.size() - element_;
+                WriteRest(end, word, stop.matched, handle);
+                if (offset_ == 2 && end - stop.at > 0xFFFF) overflow_ = true;
+                SetNumber(stop.at + element_, offset_, static_cast<std::uint32_t>(end - stop.at));
+                if (stop.matched == 0) SetJump(word[0], end);
+            }
+        }
+        if (overflow_) {
+            image_ = before;
+            return false;
+        }
+        SetNumber(120, 4, Number(120, 4) + 1);
+        return true;
+    }
+
     // The handle or 0xFFFFFFFF; `matched` as the library's search gives it.
-    std::uint32_t Search(const Word& word, std::uint32_t& matched) const;
+    std::uint32_t Search(const Word& word, std::uint32_t& matched) const {
+        matched = 0;
+        if (word.empty()) return (image_[127] & 1) != 0 ? Number(12, 4) : 0;
+        const Stop stop = Walk(word);
+        if (stop.kind != Stop::kNoAlternative && stop.kind != Stop::kStreamEnd) {
+            matched = static_cast<std::uint32_t>(stop.matched);
+        }
+        return stop.kind == Stop::kFound ? Number(stop.at + element_, handle_) : 0xFFFFFFFF;
+    }
 
     const std::vector<std::uint8_t>& Image() const { return image_; }
 
@@ -30,17 +89,92 @@ private:
         std::size_t at;  // of the mark, of the end, or behind the mismatching character
         std::size_t matched;
     };
-    Stop Walk(const Word& word) const;
-    std::uint32_t Number(std::size_t at, unsigned width) const;
-    void SetNumber(std::size_t at, unsigned width, std::uint32_t value);
-    std::uint32_t Element(std::size_t at) const { return Number(at, element_); }
-    void Open(std::size_t at, std::size_t count);
-    void WriteRest(std::size_t at, const Word& word, std::size_t from, std::uint32_t handle);
-    void SetJump(char16_t first, std::size_t at);
 
-    unsigned element_;
-    unsigned handle_;
-    unsigned offset_;
+    std::uint32_t Element(std::size_t at) const { return Number(at, element_); }
+
+    std::uint32_t Number(std::size_t at, unsigned width) const {
+        std::uint32_t value = 0;
+        for (unsigned i = 0; i < width; ++i) value |= std::uint32_t{image_[at + i]} << (8 * i);
+        return value;
+    }
+
+    void SetNumber(std::size_t at, unsigned width, std::uint32_t value) {
+        for (unsigned i = 0; i < width; ++i) {
+            image_[at + i] = static_cast<std::uint8_t>(value >> (8 * i));
+        }
+    }
+
+    Stop Walk(const Word& word) const {
+        std::size_t at = 132;
+        std::size_t i = 0;
+        if (word[0] >= 'a' && word[0] <= 'z') {
+            const std::size_t jump = Number(16 + 4 * (word[0] - 'a'), 4);
+            if (jump != 0) at = jump;
+        }
+        for (;;) {
+            std::uint32_t element = Element(at);
+            if (i == word.size()) {
+                if (element == 13) at += element_ + offset_;
+                element = Element(at);
+                return {element == 10 || element == 26 ? Stop::kFound : Stop::kBeginning, at, i};
+            }
+            const bool marker = element == 10 || element == 13 || element == 25 || element == 26;
+            if (element == word[i] && !marker) {
+                at += element_;
+                ++i;
+            } else if (element == 10) {
+                at += element_ + handle_;
+            } else if (element == 13) {
+                at += element_ + offset_;
+            } else if (marker) {
+                return {element == 26 ? Stop::kBranchEnd : Stop::kStreamEnd, at, i};
+            } else {
+                at += element_;
+                if (Element(at) != 13) return {Stop::kNoAlternative, at, i};
+                at += Number(at + element_, offset_);
+            }
+        }
+    }
+
+    // Opens room and moves the targets of all markers before it that lie at or behind it.
+    void Open(std::size_t at, std::size_t count) {
+        for (std::size_t p = 132; p < at;) {
+            const std::uint32_t element = Element(p);
+            if (element == 13) {
+                const std::uint32_t distance = Number(p + element_, offset_);
+                if (p + distance >= at) {
+                    if (offset_ == 2 && distance + count > 0xFFFF) overflow_ = true;
+                    SetNumber(p + element_, offset_, static_cast<std::uint32_t>(distance + count));
+                }
+                p += element_ + offset_;
+            } else {
+                p += element_ + (element == 10 || element == 26 ? handle_ : 0);
+            }
+        }
+        for (std::size_t jump = 16; jump < 120; jump += 4) {
+            const std::uint32_t target = Number(jump, 4);
+            if (target != 0 && target >= at) {
+                SetNumber(jump, 4, static_cast<std::uint32_t>(target + count));
+            }
+        }
+        image_.insert(image_.begin() + static_cast<std::ptrdiff_t>(at), count, 0);
+        SetNumber(4, 4, static_cast<std::uint32_t>(image_.size()));
+    }
+
+    void WriteRest(std::size_t at, const Word& word, std::size_t from, std::uint32_t handle) {
+        Open(at, (word.size() - from) * element_ + element_ + handle_);
+        for (; from < word.size(); ++from, at += element_) SetNumber(at, element_, word[from]);
+        SetNumber(at, element_, 26);
+        SetNumber(at + element_, handle_, handle);
+    }
+
+    void SetJump(char16_t first, std::size_t at) {
+        if (first >= 'a' && first <= 'z') {
+            SetNumber(16 + 4 * (first - 'a'), 4, static_cast<std::uint32_t>(at));
+        }
+    }
+
+    unsigned element_, handle_, offset_;
     bool overflow_ = false;
     std::vector<std::uint8_t> image_;
 };
