@@ -1,6 +1,7 @@
 // Finding, comparing and matching in both kinds of strings.
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "Core/String/StringTexts.h"
 
@@ -19,24 +20,16 @@ TYPED_TEST_SUITE(StringSearchTest, test::BothKinds);
 TYPED_TEST(StringSearchTest, FindsCharactersAndTexts) {
     using Unit = typename TypeParam::Unit;
     const auto text = test::Make<TypeParam>("hello hello");
-    struct Case {
-        const char* wanted;
-        std::uint32_t from, position;
-    };
-    for (const Case& c : {Case{"hello", 0, 0},
-                          {"hello", 1, 6},
-                          {"hello", 7, kAll},
-                          {"o", 0, 4},
-                          {"o", 5, 10},
-                          {"x", 0, kAll},
-                          {"", 3, 3},
-                          {"hello hello!", 0, kAll}}) {
-        SCOPED_TRACE(c.wanted);
-        const auto wanted = test::Make<TypeParam>(c.wanted);
-        EXPECT_EQ(text.vn_Find(&wanted, c.from), c.position);
-        EXPECT_EQ(text.n_Find(TypeParam::Get(wanted), c.from), c.position);
+    static constexpr std::tuple<const char*, std::uint32_t, std::uint32_t> kCases[] = {
+        {"hello", 0, 0}, {"hello", 1, 6}, {"hello", 7, kAll}, {"o", 0, 4},
+        {"o", 5, 10},    {"x", 0, kAll},  {"", 3, 3},         {"hello hello!", 0, kAll}};
+    for (const auto& [ascii, from, position] : kCases) {
+        SCOPED_TRACE(ascii);
+        const auto wanted = test::Make<TypeParam>(ascii);
+        EXPECT_EQ(text.vn_Find(&wanted, from), position);
+        EXPECT_EQ(text.n_Find(TypeParam::Get(wanted), from), position);
         if (wanted.n_GetLength() == 1) {
-            EXPECT_EQ(text.vn_Find(TypeParam::At(wanted, 0), c.from), c.position);
+            EXPECT_EQ(text.vn_Find(TypeParam::At(wanted, 0), from), position);
         }
     }
     EXPECT_EQ(text.vn_Find(Unit{0}), kAll) << "the terminator is not part of the text";
@@ -51,7 +44,7 @@ TYPED_TEST(StringSearchTest, ComparesByCodeWithEitherKind) {
     };
     const std::string same(50, 's');
     const std::string longer = same + 't';
-    for (const Case& c : {Case{"abc", "abc", kAll, 0, 0},
+    const Case cases[] = {{"abc", "abc", kAll, 0, 0},
                           {"abc", "abd", kAll, 0, -1},
                           {"abc", "ab", kAll, 0, 1},
                           {"ab", "abc", kAll, 0, -1},
@@ -64,7 +57,8 @@ TYPED_TEST(StringSearchTest, ComparesByCodeWithEitherKind) {
                           {"xabc", "abc", kAll, 1, 0},
                           {"abc", "abc", kAll, 9, -1},
                           {same.c_str(), longer.c_str(), kAll, 0, -1},
-                          {same.c_str(), longer.c_str(), 50, 0, 0}}) {
+                          {same.c_str(), longer.c_str(), 50, 0, 0}};
+    for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << c.left << " with " << c.right);
         const auto left = test::Make<TypeParam>(c.left);
         const CT_UString wide(test::Utf16(c.right).c_str());
@@ -97,19 +91,13 @@ TEST(StringKindsTest, ComparisonTakesCodesAsUnsignedAndEndsAtAZero) {
 
 TYPED_TEST(StringSearchTest, KnowsItsBeginningAndEnd) {
     const auto text = test::Make<TypeParam>("hello");
-    struct Case {
-        const char* part;
-        bool starts, ends;
-    };
-    for (const Case& c : {Case{"", true, true},
-                          {"he", true, false},
-                          {"lo", false, true},
-                          {"hello", true, true},
-                          {"hello!", false, false},
-                          {"HE", false, false}}) {
-        SCOPED_TRACE(c.part);
-        EXPECT_EQ(text.b_StartsWith(TypeParam::Text(c.part).c_str()), c.starts ? TRUE : FALSE);
-        EXPECT_EQ(text.b_EndsWith(TypeParam::Text(c.part).c_str()), c.ends ? TRUE : FALSE);
+    static constexpr std::tuple<const char*, bool, bool> kCases[] = {
+        {"", true, true},      {"he", true, false},      {"lo", false, true},
+        {"hello", true, true}, {"hello!", false, false}, {"HE", false, false}};
+    for (const auto& [part, starts, ends] : kCases) {
+        SCOPED_TRACE(part);
+        EXPECT_EQ(text.b_StartsWith(TypeParam::Text(part).c_str()), starts ? TRUE : FALSE);
+        EXPECT_EQ(text.b_EndsWith(TypeParam::Text(part).c_str()), ends ? TRUE : FALSE);
     }
     EXPECT_FALSE(text.b_StartsWith(nullptr));
     EXPECT_FALSE(text.b_EndsWith(nullptr));

@@ -30,21 +30,18 @@ TEST(TypeTest, AStringKnowsItsClasses) {
     CT_CString narrow("x");
     CT_UStringWrapper derived(&wide);
     const CT_Type* const base = CT_String::spcco_GetType();
-    const CT_Type* const wide_type = CT_UString::spcco_GetType();
-    const CT_Type* const narrow_type = CT_CString::spcco_GetType();
+    const CT_Type* const units = CT_UString::spcco_GetType();
+    const CT_Type* const bytes = CT_CString::spcco_GetType();
     struct Case {
         const CT_String* object;
         const CT_Type* type;
         bool is_a, is_kind_of;
     };
-    for (const Case& c : {Case{&wide, base, false, true},
-                          {&wide, wide_type, true, true},
-                          {&wide, narrow_type, false, false},
-                          {&narrow, base, false, true},
-                          {&narrow, narrow_type, true, true},
-                          {&narrow, wide_type, false, false},
-                          {&derived, wide_type, true, true},
-                          {&wide, nullptr, false, false}}) {
+    const Case cases[] = {{&wide, base, false, true},    {&wide, units, true, true},
+                          {&wide, bytes, false, false},  {&narrow, base, false, true},
+                          {&narrow, bytes, true, true},  {&narrow, units, false, false},
+                          {&derived, units, true, true}, {&wide, nullptr, false, false}};
+    for (const Case& c : cases) {
         EXPECT_EQ(c.object->vpv_IsA(c.type), c.is_a ? c.object : nullptr);
         EXPECT_EQ(c.object->vpv_IsKindOf(c.type), c.is_kind_of ? c.object : nullptr);
     }
