@@ -25,19 +25,10 @@ protected:
         CT_CString narrow;
         CT_UString wide;
         unsigned int result = 0;
-        switch (kind) {
-            case kNarrow:
-                result = file.n_ReadLineC(&narrow, nullptr);
-                break;
-            case kWide:
-                result = file.n_ReadLineU(&wide, nullptr);
-                break;
-            case kNarrowAhead:
-                result = file.n_ReadLineCSequential(&narrow, nullptr);
-                break;
-            case kWideAhead:
-                result = file.n_ReadLineUSequential(&wide, nullptr);
-        }
+        if (kind == kNarrow) result = file.n_ReadLineC(&narrow, nullptr);
+        if (kind == kWide) result = file.n_ReadLineU(&wide, nullptr);
+        if (kind == kNarrowAhead) result = file.n_ReadLineCSequential(&narrow, nullptr);
+        if (kind == kWideAhead) result = file.n_ReadLineUSequential(&wide, nullptr);
         return std::to_string(result) + ":" + narrow.qccz_Get() + test::Utf8(wide.qcuz_Get());
     }
     // All lines, up to the one whose result is 0.

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <tuple>
 
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/File/FindFile.h"
@@ -29,13 +30,8 @@ TEST_F(FileSystemTest, SplitsIntoTheStringsItReadsAndBuildsFromThem) {
 }
 
 TEST_F(FileSystemTest, ShortensPathsForDisplay) {
-    struct Case {
-        const char16_t* path;
-        unsigned int maximum;
-        const char* shown;
-    };
     const char16_t* const file = u"C:\\aaa\\bbb\\ccc\\file.txt";
-    const Case cases[] = {
+    const std::tuple<const char16_t*, unsigned int, const char*> cases[] = {
         {file, 20, "C:\\...\\ccc\\file.txt"},
         {file, 23, "C:\\aaa\\bbb\\ccc\\file.txt"},
         {file, 1, "C:\\...\\file.txt"},
@@ -44,10 +40,10 @@ TEST_F(FileSystemTest, ShortensPathsForDisplay) {
         {u"aaa\\bbb/ccccccccc/d", 12, ".../d"},
         {u"no-separators-at-all", 5, "no-separators-at-all"},
     };
-    for (const Case& row : cases) {
-        CT_UString path(row.path);
-        CT_FileSystem::sv_MakeDisplayString(&path, row.maximum);
-        EXPECT_EQ(Text(path), row.shown) << Utf8(row.path) << " to " << row.maximum;
+    for (const auto& [wide, maximum, shown] : cases) {
+        CT_UString path(wide);
+        CT_FileSystem::sv_MakeDisplayString(&path, maximum);
+        EXPECT_EQ(Text(path), shown) << Utf8(wide) << " to " << maximum;
     }
 }
 

@@ -1,16 +1,8 @@
 // File and buffer streams.
 #include "Foundation/Core/File/Stream.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
+#include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
-#include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Core/File/WinFile.h"
-#include "Foundation/Core/String/UString.h"
-#include "Support/Errors.h"
-#include "Support/TempFolder.h"
 
 namespace {
 
@@ -18,7 +10,9 @@ const unsigned char* Data(const char* text) {
     return reinterpret_cast<const unsigned char*>(text);
 }
 
-TEST(StreamTest, ABufferIsReadOverwrittenAndExtended) {
+class StreamTest : public test::FileTest {};
+
+TEST_F(StreamTest, ABufferIsReadOverwrittenAndExtended) {
     CT_Buffer buffer("0123456789", 10, 32);
     CT_BufferStream stream(&buffer);
     EXPECT_FALSE(stream.b_IsOpen());
@@ -43,10 +37,8 @@ TEST(StreamTest, ABufferIsReadOverwrittenAndExtended) {
     EXPECT_EQ(stream.eo_GetMode(), CT_Stream::kClosed);
 }
 
-TEST(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
-    const test::TempFolder folder;
-    const std::u16string name = folder.Name(u"stream.bin");
-    const CT_UString path(name.c_str());
+TEST_F(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
+    const CT_UString path = Name(u"stream.bin");
     CT_WinFile file(&path, 16384);
     {
         CT_FileStream stream(&file);
@@ -70,10 +62,8 @@ TEST(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
 }
 
 // A seek takes a signed distance, so offsets from 2 GiB on were refused.
-TEST(StreamTest, FileOffsetsReachBeyondTwoGibibytes) {
-    const test::TempFolder folder;
-    const std::u16string name = folder.Name(u"far.bin");
-    const CT_UString path(name.c_str());
+TEST_F(StreamTest, FileOffsetsReachBeyondTwoGibibytes) {
+    const CT_UString path = Name(u"far.bin");
     CT_WinFile file(&path, 16384);
     CT_FileStream stream(&file);
     for (const unsigned int offset : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFBu}) {

@@ -1,19 +1,14 @@
 // Text readers and writers, inputs and outputs when memory runs out.
-#include <gtest/gtest.h>
 
 #include <functional>
-#include <string>
 
+#include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/TextReader.h"
 #include "Foundation/Core/File/TextWriter.h"
-#include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/Input/Input.h"
 #include "Foundation/Core/Output/Output.h"
 #include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/String/UString.h"
-#include "Support/Errors.h"
-#include "Support/TempFolder.h"
 
 namespace {
 
@@ -38,10 +33,10 @@ void ReadBlocks(CT_Input& input) {
     input.vv_Close();
 }
 
-TEST(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
-    const test::TempFolder folder;
-    const std::u16string name = folder.Name(u"text.txt");
-    const CT_UString path(name.c_str());
+class TextMemoryTest : public test::FileTest {};
+
+TEST_F(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
+    const CT_UString path = Name(u"text.txt");
     const std::function<void()> operations[] = {
         [&] {
             CT_FileOutput output(&path);
@@ -101,7 +96,7 @@ TEST(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
 }
 
 // A flush that runs out of memory between two chunks wrote the first once more when repeated.
-TEST(TextMemoryTest, AnInterruptedFlushGoesOnWhereItStopped) {
+TEST_F(TextMemoryTest, AnInterruptedFlushGoesOnWhereItStopped) {
     const std::string text = std::string(2048, 'a') + std::string(2048, 'b') + "c";
     for (unsigned int nth = 1; nth <= 2; ++nth) {
         SCOPED_TRACE(nth);
