@@ -50,6 +50,8 @@ protected:
 };
 
 TEST_F(ErrorWindowTest, ShowsMessageAndLocationsInnermostFirst) {
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"x", 0), 0);
+    EXPECT_EQ(boxes, 0);  // no error, no box
     Errors().v_SetError(9, module_, 8);
     EXPECT_EQ(Errors().i_ErrorLocationWindow(7, nullptr, 2), platform::kAnswerIgnore);
     EXPECT_EQ(shown_text, "(9): ");  // no locations: the message alone
@@ -68,11 +70,6 @@ TEST_F(ErrorWindowTest, ShowsMessageAndLocationsInnermostFirst) {
     Errors().i_ErrorLocationWindow(99, nullptr, 0);
     EXPECT_EQ(shown_caption, "");
     EXPECT_EQ(shown_text.size(), 5 + 2 + 21 + 1 + 15 + 1 + 23u);
-}
-
-TEST_F(ErrorWindowTest, WithoutAnErrorNothingIsShown) {
-    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"x", 0), 0);
-    EXPECT_EQ(boxes, 0);
 }
 
 TEST_F(ErrorWindowTest, CaptionAndTextShareOneArea) {
@@ -106,15 +103,12 @@ TEST_F(ErrorWindowDeathTest, AbortEndsTheProcessAtOnce) {
 }
 
 TEST(MessageBoxTest, WithoutAHandlerTheBoxIsPrintedAndIgnored) {
-    struct Case {
-        std::uint32_t flags;
-        int answer;
-    };
-    for (const auto& [flags, expected] : {Case{0, platform::kAnswerOk},
-                                          {0x10002, platform::kAnswerIgnore},
-                                          {3, platform::kAnswerCancel},
-                                          {4, platform::kAnswerNo},
-                                          {6, platform::kAnswerContinue}}) {
+    const std::pair<std::uint32_t, int> cases[] = {{0, platform::kAnswerOk},
+                                                   {0x10002, platform::kAnswerIgnore},
+                                                   {3, platform::kAnswerCancel},
+                                                   {4, platform::kAnswerNo},
+                                                   {6, platform::kAnswerContinue}};
+    for (const auto& [flags, expected] : cases) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(platform::ShowMessageBox(u"gr\u00FCn\xD800", u"Frage", flags), expected);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "Frage: gr\u00FCn?\n");

@@ -16,16 +16,14 @@
 namespace {
 
 TEST(DatabaseErrorTest, FormatsTheMessageOfACode) {
-    struct Case {
-        unsigned int code;
-        const char* text;
-    };
-    for (const auto& [code, text] : {Case{31000, "Invalid file format in a.dat"},
-                                     {31050, "Invalid RecordManager file format in a.dat"},
-                                     {31107, "Unicode to MBCS conversion failed in a.dat"},
-                                     {32014, "Feature space exceeded"},
-                                     {12345, "Unspecified Database Error"},
-                                     {0, "Unspecified Database Error"}}) {
+    const std::pair<unsigned int, const char*> cases[] = {
+        {31000, "Invalid file format in a.dat"},
+        {31050, "Invalid RecordManager file format in a.dat"},
+        {31107, "Unicode to MBCS conversion failed in a.dat"},
+        {32014, "Feature space exceeded"},
+        {12345, "Unspecified Database Error"},
+        {0, "Unspecified Database Error"}};
+    for (const auto& [code, text] : cases) {
         char16_t area[255];
         CT_DatabaseError::sv_FormatError(area, 255, code, u"a.dat");
         EXPECT_EQ(test::Utf8(area), text);
@@ -88,18 +86,15 @@ TEST(LoadStringTest, TheOlderFamilyHasEightBitTexts) {
 }
 
 TEST(LoadStringTest, TheLibrarysOwnFormats) {
-    struct Case {
-        unsigned int id;
-        const char* text;
-    };
-    for (const auto& [id, expected] : {Case{60000, "Error Stack"},
-                                       {60003, "File \"n\": o returned error 5"},
-                                       {60012, "Semantic error: n"},
-                                       {60021, "Limits violated"},
-                                       {65535, "ASSERT (n)"}}) {
+    const HINSTANCE own = CT_BasisDLLMain::sh_GetInstance();
+    const std::pair<unsigned int, const char*> cases[] = {{60000, "Error Stack"},
+                                                          {60003, "File \"n\": o returned error 5"},
+                                                          {60012, "Semantic error: n"},
+                                                          {60021, "Limits violated"},
+                                                          {65535, "ASSERT (n)"}};
+    for (const auto& [id, expected] : cases) {
         char16_t area[64];
-        CT_LoadString::sv_LoadStringVA(area, 64, CT_BasisDLLMain::sh_GetInstance(), id, u"n", u"o",
-                                       5);
+        CT_LoadString::sv_LoadStringVA(area, 64, own, id, u"n", u"o", 5);
         EXPECT_EQ(test::Utf8(area), expected);
     }
 }
