@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
@@ -62,14 +65,11 @@ TEST(OSTest, ClassifiesFamilyAndVersion) {
     }
 }
 
-TEST(OSTest, ThisMachineIsOfTheNewestGeneration) {
+// A failed query leaves the generation that speaks UTF-16, which this machine's own is too.
+TEST(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
     EXPECT_EQ(CT_OS::seo_GetVersion(), CT_OS::WindowsNT);
     EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), 10u);
     EXPECT_FALSE(std::u16string_view(CT_OS::sqcuz_GetOsVersionString()).empty());
-}
-
-// A failed query leaves the generation that speaks UTF-16.
-TEST(OSTest, AFailedQueryCountsAsNewest) {
     platform::SystemAnswers answers;
     answers.version = [](platform::SystemVersion* version) {
         *version = platform::SystemVersion{1, 1, 1, 1, {}};
@@ -97,27 +97,20 @@ protected:
 };
 
 TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
-    struct Case {
-        platform::ProcessorInfo info;
-        unsigned int family;
-        int expected;
-    };
-    const Case cases[] = {
+    const std::tuple<platform::ProcessorInfo, unsigned int, int> cases[] = {
         {{2, true, 3, 0}, 2, 0},    {{2, true, 4, 0}, 2, 1},   {{2, true, 5, 0}, 2, 2},
         {{2, true, 6, 0}, 2, 3},    {{2, true, 2, 386}, 2, 4}, {{2, true, 25, 0}, 2, 4},
         {{2, false, 6, 586}, 2, 5}, {{2, true, 6, 386}, 1, 0}, {{2, true, 6, 486}, 1, 1},
         {{2, true, 3, 586}, 1, 2},  {{2, true, 6, 0}, 1, 4},   {{2, false, 3, 386}, 1, 5},
     };
+    platform::SystemAnswers answers;
+    answers.processors = [] { return processor; };
     for (const auto& [info, family, expected] : cases) {
         const test::ForcedVersion version(family, family == 2 ? 5 : 4, 0);
         processor = info;
-        platform::SystemAnswers answers;
-        answers.processors = [] { return processor; };
         platform::SetSystemAnswers(answers);
         EXPECT_EQ(CT_SysInfo::seo_GetProcessor(), expected) << info.level << ' ' << family;
     }
-    platform::SystemAnswers answers;
-    answers.processors = [] { return processor; };
     platform::SetSystemAnswers(answers);
     processor = {0, true, 6, 0};
     EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), 1u);
@@ -132,21 +125,19 @@ TEST_F(SysInfoTest, AmountsOf4GiBAndMoreAreCut) {
         return platform::MemoryStatus{17, 8 * kGiB, 3 * kGiB, 4 * kGiB - 1, 4 * kGiB, 5, 6};
     };
     platform::SetSystemAnswers(answers);
-    unsigned int values[7] = {};
-    CT_SysInfo::sv_GetMemoryInfo(values, values + 1, values + 2, values + 3, values + 4, values + 5,
-                                 values + 6);
-    const unsigned int singly[7] = {CT_SysInfo::sn_GetMemoryLoad(),
-                                    CT_SysInfo::sn_GetPhysicalMemoryTotal(),
-                                    CT_SysInfo::sn_GetPhysicalMemoryAvailable(),
-                                    CT_SysInfo::sn_GetVirtualMemoryTotal(),
-                                    CT_SysInfo::sn_GetVirtualMemoryAvailable(),
-                                    CT_SysInfo::sn_GetPagingMemoryTotal(),
-                                    CT_SysInfo::sn_GetPagingMemoryAvailable()};
-    const unsigned int expected[7] = {17, 0xFFFFFFFF, 3u << 30, 0xFFFFFFFF, 0xFFFFFFFF, 5, 6};
-    for (int i = 0; i < 7; ++i) {
-        EXPECT_EQ(values[i], expected[i]) << i;
-        EXPECT_EQ(singly[i], expected[i]) << i;
-    }
+    using Values = std::array<unsigned int, 7>;
+    Values v{};
+    CT_SysInfo::sv_GetMemoryInfo(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6]);
+    using I = CT_SysInfo;
+    const Values singly{I::sn_GetMemoryLoad(),
+                        I::sn_GetPhysicalMemoryTotal(),
+                        I::sn_GetPhysicalMemoryAvailable(),
+                        I::sn_GetVirtualMemoryTotal(),
+                        I::sn_GetVirtualMemoryAvailable(),
+                        I::sn_GetPagingMemoryTotal(),
+                        I::sn_GetPagingMemoryAvailable()};
+    EXPECT_EQ(v, (Values{17, 0xFFFFFFFF, 3u << 30, 0xFFFFFFFF, 0xFFFFFFFF, 5, 6}));
+    EXPECT_EQ(singly, v);
     CT_SysInfo::sv_GetMemoryInfo(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
 }
 
@@ -163,18 +154,16 @@ TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
 }
 
 TEST_F(SysInfoTest, MetricsByTheirNumbers) {
-    struct Case {
-        BOOL (*ask)();
-        int index;
-    };
-    for (const auto& [ask, index] : {Case{CT_SysInfo::sb_GetDBCSEnabled, 42},
-                                     {CT_SysInfo::sb_GetMidEastEnabled, 74},
-                                     {CT_SysInfo::sb_GetNetworkAttached, 63},
-                                     {CT_SysInfo::sb_GetSlowMachine, 73},
-                                     {CT_SysInfo::sb_GetKanjiWindow, 18}}) {
-        platform::SystemAnswers answers;
-        answers.metric = [](int asked) { return asked == forced_metric ? 2 : -(asked == 18); };
-        platform::SetSystemAnswers(answers);
+    using I = CT_SysInfo;
+    platform::SystemAnswers answers;
+    answers.metric = [](int asked) { return asked == forced_metric ? 2 : -(asked == 18); };
+    platform::SetSystemAnswers(answers);
+    const std::pair<BOOL (*)(), int> cases[] = {{I::sb_GetDBCSEnabled, 42},
+                                                {I::sb_GetMidEastEnabled, 74},
+                                                {I::sb_GetNetworkAttached, 63},
+                                                {I::sb_GetSlowMachine, 73},
+                                                {I::sb_GetKanjiWindow, 18}};
+    for (const auto& [ask, index] : cases) {
         forced_metric = index;
         EXPECT_TRUE(ask()) << index;
         forced_metric = -1;
