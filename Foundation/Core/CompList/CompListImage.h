@@ -35,6 +35,7 @@ inline constexpr std::uint32_t kGoesOn = 10;       // a word ends, longer ones c
 inline constexpr std::uint32_t kAlternative = 13;  // distance from here to the next alternative
 inline constexpr std::uint32_t kEndOfStream = 25;
 inline constexpr std::uint32_t kWordEnds = 26;  // a word ends and so does the branch; its handle
+inline constexpr std::uint32_t kHighestMarker = kWordEnds;
 
 [[nodiscard]] constexpr bool IsMarker(std::uint32_t element) noexcept {
     return element < 32 &&
@@ -49,6 +50,11 @@ inline constexpr std::uint32_t kWordEnds = 26;  // a word ends and so does the b
 template <typename Number>
 [[nodiscard]] inline Number Load(const std::byte* from) noexcept {
     static_assert(sizeof(Number) <= 4);
+    if constexpr (std::endian::native == std::endian::little) {
+        Number number;
+        std::memcpy(&number, from, sizeof(Number));
+        return number;
+    }
     std::uint32_t value = 0;
     for (std::size_t i = 0; i < sizeof(Number); ++i) {
         value |= std::to_integer<std::uint32_t>(from[i]) << (8 * i);
@@ -111,9 +117,12 @@ struct View {
     }
     // Where the alternative marker at `at` leads: behind its offset and inside, else 0.
     [[nodiscard]] std::size_t Target(std::size_t at) const noexcept {
-        if (at + widths.Jump() > limit) return 0;
-        const std::size_t distance = LoadNumber(bytes + at + widths.element, widths.offset);
-        return distance >= widths.Jump() && at + distance < limit ? at + distance : 0;
+        const std::size_t behind = at + widths.Jump();
+        if (behind > limit) return 0;
+        const std::byte* const from = bytes + at + widths.element;
+        const std::size_t target =
+            at + (widths.offset == 4 ? Load<std::uint32_t>(from) : Load<std::uint16_t>(from));
+        return target >= behind && target < limit ? target : 0;
     }
     // The alternative behind the one whose first character is at `at`, 0 when there is none.
     template <typename Unit>

@@ -106,6 +106,11 @@ Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool e
     for (;;) {
         std::uint32_t element = image.ElementOf<Unit>(at);
         const Unit wanted = key[matched];
+        if (element == wanted && element > kHighestMarker) {
+            at += sizeof(Unit);
+            ++matched;
+            continue;
+        }
         if (wanted == 0) {
             if (element == kAlternative) {
                 at += image.widths.Jump();
@@ -114,20 +119,18 @@ Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool e
             const bool word = (element == kGoesOn || element == kWordEnds) && image.HasHandle(at);
             return {word ? image.Handle(at) : kAbsent, matched};
         }
-        if (!IsMarker(element)) {
-            if (element != wanted) {
-                at = OtherAlternative(image, at, wanted, index, skipped);
-                if (at == 0) return {kAbsent, 0};
-                if (image.ElementOf<Unit>(at) != wanted) continue;
-            }
-            at += sizeof(Unit);
-            ++matched;
+        if (element == kAlternative) {
+            at += image.widths.Jump();
         } else if (element == kGoesOn) {
             at += image.widths.Mark();
-        } else if (element == kAlternative) {
-            at += image.widths.Jump();
-        } else {
+        } else if (element == kWordEnds || element == kEndOfStream) {
             return {kAbsent, element == kWordEnds ? matched : 0};
+        } else if (element == wanted) {
+            at += sizeof(Unit);
+            ++matched;
+        } else {
+            at = OtherAlternative(image, at, wanted, index, skipped);
+            if (at == 0) return {kAbsent, 0};
         }
     }
 }
