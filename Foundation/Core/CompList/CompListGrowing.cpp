@@ -39,29 +39,15 @@ GrowingList::Place GrowingList::Descend(const Unit* key, Place from) const noexc
     }
 }
 
-// The length of the word that ends a branch within the first kPrefixLength - 1 characters of a
-// longer key, 0 when there is none.
-template <typename Unit>
-std::uint32_t GrowingList::ShortEnd(const Unit* key) const noexcept {
-    std::uint64_t prefix = 0;
-    for (std::uint32_t length = 1; length < kPrefixLength; ++length) {
-        prefix = Longer(prefix, key[length - 1]);
-        const std::uint32_t letter = beginnings_.Find(ShortKey(prefix, length));
-        if (letter != 0 && EndsBranch(letter)) return length;
-    }
-    return 0;
-}
-
 template <typename Unit>
 Outcome GrowingList::Search(const Unit* key, bool exact) const noexcept {
-    Place place{0, 0};
-    std::uint64_t prefix = 0;
-    if (TakePrefix(key, prefix) == kPrefixLength) {
-        const std::uint32_t letter = beginnings_.Find(prefix);
-        if (letter == 0) return {kAbsent, exact ? 0 : ShortEnd(key)};
-        place = {letter, kPrefixLength};
+    const Beginnings::Found found = beginnings_.Follow(key);
+    if (found.missing != 0 && exact) return {kAbsent, 0};
+    if (found.missing == Beginnings::kFirst) {
+        return {kAbsent, beginnings_.ShortEnd(
+                             key, [this](std::uint32_t letter) { return EndsBranch(letter); })};
     }
-    place = Descend(key, place);
+    const Place place = Descend(key, {found.place, found.length});
     if (key[place.matched] == 0) {
         return {Is(place.letter, kWord) ? cells_[place.letter].value : kAbsent, place.matched};
     }
@@ -70,24 +56,41 @@ Outcome GrowingList::Search(const Unit* key, bool exact) const noexcept {
 
 template <typename Unit>
 bool GrowingList::Add(const Unit* key, std::uint32_t handle) {
-    Place place{0, 0};
-    std::uint64_t prefix = 0;
-    const std::uint32_t prefix_length = TakePrefix(key, prefix);
-    if (prefix_length == kPrefixLength) {
-        const std::uint32_t letter = beginnings_.Find(prefix);
-        if (letter != 0) place = {letter, kPrefixLength};
-    }
-    place = Descend(key, place);
+    const Beginnings::Found found = beginnings_.Follow(key);
+    const Place place = Descend(key, {found.place, found.length});
     handle = Cut(handle, widths_.handle);
     if (key[place.matched] == 0) return MarkWord(place.letter, handle);
     const std::uint32_t first = AddRest(key + place.matched, place.letter, handle);
     if (first == 0) return false;
     if (place.letter == 0) jumps_ |= JumpBit(key[0]);
-    if (place.matched < prefix_length) {
-        beginnings_.Insert(ShortKey(prefix, prefix_length),
-                           first + (prefix_length - 1 - place.matched));
-    }
+    if (place.matched < Beginnings::kBoth) AddBeginnings(key, place, found, first);
     return true;
+}
+
+// Makes known what a new word adds; its letters behind `place` are those from `first` on.
+template <typename Unit>
+void GrowingList::AddBeginnings(const Unit* key, Place place, const Beginnings::Found& found,
+                                std::uint32_t first) noexcept {
+    const auto letter_at = [&](std::uint32_t length) {
+        return first + (length - 1 - place.matched);
+    };
+    Beginnings::Key units;
+    while (units.Length() < Beginnings::kFirst && key[units.Length()] != 0) {
+        units.Add(key[units.Length()]);
+    }
+    std::uint32_t first_letter = found.place;
+    if (place.matched < units.Length()) {
+        first_letter = letter_at(units.Length());
+        beginnings_.AddFirst(units, first_letter);
+    }
+    if (units.Length() < Beginnings::kFirst) return;
+    units.GoOnFrom(first_letter);
+    while (units.Length() < Beginnings::kBoth && key[units.Length()] != 0) {
+        units.Add(key[units.Length()]);
+    }
+    if (units.Length() == Beginnings::kBoth) {
+        beginnings_.AddBoth(units, letter_at(Beginnings::kBoth));
+    }
 }
 
 // The word is the beginning of others: a mark is inserted behind its last letter.
@@ -117,7 +120,7 @@ std::uint32_t GrowingList::AddRest(const Unit* rest, std::uint32_t parent, std::
     const std::size_t all = lengthens ? bytes : bytes + widths_.Jump();
     if (!Fits(all)) return 0;
     cells_.Reserve(length + 1);
-    beginnings_.Reserve(1);
+    beginnings_.Reserve();
     families_.Reserve(kChained + 1);  // one that becomes too large for its chain
     if (widths_.offset == 2) {
         const auto count = static_cast<std::uint32_t>(bytes);

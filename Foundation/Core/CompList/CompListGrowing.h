@@ -13,15 +13,15 @@
 // The letter behind another one in its run continues it. All other continuations of a letter begin
 // runs of their own, its family, chained from the oldest to the newest through their joints. When
 // the last letter of a run is continued, the oldest of its family stays in its tail (an extension);
-// every other run begins a tail. Families of more than kChained runs are found by a table. A
-// second one knows where each beginning of kPrefixLength characters leads, and the shorter words
-// that ended a tail when they came.
+// every other run begins a tail. Families of more than kChained runs are found by a table.
+// Beginnings tell which letters the first characters of words lead to.
 #ifndef FOUNDATION_CORE_COMPLIST_COMPLISTGROWING_H
 #define FOUNDATION_CORE_COMPLIST_COMPLISTGROWING_H
 
 #include <cstddef>
 #include <cstdint>
 
+#include "Foundation/Core/CompList/CompListBeginnings.h"
 #include "Foundation/Core/CompList/CompListImage.h"
 #include "Foundation/Core/CompList/CompListOffsets.h"
 #include "Foundation/Core/CompList/CompListStorage.h"
@@ -106,13 +106,14 @@ private:
 
     [[nodiscard]] std::uint32_t Child(std::uint32_t letter, std::uint32_t unit) const noexcept;
     template <typename Unit>
-    [[nodiscard]] std::uint32_t ShortEnd(const Unit* key) const noexcept;
-    template <typename Unit>
     [[nodiscard]] Place Descend(const Unit* key, Place from) const noexcept;
     [[nodiscard]] bool MarkWord(std::uint32_t letter, std::uint32_t handle);
     template <typename Unit>
     [[nodiscard]] std::uint32_t AddRest(const Unit* rest, std::uint32_t parent,
                                         std::uint32_t handle);
+    template <typename Unit>
+    void AddBeginnings(const Unit* key, Place place, const Beginnings::Found& found,
+                       std::uint32_t first) noexcept;
     void BeginRun(std::uint32_t parent, char16_t unit) noexcept;
     void AppendLetter(char16_t unit) noexcept { cells_.Append({unit, 0, 0, 0}); }
     void EndRun(std::uint32_t handle) noexcept;
@@ -152,7 +153,7 @@ private:
     std::uint64_t stream_bytes_ = 0;  // without the end marker
     std::uint32_t jumps_ = 0;         // bit per letter with an entry in the jump table
     PlainArray<Cell> cells_;
-    PlaceTable beginnings_;  // by first characters
+    Beginnings beginnings_;  // by their last letter
     PlaceTable families_;    // by Step
     OffsetTable offsets_;    // stays empty for lists with long offsets
 };

@@ -109,18 +109,20 @@ public:
         list_.AppendLetter(unit);
     }
     [[nodiscard]] std::uint32_t FamilyBefore(std::uint32_t) const noexcept { return Latest(); }
-    void Prefix(std::uint64_t prefix) {
-        list_.beginnings_.Reserve(1);
-        list_.beginnings_.Insert(prefix, Latest());
+    std::uint32_t First(const Beginnings::Key& key) {
+        list_.beginnings_.Reserve();
+        list_.beginnings_.AddFirst(key, Latest());
+        return Latest();
     }
+    void Both(const Beginnings::Key& key) {
+        list_.beginnings_.Reserve();
+        list_.beginnings_.AddBoth(key, Latest());
+    }
+    void ShortEnd(const Beginnings::Key& key) { First(key); }
     void Word(std::uint32_t handle, bool last) noexcept {
         Cell& letter = list_.cells_[Latest()];
         letter.flags = static_cast<std::uint16_t>(letter.flags | kWord | (last ? kLast : 0));
         letter.value = handle;
-    }
-    void ShortEnd(std::uint64_t key) {
-        list_.beginnings_.Reserve(1);
-        list_.beginnings_.Insert(key, Latest());
     }
     // The tail being read ends before this position.
     void EndTail(std::uint32_t position) noexcept {

@@ -138,31 +138,7 @@ struct Outcome {
     std::uint32_t matched;
 };
 
-// The first characters of a word as one number.
-inline constexpr std::uint32_t kPrefixLength = 4;
-
-[[nodiscard]] constexpr std::uint64_t Longer(std::uint64_t prefix, std::uint32_t unit) noexcept {
-    return prefix << 16 | unit;
-}
-
-// Takes up to kPrefixLength characters of a key and answers how many there are.
-template <typename Unit>
-[[nodiscard]] constexpr std::uint32_t TakePrefix(const Unit* key, std::uint64_t& prefix) noexcept {
-    prefix = 0;
-    for (std::uint32_t i = 0; i < kPrefixLength; ++i) {
-        if (key[i] == 0) return i;
-        prefix = Longer(prefix, key[i]);
-    }
-    return kPrefixLength;
-}
-
-// Fewer first characters, as a number that is no prefix of full length.
-[[nodiscard]] constexpr std::uint64_t ShortKey(std::uint64_t prefix,
-                                               std::uint32_t length) noexcept {
-    return prefix << 16 * (kPrefixLength - length);
-}
-
-// One character behind a place of the list, as a number that is neither.
+// One character behind a place of the list, as one number.
 [[nodiscard]] constexpr std::uint64_t Step(std::uint32_t place, std::uint32_t unit) noexcept {
     return static_cast<std::uint64_t>(place) << 16 | unit;
 }

@@ -23,17 +23,22 @@ public:
     [[nodiscard]] static std::uint32_t FamilyBefore(std::uint32_t position) noexcept {
         return position;
     }
-    void Prefix(std::uint64_t prefix) {
-        index_.beginnings_.Reserve(1);
-        index_.beginnings_.Insert(prefix, latest_ + static_cast<std::uint32_t>(sizeof(Unit)));
+    std::uint32_t First(const Beginnings::Key& key) {
+        index_.beginnings_.Reserve();
+        index_.beginnings_.AddFirst(key, Behind());
+        return Behind();
     }
+    void Both(const Beginnings::Key& key) {
+        index_.beginnings_.Reserve();
+        index_.beginnings_.AddBoth(key, Behind());
+    }
+    void ShortEnd(const Beginnings::Key& key) { First(key); }
     static void Word(std::uint32_t, bool) noexcept {}
-    void ShortEnd(std::uint64_t key) {
-        index_.beginnings_.Reserve(1);
-        index_.beginnings_.Insert(key, latest_);
-    }
 
 private:
+    [[nodiscard]] std::uint32_t Behind() const noexcept {
+        return latest_ + static_cast<std::uint32_t>(sizeof(Unit));
+    }
     // Whether an alternative before the one at `position` has the same first character.
     [[nodiscard]] bool InFamily(std::uint32_t head, Unit unit,
                                 std::uint32_t position) const noexcept {
@@ -93,14 +98,16 @@ Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool e
         if (entry != 0) at = entry;
         if (at < kFirstElement) return {kAbsent, 0};
     }
-    std::uint64_t prefix = 0;
-    if (index != nullptr && TakePrefix(key, prefix) == kPrefixLength) {
-        const std::uint32_t behind = index->BehindPrefix(prefix);
-        if (behind != 0) {
-            at = behind;
-            matched = kPrefixLength;
-        } else {
-            return {kAbsent, exact ? 0 : index->ShortEnd(key)};
+    if (index != nullptr) {
+        const Beginnings& known = index->KnownBeginnings();
+        const Beginnings::Found found = known.Follow(key);
+        if (found.missing != 0 && exact) return {kAbsent, 0};
+        if (found.missing == Beginnings::kFirst) {
+            return {kAbsent, known.ShortEnd(key, [](std::uint32_t) { return true; })};
+        }
+        if (found.place != 0) {
+            at = found.place;
+            matched = found.length;
         }
     }
     for (;;) {

@@ -1,11 +1,12 @@
-// The index of an adopted image that is searched often. It holds where each beginning of
-// kPrefixLength characters leads, and the alternatives that stand far down their chain.
+// The index of an adopted image that is searched often. It holds where the beginnings of
+// words lead, and the alternatives that stand far down their chain.
 #ifndef FOUNDATION_CORE_COMPLIST_COMPLISTINDEX_H
 #define FOUNDATION_CORE_COMPLIST_COMPLISTINDEX_H
 
 #include <cstddef>
 #include <cstdint>
 
+#include "Foundation/Core/CompList/CompListBeginnings.h"
 #include "Foundation/Core/CompList/CompListImage.h"
 #include "Foundation/Core/CompList/CompListStorage.h"
 
@@ -19,21 +20,8 @@ public:
     // False when the image does not hang together; the index is then of no use.
     [[nodiscard]] bool Build(const View& image);
 
-    // The position behind the last character of these first ones; 0 when no word has them.
-    [[nodiscard]] std::uint32_t BehindPrefix(std::uint64_t prefix) const noexcept {
-        return beginnings_.Find(prefix);
-    }
-    // The length of the word that ends a branch within the first kPrefixLength - 1 characters of a
-    // longer key, 0 when there is none.
-    template <typename Unit>
-    [[nodiscard]] std::uint32_t ShortEnd(const Unit* key) const noexcept {
-        std::uint64_t prefix = 0;
-        for (std::uint32_t length = 1; length < kPrefixLength; ++length) {
-            prefix = Longer(prefix, key[length - 1]);
-            if (beginnings_.Find(ShortKey(prefix, length)) != 0) return length;
-        }
-        return 0;
-    }
+    // By positions behind a beginning; those of short words whose branch ends there as well.
+    [[nodiscard]] const Beginnings& KnownBeginnings() const noexcept { return beginnings_; }
     // The alternative with this first character, of a rank above kNearby, in the chain that begins
     // at `head`; 0 when there is none.
     [[nodiscard]] std::uint32_t FarAlternative(std::uint32_t head,
@@ -46,7 +34,7 @@ private:
     template <typename Unit>
     class Builder;
 
-    PlaceTable beginnings_;
+    Beginnings beginnings_;
     PlaceTable far_;
 };
 

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "Foundation/Core/CompList/CompListBeginnings.h"
 #include "Foundation/Core/CompList/CompListImage.h"
 #include "Foundation/Platform/Memory.h"
 
@@ -20,17 +21,17 @@ struct Branch {
     std::uint32_t target;  // position of the tail
     std::uint32_t family;  // the sink's name for the branching point
     std::uint32_t rank;    // 1 for the first alternative behind the one in place
-    std::uint32_t depth;   // characters before the tail, at most kPrefixLength
-    std::uint64_t prefix;  // these characters
+    Beginnings::Key key;   // the characters before the tail, at most kBoth
 };
 
 // A sink has
 //   bool BeginTail(position, unit, branch)   first character of a tail; false: refuse the stream
 //   void Character(position, unit)           any other character
 //   uint32_t FamilyBefore(position)          names the branching point before the character there
-//   void Prefix(prefix)                      the latest character completes these first ones
+//   uint32_t First(key)                      the latest character completes kFirst; their place
+//   void Both(key)                           or kBoth
 //   void Word(handle, last)                  a word ends behind the latest character
-//   void ShortEnd(key)                       and with it a branch, before kPrefixLength characters
+//   void ShortEnd(key)                       and with it a branch, before kFirst characters
 template <typename Unit, typename Sink>
 class Parser {
 public:
@@ -41,7 +42,7 @@ public:
         std::size_t at = kFirstElement;
         if (at + sizeof(Unit) > image_.limit) return false;
         for (bool first = true; At(at) != kEndOfStream; first = false) {
-            Branch branch{kFirstElement, sink_.FamilyBefore(kFirstElement), 0, 0, 0};
+            Branch branch{kFirstElement, sink_.FamilyBefore(kFirstElement), 0, {}};
             if (!first && !TakeBranch(at, branch)) return false;
             at = Tail(at, branch);
             if (at == 0) return false;
@@ -71,18 +72,17 @@ private:
 
     // Reads one tail and answers the position behind it, 0 when it is damaged.
     std::size_t Tail(std::size_t at, const Branch& branch) {
-        std::uint32_t depth = branch.depth;
-        std::uint64_t prefix = branch.prefix;
+        Beginnings::Key key = branch.key;
         for (bool first = true;; first = false) {
             const std::uint32_t unit = At(at);
             if (unit == 0 || IsMarker(unit)) return 0;
             const auto position = static_cast<std::uint32_t>(at);
             Branch next = branch;
             if (first) {
-                if (depth == 0) NoteTop(unit, position);
+                if (key.Length() == 0) NoteTop(unit, position);
                 if (!sink_.BeginTail(position, static_cast<Unit>(unit), branch)) return 0;
             } else {
-                next = {0, sink_.FamilyBefore(position), 0, depth, prefix};
+                next = {0, sink_.FamilyBefore(position), 0, key};
                 sink_.Character(position, static_cast<Unit>(unit));
             }
             at += sizeof(Unit);
@@ -90,19 +90,22 @@ private:
                 if (!Open(next, image_.Target(at))) return 0;
                 at += image_.widths.Jump();
             }
-            if (depth < kPrefixLength) {
-                prefix = Longer(prefix, unit);
-                if (++depth == kPrefixLength) sink_.Prefix(prefix);
-            }
+            if (key.Length() < Beginnings::kBoth) Lengthen(key, unit);
             const std::uint32_t mark = At(at);
             if (mark != kGoesOn && mark != kWordEnds) continue;
             if (!image_.HasHandle(at)) return 0;
             sink_.Word(image_.Handle(at), mark == kWordEnds);
             at += image_.widths.Mark();
             if (mark == kGoesOn) continue;
-            if (depth < kPrefixLength) sink_.ShortEnd(ShortKey(prefix, depth));
+            if (key.Length() < Beginnings::kFirst) sink_.ShortEnd(key);
             return at;
         }
+    }
+
+    void Lengthen(Beginnings::Key& key, std::uint32_t unit) {
+        key.Add(unit);
+        if (key.Length() == Beginnings::kFirst) key.GoOnFrom(sink_.First(key));
+        if (key.Length() == Beginnings::kBoth) sink_.Both(key);
     }
 
     bool Open(Branch& next, std::size_t target) {

@@ -56,7 +56,7 @@ private:
 };
 
 // From 64-bit keys to 32-bit places that are not 0, for thousands to millions of them: open
-// addressing with linear probing and multiplicative hashing, at most 5/8 full.
+// addressing with linear probing and multiplicative hashing, half to three quarters full.
 class PlaceTable {
 public:
     PlaceTable() noexcept = default;
@@ -67,19 +67,19 @@ public:
     // 0 when the key is not there.
     [[nodiscard]] std::uint32_t Find(std::uint64_t key) const noexcept {
         if (entries_ == nullptr) return 0;
-        for (std::size_t i = Slot(key);; i = (i + 1) & (capacity_ - 1)) {
+        for (std::size_t i = Slot(key);; i = Next(i)) {
             const Entry& entry = entries_[i];
-            if (entry.place == 0 || entry.Has(key)) return entry.place;
+            if (entry.place == 0 || entry.Key() == key) return entry.place;
         }
     }
     // Makes room for `more` keys; may throw, and then nothing has changed.
     void Reserve(std::size_t more) {
-        if (count_ + more > capacity_ / 8 * 5) Grow(count_ + more);
+        if (count_ + more > capacity_ / 4 * 3) Grow(count_ + more);
     }
     // Requires room, and a key that is not there.
     void Insert(std::uint64_t key, std::uint32_t place) noexcept {
         std::size_t i = Slot(key);
-        while (entries_[i].place != 0) i = (i + 1) & (capacity_ - 1);
+        while (entries_[i].place != 0) i = Next(i);
         entries_[i] = {static_cast<std::uint32_t>(key), static_cast<std::uint32_t>(key >> 32),
                        place};
         ++count_;
@@ -95,25 +95,24 @@ private:
         [[nodiscard]] std::uint64_t Key() const noexcept {
             return static_cast<std::uint64_t>(high) << 32 | low;
         }
-        [[nodiscard]] bool Has(std::uint64_t key) const noexcept { return Key() == key; }
     };
 
-    // The high bits of the second product depend on all bits of the key.
+    // The high half of the second product depends on all bits of the key; it is scaled to the
+    // capacity, which is below 2^32.
     [[nodiscard]] std::size_t Slot(std::uint64_t key) const noexcept {
         constexpr std::uint64_t kGolden = 0x9E3779B97F4A7C15;
         key *= kGolden;
         key ^= key >> 32;
-        return static_cast<std::size_t>((key * kGolden) >> shift_);
+        return static_cast<std::size_t>(((key * kGolden) >> 32) * capacity_ >> 32);
+    }
+    [[nodiscard]] std::size_t Next(std::size_t i) const noexcept {
+        return i + 1 == capacity_ ? 0 : i + 1;
     }
 
     void Grow(std::size_t count) {
         PlaceTable larger;
-        larger.capacity_ = 64;
-        larger.shift_ = 58;
-        while (count > larger.capacity_ / 8 * 5) {
-            larger.capacity_ *= 2;
-            --larger.shift_;
-        }
+        larger.capacity_ = std::max<std::size_t>(capacity_ + capacity_ / 2, 32);
+        while (count > larger.capacity_ / 4 * 3) larger.capacity_ *= 2;
         larger.entries_ =
             static_cast<Entry*>(platform::AllocateZeroed(larger.capacity_ * sizeof(Entry)));
         if (larger.entries_ == nullptr) throw std::bad_alloc();
@@ -122,13 +121,11 @@ private:
         }
         std::swap(entries_, larger.entries_);
         capacity_ = larger.capacity_;
-        shift_ = larger.shift_;
     }
 
     Entry* entries_ = nullptr;
-    std::size_t capacity_ = 0;  // a power of two, 0 without entries
+    std::size_t capacity_ = 0;
     std::size_t count_ = 0;
-    unsigned shift_ = 0;
 };
 
 }  // namespace foundation::detail::complist
