@@ -7,7 +7,7 @@
 // Cost: searching and adding take time in the word's length. The image of a list that grew is
 // written when it is asked for, in time linear in the list; so is what the first b_Add on an
 // adopted image needs. A large adopted image that is searched often gets an index beside it in
-// memory, about a third to half of its size, built in the midst of one of the searches.
+// memory, half to three quarters of its size, built in the midst of one of the searches.
 // Memory: a list that grew holds three to four times its image in the form in which it grows. When
 // it is complete, `list.v_Set(list.pcco_GetBuffer())` leaves it with the image alone.
 // Foreign images: reading never leaves the image and always ends. What is damaged is not found, and
