@@ -42,10 +42,10 @@ TEST(LoadStringTest, LoadsAndFormatsTextsOfAModule) {
     ASSERT_TRUE(platform::RegisterStringTable(module, texts));
     CT_UString text;
     char16_t area[6];
-    CT_LoadString::sv_LoadString(&text, module, 1);
-    EXPECT_EQ(test::Utf8(text.qcuz_Get()), "plain");
-    CT_LoadString::sv_LoadString(&text, nullptr, 1);  // null names the program too
-    EXPECT_EQ(test::Utf8(text.qcuz_Get()), "plain");
+    for (const HINSTANCE owner : {module, HINSTANCE{}}) {  // null names the program too
+        CT_LoadString::sv_LoadString(&text, owner, 1);
+        EXPECT_EQ(test::Utf8(text.qcuz_Get()), "plain");
+    }
     CT_LoadString::sv_LoadString(area, 4, module, 1);
     EXPECT_EQ(test::Utf8(area), "pla");
     CT_LoadString::sv_LoadStringVA(&text, module, 2, u"it", 5);

@@ -39,12 +39,12 @@ TEST_F(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
     const CT_UString path = Name(u"text.txt");
     const std::function<void()> operations[] = {
         [&] {
-            CT_FileOutput output(&path);
+            CT_WinFile file(&path, 16384);
+            CT_FileOutput output(&file);
             AppendOneOfEach(output);
         },
         [&] {
-            CT_WinFile file(&path, 16384);
-            CT_FileOutput output(&file);
+            CT_FileOutput output(&path);
             AppendOneOfEach(output);
         },
         [] {
@@ -69,24 +69,19 @@ TEST_F(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
             writer.v_WriteLine(u"");
             writer.v_WriteLine(u"two");
             writer.v_Close();
-        },
-        [&] {
-            CT_WinFile file(&path, 16384);
             CT_FileTextReader reader(file, CT_Codepage::kUnknown, TRUE);
             CT_UString line;
-            EXPECT_TRUE(reader.b_ReadLine(line));
-            EXPECT_EQ(line.n_GetLength(), 700u);
-            EXPECT_TRUE(reader.b_ReadLine(line));
-            EXPECT_EQ(line.n_GetLength(), 3u);
+            for (const unsigned int length : {700u, 3u}) {
+                EXPECT_TRUE(reader.b_ReadLine(line));
+                EXPECT_EQ(line.n_GetLength(), length);
+            }
             EXPECT_FALSE(reader.b_ReadLine(line));
         },
         [&] {
             CT_FileInput input(256, &path);
             ReadBlocks(input);
-        },
-        [&] {
-            CT_MappedFileInput input(256, &path);
-            ReadBlocks(input);
+            CT_MappedFileInput mapped(256, &path);
+            ReadBlocks(mapped);
         },
     };
     for (const auto& operation : operations) {

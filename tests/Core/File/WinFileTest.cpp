@@ -1,6 +1,7 @@
 #include "Foundation/Core/File/WinFile.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "Core/File/FileFixture.h"
 #include "Foundation/Platform/LastError.h"
@@ -12,7 +13,10 @@ using test::Utf8;
 
 constexpr unsigned int kMiB = 0x100000;
 
-class WinFileTest : public test::FileTest {};
+class WinFileTest : public test::FileTest {
+protected:
+    const CT_UString name_ = Name(u"file");
+};
 
 TEST_F(WinFileTest, NamePartsFollowEachOther) {
     CT_UString name(u"C:\\dir\\a.b"), part(u"new.c");
@@ -45,8 +49,7 @@ TEST_F(WinFileTest, ModesOfOpening) {
         {"x", 2, 4, 0, 87, 0, "x"},
         {"x", 1, 1, 4, 87, 0, "x"},
     };
-    const CT_UString name = Name(u"file");
-    CT_WinFile missing(&name, 0);
+    CT_WinFile missing(&name_, 0);
     Open(missing, 1, 1);
     EXPECT_TRUE(test::TakeError(
         2, u"(2): The system cannot find the file specified. [" + folder_.Name(u"file") + u"]",
@@ -55,7 +58,7 @@ TEST_F(WinFileTest, ModesOfOpening) {
         SCOPED_TRACE(::testing::Message() << row.access << row.mode << row.share);
         folder_.Remove(u"file");
         if (row.content != nullptr) folder_.Write(u"file", row.content);
-        CT_WinFile file(&name, 16384);
+        CT_WinFile file(&name_, 16384);
         platform::SetLastError(77);
         Open(file, row.access, row.mode, row.share);
         EXPECT_EQ(Taken(), row.error);
@@ -140,28 +143,24 @@ TEST_F(WinFileTest, MappingForReadingIsTheFileAsItIs) {
     EXPECT_EQ(Read(*file, 20), "0123456789");
     file->v_CloseMap(3);  // must not cut
     EXPECT_EQ(Get(u"file"), "0123456789");
-    struct Case {
-        const char* content;
-        unsigned int access, minimum, error;
-    };
+    using Case = std::tuple<const char*, unsigned int, unsigned int, unsigned int>;
     const Case cases[] = {
         {"", 1, 0, 1006}, {"", 3, 0xFFFFFFFF, 1006}, {"x", 2, 1, 5}, {"x", 3, 0xFFF00001, 223}};
-    for (const Case& row : cases) {
+    for (const auto& [content, access, minimum, error] : cases) {
         file.reset();
-        file = Opened(row.content, row.access);
-        EXPECT_CT_ERROR(row.error, file->v_CreateMap(row.minimum));
+        file = Opened(content, access);
+        EXPECT_CT_ERROR(error, file->v_CreateMap(minimum));
         EXPECT_FALSE(file->b_GetMapping());
-        EXPECT_EQ(Get(u"file"), row.content);
+        EXPECT_EQ(Get(u"file"), content);
     }
 }
 
 TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
     constexpr std::uint64_t k4GiB = std::uint64_t{1} << 32;
     folder_.Write(u"file", "");
-    const CT_UString name = Name(u"file");
     struct _stat information;
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB);
-    CT_WinFile file(&name, 0);
+    CT_WinFile file(&name_, 0);
     EXPECT_CT_ERROR(223, Open(file, 3, 1));
     EXPECT_CT_ERROR(27, file.v_GetFileInformation(&information));
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB - 3);
@@ -179,8 +178,8 @@ TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
 TEST_F(WinFileTest, RenamesRemovesAndCopiesByName) {
     folder_.Write(u"file", "content");
     folder_.Write(u"copy", "longer than the content");
-    const CT_UString name = Name(u"file"), copy = Name(u"copy"), renamed = Name(u"renamed");
-    CT_WinFile file(&name, 1024);
+    const CT_UString copy = Name(u"copy"), renamed = Name(u"renamed");
+    CT_WinFile file(&name_, 1024);
     EXPECT_CT_MESSAGE(183,
                       u"(183): Cannot create a file when that file already exists. [" +
                           folder_.Name(u"file") + u" : " + folder_.Name(u"copy") + u"]",
@@ -197,8 +196,7 @@ TEST_F(WinFileTest, RenamesRemovesAndCopiesByName) {
 }
 
 TEST_F(WinFileTest, AttributesAndInformation) {
-    const CT_UString name = Name(u"file");
-    CT_WinFile file(&name, 0);
+    CT_WinFile file(&name_, 0);
     file.vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareRead, 0x09, 0x38);
     EXPECT_EQ(file.n_GetAttributes() & 0x2u, 0x2u);  // hidden
     EXPECT_EQ(file.n_GetOpenAttribut() << 8 | file.n_GetOpenFlag(), 0x0938u);
