@@ -167,7 +167,7 @@ TEST(BufferTest, ExhaustedMemoryLeavesEveryBufferAsItWas) {
             SCOPED_TRACE(&edit - edits);
             const auto make = [&] {  // two buffers and a sharer of each
                 std::array<CT_Buffer, 4> buffers{Make(text), Make(text), CT_Buffer(), CT_Buffer()};
-                for (const std::size_t i : {0, 1}) {
+                for (const std::size_t i : {0u, 1u}) {
                     if (shared) buffers[i + 2] = buffers[i];
                 }
                 return buffers;

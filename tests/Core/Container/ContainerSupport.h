@@ -14,7 +14,8 @@ namespace test {
 
 inline std::vector<int> Ints(const CT_VoidArray& array) {
     std::vector<int> items(array.n_GetCount());
-    for (unsigned i = 0; i < items.size(); ++i) array.v_GetAt(&items[i], i + 1);
+    int index = 0;
+    for (int& item : items) array.v_GetAt(&item, ++index);
     return items;
 }
 
