@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <functional>
 
@@ -42,14 +43,12 @@ protected:
 };
 
 TEST_F(WinFileShareTest, SecondOpenMustFitTheFirst) {
-    struct Case {
-        unsigned int access, share, second_access, second_share, error;
-    };
-    const Case cases[] = {{1, 0, 1, 3, 32}, {1, 1, 1, 1, 0}, {1, 1, 2, 3, 32}, {1, 3, 2, 2, 32},
-                          {2, 1, 1, 1, 32}, {2, 1, 1, 3, 0}, {0, 0, 3, 0, 0}};
-    for (const Case& row : cases) {
-        const auto first = Opened("x", row.access, row.share);
-        EXPECT_EQ(Second(row.second_access, row.second_share), row.error) << row.access;
+    const std::array<unsigned int, 5> cases[] = {
+        {1, 0, 1, 3, 32}, {1, 1, 1, 1, 0}, {1, 1, 2, 3, 32}, {1, 3, 2, 2, 32},
+        {2, 1, 1, 1, 32}, {2, 1, 1, 3, 0}, {0, 0, 3, 0, 0}};
+    for (const auto& [access, share, second_access, second_share, error] : cases) {
+        const auto first = Opened("x", access, share);
+        EXPECT_EQ(Second(second_access, second_share), error) << access;
         first->vv_Close();
         EXPECT_EQ(Second(3, 0), 0u);
     }

@@ -3,25 +3,24 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UStringWrapper.h"
 
 namespace {
 
 TEST(TypeTest, TheStringFamilyIsRegistered) {
-    struct Case {
-        const CT_Type* type;
-        const char* name;
-        std::uint32_t types;
-    };
-    for (const Case& c : {Case{CT_String::spcco_GetType(), "CT_String", 1},
-                          {CT_CString::spcco_GetType(), "CT_CString", 2},
-                          {CT_UString::spcco_GetType(), "CT_UString", 2}}) {
-        SCOPED_TRACE(c.name);
-        EXPECT_STREQ(c.type->qccz_GetName(), c.name);
-        EXPECT_EQ(c.type->n_GetTypes(), c.types);
-        const void* const prototype = c.type->pcv_GetObject();
-        EXPECT_EQ(static_cast<const CT_String*>(prototype)->vpcco_GetType(), c.type);
+    const std::tuple<const CT_Type*, const char*, std::uint32_t> cases[] = {
+        {CT_String::spcco_GetType(), "CT_String", 1},
+        {CT_CString::spcco_GetType(), "CT_CString", 2},
+        {CT_UString::spcco_GetType(), "CT_UString", 2}};
+    for (const auto& [type, name, types] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_STREQ(type->qccz_GetName(), name);
+        EXPECT_EQ(type->n_GetTypes(), types);
+        const void* const prototype = type->pcv_GetObject();
+        EXPECT_EQ(static_cast<const CT_String*>(prototype)->vpcco_GetType(), type);
     }
 }
 
@@ -32,18 +31,14 @@ TEST(TypeTest, AStringKnowsItsClasses) {
     const CT_Type* const base = CT_String::spcco_GetType();
     const CT_Type* const units = CT_UString::spcco_GetType();
     const CT_Type* const bytes = CT_CString::spcco_GetType();
-    struct Case {
-        const CT_String* object;
-        const CT_Type* type;
-        bool is_a, is_kind_of;
-    };
-    const Case cases[] = {{&wide, base, false, true},    {&wide, units, true, true},
-                          {&wide, bytes, false, false},  {&narrow, base, false, true},
-                          {&narrow, bytes, true, true},  {&narrow, units, false, false},
-                          {&derived, units, true, true}, {&wide, nullptr, false, false}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.object->vpv_IsA(c.type), c.is_a ? c.object : nullptr);
-        EXPECT_EQ(c.object->vpv_IsKindOf(c.type), c.is_kind_of ? c.object : nullptr);
+    const std::tuple<const CT_String*, const CT_Type*, bool, bool> cases[] = {
+        {&wide, base, false, true},    {&wide, units, true, true},
+        {&wide, bytes, false, false},  {&narrow, base, false, true},
+        {&narrow, bytes, true, true},  {&narrow, units, false, false},
+        {&derived, units, true, true}, {&wide, nullptr, false, false}};
+    for (const auto& [object, type, is_a, is_kind_of] : cases) {
+        EXPECT_EQ(object->vpv_IsA(type), is_a ? object : nullptr);
+        EXPECT_EQ(object->vpv_IsKindOf(type), is_kind_of ? object : nullptr);
     }
 }
 
