@@ -118,7 +118,9 @@ private:
 
 using namespace bench;
 RECORD_BENCHMARKS(Mapped);
+RECORD_MILLIONS(Mapped);
 RECORD_BENCHMARKS(Unmapped);
+BENCHMARK_TEMPLATE(BM_Add, Unmapped)->RECORD_MANY;
 BENCHMARK_TEMPLATE(BM_Add, WordByWord)->RECORD_SIZES;
 
 }  // namespace

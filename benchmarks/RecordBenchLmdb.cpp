@@ -90,5 +90,6 @@ private:
 
 using namespace bench;
 RECORD_BENCHMARKS(Lmdb);
+RECORD_MILLIONS(Lmdb);
 
 }  // namespace

@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 build_packages=(g++ cmake ninja-build libgtest-dev libgmock-dev libcli11-dev)
 word_packages=(wamerican wngerman)
-bench_packages=(libbenchmark-dev libfmt-dev libicu-dev libmarisa-dev qtbase5-dev pkg-config)
+bench_packages=(libbenchmark-dev libfmt-dev libicu-dev liblmdb-dev libmarisa-dev libsqlite3-dev qtbase5-dev pkg-config)
 check_packages=(clang clang-format libclang-rt-14-dev doxygen git pkg-config python3)
 
 say() { printf '\033[1m== %s\033[0m\n' "$*"; }

@@ -4,7 +4,7 @@
 #include <new>
 
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordSurvey.h"
+#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
 
 using foundation::detail::Failed;
 using foundation::detail::RecordImage;

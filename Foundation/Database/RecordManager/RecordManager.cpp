@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 

@@ -5,7 +5,7 @@
 
 #include "Foundation/Core/Error/DatabaseError.h"
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/System/SysInfo/SysInfo.h"
 

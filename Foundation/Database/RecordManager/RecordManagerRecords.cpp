@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;

@@ -1,6 +1,6 @@
 // CT_RecordManager: keyed resources.
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 
 namespace format = foundation::record_format;
 using foundation::detail::Failed;

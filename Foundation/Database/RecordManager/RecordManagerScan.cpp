@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordManagerPiece.h"
+#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 
 namespace format = foundation::record_format;
 using foundation::detail::Failed;

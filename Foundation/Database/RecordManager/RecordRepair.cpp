@@ -7,7 +7,7 @@
 #include "Foundation/Core/Error/DatabaseError.h"
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"
-#include "Foundation/Database/RecordManager/RecordSurvey.h"
+#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
 
 namespace format = foundation::record_format;
 using foundation::detail::Failed;

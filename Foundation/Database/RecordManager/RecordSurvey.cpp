@@ -1,4 +1,4 @@
-#include "Foundation/Database/RecordManager/RecordSurvey.h"
+#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
 
 #include <algorithm>
 #include <cstring>

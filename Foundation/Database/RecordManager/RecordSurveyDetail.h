@@ -2,8 +2,8 @@
 // included by callers.
 //
 // Reads the file through a mapping, with every offset checked against the file's true size.
-#ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEY_H
-#define FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEY_H
+#ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEYDETAIL_H
+#define FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEYDETAIL_H
 
 #include <cstddef>
 #include <cstdint>
