@@ -18,9 +18,11 @@
 //   5      a change, and the file is not open for writing
 //   223    the file would have 4 GiB or more
 //   else   the system's error of reading, writing, mapping
-// Damaged files are never written outside their data area.
-// Threads: one object, one thread. Between processes the share mode protects a file: one writer, or
-// any number of readers.
+// Damaged files are never written outside their data area. A file whose writer was killed holds
+// what was last flushed; check it, and repair it, before more is added: its free space may lead
+// into blocks that were used since, which adding tells with 31005 where it can. Threads: one
+// object, one thread. Between processes the share mode protects a file: one writer, or any number
+// of readers.
 #ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDMANAGER_H
 #define FOUNDATION_DATABASE_RECORDMANAGER_RECORDMANAGER_H
 
@@ -241,6 +243,7 @@ private:
     [[nodiscard]] const FreeEntry* FreeEntries() const;
     [[nodiscard]] bool HasChain() const;
     unsigned int TakeEntry(unsigned int position, unsigned int need);
+    [[nodiscard]] bool InTable(unsigned int offset) const;
     bool FillPlace(unsigned int position, FreeEntry last);
     unsigned int TakeFromChain(unsigned int need);
     unsigned int UnlinkFromChain(unsigned int previous, unsigned int offset,

@@ -125,9 +125,22 @@ unsigned int CT_RecordManager::TakeFromChain(unsigned int need) {
     return 0;
 }
 
+// Whether the table too has the block: then the chain is one that a killed process left, and leads
+// through blocks that were used since.
+bool CT_RecordManager::InTable(unsigned int offset) const {
+    const FreeEntry* const entries = FreeEntries();
+    return std::any_of(entries, entries + free_table_.n_GetCount(), [offset](FreeEntry entry) {
+        return offset - entry.offset < std::max(entry.size, 1u);
+    });
+}
+
 // The remainder of a larger block stays in its place in the chain.
 unsigned int CT_RecordManager::UnlinkFromChain(unsigned int previous, unsigned int offset,
                                                const ChainBlock& block, unsigned int need) {
+    if (InTable(offset)) {
+        v_SetError(format::kCorrupt);
+        return 0;
+    }
     unsigned int next = block.link;
     if (block.size > need) {
         next = offset + need;
