@@ -59,3 +59,20 @@ function(zelkor_fuzzer name)
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   target_link_libraries(${name} PRIVATE Zelkor::Foundation)
 endfunction()
+
+# zelkor_table(NAME SCRIPT INPUT): a committed table that the target `gen_tables` makes anew and a test
+# compares, where ZELKOR_DATA_DIR has the generator's inputs, which are not part of the project.
+function(zelkor_table name script input)
+  if(NOT ZELKOR_DATA_DIR)
+    return()
+  endif()
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  set(command ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/scripts/generate/${script}
+    ${ZELKOR_DATA_DIR}/${input})
+  if(NOT TARGET gen_tables)
+    add_custom_target(gen_tables)
+  endif()
+  add_custom_target(gen_${name} COMMAND ${command} VERBATIM)
+  add_dependencies(gen_tables gen_${name})
+  add_test(NAME TableIsCurrent_${name} COMMAND ${command} --check)
+endfunction()
