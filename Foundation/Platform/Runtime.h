@@ -92,8 +92,8 @@ FOUNDATION_API int PrintText(char* out, std::size_t capacity, const char* format
                                                std::size_t count) noexcept;
 [[nodiscard]] FOUNDATION_API int CompareNoCase(const char* a, const char* b,
                                                std::size_t count) noexcept;
-// For texts of known length, which is faster: they compare as if a zero unit followed each. Zero
-// units inside the views are compared like all others.
+// For texts of known length, which is faster: they compare as if a zero unit followed each. A zero
+// inside both ends the comparison, as it does above.
 [[nodiscard]] FOUNDATION_API int CompareNoCase(std::u16string_view a,
                                                std::u16string_view b) noexcept;
 

@@ -52,7 +52,7 @@ int CompareLowered(const Char* a, const Char* b, std::size_t count) noexcept {
     return 0;
 }
 
-// Units that two texts share from their start, whole blocks only.
+// Units that two texts share from their start: whole blocks without a zero.
 std::size_t EqualBlocks(const char16_t* a, const char16_t* b, std::size_t length) noexcept {
     std::size_t done = 0;
 #if defined(__SSE2__)
@@ -64,16 +64,18 @@ std::size_t EqualBlocks(const char16_t* a, const char16_t* b, std::size_t length
         return _mm_add_epi16(block, _mm_and_si128(letter, _mm_set1_epi16(32)));
     };
     for (; length - done >= 8; done += 8) {
-        const __m128i equal = _mm_cmpeq_epi16(lower(a + done), lower(b + done));
-        if (_mm_movemask_epi8(equal) != 0xFFFF) break;
+        const __m128i block = lower(a + done);
+        const __m128i equal = _mm_cmpeq_epi16(block, lower(b + done));
+        const __m128i zero = _mm_cmpeq_epi16(block, _mm_setzero_si128());
+        if (_mm_movemask_epi8(_mm_andnot_si128(zero, equal)) != 0xFFFF) break;
     }
 #else
     for (; length - done >= 4; done += 4) {
-        unsigned difference = 0;
+        bool same = true;
         for (std::size_t i = done; i < done + 4; ++i) {
-            difference |= static_cast<unsigned>(ToLower(a[i]) ^ ToLower(b[i]));
+            same = same && a[i] != 0 && ToLower(a[i]) == ToLower(b[i]);
         }
-        if (difference != 0) break;
+        if (!same) break;
     }
 #endif
     return done;
@@ -118,6 +120,7 @@ int CompareNoCase(std::u16string_view a, std::u16string_view b) noexcept {
     for (std::size_t i = EqualBlocks(a.data(), b.data(), common); i < common; ++i) {
         const int difference = ToLower(a[i]) - ToLower(b[i]);
         if (difference != 0) return difference;
+        if (a[i] == 0) return 0;
     }
     if (a.size() > common) return ToLower(a[common]);
     return b.size() > common ? -ToLower(b[common]) : 0;

@@ -1,0 +1,238 @@
+#include "Foundation/Core/String/Compare.h"
+
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "Foundation/Core/String/CString.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Runtime.h"
+#include "Foundation/Platform/Scan.h"
+
+namespace {
+
+using foundation::detail::View;
+
+template <typename Number>
+int Order(Number a, Number b) noexcept {
+    return (a > b) - (a < b);
+}
+
+// Most texts that are sorted or searched differ in their first character.
+int Case(const char* a, const char* b) noexcept {
+    if (*a != *b) return Order(static_cast<unsigned char>(*a), static_cast<unsigned char>(*b));
+    return platform::CompareText(a, b);
+}
+
+int Case(const char16_t* a, const char16_t* b) noexcept {
+    return platform::CompareText(a, b);
+}
+
+template <typename Unit>
+int NoCase(const Unit* a, const Unit* b) noexcept {
+    return platform::CompareNoCase(a, b);
+}
+
+// A string's zero is compared too, so that a text which ends first is less; a zero inside ends it.
+int Case(std::u16string_view a, std::u16string_view b) noexcept {
+    const std::size_t length = std::min(a.size(), b.size());
+    const std::size_t common = platform::CommonLength(a.data(), b.data(), length);
+    return Order(a.data()[common], b.data()[common]);
+}
+
+int Case(const CT_CString* a, const CT_CString* b) noexcept {
+    return Case(a->qccz_Get(), b->qccz_Get());
+}
+int NoCase(const CT_CString* a, const CT_CString* b) noexcept {
+    return platform::CompareNoCase(a->qccz_Get(), b->qccz_Get());
+}
+int Case(const CT_UString* a, const CT_UString* b) noexcept {
+    return Case(View(*a), View(*b));
+}
+int NoCase(const CT_UString* a, const CT_UString* b) noexcept {
+    return platform::CompareNoCase(View(*a), View(*b));
+}
+
+// The UTF-16 form of a string, which is made only when the string is not UTF-16 itself.
+class Wide {
+public:
+    explicit Wide(const CT_String* text) {
+        string_ = static_cast<const CT_UString*>(text->vpv_IsKindOf(CT_UString::spcco_GetType()));
+        if (string_ == nullptr) string_ = &converted_.emplace(text);
+    }
+    const CT_UString* Get() const noexcept { return string_; }
+
+private:
+    std::optional<CT_UString> converted_;
+    const CT_UString* string_;
+};
+
+int Case(const CT_String* a, const CT_String* b) {
+    return Case(Wide(a).Get(), Wide(b).Get());
+}
+int NoCase(const CT_String* a, const CT_String* b) {
+    return NoCase(Wide(a).Get(), Wide(b).Get());
+}
+
+}  // namespace
+
+// ---- Numbers ------------------------------------------------------------------------------------
+
+int CT_Compare::si_CompareN(unsigned int a, unsigned int b) noexcept {
+    return Order(a, b);
+}
+int CT_Compare::si_CompareN4(std::uint32_t a, std::uint32_t b) noexcept {
+    return Order(a, b);
+}
+int CT_Compare::si_CompareI(int a, int b) noexcept {
+    return Order(a, b);
+}
+int CT_Compare::si_ComparePN(const unsigned int* a, const unsigned int* b) noexcept {
+    return Order(*a, *b);
+}
+int CT_Compare::si_ComparePN4(const std::uint32_t* a, const std::uint32_t* b) noexcept {
+    return Order(*a, *b);
+}
+int CT_Compare::si_ComparePI(const int* a, const int* b) noexcept {
+    return Order(*a, *b);
+}
+
+// ---- 8-bit texts -------------------------------------------------------------------------------
+
+int CT_Compare::si_CompareCaseQCCZ(const char* a, const char* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareCaseQCZ(char* a, char* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareCasePQCCZ(const char** a, const char** b) noexcept {
+    return Case(*a, *b);
+}
+int CT_Compare::si_CompareCasePQCZ(char** a, char** b) noexcept {
+    return Case(*a, *b);
+}
+
+int CT_Compare::si_CompareNoCaseQCCZ(const char* a, const char* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareNoCaseQCZ(char* a, char* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareNoCasePQCCZ(const char** a, const char** b) noexcept {
+    return NoCase(*a, *b);
+}
+int CT_Compare::si_CompareNoCasePQCZ(char** a, char** b) noexcept {
+    return NoCase(*a, *b);
+}
+
+// ---- UTF-16 texts ------------------------------------------------------------------------------
+
+int CT_Compare::si_CompareCaseQCUZ(const char16_t* a, const char16_t* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareCaseQUZ(char16_t* a, char16_t* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareCasePQCUZ(const char16_t** a, const char16_t** b) noexcept {
+    return Case(*a, *b);
+}
+int CT_Compare::si_CompareCasePQUZ(char16_t** a, char16_t** b) noexcept {
+    return Case(*a, *b);
+}
+
+int CT_Compare::si_CompareNoCaseQCUZ(const char16_t* a, const char16_t* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareNoCaseQUZ(char16_t* a, char16_t* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareNoCasePQCUZ(const char16_t** a, const char16_t** b) noexcept {
+    return NoCase(*a, *b);
+}
+int CT_Compare::si_CompareNoCasePQUZ(char16_t** a, char16_t** b) noexcept {
+    return NoCase(*a, *b);
+}
+
+// ---- 8-bit strings -----------------------------------------------------------------------------
+
+int CT_Compare::si_CompareCStringPCCO(const CT_CString* a, const CT_CString* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareCStringPCO(CT_CString* a, CT_CString* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareCStringPPCCO(const CT_CString** a, const CT_CString** b) noexcept {
+    return Case(*a, *b);
+}
+int CT_Compare::si_CompareCStringPPCO(CT_CString** a, CT_CString** b) noexcept {
+    return Case(*a, *b);
+}
+
+int CT_Compare::si_CompareCStringNoCasePCCO(const CT_CString* a, const CT_CString* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareCStringNoCasePCO(CT_CString* a, CT_CString* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareCStringNoCasePPCCO(const CT_CString** a, const CT_CString** b) noexcept {
+    return NoCase(*a, *b);
+}
+int CT_Compare::si_CompareCStringNoCasePPCO(CT_CString** a, CT_CString** b) noexcept {
+    return NoCase(*a, *b);
+}
+
+// ---- UTF-16 strings ----------------------------------------------------------------------------
+
+int CT_Compare::si_CompareUStringPCCO(const CT_UString* a, const CT_UString* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareUStringPCO(CT_UString* a, CT_UString* b) noexcept {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareUStringPPCCO(const CT_UString** a, const CT_UString** b) noexcept {
+    return Case(*a, *b);
+}
+int CT_Compare::si_CompareUStringPPCO(CT_UString** a, CT_UString** b) noexcept {
+    return Case(*a, *b);
+}
+
+int CT_Compare::si_CompareUStringNoCasePCCO(const CT_UString* a, const CT_UString* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareUStringNoCasePCO(CT_UString* a, CT_UString* b) noexcept {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareUStringNoCasePPCCO(const CT_UString** a, const CT_UString** b) noexcept {
+    return NoCase(*a, *b);
+}
+int CT_Compare::si_CompareUStringNoCasePPCO(CT_UString** a, CT_UString** b) noexcept {
+    return NoCase(*a, *b);
+}
+
+// ---- Strings of either kind --------------------------------------------------------------------
+
+int CT_Compare::si_CompareStringPCCO(const CT_String* a, const CT_String* b) {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareStringPCO(CT_String* a, CT_String* b) {
+    return Case(a, b);
+}
+int CT_Compare::si_CompareStringPPCCO(const CT_String** a, const CT_String** b) {
+    return Case(*a, *b);
+}
+int CT_Compare::si_CompareStringPPCO(CT_String** a, CT_String** b) {
+    return Case(*a, *b);
+}
+
+int CT_Compare::si_CompareStringNoCasePCCO(const CT_String* a, const CT_String* b) {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareStringNoCasePCO(CT_String* a, CT_String* b) {
+    return NoCase(a, b);
+}
+int CT_Compare::si_CompareStringNoCasePPCCO(const CT_String** a, const CT_String** b) {
+    return NoCase(*a, *b);
+}
+int CT_Compare::si_CompareStringNoCasePPCO(CT_String** a, CT_String** b) {
+    return NoCase(*a, *b);
+}
