@@ -1,0 +1,168 @@
+// CT_VoidHashTable: a hash table with chains, of keys and data of fixed byte sizes, and
+// CT_VoidHashIterator, which walks it.
+//
+// Units: sizes are bytes; slots count from 1 to the table size. Keys and data are copied in and out
+// byte for byte; what a pointer among them leads to belongs to the caller, and a text that a key
+// points to must not change meanwhile: the table keeps the hash of keys whose functions it knows.
+// Order: slot by slot, each chain from its head; a new item goes to the head of its chain.
+// Growth: an item that joins others in a chain counts as a collision. When an insertion brings the
+// collisions above a quarter of the table size, the table grows to the next prime at or above twice
+// its size.
+// Errors: records none. Running out of memory, or an exception out of the hash or comparison
+// function, passes through (CT_SmartHeapException) and leaves the table as it was.
+// Threads: one object, one thread; any number of threads may look up in, iterate over and copy a
+// table that none of them changes.
+#ifndef FOUNDATION_CORE_CONTAINER_VOIDHASHTABLE_H
+#define FOUNDATION_CORE_CONTAINER_VOIDHASHTABLE_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "Foundation/Core/Container/NodeArena.h"
+#include "Foundation/Platform/Export.h"
+#include "Foundation/Platform/Types.h"
+
+struct _SHI_Pool;
+namespace foundation::detail {
+struct KeyRules;
+}
+
+class FOUNDATION_API CT_VoidHashTable {
+public:
+    // Answers the slot of a key, from 1 to the table size, which is at least 1. See
+    // CT_HashFunction.
+    using HashFunction = unsigned int (*)(const void* key, unsigned int tableSize);
+    // Compares the key stored with the key looked for: 0 when they are equal.
+    using CompareFunction = int (*)(const void* stored, const void* wanted);
+
+    // An item; the bytes of its key follow, then those of its data, without padding.
+    struct st_HashItem {
+        st_HashItem* following;  // null at the end of the chain
+        std::uint32_t hash;      // the table's own
+        std::uint32_t key_size;
+
+        [[nodiscard]] const st_HashItem* pcso_GetFollowing() const noexcept { return following; }
+        [[nodiscard]] const void* pcv_GetKey() const noexcept { return this + 1; }
+        [[nodiscard]] const void* pcv_GetData() const noexcept {
+            return reinterpret_cast<const std::byte*>(this + 1) + key_size;
+        }
+        // Fills an item that has room for the bytes; nothing follows it then.
+        void v_Set(const void* key, std::uint32_t keySize, const void* data,
+                   std::uint32_t dataSize) noexcept;
+        void v_SetData(const void* data, std::uint32_t size) noexcept;
+    };
+
+    // Exactly `tableSize` slots. Functions must not be null.
+    CT_VoidHashTable(std::uint32_t dataSize, std::uint32_t keySize, HashFunction hash,
+                     CompareFunction compare, std::uint32_t tableSize);
+    // Same sizes, functions and slots; the other's items are inserted in their order, so that
+    // chains stand in reverse.
+    explicit CT_VoidHashTable(const CT_VoidHashTable* other);
+    CT_VoidHashTable(const CT_VoidHashTable& other) : CT_VoidHashTable(&other) {}
+    // As v_Set(&other).
+    CT_VoidHashTable& operator=(const CT_VoidHashTable& other);
+    ~CT_VoidHashTable();
+
+    static void* operator new(std::size_t size);
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
+    static void operator delete(void* block, std::size_t size) noexcept;
+    static void operator delete(void*, void*) noexcept {}
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
+
+    // Removes all items and makes that many slots.
+    void v_Set(std::uint32_t tableSize);
+    // Replaces all items and slots as copying does; the own sizes and functions stay. From itself
+    // nothing changes. Tables of different sizes exchange as many bytes as both have, the rest of a
+    // larger key or data is 0.
+    void v_Set(const CT_VoidHashTable* other);
+
+    // TRUE when the key was there: its data is overwritten, its stored key stays. A table of size 0
+    // first gets 13 slots.
+    BOOL b_Insert(const void* key, const void* data);
+    // Whether the key is there. Unless null, `out` gets the data, or zeros when it is not.
+    BOOL b_Get(const void* key, void* out) const;
+    // As b_Get, and the item is removed. `key` may be the stored key itself.
+    BOOL b_Remove(const void* key, void* out);
+    // Removes an item of that slot's chain.
+    void v_RemoveAt(std::uint32_t slot, const st_HashItem* item) noexcept;
+    // Distributes the items anew over `tableSize` slots (0: as many as now), or over the next prime
+    // at or above twice as many when the collisions are no less than a quarter of that.
+    void v_Resize(std::uint32_t tableSize);
+
+    // Head of a slot's chain, null when it is empty.
+    [[nodiscard]] const st_HashItem* pso_GetAt(std::uint32_t slot) const noexcept {
+        return slots_[slot - 1];
+    }
+    [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return count_; }
+    [[nodiscard]] std::uint32_t n_GetTableSize() const noexcept { return table_size_; }
+    // Items that were put before others in their chains, less those of them that were removed from
+    // behind another one.
+    [[nodiscard]] std::uint32_t n_GetCollisions() const noexcept { return collisions_; }
+    [[nodiscard]] std::uint32_t n_GetKeySize() const noexcept { return key_size_; }
+    [[nodiscard]] std::uint32_t n_GetDataSize() const noexcept { return data_size_; }
+    [[nodiscard]] HashFunction pf_GetHash() const noexcept { return hash_; }
+    [[nodiscard]] CompareFunction pf_GetCompare() const noexcept { return compare_; }
+
+    // Functions for keys of unsigned 32-bit numbers: value modulo size + 1; 1, -1 or 0.
+    static unsigned int sn_HashInteger(const void* key, unsigned int tableSize);
+    static int si_CompareInteger(const void* left, const void* right);
+    // The first prime from `n` on; 0 to 3 answer themselves, and 0 stands for primes of 33 bits.
+    [[nodiscard]] static std::uint32_t n_GetNextPrim(std::uint32_t n) noexcept;
+
+private:
+    friend class CT_VoidHashIterator;
+
+    std::uint32_t key_size_;
+    std::uint32_t data_size_;
+    std::uint32_t count_ = 0;
+    std::uint32_t collisions_ = 0;
+    HashFunction hash_;
+    CompareFunction compare_;
+    const foundation::detail::KeyRules* rules_;
+    st_HashItem** slots_ = nullptr;
+    std::uint32_t table_size_ = 0;
+    std::uint64_t reciprocal_ = 0;  // of the table size
+    foundation::detail::NodeArena items_;
+};
+
+// Walks a table from before its first item ("at home") to behind its last. Insertions, removals and
+// resizes not made through it leave its place undefined. Reading needs a current item, that is a
+// step that answered TRUE; without one, zeros are copied out and nothing is removed.
+class FOUNDATION_API CT_VoidHashIterator {
+public:
+    explicit CT_VoidHashIterator(const CT_VoidHashTable* table) noexcept : table_(table) {}
+    explicit CT_VoidHashIterator(const CT_VoidHashIterator* other) noexcept
+        : CT_VoidHashIterator(*other) {}
+
+    // Goes home; to another table; to the place of another iterator.
+    void v_Set() noexcept { v_Set(table_); }
+    void v_Set(const CT_VoidHashTable* table) noexcept { *this = CT_VoidHashIterator(table); }
+    void v_Set(const CT_VoidHashIterator* other) noexcept { *this = *other; }
+
+    // Steps to the next item; FALSE when there is none.
+    BOOL b_Next() noexcept;
+    [[nodiscard]] BOOL b_AtHome() const noexcept { return at_home_; }
+    [[nodiscard]] BOOL b_AtEnd() const noexcept {
+        return at_home_ == FALSE && item_ == nullptr ? TRUE : FALSE;
+    }
+    [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return table_->n_GetCount(); }
+    // Copy the current data or key out.
+    void v_Get(void* out) const noexcept;
+    void v_GetKey(void* out) const noexcept;
+    // Copy the current data or key out unless `out` is null, step to the next item and remove the
+    // one left: what followed it is current then.
+    void v_Remove(void* out) noexcept;
+    void v_RemoveKey(void* out) noexcept;
+    // Same table and same place.
+    [[nodiscard]] BOOL b_IsEqual(const CT_VoidHashIterator* other) const noexcept;
+
+private:
+    const CT_VoidHashTable* table_;
+    const CT_VoidHashTable::st_HashItem* item_ = nullptr;
+    std::uint32_t slot_ = 0;  // 0 before the first
+    BOOL at_home_ = TRUE;
+    // The item before the current one in its chain, so that removing does not walk the chain.
+    const CT_VoidHashTable::st_HashItem* previous_ = nullptr;
+};
+
+#endif
