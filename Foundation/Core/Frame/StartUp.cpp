@@ -6,6 +6,7 @@
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Frame/StringTable.h"
+#include "Foundation/Core/Language/Language.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Dialogs.h"
@@ -27,6 +28,9 @@ const PoolMemory pool_memory;
 
 CT_Init CT_ErrorManager::sco_Init(u"CT_ErrorManager", u"sv_Init", &CT_ErrorManager::sv_Init);
 CT_Exit CT_ErrorManager::sco_Exit(u"CT_ErrorManager", u"sv_Exit", &CT_ErrorManager::sv_Exit);
+
+CT_Init CT_Language::sco_Init(u"CT_Language", u"sv_Init", &CT_Language::sv_Init);
+CT_Exit CT_Language::sco_Exit(u"CT_Language", u"sv_Exit", &CT_Language::sv_Exit);
 
 CT_Init CT_SmartHeapErrorHandler::sco_Init(u"CT_SmartHeapErrorHandler", u"sv_Init",
                                            &CT_SmartHeapErrorHandler::sv_Init);

@@ -1,0 +1,315 @@
+// CT_Language: the catalogue as a whole, its conversions both ways, and the readers of foreign
+// text.
+#include "Foundation/Core/Language/Language.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Foundation/Core/String/UString.h"
+#include "Support/Text.h"
+
+namespace {
+
+using Primary = CT_Language::et_Primary;
+using Sub = CT_Language::et_Sub;
+
+constexpr unsigned int kPrimaries = 90;
+constexpr unsigned int kSubs = 99;
+
+struct Pair {
+    Primary primary;
+    Sub sub;
+    auto operator<=>(const Pair&) const = default;
+};
+
+std::string Utf8(const char16_t* text) {
+    return text == nullptr ? "(null)" : test::Utf8(text);
+}
+
+std::string NameOf(Primary primary, Sub sub) {
+    CT_UString text(u"old");
+    CT_Language::sv_MakeLanguageString(&text, primary, sub);
+    return Utf8(text.qcuz_Get());
+}
+
+std::string CodeOf(Primary primary, Sub sub) {
+    CT_UString text(u"old");
+    CT_Language::sv_MakeLanguageCode(&text, primary, sub);
+    return Utf8(text.qcuz_Get());
+}
+
+// "primary/sub", "-" and what was written nevertheless when the code is not known.
+std::string Read(const std::string& code) {
+    const CT_UString text(test::Utf16(code).c_str());
+    Primary primary = static_cast<Primary>(777);
+    Sub sub = static_cast<Sub>(777);
+    const bool found = CT_Language::sb_GetLanguages(&primary, &sub, &text);
+    return (found ? "" : "- ") + std::to_string(primary) + "/" + std::to_string(sub);
+}
+
+unsigned int IdOf(const std::string& name) {
+    return CT_Language::sn_GetLanguageID(test::Utf16(name).c_str());
+}
+
+std::string Cased(std::string text, int (*change)(int)) {
+    for (char& c : text) c = static_cast<char>(change(c));
+    return text;
+}
+
+// Every language with each of its own sub-languages, as the public operations list them.
+std::vector<Pair> OwnPairs() {
+    std::vector<Pair> pairs;
+    for (unsigned int value = 0; value <= CT_Language::sn_GetPrimaryCount(); ++value) {
+        const auto primary = static_cast<Primary>(value);
+        for (unsigned int at = 1; at <= CT_Language::sn_GetSubCount(primary); ++at) {
+            pairs.push_back({primary, CT_Language::seo_GetSubAt(primary, at)});
+        }
+    }
+    return pairs;
+}
+
+TEST(LanguageTest, CatalogueIsCompleteAndUnchanged) {
+    std::string text;
+    for (unsigned int value = 0; value < kPrimaries; ++value) {
+        const auto primary = static_cast<Primary>(value);
+        const unsigned int number =
+            CT_Language::sn_MakeLanguageID(primary, CT_Language::kSubNeutral);
+        text += std::to_string(value) + " " + std::to_string(number) + " " +
+                Utf8(CT_Language::sqcuz_GetLanguageCode(primary)) + " " +
+                Utf8(CT_Language::sqcuz_GetLanguage(primary)) + "\n";
+        for (unsigned int at = 1; at <= CT_Language::sn_GetSubCount(primary); ++at) {
+            const Sub sub = CT_Language::seo_GetSubAt(primary, at);
+            text += "  " + std::to_string(sub) + " " +
+                    std::to_string(CT_Language::sn_MakeLanguageID(primary, sub) >> 10) + " " +
+                    Utf8(CT_Language::sqcuz_GetCountryCode(sub)) + " " +
+                    Utf8(CT_Language::sqcuz_GetCountry(sub)) + "\n";
+        }
+    }
+    // The catalogue was compared with its definition line by line; this tells any change since.
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    EXPECT_EQ(hash, 0x9fcf596005450caau) << text;
+    EXPECT_EQ(CT_Language::sn_GetPrimaryCount(), 89u);
+    EXPECT_EQ(OwnPairs().size(), kSubs);
+}
+
+TEST(LanguageTest, EveryRowLeadsBackFromItsIdentifierCodeAndName) {
+    for (const auto [primary, sub] : OwnPairs()) {
+        const std::string name = NameOf(primary, sub);
+        const std::string code = CodeOf(primary, sub);
+        SCOPED_TRACE(code + " " + name);
+        const unsigned int id = CT_Language::sn_MakeLanguageID(primary, sub);
+        EXPECT_EQ(CT_Language::seo_GetPrimary(id), primary);
+        EXPECT_EQ(CT_Language::seo_GetSub(id), sub);
+        const std::string both = std::to_string(primary) + "/" + std::to_string(sub);
+        // Codes of other languages than Neutral read SysDefault as their own country only.
+        if (sub != CT_Language::kSubNeutral) {
+            EXPECT_EQ(Read(code), both);
+            EXPECT_EQ(Read(Cased(code, std::tolower)), both);
+            EXPECT_EQ(IdOf(name), id);
+        }
+        Sub found = CT_Language::kSubNeutral;
+        const std::string country = Cased(Utf8(CT_Language::sqcuz_GetCountry(sub)), std::toupper);
+        EXPECT_TRUE(CT_Language::sb_GetSubCountry(&found, test::Utf16(country).c_str(), primary));
+        EXPECT_EQ(found, sub);
+        if (primary == CT_Language::kSerboCroatian) continue;
+        EXPECT_EQ(IdOf(Cased(name, std::toupper)), sub == CT_Language::kSubNeutral ? 0x400 : id);
+    }
+    for (unsigned int value = 0; value < kPrimaries; ++value) {
+        const auto primary = static_cast<Primary>(value);
+        SCOPED_TRACE(value);
+        const bool grouped = CT_Language::sn_GetSubCount(primary) != 0;
+        const std::string code = Utf8(CT_Language::sqcuz_GetLanguageCode(primary));
+        EXPECT_EQ(Read(code), std::to_string(value) + (grouped ? "/0" : "/1"));
+        EXPECT_EQ(CodeOf(primary, CT_Language::kSubNeutral), code);
+        Primary found = CT_Language::kSwahili;
+        EXPECT_TRUE(CT_Language::sb_GetPrimary(&found, test::Utf16(code).c_str()));
+        EXPECT_EQ(found, primary);
+        EXPECT_FALSE(
+            CT_Language::sb_GetPrimary(&found, test::Utf16(Cased(code, std::tolower)).c_str()));
+        const std::string name = Utf8(CT_Language::sqcuz_GetLanguage(primary));
+        EXPECT_TRUE(CT_Language::sb_GetPrimaryLanguage(
+            &(found = CT_Language::kSwahili), test::Utf16(Cased(name, std::toupper)).c_str()));
+        EXPECT_EQ(found, primary);
+        EXPECT_EQ(CT_Language::seo_GetSubAt(primary, 0), CT_Language::kSubDefault);
+        EXPECT_EQ(CT_Language::seo_GetSubAt(primary, 21), CT_Language::kSubDefault);
+    }
+}
+
+// Each identifier against a map from the identifiers of the rows, made by the opposite direction.
+TEST(LanguageTest, AllIdentifiersGiveTheirRowOrWhatStandsForIt) {
+    std::map<unsigned int, Pair> rows;
+    for (const auto [primary, sub] : OwnPairs()) {
+        const auto [row, fresh] =
+            rows.insert({CT_Language::sn_MakeLanguageID(primary, sub), {primary, sub}});
+        EXPECT_TRUE(fresh) << row->first;
+    }
+    std::map<unsigned int, Primary> languages;
+    for (unsigned int value = 0; value < kPrimaries; ++value) {
+        const auto primary = static_cast<Primary>(value);
+        languages[CT_Language::sn_MakeLanguageID(primary, CT_Language::kSubNeutral)] = primary;
+    }
+    for (unsigned int id = 0; id <= 0xFFFF; ++id) {
+        Pair expected{CT_Language::kNeutral, CT_Language::kSubNeutral};
+        if (const auto row = rows.find(id); row != rows.end()) {
+            expected = row->second;
+        } else if (const auto language = languages.find(id & 0x3FF); language != languages.end()) {
+            const bool grouped = CT_Language::sn_GetSubCount(language->second) != 0;
+            expected = {language->second,
+                        grouped ? CT_Language::kSubNeutral : CT_Language::kSubDefault};
+        }
+        Pair found{};
+        CT_Language::sv_GetLanguages(id, &found.primary, &found.sub);
+        ASSERT_EQ(found, expected) << id;
+        ASSERT_EQ(CT_Language::seo_GetPrimary(id | 0x30000), expected.primary) << id;
+        ASSERT_EQ(CT_Language::seo_GetSub(id | 0x30000), expected.sub) << id;
+    }
+}
+
+TEST(LanguageTest, AnySubLanguageGoesWithAnyLanguage) {
+    const std::vector<Pair> own = OwnPairs();
+    for (unsigned int p = 0; p < kPrimaries + 2; ++p) {
+        for (unsigned int s = 0; s < kSubs + 2; ++s) {
+            const Pair pair{static_cast<Primary>(p), static_cast<Sub>(s)};
+            const unsigned int id = CT_Language::sn_MakeLanguageID(pair.primary, pair.sub);
+            const unsigned int base =
+                CT_Language::sn_MakeLanguageID(pair.primary, CT_Language::kSubNeutral);
+            const bool owned = std::ranges::find(own, pair) != own.end();
+            if (p >= kPrimaries) {
+                ASSERT_EQ(id, 0u);
+                ASSERT_EQ(NameOf(pair.primary, pair.sub) + CodeOf(pair.primary, pair.sub), "");
+            } else if (s <= CT_Language::kSubSysDefault) {
+                ASSERT_EQ(id, base | s << 10);
+            } else if (!owned) {
+                ASSERT_EQ(id, base | 0x400);
+            }
+        }
+    }
+    EXPECT_EQ(CT_Language::sqcuz_GetLanguage(static_cast<Primary>(90)), nullptr);
+    EXPECT_EQ(CT_Language::sqcuz_GetCountryCode(static_cast<Sub>(99)), nullptr);
+    EXPECT_EQ(CT_Language::sn_GetSubCount(static_cast<Primary>(90)), 0u);
+    EXPECT_EQ(CT_Language::seo_GetSubAt(static_cast<Primary>(90), 1), CT_Language::kSubNeutral);
+}
+
+TEST(LanguageTest, NamesAndCodesOfUnusualPairs) {
+    using L = CT_Language;
+    struct Case {
+        Primary primary;
+        Sub sub;
+        const char* name;
+        const char* code;
+    };
+    for (const auto& [primary, sub, name, code] :
+         {Case{L::kEnglish, L::kSubDefault, "English (Default)", "EN-01"},
+          {L::kEnglish, L::kSubSysDefault, "English (SysDefault)", "EN-02"},
+          {L::kEnglish, L::kSubNeutral, "English", "EN"},
+          {L::kEnglish, L::kGermanSwitzerland, "English (Switzerland)", "EN-CH"},
+          {L::kEnglish, static_cast<Sub>(99), "English", "EN"},
+          {L::kChinese, L::kChineseHongKong, "Chinese (Hong Kong S.A.R.)", "ZH-HK"},
+          {L::kBulgarian, L::kChineseTaiwan, "Bulgarian", "BG"},
+          {L::kNeutral, L::kSubDefault, "Neutral (Default)", "NE-01"},
+          {L::kSerboCroatian, L::kSubNeutral, "Croatian", "SH"},
+          {L::kSerboCroatian, L::kSubDefault, "Croatian", "SH-01"},
+          {L::kSerboCroatian, L::kSubSysDefault, "Croatian", "SH-HR"},
+          {L::kSerboCroatian, L::kCroatian, "Croatian", "SH-HR"},
+          {L::kSerboCroatian, L::kSerbianCyrillic, "Serbian (Cyrillic)", "SH-YU"},
+          {L::kSerboCroatian, L::kBosnianLatin, "Bosnian (Latin, Bosnia and Herzegovina)", "SH-B2"},
+          {L::kSerboCroatian, L::kEnglishUnitedStates, "Croatian", "SH-HR"},
+          {L::kSerboCroatian, static_cast<Sub>(500), "Croatian", "SH-HR"}}) {
+        EXPECT_EQ(NameOf(primary, sub), name);
+        EXPECT_EQ(CodeOf(primary, sub), code);
+    }
+}
+
+TEST(LanguageTest, CodesAreSplitAtTheFirstCharacterThatIsNoLetter) {
+    for (const auto& [code, result] :
+         std::map<std::string, std::string>{{"en-us", "9/28"},
+                                            {"EN_US", "9/28"},
+                                            {"EN US", "9/28"},
+                                            {"EN", "9/0"},
+                                            {"BG", "2/1"},
+                                            {"BG-XX", "2/1"},
+                                            {"KOK_IN", "79/1"},
+                                            {"KOKXIN", "79/1"},
+                                            {"KOK", "79/1"},
+                                            {"EN-00", "9/0"},
+                                            {"EN-01", "9/1"},
+                                            {"EN-02", "- 9/777"},
+                                            {"EN-XX", "- 9/777"},
+                                            {"EN--US", "- 9/777"},
+                                            {"EN-USA", "- 9/777"},
+                                            {"EN-US-very-long", "- 9/777"},
+                                            {"NE-02", "0/2"},
+                                            {"NE-00", "0/0"},
+                                            {"E", "- 777/777"},
+                                            {"", "- 777/777"},
+                                            {"-EN", "- 777/777"},
+                                            {"E-US", "- 777/777"},
+                                            {"EN-", "- 777/777"},
+                                            {"KOK-", "- 777/777"},
+                                            {"ENGLISH", "- 777/777"},
+                                            {"DECH", "- 777/777"},
+                                            {"DE-CH", "7/24"},
+                                            {"SH-B4", "26/96"},
+                                            {"\u00C4N-US", "- 777/777"}}) {
+        EXPECT_EQ(Read(code), result) << code;
+    }
+    Primary primary{};
+    Sub sub{};
+    EXPECT_FALSE(CT_Language::sb_GetLanguages(&primary, &sub, nullptr));
+    for (const char16_t* none : {static_cast<const char16_t*>(nullptr), u""}) {
+        EXPECT_FALSE(CT_Language::sb_GetPrimary(&primary, none));
+        EXPECT_FALSE(CT_Language::sb_GetPrimaryLanguage(&primary, none));
+        EXPECT_FALSE(CT_Language::sb_GetSubCountry(&sub, none, CT_Language::kGerman));
+        EXPECT_EQ(CT_Language::sn_GetLanguageID(none), 0x0400u);
+    }
+}
+
+TEST(LanguageTest, NamesAreReadWithoutRegardToCaseAndSpace) {
+    for (const auto& [name, id] :
+         std::map<std::string, unsigned int>{{"german ( switzerland )", 0x0807},
+                                             {"\t GERMAN(Switzerland", 0x0807},
+                                             {"((German)(Austria))", 0x0C07},
+                                             {"German", 0x0407},
+                                             {"German (Default)", 0x0407},
+                                             {"German (Narnia)", 0x0407},
+                                             {"German ( ) (Austria)", 0x0407},
+                                             {"Klingon", 0x0400},
+                                             {"Klingon (SysDefault)", 0x0800},
+                                             {"Neutral (Neutral)", 0},
+                                             {"Bulgarian (Taiwan)", 0x0402},
+                                             {"Croatian", 0x041A},
+                                             {"croatian", 0x0400},
+                                             {"Croatian ", 0x0400},
+                                             {"Serbian (Cyrillic)", 0x0C1A},
+                                             {"Serbo-Croatian (Croatian)", 0x041A},
+                                             {"Serbo-Croatian", 0x041A},
+                                             {"Chinese (Hong Kong S.A.R.)", 0x0C04},
+                                             {"German\u3000(\u00A0Switzerland\u2003)", 0x0807}}) {
+        EXPECT_EQ(IdOf(name), id) << name;
+    }
+}
+
+TEST(LanguageTest, ClassesCountTheLanguagesTheyShould) {
+    std::string far_east, bidi, defined;
+    for (unsigned int value = 0; value < kPrimaries + 1; ++value) {
+        const auto primary = static_cast<Primary>(value);
+        const std::string number = std::to_string(value) + " ";
+        if (CT_Language::sb_IsFarEastLanguage(primary)) far_east += number;
+        if (CT_Language::sb_IsBiDiLanguage(primary)) bidi += number;
+        if (CT_Language::sb_IsZELKORDefined(primary, static_cast<Sub>(value))) defined += number;
+        const unsigned int id = CT_Language::sn_MakeLanguageID(primary, CT_Language::kSubDefault);
+        EXPECT_EQ(CT_Language::sb_IsBiDiLanguage(id), CT_Language::sb_IsBiDiLanguage(primary));
+    }
+    EXPECT_EQ(far_east, "4 17 18 30 ");
+    EXPECT_EQ(bidi, "1 13 41 84 86 ");
+    EXPECT_EQ(defined, "53 54 58 ");
+}
+
+}  // namespace
