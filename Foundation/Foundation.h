@@ -3,6 +3,7 @@
 #define FOUNDATION_FOUNDATION_H
 
 #include "Foundation/Core/Buffer/Buffer.h"
+#include "Foundation/Core/Character/CharMappings.h"
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/CompList/CompList.h"
 #include "Foundation/Core/CompList/CompListIterator.h"

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "Foundation/Core/Character/Tables/CodePageMembership.h"
+#include "Foundation/Core/Character/Tables/NumericTable.h"
+#include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/Nls/TextDetection.h"
 #include "Foundation/System/SysInfo/OS.h"
@@ -36,6 +38,39 @@ bool SurvivesRoundTrip(char16_t character, unsigned int code_page) {
 }
 
 }  // namespace
+
+const char16_t* CT_CharProperties::sqcuz_GetCharacterName(char16_t) {
+    return nullptr;
+}
+
+void CT_CharProperties::sv_NumericValue(char16_t unit, short& numerator, short& denominator) {
+    using namespace foundation::detail;
+    const auto* const end = std::end(kNumericValues);
+    const auto* const value =
+        std::ranges::lower_bound(kNumericValues, unit, {}, &NumericValue::code);
+    const bool found = value != end && value->code == unit;
+    numerator = found ? value->numerator : short{0};
+    denominator = found ? value->denominator : short{0};
+}
+
+BOOL CT_CharProperties::sb_IsSequenceOf(const char16_t* text, CharacterTest test,
+                                        std::uint32_t start, std::uint32_t count) {
+    if (text == nullptr || count == 0) return FALSE;
+    for (std::uint32_t i = 0; i < start; ++i) {
+        if (text[i] == 0) return FALSE;
+    }
+    text += start;
+    if (*text == 0) return FALSE;
+    for (; count != 0 && *text != 0; --count, ++text) {
+        if (!test(*text)) return FALSE;
+    }
+    return TRUE;
+}
+
+BOOL CT_CharProperties::sb_IsSequenceOf(const CT_UString* text, CharacterTest test,
+                                        std::uint32_t start, std::uint32_t count) {
+    return sb_IsSequenceOf(text == nullptr ? nullptr : text->qcuz_Get(), test, start, count);
+}
 
 BOOL CT_CharProperties::sb_IsTextUnicode(const void* data, unsigned int size) {
     if (size < 2) return FALSE;

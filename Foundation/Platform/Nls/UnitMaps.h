@@ -1,0 +1,42 @@
+// Mappings of one UTF-16 unit to another over whole texts, eight units at a time where the
+// processor has the means.
+//
+// A high surrogate and the unit after it, whatever it is, are left alone. Nothing here allocates,
+// fails or touches a unit outside the given ones. Threads: any.
+#ifndef FOUNDATION_PLATFORM_NLS_UNITMAPS_H
+#define FOUNDATION_PLATFORM_NLS_UNITMAPS_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace platform {
+
+// The upper bits of a unit select a block in `stage`; its lower 6 bits select what to add to the
+// unit, modulo 65,536, in that block. When `ascii` is set, the table changes of U+0000 to U+007F
+// just the units from `first` to `last`, all by `ascii_difference`.
+struct UnitMap {
+    static constexpr unsigned int kShift = 6;
+
+    [[nodiscard]] char16_t operator()(char16_t unit) const noexcept {
+        const std::size_t block = stage[unit >> kShift];
+        return static_cast<char16_t>(unit +
+                                     blocks[(block << kShift) + (unit & ((1U << kShift) - 1))]);
+    }
+
+    const std::uint8_t* stage;
+    const std::uint16_t* blocks;
+    bool ascii = false;
+    char16_t first = 1, last = 0;
+    std::int16_t ascii_difference = 0;
+};
+
+// Index of the first unit from `from` on that the map changes, `length` when there is none.
+[[nodiscard]] std::size_t FindMapped(const char16_t* text, std::size_t from, std::size_t length,
+                                     const UnitMap& map) noexcept;
+
+// Maps text[from, length) in place.
+void MapUnits(char16_t* text, std::size_t from, std::size_t length, const UnitMap& map) noexcept;
+
+}  // namespace platform
+
+#endif
