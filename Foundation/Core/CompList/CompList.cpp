@@ -219,6 +219,10 @@ BOOL CT_CompList::b_Add(const CT_UString* key, unsigned int handle) {
     return b_Add(key == nullptr ? nullptr : key->qcuz_Get(), handle);
 }
 
+void CT_CompList::v_Reserve(unsigned int length) {
+    if (MakeGrowing()) growing_->Reserve(length);
+}
+
 template <typename Unit>
 unsigned int CT_CompList::n_Walk(const Unit* key, et_WalkMode mode, unsigned int* matched) const {
     if (*key == 0) {

@@ -95,6 +95,10 @@ public:
     BOOL b_Add(const CT_CString* key, unsigned int handle);
     BOOL b_Add(const CT_UString* key, unsigned int handle);
 
+    // Makes room, so that adding one word of up to that many characters needs no memory. Does
+    // nothing to a list that takes no words.
+    void v_Reserve(unsigned int length);
+
     // The word's handle, 0xFFFFFFFF when it is absent (a word stored with that handle cannot be
     // told from an absent one). `matched`, which may be null, receives the length of the word; of
     // an absent one its length when stored words begin with it, the length of the stored word that

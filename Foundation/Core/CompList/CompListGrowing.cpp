@@ -67,6 +67,13 @@ bool GrowingList::Add(const Unit* key, std::uint32_t handle) {
     return true;
 }
 
+void GrowingList::Reserve(std::size_t length) {
+    cells_.Reserve(length + 1);
+    beginnings_.Reserve();
+    families_.Reserve(kChained + 1);  // one that becomes too large for its chain
+    if (widths_.offset == 2) offsets_.Reserve();
+}
+
 // Makes known what a new word adds; its letters behind `place` are those from `first` on.
 template <typename Unit>
 void GrowingList::AddBeginnings(const Unit* key, Place place, const Beginnings::Found& found,
@@ -119,9 +126,7 @@ std::uint32_t GrowingList::AddRest(const Unit* rest, std::uint32_t parent, std::
     const std::size_t bytes = length * sizeof(Unit) + widths_.Mark();
     const std::size_t all = lengthens ? bytes : bytes + widths_.Jump();
     if (!Fits(all)) return 0;
-    cells_.Reserve(length + 1);
-    beginnings_.Reserve();
-    families_.Reserve(kChained + 1);  // one that becomes too large for its chain
+    Reserve(length);
     if (widths_.offset == 2) {
         const auto count = static_cast<std::uint32_t>(bytes);
         if (!(lengthens ? LengthenTail(parent, count) : AddTail(parent, count))) return 0;
@@ -179,7 +184,6 @@ bool GrowingList::DistancesAllow(std::uint32_t letter, std::uint64_t bytes) {
 
 bool GrowingList::LengthenTail(std::uint32_t parent, std::uint32_t bytes) {
     const auto start = static_cast<std::uint32_t>(cells_.size() + 1);
-    offsets_.Reserve();
     if (parent == 0) {
         offsets_.AddTail(start, 0, bytes, 0);
         return true;
@@ -193,7 +197,6 @@ bool GrowingList::LengthenTail(std::uint32_t parent, std::uint32_t bytes) {
 bool GrowingList::AddTail(std::uint32_t parent, std::uint32_t bytes) {
     const std::uint32_t source = SourceOf(parent);
     std::uint64_t distance = 0;
-    offsets_.Reserve();
     if (stream_bytes_ + widths_.Jump() + bytes > OffsetTable::kLargest) {
         if (!offsets_.IsMeasured()) MeasureDistances();
         distance = widths_.Jump() + BytesBehind(source) +

@@ -42,6 +42,9 @@ public:
     template <typename Unit>
     bool Add(const Unit* key, std::uint32_t handle);
 
+    // Makes room for a key of that length; may throw, and then nothing has changed.
+    void Reserve(std::size_t length);
+
     // As WalkImage, for a key that is not empty.
     template <typename Unit>
     [[nodiscard]] Outcome Search(const Unit* key, bool exact) const noexcept;
