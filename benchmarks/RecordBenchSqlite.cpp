@@ -89,5 +89,6 @@ private:
 
 using namespace bench;
 RECORD_BENCHMARKS(Sqlite);
+RECORD_MILLIONS(Sqlite);
 
 }  // namespace

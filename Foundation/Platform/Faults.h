@@ -27,6 +27,7 @@ enum class FileCall : std::uint32_t {
     kUnlock,
     kCreateMapping,
     kMapView,
+    kGrowView,
     kUnmapView,
     kFlushView,
     kRemove,
@@ -38,7 +39,7 @@ enum class FileCall : std::uint32_t {
     kTemporary,
     kFind,
 };
-inline constexpr std::uint32_t kFileCalls = 23;
+inline constexpr std::uint32_t kFileCalls = static_cast<std::uint32_t>(FileCall::kFind) + 1;
 
 // The call fails with a Win32 error number and does nothing. (QueryStatus answers the C runtime
 // number that goes with it.) A number of 0 counts the call without harm.

@@ -130,6 +130,11 @@ FOUNDATION_API std::uint32_t SetHandleCount(std::uint32_t count) noexcept;
                                            std::uint64_t size) noexcept;
 FOUNDATION_API bool UnmapView(void* view) noexcept;
 
+// Makes a view to write, its mapping and its file that long, as CreateMapping does, and the view
+// stays where it is. False, with all as before, when that cannot be done (8: no addresses left
+// behind the view); mapping the file anew may succeed then.
+[[nodiscard]] FOUNDATION_API bool GrowView(HANDLE mapping, void* view, std::uint64_t size) noexcept;
+
 // Has the system store the view's first `size` bytes (0: all).
 FOUNDATION_API bool FlushView(const void* view, std::uint64_t size) noexcept;
 

@@ -165,6 +165,33 @@ TEST(MappingsTest, AMappingThatFindsNoRoomFailsAndLeavesTheFileAsItWas) {
     EXPECT_EQ(folder.Read(u"file"), "12345");
 }
 
+TEST(MappingsTest, AViewGrowsWhereItIsOrStaysAsItWas) {
+    const test::TempFolder folder;
+    folder.Write(u"file", "12345");
+    const HANDLE file = Open(folder.Name(u"file"), kReadWrite);
+    const HANDLE mapping = CreateMapping(file, true, 4096);
+    char* const view = static_cast<char*>(MapView(mapping, true, 0));
+    ASSERT_TRUE(GrowView(mapping, view, 3 << 20));
+    view[(3 << 20) - 1] = 'e';
+    EXPECT_EQ(std::string(view, 5), "12345");
+    EXPECT_TRUE(FlushView(view, 0));
+    const std::string grown = folder.Read(u"file");
+    EXPECT_EQ(grown.size(), 3u << 20);
+    EXPECT_EQ(grown.back(), 'e');
+    EXPECT_FALSE(SetFilePosition(file, 4096, kSeekBegin, nullptr) && SetEndOfFile(file));
+    EXPECT_EQ(LastError(), kErrorUserMappedFile);
+    {
+        const test::FileFault full(FileCall::kGrowView, 0, kErrorDiskFull);
+        EXPECT_FALSE(GrowView(mapping, view, 4 << 20));
+        EXPECT_EQ(LastError(), kErrorDiskFull);
+    }
+    EXPECT_FALSE(GrowView(mapping, view, std::uint64_t{1} << 40));
+    EXPECT_FALSE(GrowView(mapping, view + 1, 4 << 20));
+    EXPECT_EQ(LastError(), kErrorInvalidAddress);
+    EXPECT_EQ(folder.Read(u"file").size(), 3u << 20);
+    EXPECT_TRUE(UnmapView(view) && CloseHandle(mapping) && CloseHandle(file));
+}
+
 TEST(MappingsTest, HolesOfTheFileAreFilledBeforeAViewMayStoreThere) {
     const test::TempFolder folder;
     folder.Write(u"file", "");

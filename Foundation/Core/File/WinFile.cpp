@@ -415,6 +415,14 @@ bool CT_WinFile::MakeMapping(std::uint64_t size) {
     return true;
 }
 
+// Lets the view grow where it is, which keeps its pages; false when it must be made anew.
+bool CT_WinFile::GrowMapping(unsigned int minimum_size) {
+    const std::uint64_t size = (std::uint64_t{minimum_size} + kMapStep - 1) / kMapStep * kMapStep;
+    if (size > kLargestFile || !platform::GrowView(mapping_, view_, size)) return false;
+    mapped_size_ = static_cast<unsigned int>(size);
+    return true;
+}
+
 void CT_WinFile::AppendAll(CT_WinFile& source, unsigned int block_size) {
     source.vv_Open(kReadAccess, kOpenExisting, kShareNone, kAttributeNormal, 0);
     if (Failed()) return;
@@ -454,7 +462,7 @@ unsigned int CT_WinFile::n_WriteMap(const void* data, unsigned int count) {
         Fail();
         return 0;
     }
-    if (end > mapped_size_) {
+    if (end > mapped_size_ && !GrowMapping(end)) {
         v_CloseMap(0);
         if (Failed()) return 0;
         v_CreateMap(end);

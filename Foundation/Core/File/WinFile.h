@@ -124,6 +124,7 @@ private:
     void CloseForReset();
     bool MoveTo(unsigned int position);
     bool MakeMapping(std::uint64_t size);
+    bool GrowMapping(unsigned int minimum_size);
     void AppendAll(CT_WinFile& source, unsigned int block_size);
     unsigned int n_ReadMap(void* buffer, unsigned int count);
     unsigned int n_WriteMap(const void* data, unsigned int count);

@@ -229,6 +229,11 @@ private:
         return static_cast<unsigned int>(block_mask_ != 0 ? offset >> block_shift_
                                                           : offset / n_GetBlockSize());
     }
+    // The mapping's first byte, and how much of the data area lies in it; null when not mapped.
+    [[nodiscard]] const std::byte* MappedBytes() const {
+        return static_cast<const std::byte*>(pv_GetMapping());
+    }
+    [[nodiscard]] unsigned int Reach() const { return End() < MappedSize() ? End() : MappedSize(); }
     void SeekTo(unsigned int offset);
     unsigned int ReadAt(void* out, unsigned int offset, unsigned int count);
     [[nodiscard]] const std::byte* AtHand(unsigned int offset, unsigned int count) const;
@@ -253,6 +258,9 @@ private:
     void Abandon(unsigned int offset, unsigned int word);
 
     // Records (RecordManagerRecords.cpp).
+    [[nodiscard]] bool InMapping(std::uint64_t head, Body* body) const;
+    void CopyMapped(std::uint64_t head, const Body& body, CT_Buffer* out, unsigned int maximum);
+    bool Locate(unsigned int reference, unsigned int* head, Body* body);
     bool Load(Piece* piece, unsigned int offset, unsigned int count);
     bool v_CheckReference(std::uint64_t head, Piece* piece, unsigned int count);
     bool v_GetBody(unsigned int head, const Piece& piece, Body* body, Piece* more);

@@ -2,7 +2,10 @@
 #ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDMANAGERDETAIL_H
 #define FOUNDATION_DATABASE_RECORDMANAGER_RECORDMANAGERDETAIL_H
 
+#include <cstring>
+
 #include "Foundation/Database/RecordManager/RecordManager.h"
+#include "Foundation/Platform/Prefetch.h"
 
 namespace foundation::record_format {
 
@@ -14,6 +17,26 @@ inline constexpr unsigned int kNoResource = 31053;
 inline constexpr unsigned int kResourceExists = 31054;
 
 inline constexpr std::uint64_t kLargestFile = 0xFFFFFFFF;
+
+inline constexpr unsigned int kLine = 64;  // bytes that a processor reads from memory together
+
+// Copies in pieces that end where a reader's words do: a record is looked at as soon as it is got,
+// and a word that was stored in two pieces is slow to read back.
+inline void CopyOut(std::byte* to, const std::byte* from, unsigned int count) {
+    constexpr unsigned int kShort = 256;
+    if (count > kShort) {
+        std::memcpy(to, from, count);
+        return;
+    }
+    for (; count >= 16; count -= 16, to += 16, from += 16) std::memcpy(to, from, 16);
+    for (const unsigned int piece : {8u, 4u}) {
+        if ((count & piece) == 0) continue;
+        std::memcpy(to, from, piece);
+        to += piece;
+        from += piece;
+    }
+    for (count &= 3; count != 0; --count) *to++ = *from++;
+}
 
 }  // namespace foundation::record_format
 
@@ -53,5 +76,45 @@ struct CT_RecordManager::Scan {
     std::uint64_t at;
     bool footing;
 };
+
+// ---- The short way through a mapping ------------------------------------------------------------
+
+// Whether the mapping has a sound live record there; its body is then known. What is not as it
+// should be is left to the long way round, which tells.
+inline bool CT_RecordManager::InMapping(std::uint64_t head, Body* body) const {
+    namespace format = foundation::record_format;
+    const std::byte* const base = MappedBytes();
+    const std::uint64_t reach = Reach();
+    const std::uint64_t head_end =
+        head + format::kHeadDataAt + std::uint64_t{n_GetRecordHeaderSize()};
+    if (base == nullptr || head < data_start_ || head_end > reach) return false;
+    const std::byte* const words = base + head;
+    platform::Prefetch(words + format::kLine);  // of a new record, which its body follows
+    if (format::LoadU32(words) != format::kLive) return false;
+    *body = {format::LoadU32(words + format::kBodyLinkAt), 0};
+    if (body->offset == 0) return true;
+    if (!IsBlock(body->offset, format::kWord) ||
+        body->offset + std::uint64_t{format::kWord} > reach) {
+        return false;
+    }
+    body->length = format::LoadU32(base + body->offset);
+    const std::uint64_t length = body->length;
+    return length >= format::kWord && body->offset + length <= reach &&
+           n_GetRecordHeaderSize() + length <= reach;
+}
+
+// The record that InMapping found, into a buffer that nobody shares.
+inline void CT_RecordManager::CopyMapped(std::uint64_t head, const Body& body, CT_Buffer* out,
+                                         unsigned int maximum) {
+    namespace format = foundation::record_format;
+    const unsigned int header = n_GetRecordHeaderSize();
+    const unsigned int rest = body.offset == 0 ? 0 : body.length - format::kWord;
+    if (body.offset != 0 && maximum != 0 && body.length >= maximum) return out->v_SetUsedSize(0);
+    if (header + rest > out->n_GetMaximumSize()) out->v_SetMinSize(header + rest, FALSE);
+    auto* const to = static_cast<std::byte*>(out->qv_Get());
+    if (out->n_GetUsedSize() != header + rest) out->v_SetUsedSize(header + rest);
+    format::CopyOut(to, MappedBytes() + head + format::kHeadDataAt, header);
+    format::CopyOut(to + header, MappedBytes() + body.offset + format::kBodyDataAt, rest);
+}
 
 #endif

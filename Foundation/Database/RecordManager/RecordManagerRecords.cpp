@@ -1,5 +1,6 @@
 // CT_RecordManager: records.
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
 #include "Foundation/Core/Error/Failure.h"
@@ -44,6 +45,16 @@ bool CT_RecordManager::Load(Piece* piece, unsigned int offset, unsigned int coun
     return true;
 }
 
+// The head and the body of a live record, for changing it.
+bool CT_RecordManager::Locate(unsigned int reference, unsigned int* head, Body* body) {
+    const std::uint64_t at = std::uint64_t{reference} * n_GetBlockSize();
+    *head = static_cast<unsigned int>(at);
+    if (InMapping(at, body)) return true;
+    Piece piece;
+    Piece more;
+    return v_CheckReference(at, &piece, Piece::kSize) && v_GetBody(*head, piece, body, &more);
+}
+
 // Whether a live record's head starts there; the piece then holds its first two words.
 bool CT_RecordManager::v_CheckReference(std::uint64_t head, Piece* piece, unsigned int count) {
     if (!IsBlock(head, format::kHeadDataAt)) {
@@ -80,12 +91,15 @@ bool CT_RecordManager::v_GetBody(unsigned int head, const Piece& piece, Body* bo
 
 void CT_RecordManager::v_GetRecord(unsigned int reference, CT_Buffer* out, unsigned int maximum) {
     if (out->n_GetUseCount() != 1) out->v_Set(0, CT_Buffer::kToEnd, FALSE);
+    const std::uint64_t head = std::uint64_t{reference} * n_GetBlockSize();
+    Body body;
+    if (!foundation::detail::ErrorIsSet() && InMapping(head, &body)) {
+        return CopyMapped(head, body, out, maximum);
+    }
     out->v_SetUsedSize(0);
     if (Failed()) return;
     Piece piece;
     Piece more;
-    Body body;
-    const std::uint64_t head = std::uint64_t{reference} * n_GetBlockSize();
     if (!v_CheckReference(head, &piece, Piece::kSize)) {
         Failed();
         return;
@@ -211,7 +225,11 @@ void CT_RecordManager::WriteHead(unsigned int head, unsigned int body, const CT_
     StoreU32(image, format::kLive);
     StoreU32(image + format::kBodyLinkAt, body);
     if (part != 0) std::memcpy(image + format::kHeadDataAt, Bytes(data), part);
-    v_Write(head, image, format::kHeadDataAt + part);
+    if (!b_GetMapping()) return v_Write(head, image, format::kHeadDataAt + part);
+    // a store into the mapping counts at once, whatever becomes of this process
+    v_Write(head + format::kBodyLinkAt, image + format::kBodyLinkAt, format::kWord + part);
+    std::atomic_signal_fence(std::memory_order_release);
+    if (!Failed()) v_Write(head, format::kLive);
 }
 
 // A body or resource: its length word and the data.
@@ -238,16 +256,12 @@ void CT_RecordManager::WriteBody(unsigned int body, const CT_Buffer& data) {
 
 void CT_RecordManager::v_UpdateRecord(unsigned int reference, const CT_Buffer* data) {
     if (!MayChange()) return;
-    Piece piece;
-    Piece more;
+    unsigned int head = 0;
     Body old;
-    const std::uint64_t at = std::uint64_t{reference} * n_GetBlockSize();
-    if (!v_CheckReference(at, &piece, Piece::kSize) ||
-        !v_GetBody(static_cast<unsigned int>(at), piece, &old, &more)) {
+    if (!Locate(reference, &head, &old)) {
         Failed();
         return;
     }
-    const auto head = static_cast<unsigned int>(at);
     const std::uint64_t length = BodyLength(*data);
     if (length == 0 || old.length == 0 || Round(length) != Round(old.length)) {
         return MoveBody(head, old, *data);
@@ -300,16 +314,13 @@ void CT_RecordManager::v_UpdateRecordHeader(unsigned int reference, const CT_Buf
 
 void CT_RecordManager::v_DeleteRecord(unsigned int reference) {
     if (!MayChange()) return;
-    Piece piece;
-    Piece more;
+    unsigned int head = 0;
     Body body;
-    const std::uint64_t at = std::uint64_t{reference} * n_GetBlockSize();
-    if (!v_CheckReference(at, &piece, Piece::kSize) ||
-        !v_GetBody(static_cast<unsigned int>(at), piece, &body, &more)) {
+    if (!Locate(reference, &head, &body)) {
         Failed();
         return;
     }
-    v_PutFreeBlock(1, static_cast<unsigned int>(at), n_GetRecordHeaderSize() + format::kHeadDataAt);
+    v_PutFreeBlock(1, head, n_GetRecordHeaderSize() + format::kHeadDataAt);
     if (Failed()) return;
     Add(format::kRecordCountAt, -1);
     HeaderChanged();

@@ -40,7 +40,7 @@ bool CT_RecordManager::WordAt(unsigned int offset, unsigned int* word) {
 }
 
 // Behind a head of several blocks the scan goes on behind all of them.
-std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
+inline std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
     const unsigned int block = n_GetBlockSize();
     const std::uint64_t start = data_start_;
     if (cursor == 0) return start;
@@ -53,11 +53,17 @@ std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
 }
 
 // Moves the scan to the next live head, which may be where it stands.
-bool CT_RecordManager::FindHead(Scan* scan) {
+inline bool CT_RecordManager::FindHead(Scan* scan) {
     const unsigned int block = n_GetBlockSize();
-    while (scan->at + format::kWord <= End()) {
+    const std::byte* const mapped = MappedBytes();
+    const std::uint64_t end = mapped != nullptr ? Reach() : End();
+    while (scan->at + format::kWord <= end) {
         unsigned int word = 0;
-        if (!WordAt(static_cast<unsigned int>(scan->at), &word)) return false;
+        if (mapped != nullptr) {
+            word = format::LoadU32(mapped + scan->at);
+        } else if (!WordAt(static_cast<unsigned int>(scan->at), &word)) {
+            return false;
+        }
         if (word == format::kLive) return true;
         std::uint64_t step = block;
         if (scan->footing) {
@@ -77,6 +83,11 @@ unsigned int CT_RecordManager::NextRecord(unsigned int cursor, CT_Buffer* out, b
     while (FindHead(&scan)) {
         const auto reference = Reference(scan.at);
         if (out == nullptr) return reference + 1;
+        Body body;
+        if (out->n_GetUseCount() == 1 && InMapping(scan.at, &body)) {
+            CopyMapped(scan.at, body, out, robust ? kRobustMaximum : 0);
+            return reference + 1;
+        }
         v_GetRecord(reference, out, robust ? kRobustMaximum : 0);
         if (!foundation::detail::ErrorIsSet()) return reference + 1;
         foundation::detail::ClearError();

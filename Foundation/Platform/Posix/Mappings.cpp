@@ -30,9 +30,14 @@ namespace {
 struct View {
     void* start;
     std::uint64_t size;
+    std::uint64_t room;  // addresses that belong to the view, to grow into
     Object* mapping;
     View* next;
 };
+
+// Addresses taken for a view to write, so that it can grow where it is and keeps its pages. They
+// cost nothing until the file is as long; where so many cannot be had, the view does not grow.
+constexpr std::uint64_t kRoom = sizeof(void*) > 4 ? std::uint64_t{1} << 32 : 0;
 
 constinit std::mutex mappings_lock;
 // Guarded by mappings_lock, as every mapping's references are.
@@ -142,10 +147,14 @@ View* FindView(const void* start) {
     return nullptr;
 }
 
-void* Map(const Object& mapping, bool writable, std::uint64_t size) {
+bool Map(View& view, bool writable) {
     const int protection = writable ? PROT_READ | PROT_WRITE : PROT_READ;
-    void* start = mmap(nullptr, size, protection, MAP_SHARED, mapping.descriptor, 0);
-    return start == MAP_FAILED ? nullptr : start;
+    const auto map = [&](std::uint64_t room) {
+        view.room = room;
+        view.start = mmap(nullptr, room, protection, MAP_SHARED, view.mapping->descriptor, 0);
+        return view.start != MAP_FAILED;
+    };
+    return (writable && view.size < kRoom && map(kRoom)) || map(view.size);
 }
 
 }  // namespace
@@ -208,17 +217,33 @@ void* MapView(HANDLE handle, bool writable, std::uint64_t size) noexcept {
         return nullptr;
     }
     View* view = posix::NewView();
-    void* start = view == nullptr ? nullptr : posix::Map(*mapping, writable, size);
-    if (start == nullptr) {
+    if (view != nullptr) *view = {nullptr, size, 0, mapping, nullptr};
+    if (view == nullptr || !posix::Map(*view, writable)) {
         SetLastError(view == nullptr ? kErrorNotEnoughMemory : posix::Win32FromErrno(errno));
         Free(view);
         return nullptr;
     }
     const std::lock_guard guard(posix::mappings_lock);
-    *view = {start, size, mapping, posix::views};
+    view->next = posix::views;
     posix::views = view;
     ++mapping->references;
-    return start;
+    return view->start;
+}
+
+bool GrowView(HANDLE handle, void* start, std::uint64_t size) noexcept {
+    Object* mapping = posix::Find(handle, Kind::kMapping);
+    if (mapping == nullptr || posix::Strikes(FileCall::kGrowView)) return false;
+    const std::lock_guard guard(posix::mappings_lock);
+    View* view = posix::FindView(start);
+    if (view == nullptr || view->mapping != mapping) return Fail(kErrorInvalidAddress);
+    if (!mapping->writable || size > view->room) return Fail(kErrorNotEnoughMemory);
+    struct stat status;
+    if (fstat(mapping->descriptor, &status) != 0) return FailWithErrno();
+    if (!posix::Reserve(mapping->descriptor, status, size)) return false;
+    posix::MarkMapped(mapping->descriptor, size);
+    mapping->size = std::max(mapping->size, size);
+    view->size = std::max(view->size, size);
+    return true;
 }
 
 bool UnmapView(void* start) noexcept {
@@ -227,7 +252,7 @@ bool UnmapView(void* start) noexcept {
     for (View** link = &posix::views; *link != nullptr; link = &(*link)->next) {
         View* view = *link;
         if (view->start != start) continue;
-        if (munmap(view->start, view->size) != 0) return FailWithErrno();
+        if (munmap(view->start, view->room) != 0) return FailWithErrno();
         *link = view->next;
         posix::Drop(view->mapping);
         Free(view);

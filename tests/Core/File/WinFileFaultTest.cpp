@@ -66,7 +66,8 @@ TEST_F(WinFileFaultTest, FailedMappingsLeaveNone) {
         EXPECT_FALSE(file_.b_GetMapping());
         file_.v_CreateMap(20);
         Seek(file_, 0, 0xFFFFF);
-        platform::FailFileCall(call, 0, 112);  // while the mapping grows
+        platform::FailFileCall(FileCall::kGrowView, 0, 8);  // so that it is to be made anew
+        platform::FailFileCall(call, 0, 112);
         EXPECT_CT_ERROR(112, file_.vn_Write("ab", 2));
         EXPECT_FALSE(file_.b_GetMapping());
         EXPECT_EQ(file_.vn_GetOffset(), 0xFFFFFu);
