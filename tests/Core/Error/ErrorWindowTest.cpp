@@ -4,8 +4,8 @@
 #include <string>
 
 #include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Modules.h"
+#include "Support/Dialogs.h"
 #include "Support/Errors.h"
 #include "Support/Platform.h"
 #include "Support/Text.h"
@@ -14,62 +14,43 @@ namespace {
 
 constexpr platform::StringResource kTexts[] = {{7, u"Titel"}};
 
-std::string shown_text, shown_caption;
-std::uint32_t shown_flags = 0;
-int boxes = 0;
-int answer = platform::kAnswerIgnore;
-
-int Show(const char16_t* text, const char16_t* caption, std::uint32_t flags) {
-    shown_text = test::Utf8(text);
-    shown_caption = test::Utf8(caption);
-    shown_flags = flags;
-    ++boxes;
-    return answer;
-}
-
 CT_ErrorManager& Errors() {
     return *CT_ErrorManager::spco_Get();
 }
 
 class ErrorWindowTest : public testing::Test {
 protected:
-    void SetUp() override {
-        platform::RegisterStringTable(module_, kTexts);
-        before_ = platform::SetMessageBoxHandler(Show);
-        answer = platform::kAnswerIgnore;
-        boxes = 0;
-    }
+    void SetUp() override { platform::RegisterStringTable(module_, kTexts); }
     void TearDown() override {
-        platform::SetMessageBoxHandler(before_);
         platform::RegisterStringTable(module_, {});
         Errors().v_ClearError();
     }
 
     HINSTANCE module_ = platform::ModuleOf(&kTexts);
-    platform::MessageBoxHandler before_ = nullptr;
+    test::MessageBoxes boxes_;
 };
 
 TEST_F(ErrorWindowTest, ShowsMessageAndLocationsInnermostFirst) {
     EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"x", 0), 0);
-    EXPECT_EQ(boxes, 0);  // no error, no box
+    EXPECT_EQ(boxes_.count, 0);  // no error, no box
     Errors().v_SetError(9, module_, 8);
     EXPECT_EQ(Errors().i_ErrorLocationWindow(7, nullptr, 2), platform::kAnswerIgnore);
-    EXPECT_EQ(shown_text, "(9): ");  // no locations: the message alone
-    EXPECT_EQ(shown_caption, "Titel");
-    EXPECT_EQ(shown_flags, 0x10002u);
+    EXPECT_EQ(boxes_.text, "(9): ");  // no locations: the message alone
+    EXPECT_EQ(boxes_.caption, "Titel");
+    EXPECT_EQ(boxes_.flags, 0x10002u);
 
     Errors().v_AddLocation("File/WinFile.cpp", 281);
     Errors().v_AddLocation("C:\\src\\a/b.cpp", 3);
     Errors().v_AddLocation("bare.cpp", 12);
-    answer = platform::kAnswerRetry;
+    boxes_.answer = platform::kAnswerRetry;
     EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"Given", 0), platform::kAnswerRetry);
-    EXPECT_EQ(shown_text,
+    EXPECT_EQ(boxes_.text,
               "(9): \n\nWinFile.cpp: line 281\na/b.cpp: line 3\n(unknown file): line 12");
-    EXPECT_EQ(shown_caption, "Given");
+    EXPECT_EQ(boxes_.caption, "Given");
     Errors().v_HoldError();  // a held error is shown too; an unknown title is empty
     Errors().i_ErrorLocationWindow(99, nullptr, 0);
-    EXPECT_EQ(shown_caption, "");
-    EXPECT_EQ(shown_text.size(), 5 + 2 + 21 + 1 + 15 + 1 + 23u);
+    EXPECT_EQ(boxes_.caption, "");
+    EXPECT_EQ(boxes_.text.size(), 5 + 2 + 21 + 1 + 15 + 1 + 23u);
 }
 
 TEST_F(ErrorWindowTest, CaptionAndTextShareOneArea) {
@@ -80,8 +61,8 @@ TEST_F(ErrorWindowTest, CaptionAndTextShareOneArea) {
         Errors().i_ErrorLocationWindow(0, std::u16string(caption, u'c').c_str(), 0);
         const std::size_t kept = std::min<std::size_t>(caption, 1023);
         const std::size_t whole = 900 + 2 + 16;  // "file.cpp: line 1"
-        EXPECT_EQ(shown_caption.size(), kept);
-        EXPECT_EQ(shown_text.size(), std::min<std::size_t>(whole, kept >= 1022 ? 0 : 1022 - kept));
+        EXPECT_EQ(boxes_.caption.size(), kept);
+        EXPECT_EQ(boxes_.text.size(), std::min<std::size_t>(whole, kept >= 1022 ? 0 : 1022 - kept));
     }
 }
 
@@ -89,15 +70,15 @@ TEST_F(ErrorWindowTest, TheOlderFamilySeesEightBitText) {
     const test::ForcedVersion older(1, 4, 10);
     Errors().v_SetMessageError(u"gr\u00FCn \u4E00");
     Errors().i_ErrorLocationWindow(0, u"\u4E8C!", 0);
-    EXPECT_EQ(shown_text, "gr\u00FCn ?");
-    EXPECT_EQ(shown_caption, "?!");
+    EXPECT_EQ(boxes_.text, "gr\u00FCn ?");
+    EXPECT_EQ(boxes_.caption, "?!");
 }
 
 using ErrorWindowDeathTest = ErrorWindowTest;
 TEST_F(ErrorWindowDeathTest, AbortEndsTheProcessAtOnce) {
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
     Errors().v_SetError(9, u"fatal");
-    answer = platform::kAnswerAbort;
+    boxes_.answer = platform::kAnswerAbort;
     EXPECT_EXIT(Errors().i_ErrorLocationWindow(0, u"x", 0), testing::KilledBySignal(6),
                 "Aborted from an error box");
 }

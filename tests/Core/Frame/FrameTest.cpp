@@ -15,7 +15,6 @@
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Version/AppVersion.h"
-#include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Modules.h"
@@ -23,6 +22,7 @@
 #include "Foundation/Platform/System.h"
 #include "Foundation/Platform/Threads.h"
 #include "Foundation/System/Thread/Thread.h"
+#include "Support/Dialogs.h"
 #include "Support/Errors.h"
 #include "Support/Text.h"
 
@@ -41,21 +41,9 @@ struct AppVersionTestAccess {
 
 namespace {
 
-// Collects the debugger output, piece by piece, while it lives.
-std::vector<std::string> pieces;
-void Collect(const char16_t* text) {
-    pieces.push_back(test::Utf8(text));
-}
-class DebugOutput {
-public:
-    DebugOutput() : before_(platform::SetDebugOutputSink(Collect)) { pieces.clear(); }
-    ~DebugOutput() { platform::SetDebugOutputSink(before_); }
-    DebugOutput(const DebugOutput&) = delete;
-    DebugOutput& operator=(const DebugOutput&) = delete;
+using test::DebugOutput;
 
-private:
-    platform::DebugOutputSink before_;
-};
+const std::vector<std::string>& pieces = DebugOutput::pieces;
 
 std::string FileOf(const void* address) {
     char16_t path[platform::kMaxNativePath];
