@@ -2,10 +2,11 @@
 // one that threw it. Who throws adds a location with code and text, who lets it pass one without;
 // who has handled it calls v_Clear.
 //
-// There are 10 records and 100 locations. When none is left, or no memory for a text, what was to
-// be recorded is dropped; the exception itself travels on. A thread that never clears its record
-// keeps it, also beyond its end. File names and texts are copied; null ones are empty.
-// Threads: every operation acts on the calling thread's own record unless it is given a thread.
+// There are 10 records and 100 locations. What finds none left is dropped, and a text for which
+// there is no memory stays empty: the exception itself travels on. A thread that never clears its
+// record keeps it in use, also beyond its end. File names and texts are copied; null ones are
+// empty. Threads: every operation acts on the calling thread's own record unless it is given a
+// thread.
 #ifndef FOUNDATION_CORE_EXCEPTION_EXCEPTIONMANAGER_H
 #define FOUNDATION_CORE_EXCEPTION_EXCEPTIONMANAGER_H
 
@@ -62,7 +63,7 @@ public:
 
     // Shows the record in a message box brought to the front and returns its answer; the answer
     // Abort (3) aborts the process. A null title is empty. Without a record nothing is shown and
-    // the answer is 0.
+    // the answer is 0. Running out of memory throws CT_SmartHeapException.
     int i_ExceptionLocationWindow(const char16_t* title, unsigned int flags) const;
 
 private:
@@ -77,17 +78,19 @@ private:
     static CT_Exit sco_Exit;
     static CT_ExceptionManager sco_Manager;
 
-    // The newest record of a thread; null when it has none. Needs the lock.
+    // The newest record of a thread; null when it has none. Like what follows, needs the lock.
     [[nodiscard]] const st_ExceptionInfo* pso_GetException(unsigned int thread) const noexcept;
-    // Null when all are in use. Both need the lock.
-    st_ExceptionInfo* pso_AllocExceptionInfo() noexcept;
-    st_Location* pso_AllocLocation() noexcept;
-    // All three need the lock.
+    // Null when all are in use.
+    [[nodiscard]] st_ExceptionInfo* pso_AllocExceptionInfo() noexcept;
+    [[nodiscard]] st_Location* pso_AllocLocation() noexcept;
     void v_DechainExceptionInfo(const st_ExceptionInfo* info) noexcept;
     void v_FreeExceptionInfo(st_ExceptionInfo* info) noexcept;
     void v_FreeLocationList(st_Location* newest) noexcept;
-
     void v_PushLocation(st_ExceptionInfo* info, CT_UString&& file, unsigned int line) noexcept;
+
+    void v_AddThrow(CT_UString&& file, unsigned int line, unsigned int code,
+                    CT_UString&& text) noexcept;
+    void v_AddPassage(CT_UString&& file, unsigned int line) noexcept;
 
     st_ExceptionInfo* active_ = nullptr;
     st_ExceptionInfo* free_infos_ = nullptr;

@@ -2,6 +2,7 @@
 // are constructed from top to bottom and destroyed from bottom to top. No other file of the library
 // has static objects that need work at start-up.
 #include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/Exception/ExceptionManager.h"
 #include "Foundation/Core/Frame/DLLMain.h"
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
@@ -28,6 +29,11 @@ const PoolMemory pool_memory;
 
 CT_Init CT_ErrorManager::sco_Init(u"CT_ErrorManager", u"sv_Init", &CT_ErrorManager::sv_Init);
 CT_Exit CT_ErrorManager::sco_Exit(u"CT_ErrorManager", u"sv_Exit", &CT_ErrorManager::sv_Exit);
+
+CT_Init CT_ExceptionManager::sco_Init(u"CT_ExceptionManager", u"sv_Init",
+                                      &CT_ExceptionManager::sv_Init);
+CT_Exit CT_ExceptionManager::sco_Exit(u"CT_ExceptionManager", u"sv_Exit",
+                                      &CT_ExceptionManager::sv_Exit);
 
 CT_Init CT_Language::sco_Init(u"CT_Language", u"sv_Init", &CT_Language::sv_Init);
 CT_Exit CT_Language::sco_Exit(u"CT_Language", u"sv_Exit", &CT_Language::sv_Exit);

@@ -11,6 +11,7 @@
 #define FOUNDATION_CORE_TESTOUT_TESTOUT_H
 
 #include <cstdarg>
+#include <string_view>
 
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
@@ -60,10 +61,10 @@ public:
 private:
     enum class Stream { kNone, kFile, kOutput, kError };
 
+    void v_CloseFile() noexcept;
     void v_WriteStream(const char16_t* format, va_list arguments);
     void v_WriteDebugger(const char16_t* format, va_list arguments);
-    void v_WriteUnits(const char16_t* text, std::size_t length);
-    void v_CloseFile() noexcept;
+    void v_WriteUnits(std::u16string_view text) noexcept;
 
     Stream stream_ = Stream::kOutput;
     HANDLE file_ = nullptr;  // of Stream::kFile: the one stream that is owned

@@ -3,9 +3,9 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <iterator>
 
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Console.h"
 
 namespace platform {
 
@@ -14,21 +14,6 @@ namespace {
 constinit std::atomic<MessageBoxHandler> box_handler{nullptr};
 constinit std::atomic<DebugOutputSink> debug_sink{nullptr};
 constinit std::atomic<FatalHandler> fatal_handler{nullptr};
-
-// Prints a text as UTF-8, piece by piece so that any length is served without memory; an unpaired
-// surrogate prints as a question mark.
-void PrintUtf8(std::u16string_view text) {
-    char bytes[512];
-    while (!text.empty()) {
-        const UtfProgress done = Utf16ToUtf8(text.data(), text.size(), bytes, sizeof bytes);
-        std::fwrite(bytes, 1, done.written, stderr);
-        text.remove_prefix(done.taken);
-        if (done.taken == 0) {
-            std::fputc('?', stderr);
-            text.remove_prefix(1);
-        }
-    }
-}
 
 // The answer of the button that goes on as if nothing had been asked, by the kinds of boxes.
 int AnswerIgnored(std::uint32_t flags) {
@@ -48,10 +33,10 @@ int ShowMessageBox(const char16_t* text, const char16_t* caption, std::uint32_t 
     if (const MessageBoxHandler handler = box_handler.load(std::memory_order_acquire)) {
         return handler(text, caption, flags);
     }
-    PrintUtf8(caption);
-    if (*caption != 0) PrintUtf8(u": ");
-    PrintUtf8(text);
-    PrintUtf8(u"\n");
+    WriteText(StandardStream::kError, caption);
+    if (*caption != 0) WriteText(StandardStream::kError, u": ");
+    WriteText(StandardStream::kError, text);
+    WriteText(StandardStream::kError, u"\n");
     return AnswerIgnored(flags);
 }
 

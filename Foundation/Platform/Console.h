@@ -1,0 +1,28 @@
+// The program's standard output and standard error, for texts that people read.
+//
+// Everything written is on its way when the call is back; failures are ignored. Threads: any; the
+// calls of two threads may mix between pieces.
+#ifndef FOUNDATION_PLATFORM_CONSOLE_H
+#define FOUNDATION_PLATFORM_CONSOLE_H
+
+#include <cstddef>
+#include <string_view>
+
+#include "Foundation/Platform/Export.h"
+
+namespace platform {
+
+enum class StandardStream { kOutput, kError };
+
+// Whether the stream goes to a terminal, not to a file or a pipe.
+[[nodiscard]] FOUNDATION_API bool IsTerminal(StandardStream stream) noexcept;
+
+FOUNDATION_API void WriteBytes(StandardStream stream, const void* bytes,
+                               std::size_t count) noexcept;
+
+// The text in the terminal's encoding, which is UTF-8; an unpaired surrogate is a question mark.
+FOUNDATION_API void WriteText(StandardStream stream, std::u16string_view text) noexcept;
+
+}  // namespace platform
+
+#endif
