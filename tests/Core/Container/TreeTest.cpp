@@ -1,0 +1,250 @@
+// Both character trees beside a plain one that follows the same rules node by node.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Foundation/Core/Container/AlphaTree.h"
+#include "Foundation/Core/Container/VoidTree.h"
+#include "Foundation/Core/String/UString.h"
+#include "Support/Memory.h"
+#include "Support/TempFolder.h"
+#include "Support/Text.h"
+
+namespace {
+
+using Printed = std::vector<std::pair<std::u16string, std::uint32_t>>;
+
+// Children in the order of their creation; the last takes the place of one that goes.
+struct Plain {
+    char16_t character = 0xFFFF;
+    std::optional<std::uint32_t> value;
+    std::vector<Plain> branches;
+
+    Plain* Find(char16_t wanted) {
+        for (Plain& branch : branches) {
+            if (branch.character == wanted) return &branch;
+        }
+        return nullptr;
+    }
+    void Add(const char16_t* key, std::uint32_t new_value) {
+        if (*key == 0) {
+            value = new_value;
+            return;
+        }
+        if (Find(*key) == nullptr) branches.push_back({*key, {}, {}});
+        Find(*key)->Add(key + 1, new_value);
+    }
+    std::optional<std::uint32_t> Search(const char16_t* key) {
+        if (*key == 0) return value;
+        Plain* const branch = Find(*key);
+        return branch == nullptr ? std::nullopt : branch->Search(key + 1);
+    }
+    bool Remove(const char16_t* key) {
+        if (*key == 0) return std::exchange(value, std::nullopt).has_value();
+        Plain* const branch = Find(*key);
+        if (branch == nullptr || !branch->Remove(key + 1)) return false;
+        if (!branch->value && branch->branches.empty()) {
+            if (branch != &branches.back()) *branch = std::move(branches.back());
+            branches.pop_back();
+        }
+        return true;
+    }
+    void Print(Printed& out, const std::u16string& key = {}) const {
+        if (!key.empty() && value) out.emplace_back(key, *value);
+        for (const Plain& branch : branches) branch.Print(out, key + branch.character);
+    }
+};
+
+Printed printed;
+
+void Print(void* key, void* item) {
+    std::uint32_t value = 0;
+    std::memcpy(&value, item, sizeof value);
+    printed.emplace_back(static_cast<char16_t*>(key), value);
+}
+
+Printed Contents(const CT_VoidTree& tree) {
+    CT_VoidTree::v_SetDebugPrint(Print);
+    tree.v_DebugPrint();
+    return std::exchange(printed, {});
+}
+
+// What a tree prints into a file.
+template <typename Tree>
+std::u16string Output(Tree& tree) {
+    const test::TempFolder folder;
+    tree.v_SetDebugPrint(folder.Name(u"out").c_str(), u"#", 1);
+    tree.v_DebugPrint();
+    tree.v_SetDebugPrint(u"stdout", nullptr, 1);
+    const std::string bytes = folder.Read(u"out");
+    std::u16string text(bytes.size() / 2, u'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * 2);
+    return text;
+}
+
+TEST(TreeTest, FollowsThePlainTreeThroughRandomChanges) {
+    struct Shape {
+        unsigned letters, length, operations;
+    };
+    std::uint64_t removed = 0;
+    for (const auto [letters, length, operations] :
+         {Shape{2, 6, 4000}, {5, 4, 4000}, {700, 2, 6000}, {40, 40, 2000}}) {
+        SCOPED_TRACE(letters);
+        std::mt19937 random(letters);
+        CT_VoidTree items(sizeof(std::uint32_t));
+        CT_AlphaTree values;
+        Plain plain;
+        std::vector<std::u16string> known;
+        for (unsigned i = 0; i < operations; ++i) {
+            std::u16string key(random() % (length + 1), u'\0');
+            for (char16_t& unit : key) unit = static_cast<char16_t>(0xFFFF - random() % letters);
+            if (!known.empty() && random() % 2 == 0) {  // a known key, or its beginning
+                key = known[random() % known.size()];
+                if (random() % 4 == 0) key.resize(random() % (key.size() + 1));
+            }
+            const std::uint32_t value = i;
+            // Grows at first, then goes down to nothing.
+            if (random() % operations > i) {
+                items.v_Add(key.c_str(), &value);
+                values.v_Add(key.c_str(), value);
+                plain.Add(key.c_str(), value);
+                known.push_back(key);
+            } else {
+                const BOOL there = plain.Remove(key.c_str()) ? TRUE : FALSE;
+                removed += static_cast<std::uint64_t>(there);
+                ASSERT_EQ(items.b_Remove(key.c_str()), there);
+                ASSERT_EQ(values.b_Remove(key.c_str()), there);
+            }
+            const auto expected = plain.Search(key.c_str());
+            std::uint32_t found = CT_AlphaTree::kNotFound;
+            ASSERT_EQ(items.b_Search(key.c_str(), &found), expected ? TRUE : FALSE);
+            ASSERT_EQ(found, expected.value_or(CT_AlphaTree::kNotFound));
+            ASSERT_EQ(values.n_Search(key.c_str()), found);
+            if (i % 97 != 0) continue;
+            Printed all;
+            plain.Print(all);
+            ASSERT_EQ(Contents(items), all);
+            ASSERT_EQ(items.n_Entries(), all.size() + (plain.value ? 1 : 0));
+            ASSERT_EQ(values.n_Entries(), items.n_Entries());
+        }
+        while (!known.empty()) {
+            values.b_Remove(known.back().c_str());
+            items.b_Remove(known.back().c_str());
+            known.pop_back();
+        }
+        EXPECT_EQ(values.n_Entries() + items.n_Entries(), 0u);
+        EXPECT_EQ(Contents(items), Printed());
+    }
+    EXPECT_GT(removed, 2000u);
+}
+
+TEST(TreeTest, TakesTextsOfEveryKindAsKeys) {
+    CT_AlphaTree values;
+    CT_VoidTree items(3);
+    const CT_UString empty, word(u"wort");
+    EXPECT_EQ(values.n_Search(u""), CT_AlphaTree::kNotFound);
+    values.v_Add(&empty, 7);
+    values.v_Add(&word, 8);
+    EXPECT_EQ(values.n_Search(static_cast<const char16_t*>(nullptr)), 7u);
+    EXPECT_EQ(values.n_Search(u"wort"), 8u);
+    EXPECT_EQ(values.n_Search(u"wor"), CT_AlphaTree::kNotFound);
+    values.v_Add(u"wort", CT_AlphaTree::kNotFound);  // no value: the key goes
+    EXPECT_EQ(values.n_Search(&word), CT_AlphaTree::kNotFound);
+    EXPECT_EQ(values.n_Entries(), 1u);
+    EXPECT_TRUE(values.b_Remove(&empty));
+    EXPECT_FALSE(values.b_Remove(&empty));
+
+    items.v_Add(&word, "abc");
+    items.v_Add(&empty, "def");
+    char out[] = "12345";
+    EXPECT_TRUE(items.b_Search(u"wort", out + 1));
+    EXPECT_STREQ(out, "1abc5");  // the item's bytes and no more
+    EXPECT_FALSE(items.b_Search(u"wor", out));
+    EXPECT_STREQ(out, "1abc5");
+    EXPECT_TRUE(items.b_Search(&empty, nullptr));
+    EXPECT_TRUE(items.b_Remove(&word) && items.b_Remove(&empty) && !items.b_Remove(&word));
+}
+
+TEST(TreeTest, DeepAndWideTreesTakeNoStackAndNoSquareOfTime) {
+    constexpr std::size_t kDepth = 100000;
+    std::u16string key(kDepth, u'x');
+    CT_AlphaTree values;
+    CT_VoidTree items(8);
+    const std::uint64_t item = 1;
+    for (std::uint32_t i = 0; i < 100; ++i) {  // branches off along the way
+        key[i * 997] = u'y';
+        values.v_Add(key.c_str(), i);
+        items.v_Add(key.c_str(), &item);
+    }
+    EXPECT_EQ(values.n_Search(key.c_str()), 99u);
+    EXPECT_EQ(Contents(items), Printed());  // nothing within the length that is printed
+    EXPECT_TRUE(items.b_Remove(key.c_str()) && values.b_Remove(key.c_str()));
+    EXPECT_EQ(values.n_Search(key.c_str()), CT_AlphaTree::kNotFound);
+    EXPECT_EQ(values.n_Entries(), 99u);
+    values.v_Set();
+    for (std::uint32_t unit = 1; unit <= 0xFFFF; ++unit) {  // as many branches as there can be
+        const char16_t wide[] = {static_cast<char16_t>(unit), 0};
+        values.v_Add(wide, unit);
+    }
+    EXPECT_EQ(values.n_Entries(), 0xFFFFu);
+    EXPECT_EQ(values.n_Search(u"\uFFFF"), 0xFFFFu);
+}
+
+TEST(TreeTest, PrintsKeysOfUpTo255Characters) {
+    const std::u16string longest(255, u'k'), longer(256, u'k');
+    CT_AlphaTree values;
+    CT_VoidTree items(4);
+    const std::uint32_t numbers[] = {1, 2, 3, 4};
+    const char16_t* const keys[] = {u"", u"b", longest.c_str(), longer.c_str()};
+    for (std::size_t i = 0; i < 4; ++i) {
+        values.v_Add(keys[i], numbers[i]);
+        items.v_Add(keys[i], &numbers[i]);
+    }
+    EXPECT_EQ(test::Utf8(Output(values)), test::Utf8(u"\uFEFF#b : 2\n#" + longest + u" : 3\n"));
+    EXPECT_EQ(Contents(items), (Printed{{u"b", 2}, {longest, 3}}));
+    const CT_VoidTree another(1);  // resets the routine of all trees
+    const std::u16string text = Output(items);
+    EXPECT_EQ(text.substr(0, 5), u"\uFEFF#b: ");
+    EXPECT_EQ(std::count(text.begin(), text.end(), u'\n'), 2);
+}
+
+TEST(TreeTest, UsesAgainWhatRemovingLeaves) {
+    CT_VoidTree items(100);
+    const char item[100] = {};
+    const auto round = [&](char16_t first) {
+        const std::u16string keys[] = {{first, u'a', u'b', u'c'}, {first, u'a'}, {first, u'x'}};
+        for (const auto& key : keys) items.v_Add(key.c_str(), item);
+        for (const auto& key : keys) items.b_Remove(key.c_str());
+    };
+    items.v_Add(u"stays", item);
+    for (char16_t unit = 1; unit < 100; ++unit) round(unit);
+    const std::uint64_t before = platform::AllocationCount();
+    for (char16_t unit = 100; unit < 10000; ++unit) round(unit);
+    EXPECT_EQ(platform::AllocationCount(), before);
+}
+
+TEST(TreeTest, StaysAsItWasWhenMemoryRunsOut) {
+    const std::vector<std::uint32_t> item(1000);
+    const auto make = [&] {
+        auto tree = std::make_unique<CT_VoidTree>(4000u);
+        for (const char16_t* word : {u"", u"ab", u"abc", u"b", u"c", u"d"}) {
+            tree->v_Add(word, item.data());
+        }
+        return tree;
+    };
+    const auto read = [](const auto& tree) {
+        return std::make_pair(Contents(*tree), tree->n_Entries());
+    };
+    const std::u16string key(20000, u'z');  // needs nodes, and room for its item
+    const auto change = [&](auto& tree) { tree->v_Add(key.c_str(), item.data()); };
+    EXPECT_EQ(test::ExpectUnchangedWithoutMemory(make, change, read), 2u);
+}
+
+}  // namespace
