@@ -12,6 +12,10 @@ const char16_t* Text(const CT_UString* key) noexcept {
 
 }  // namespace
 
+void CT_AlphaTree::v_Set() noexcept {
+    tree_.Clear();
+}
+
 void CT_AlphaTree::v_Add(const char16_t* key, std::uint32_t value) {
     if (value == kNotFound) {
         b_Remove(key);

@@ -33,7 +33,7 @@ public:
     ~CT_AlphaTree() = default;
 
     // Removes all keys. The output of v_DebugPrint stays as it is.
-    void v_Set() noexcept { tree_.Clear(); }
+    void v_Set() noexcept;
 
     // Sets the value of a key, in place of one that it has. 0xFFFFFFFF removes the key.
     void v_Add(const char16_t* key, std::uint32_t value);

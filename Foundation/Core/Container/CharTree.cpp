@@ -140,23 +140,28 @@ void CharTree::RemoveBranch(st_Node* node, std::uint32_t branch) noexcept {
         PutBlock(node->branches, 1);
         node->branches = kNowhere;
     } else if (std::has_single_bit(left)) {
-        PutBlock(node->branches + static_cast<std::uint32_t>(left), left);  // the half that is free
+        Halve(node, left);
     }
 }
 
-// An unused block of that size, else the half of a larger one, else a new one.
-std::uint32_t CharTree::TakeBlock(std::size_t size) noexcept {
-    for (std::size_t power = Power(size); power < kSizes; ++power) {
-        const std::uint32_t block = unused_.first[power];
-        if (block == kNowhere) continue;
-        unused_.first[power] = nodes_[block].branches;
-        for (std::size_t rest = std::size_t{1} << power; rest > size;) {
-            rest /= 2;
-            PutBlock(block + static_cast<std::uint32_t>(rest), rest);
-        }
-        return block;
+// Goes over to a block of half the size, so that the larger one can be used again as it is. Without
+// room for that the block is cut in two.
+void CharTree::Halve(st_Node* node, std::size_t size) noexcept {
+    const std::uint32_t old = node->branches;
+    if (unused_.first[Power(size)] == kNowhere && nodes_.Room() < size) {
+        PutBlock(old + static_cast<std::uint32_t>(size), size);
+        return;
     }
-    return static_cast<std::uint32_t>(nodes_.Extend(size));
+    node->branches = TakeBlock(size);
+    std::memcpy(&nodes_[node->branches], &nodes_[old], size * sizeof(st_Node));
+    PutBlock(old, 2 * size);
+}
+
+// An unused block of that size, else a new one. Requires room.
+std::uint32_t CharTree::TakeBlock(std::size_t size) noexcept {
+    std::uint32_t& first = unused_.first[Power(size)];
+    if (first == kNowhere) return static_cast<std::uint32_t>(nodes_.Extend(size));
+    return std::exchange(first, nodes_[first].branches);
 }
 
 void CharTree::PutBlock(std::uint32_t block, std::size_t size) noexcept {

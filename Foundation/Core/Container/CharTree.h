@@ -62,6 +62,7 @@ private:
                                                char16_t character) const noexcept;
     st_Node* pso_AugmentBranches(st_Node* node, char16_t character) noexcept;
     void RemoveBranch(st_Node* node, std::uint32_t branch) noexcept;
+    void Halve(st_Node* node, std::size_t size) noexcept;
     [[nodiscard]] const st_Node* Follow(const char16_t** key) const noexcept;
     [[nodiscard]] st_Node* Follow(const char16_t** key) noexcept;
     [[nodiscard]] std::uint32_t TakeBlock(std::size_t size) noexcept;

@@ -35,6 +35,7 @@ public:
     void Reserve(std::size_t more) {
         if (capacity_ - size_ < more) Grow(std::max(size_ + more, capacity_ + capacity_ / 2));
     }
+    [[nodiscard]] std::size_t Room() const noexcept { return capacity_ - size_; }
     // Requires room.
     void Append(const T& item) noexcept { items_[size_++] = item; }
     void RemoveLast() noexcept { --size_; }
