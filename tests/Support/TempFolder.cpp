@@ -17,13 +17,13 @@ namespace fs = std::filesystem;
 namespace {
 
 // Unlike any other of this process, and most unlikely that of another one.
-fs::path NewFolder() {
+fs::path NewFolder(const fs::path& where) {
     static std::atomic<unsigned> count{0};
     std::random_device random;
     for (;;) {
         const std::string name =
             "zelkor-test-" + std::to_string(random()) + "-" + std::to_string(count.fetch_add(1));
-        const fs::path folder = fs::temp_directory_path() / name;
+        const fs::path folder = where / name;
         if (fs::create_directory(folder)) return folder;
     }
 }
@@ -35,7 +35,7 @@ void AllowWriting(const fs::path& path) {
 
 }  // namespace
 
-TempFolder::TempFolder() : folder_(NewFolder()) {}
+TempFolder::TempFolder(const fs::path& where) : folder_(NewFolder(where)) {}
 
 TempFolder::~TempFolder() {
     std::error_code error;

@@ -13,7 +13,9 @@ namespace test {
 
 class TempFolder {
 public:
-    TempFolder();
+    // In the folder for temporary files unless told where.
+    explicit TempFolder(
+        const std::filesystem::path& where = std::filesystem::temp_directory_path());
     ~TempFolder();
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;

@@ -4,7 +4,6 @@
 #include <bit>
 #include <cstring>
 #include <span>
-#include <vector>
 
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
@@ -25,21 +24,11 @@ constexpr unsigned int kMapMinimum = 0xFFFFF;
 // addition took and did not write.
 constexpr unsigned int kSoundGap = 0x100000;
 
-// The tables' entries as words in the order of this machine, and as they lie in the file.
+// The tables' entries as words in the order of this machine.
 void FromFile(std::byte* entries, std::uint32_t size) {
     for (std::uint32_t at = 0; at < size; at += format::kWord) {
         const std::uint32_t word = LoadU32(entries + at);
         std::memcpy(entries + at, &word, sizeof word);
-    }
-}
-
-void ToFile(const CT_VoidArray& table, std::byte* out) {
-    const CT_Buffer* const buffer = table.pcco_GetBuffer();
-    const auto* const entries = static_cast<const std::byte*>(buffer->qcv_Get());
-    for (std::uint32_t at = 0; at < buffer->n_GetUsedSize(); at += format::kWord) {
-        std::uint32_t word;
-        std::memcpy(&word, entries + at, sizeof word);
-        StoreU32(out + at, word);
     }
 }
 
@@ -231,44 +220,7 @@ void CT_RecordManager::JudgeLayout() {
         head_size_ <= (n_GetRecordCount() == 0 ? format::kLargestFile : n_GetSize() - data_start_);
 }
 
-// ---- Writing back and closing -------------------------------------------------------------------
-
-// Header, free table and directory lie one behind the other. What changed goes out in one write, so
-// that a process killed here leaves all of it as before or all of it new.
-void CT_RecordManager::v_WriteHeader() {
-    const bool header = Get(format::kHeaderCounterAt) != header_copy_;
-    const bool table = open_mode_ == kModeReadWrite && Get(format::kFreeCounterAt) != free_copy_;
-    const bool directory = Get(format::kResourceCounterAt) != resource_copy_;
-    if (!header && !table && !directory) return;
-    const unsigned int table_size = free_table_.n_GetCount() * format::kEntrySize;
-    const auto directory_at =
-        static_cast<unsigned int>(format::DirectoryAt(Get(format::kCapacityAt)));
-    const unsigned int directory_size = directory_.n_GetCount() * format::kEntrySize;
-    unsigned int start = directory_at;
-    if (table) start = format::kFreeTableAt;
-    if (header) start = 0;
-    unsigned int end = format::kHeaderSize;
-    if (table) end = format::kFreeTableAt + table_size;
-    if (directory) end = directory_at + directory_size;
-    scratch_.v_SetMinSize(end - start, FALSE);
-    scratch_.v_SetUsedSize(end - start);
-    auto* const image = static_cast<std::byte*>(scratch_.qv_Get());
-    // unused entries between table and directory keep what they hold
-    if (directory && start < directory_at) {
-        const unsigned int kept = table ? format::kFreeTableAt + table_size : format::kFreeTableAt;
-        std::memset(image + (kept - start), 0, directory_at - kept);
-        ReadAt(image + (kept - start), kept, directory_at - kept);
-        if (Failed()) return;
-    }
-    if (header) std::memcpy(image, header_.data(), format::kHeaderSize);
-    if (table) ToFile(free_table_, image + (format::kFreeTableAt - start));
-    if (directory) ToFile(*directory_.pcco_GetArray(), image + (directory_at - start));
-    v_Write(start, image, end - start);
-    if (Failed()) return;
-    header_copy_ = Get(format::kHeaderCounterAt);
-    if (table) free_copy_ = Get(format::kFreeCounterAt);
-    if (directory) resource_copy_ = Get(format::kResourceCounterAt);
-}
+// ---- Flushing and closing -----------------------------------------------------------------------
 
 void CT_RecordManager::v_Flush() {
     v_WriteHeader();

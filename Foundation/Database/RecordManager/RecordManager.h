@@ -6,8 +6,8 @@
 //
 // Construct with the file's name, v_Create or v_Open, use, v_Flush as often as wanted, v_Close.
 // Records and resources are written at once; header, free table and resource directory only by
-// v_Flush and v_Close, each in one step that a killed process does not leave half done (as long as
-// they fill no more than a page). The destructor writes nothing.
+// v_Flush and v_Close, in an order that loses nothing wherever a killed process stops. The
+// destructor writes nothing.
 //
 // Units: sizes, lengths and offsets are bytes; a file stays below 4 GiB.
 // Errors: an operation that fails, or that finds an error already set, returns 0 or nothing, leaves
@@ -190,7 +190,12 @@ private:
     void ForgetTables();
     void CloseFailed(unsigned int length);
     void JudgeLayout();
+
+    // Writing back (RecordManagerStore.cpp).
     void v_WriteHeader();
+    void WriteTogether(bool table, bool directory, unsigned int end);
+    void WriteInSteps(bool table, bool directory);
+    bool WriteDirectory(unsigned int stored);
 
     // Reading and writing (RecordManagerAccess.cpp).
     void v_Read(void* out, unsigned int offset, unsigned int count);

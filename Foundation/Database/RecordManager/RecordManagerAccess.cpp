@@ -1,5 +1,6 @@
 // CT_RecordManager: reading from and writing to the file, with the checks that damage cannot pass.
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <limits>
 
@@ -124,6 +125,8 @@ void CT_RecordManager::v_Write(unsigned int offset, const void* data, unsigned i
     if (count == 0) return;
     const std::uint64_t end = std::uint64_t{offset} + count;
     if (b_GetMapping() && end <= MappedSize()) {
+        // a store counts at once, whatever becomes of this process: so they keep their order
+        std::atomic_signal_fence(std::memory_order_seq_cst);
         std::memcpy(static_cast<std::byte*>(pv_GetMapping()) + offset, data, count);
         return;
     }

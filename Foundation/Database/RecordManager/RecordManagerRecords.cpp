@@ -1,6 +1,5 @@
 // CT_RecordManager: records.
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 
 #include "Foundation/Core/Error/Failure.h"
@@ -226,9 +225,7 @@ void CT_RecordManager::WriteHead(unsigned int head, unsigned int body, const CT_
     StoreU32(image + format::kBodyLinkAt, body);
     if (part != 0) std::memcpy(image + format::kHeadDataAt, Bytes(data), part);
     if (!b_GetMapping()) return v_Write(head, image, format::kHeadDataAt + part);
-    // a store into the mapping counts at once, whatever becomes of this process
     v_Write(head + format::kBodyLinkAt, image + format::kBodyLinkAt, format::kWord + part);
-    std::atomic_signal_fence(std::memory_order_release);
     if (!Failed()) v_Write(head, format::kLive);
 }
 
