@@ -20,7 +20,7 @@ public:
     explicit OwnedStrings(std::uint32_t growth) : strings_(growth, 0) {}
     OwnedStrings(const OwnedStrings& other);
     OwnedStrings& operator=(const OwnedStrings&) = delete;
-    ~OwnedStrings() { Clear(); }
+    ~OwnedStrings() { Truncate(0); }
 
     [[nodiscard]] std::uint32_t Count() const noexcept { return strings_.n_GetCount(); }
     // Whether there is a string at this position.
@@ -35,16 +35,15 @@ public:
     // The first string that is equal as the string class compares, 0 when there is none.
     [[nodiscard]] std::uint32_t Search(std::u16string_view wanted) const noexcept;
 
-    // Room for so many more strings: then Append needs memory for the string alone.
-    void Reserve(std::uint32_t more);
     void Append(std::u16string_view text) { Insert(text, Count() + 1); }
+    // Copies of the other's first `count` strings; the other may be this one.
+    void Append(const OwnedStrings& other, std::uint32_t count);
     void Insert(std::u16string_view text, std::uint32_t position);
     void SetAt(std::u16string_view text, std::uint32_t position);
     void RemoveAt(std::uint32_t position) noexcept;
-    // Frees the strings; the array's storage stays, and so does its growth.
-    void Clear() noexcept;
+    // Removes the strings behind the first `count`.
+    void Truncate(std::uint32_t count) noexcept;
     void Swap(OwnedStrings& other) noexcept;
-    [[nodiscard]] std::uint32_t Growth() const noexcept { return strings_.n_GetGrowth(); }
 
 private:
     CT_Array<CT_UString*> strings_;

@@ -93,6 +93,9 @@ private:
     [[nodiscard]] const st_Element* Find(Text key, et_Type type) const noexcept;
     [[nodiscard]] const st_Element* At(std::uint32_t position) const noexcept;
     [[nodiscard]] const st_Element* At(std::uint32_t position, et_Type type) const noexcept;
+    // Appends a copy.
+    void Append(const st_Element& element);
+    void KeepLastValues();
     template <typename Value>
     BOOL Put(std::u16string_view key, Value value, bool add, bool overwrite);
 

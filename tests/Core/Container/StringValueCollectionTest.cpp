@@ -1,0 +1,216 @@
+#include "Foundation/Core/Container/StringValueCollection.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "Support/Memory.h"
+#include "Support/Text.h"
+
+namespace {
+
+using Collection = CT_StringValueCollection;
+using Text = std::u16string;
+
+CT_UString String(const Text& text) {
+    return CT_UString(text.data(), static_cast<std::uint32_t>(text.size()));
+}
+Text Of(const CT_UString& string) {
+    return Text(string.qcuz_Get(), string.n_GetLength());
+}
+
+// Every element as key:type:value, where the accessors of the three types must agree.
+std::vector<std::string> All(const Collection& collection) {
+    std::vector<std::string> all;
+    for (std::uint32_t i = 1; i <= collection.n_GetCount(); ++i) {
+        CT_UString key, text(u"before"), same(u"before");
+        int integer = 9, same_integer = 9;
+        double real = 9, same_real = 9;
+        collection.v_GetKeyAt(i, key);
+        const auto type = collection.eo_GetTypeAt(i);
+        EXPECT_EQ(collection.b_GetValueAt(i, text), type == Collection::kString);
+        EXPECT_EQ(collection.b_GetValueAt(i, integer), type == Collection::kInteger);
+        EXPECT_EQ(collection.b_GetValueAt(i, real), type == Collection::kDouble);
+        EXPECT_EQ(collection.b_GetValue(key, same), type == Collection::kString);
+        EXPECT_EQ(collection.b_GetValue(key, same_integer), type == Collection::kInteger);
+        EXPECT_EQ(collection.b_GetValue(key, same_real), type == Collection::kDouble);
+        EXPECT_TRUE(Of(text) == Of(same) && integer == same_integer && real == same_real);
+        all.push_back(test::Utf8(Of(key)) + ':' + std::to_string(type) + ':' +
+                      test::Utf8(Of(text)) + ':' + std::to_string(integer) + ':' +
+                      std::to_string(real));
+    }
+    return all;
+}
+
+Collection Sample() {
+    Collection collection;
+    collection.b_Add(u"text", u"x|y", FALSE);
+    collection.b_Add(u"integer", -2, FALSE);
+    collection.b_Add(u"real", 0.5, FALSE);
+    return collection;
+}
+const std::vector<std::string> kSample = {"text:1:x|y:0:0.000000", "integer:2::-2:0.000000",
+                                          "real:3::0:0.500000"};
+
+TEST(StringValueCollectionTest, KeysAreUniqueAndNeverEmpty) {
+    Collection collection = Sample();
+    EXPECT_FALSE(collection.b_Add(u"", 1, TRUE));
+    EXPECT_FALSE(collection.b_Add(nullptr, u"", TRUE));
+    EXPECT_FALSE(collection.b_Add(u"text", 1.5, FALSE));
+    EXPECT_FALSE(collection.b_SetValue(u"none", 1));
+    EXPECT_EQ(All(collection), kSample);
+    EXPECT_TRUE(collection.b_Add(u"text", 7, TRUE));
+    EXPECT_TRUE(collection.b_SetValue(u"real", u""));
+    EXPECT_TRUE(collection.b_SetValue(CT_UString(u"integer"), 2.5));
+    EXPECT_THAT(All(collection), testing::ElementsAre("text:2::7:0.000000", "integer:3::0:2.500000",
+                                                      "real:1::0:0.000000"));
+    EXPECT_TRUE(collection.b_KeyExists(u"real"));
+    EXPECT_TRUE(collection.b_Remove(u"real"));
+    EXPECT_FALSE(collection.b_Remove(u"real"));
+    EXPECT_FALSE(collection.b_KeyExists(u"real"));
+    CT_UString out(u"before");
+    for (const std::uint32_t none : {0u, 3u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(collection.eo_GetTypeAt(none), Collection::kNone);
+        collection.v_GetKeyAt(none, out);
+        EXPECT_EQ(Of(out), u"");
+    }
+    // A zero character ends keys and strings.
+    EXPECT_TRUE(collection.b_Add(String(Text(u"k\0x", 3)), String(Text(u"v\0x", 3)), FALSE));
+    EXPECT_TRUE(collection.b_GetValue(u"k", out));
+    EXPECT_EQ(Of(out), u"v");
+    collection.v_Clear();
+    EXPECT_EQ(collection.n_GetCount(), 0u);
+}
+
+TEST(StringValueCollectionTest, MergesInOrder) {
+    Collection other;
+    other.b_Add(u"new", 1, FALSE);
+    other.b_Add(u"text", 3, FALSE);
+    for (const BOOL overwrite : {FALSE, TRUE}) {
+        Collection merged = Sample();
+        merged.v_Merge(other, overwrite);
+        merged.v_Merge(merged, TRUE);
+        auto wanted = kSample;
+        if (overwrite != FALSE) wanted[0] = "text:2::3:0.000000";
+        wanted.push_back("new:2::1:0.000000");
+        EXPECT_EQ(All(merged), wanted);
+        merged.v_Set(other);
+        merged.v_Set(merged);
+        EXPECT_EQ(All(merged), All(other));
+    }
+}
+
+TEST(StringValueCollectionTest, StoresEveryValueAsText) {
+    Collection collection, read = Sample();
+    collection.b_Add(u"a", 1, FALSE);
+    CT_UString text;
+    collection.v_Serialize(text);
+    EXPECT_EQ(Of(text), u"a|\u000302040001000000|");
+    collection.v_Clear();
+    collection.b_Add(u"k", u"x|y", FALSE);
+    collection.v_Serialize(text);
+    EXPECT_EQ(Of(text), u"k|\u0002x\\|y|");
+    collection.b_Add(u"|k||\u4E00", u"|", FALSE);
+    collection.b_Add(u"\\", u"\\\\a", FALSE);
+    const Text long_text(5000, u'|');
+    collection.b_Add(long_text.c_str(), long_text.c_str(), FALSE);
+    for (const double real : {0.0, -0.0, 1.0 / 3, 5e-324, -1e308}) {
+        collection.b_Add(
+            std::u16string(1, static_cast<char16_t>(u'A' + collection.n_GetCount())).c_str(), real,
+            FALSE);
+    }
+    collection.b_Add(u"min", std::numeric_limits<int>::min(), FALSE);
+    collection.b_Remove(u"\\");  // its closing bar would read as escaped
+    collection.v_Serialize(text);
+    EXPECT_TRUE(read.b_Deserialize(text));
+    EXPECT_EQ(All(read), All(collection));
+    EXPECT_TRUE(read.b_Deserialize(CT_UString()));
+    EXPECT_EQ(read.n_GetCount(), 0u);
+}
+
+// Texts, and the elements that they give; nothing for malformed ones.
+TEST(StringValueCollectionTest, RefusesMalformedTexts) {
+    const Text integer = u"\u000302040001000000", real = u"\u00040308000000000000000440";
+    struct Case {
+        Text text;
+        std::vector<std::string> elements;
+    };
+    for (const Case& c : {Case{u"a|" + integer + u"|", {"a:2::1:0.000000"}},
+                          {u"a|" + real + u"|", {"a:3::0:2.500000"}},
+                          {u"a|\u0002|", {"a:1::0:0.000000"}},
+                          {u"a|\u0002x|b|\u0002y|a|" + integer + u"|b|\u0002z|a|\u0002w|",
+                           {"a:1:w:0:0.000000", "b:1:z:0:0.000000"}},
+                          {u"\\\\||\u0002x\\\\|y|", {"\\|:1:x\\|y:0:0.000000"}},
+                          {u"\\|\\|a|\u0002\\|\\|\\x|", {"||a:1:||\\x:0:0.000000"}},
+                          {u"a\\|\u0002x|", {}},
+                          {u"a", {}},
+                          {u"|", {}},
+                          {u"a|", {}},
+                          {u"a||", {}},
+                          {u"|\u0002x|", {}},
+                          {Text(u"\0a|\u0002x|", 6), {}},
+                          {u"a|\u0002x", {}},
+                          {u"a|\u0002x\\|", {}},
+                          {u"a|\u0001x|", {}},
+                          {u"a|\u0005x|", {}},
+                          {u"a|\\|x|", {}},
+                          {u"a|\u0002x|b", {}},
+                          {u"a|\u0002x||", {}},
+                          {u"a|\u00030204000100000|", {}},
+                          {u"a|\u0003020400010000000|", {}},
+                          {u"a|\u000302040001000g00|", {}},
+                          {u"a|\u00030204000100000a|", {}},
+                          {u"a|\u000302050001000000|", {}},
+                          {u"a|\u000302040101000000|", {}},
+                          {u"a|\u0003\u0660" + integer.substr(2) + u"|", {}},
+                          {u"a|\u0004" + integer.substr(1) + u"|", {}},
+                          {u"a|\u0003" + real.substr(1) + u"|", {}},
+                          {u"a|\u00040308010000000000000440|", {}}}) {
+        SCOPED_TRACE(test::Utf8(c.text));
+        Collection collection = Sample();
+        EXPECT_EQ(collection.b_Deserialize(String(c.text)), !c.elements.empty());
+        EXPECT_EQ(All(collection), c.elements);
+    }
+}
+
+TEST(StringValueCollectionTest, ReadsManyEqualKeysInLittleTime) {
+    Text text;
+    for (int i = 0; i < 100000; ++i) {
+        text += static_cast<char16_t>(u'a' + i % 3);
+        text += u"k|\u0002v|";
+    }
+    Collection collection;
+    EXPECT_TRUE(collection.b_Deserialize(String(text)));
+    EXPECT_EQ(collection.n_GetCount(), 3u);
+}
+
+TEST(StringValueCollectionTest, ChangesAndLeaksNothingWithoutMemory) {
+    CT_UString text;
+    Collection other = Sample();
+    other.b_Add(u"more", u"a text that is too long for a small block to hold it", FALSE);
+    other.v_Serialize(text);
+    text.v_Append(&text);
+    const std::function<void(Collection&)> changes[] = {
+        [](auto& collection) { collection.b_Add(u"key", u"value", FALSE); },
+        [](auto& collection) { collection.b_Add(u"integer", u"value", TRUE); },
+        [](auto& collection) { collection.b_Add(u"key", 7, FALSE); },
+        [&](auto& collection) { collection.v_Merge(other, TRUE); },
+        [&](auto& collection) { collection.v_Set(other); },
+        [&](auto& collection) { collection.b_Deserialize(text); }};
+    for (const auto& change : changes) {
+        SCOPED_TRACE(&change - changes);
+        EXPECT_GT(test::ExpectUnchangedWithoutMemory(Sample, change, All), 0u);
+        const Collection sample = Sample();
+        test::FailEachAllocation([&] {
+            Collection collection(sample);
+            change(collection);
+            CT_UString out;
+            collection.v_Serialize(out);
+        });
+    }
+}
+
+}  // namespace

@@ -1,0 +1,132 @@
+// Numbers in the conventions of a locale.
+#include "Foundation/Platform/Nls/Formats.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "Foundation/Platform/LastError.h"
+#include "Support/Text.h"
+
+namespace {
+
+using platform::FormatNumber;
+using platform::NumberFormat;
+
+std::string Formatted(std::u16string_view number, const NumberFormat& format) {
+    char16_t area[600];
+    platform::SetLastError(0);
+    const int length = FormatNumber(number, format, area, 600);
+    EXPECT_EQ(FormatNumber(number, format, nullptr, 0), length);
+    if (length == 0) return "error " + std::to_string(platform::LastError());
+    EXPECT_EQ(FormatNumber(number, format, area, length - 1), 0);
+    EXPECT_EQ(platform::LastError(), platform::kErrorInsufficientBuffer);
+    EXPECT_EQ(area[length - 1], 0);
+    return test::Utf8(std::u16string_view(area, static_cast<std::size_t>(length - 1)));
+}
+
+TEST(FormatsTest, FollowsTheConventionsGiven) {
+    struct Case {
+        const char16_t* number;
+        std::uint32_t digits, leading_zero, grouping, order;
+        const char* text;
+    };
+    for (const Case& c : {Case{u"1234567", 0, 1, 3, 1, "1,234,567"},
+                          {u"123456789", 2, 1, 32, 1, "12,34,56,789.00"},
+                          {u"123456789", 2, 1, 30, 1, "123456,789.00"},
+                          {u"123456789", 0, 1, 0, 1, "123456789"},
+                          {u"123456789", 0, 1, 1234, 1, "123,456,78,9"},
+                          {u"123456789", 0, 1, 120, 1, "123456,78,9"},
+                          {u"-123", 1, 1, 3, 0, "(123.0)"},
+                          {u"-123", 1, 1, 3, 1, "-123.0"},
+                          {u"-123", 1, 1, 3, 2, "- 123.0"},
+                          {u"-123", 1, 1, 3, 3, "123.0-"},
+                          {u"-123", 1, 1, 3, 4, "123.0 -"},
+                          {u"0.5", 1, 0, 3, 1, ".5"},
+                          {u"-.5", 1, 1, 3, 1, "-0.5"},
+                          {u".5", 0, 0, 3, 1, "1"},
+                          {u".4", 0, 0, 3, 1, "0"},
+                          {u"0", 2, 0, 3, 1, ".00"},
+                          {u"007.", 0, 1, 3, 1, "7"},
+                          {u"-0.004", 2, 1, 3, 0, "0.00"},
+                          {u"-0.005", 2, 1, 3, 0, "(0.01)"},
+                          {u"999.995", 2, 1, 3, 1, "1,000.00"},
+                          {u"0.95", 1, 0, 3, 1, "1.0"},
+                          {u"1.25", 9, 1, 3, 1, "1.250000000"},
+                          {u"1.2349999", 2, 1, 3, 1, "1.23"},
+                          {u"", 0, 1, 3, 1, "error 87"},
+                          {u"-", 0, 1, 3, 1, "error 87"},
+                          {u".", 0, 1, 3, 1, "error 87"},
+                          {u"--1", 0, 1, 3, 1, "error 87"},
+                          {u"1-", 0, 1, 3, 1, "error 87"},
+                          {u"1.2.3", 0, 1, 3, 1, "error 87"},
+                          {u"+1", 0, 1, 3, 1, "error 87"},
+                          {u" 1", 0, 1, 3, 1, "error 87"},
+                          {u"1e3", 0, 1, 3, 1, "error 87"},
+                          {u"1,5", 0, 1, 3, 1, "error 87"},
+                          {u"\u0661", 0, 1, 3, 1, "error 87"},
+                          {u"1", 10, 1, 3, 1, "error 87"},
+                          {u"1", 0, 2, 3, 1, "error 87"},
+                          {u"1", 0, 1, 3, 5, "error 87"}}) {
+        SCOPED_TRACE(test::Utf8(c.number));
+        NumberFormat format;
+        format.digits = c.digits;
+        format.leading_zero = c.leading_zero;
+        format.grouping = c.grouping;
+        format.negative_order = c.order;
+        EXPECT_EQ(Formatted(c.number, format), c.text);
+    }
+    const NumberFormat words{3, 1, 3, u" point ", u"' ", 4, u"minus"};
+    EXPECT_EQ(Formatted(u"-1234.5678", words), "1' 234 point 568 minus");
+}
+
+// Whole numbers of thousandths, rounded by arithmetic.
+TEST(FormatsTest, RoundsHalfAwayFromZero) {
+    for (int thousandths = 0; thousandths <= 20000; ++thousandths) {
+        const std::u16string fraction = test::Utf16(std::to_string(1000 + thousandths % 1000));
+        std::u16string number = test::Utf16(std::to_string(thousandths / 1000));
+        number.append(u".").append(fraction, 1);
+        int unit = 1000;
+        for (std::uint32_t digits = 0; digits <= 3; ++digits, unit /= 10) {
+            const int rounded = (thousandths + unit / 2) / unit;
+            const int whole = 1000 / unit;
+            std::string wanted = std::to_string(rounded / whole);
+            if (digits != 0) {
+                wanted.append(".").append(std::to_string(whole + rounded % whole), 1);
+            }
+            NumberFormat format;
+            format.digits = digits;
+            ASSERT_EQ(Formatted(number, format), wanted) << test::Utf8(number);
+        }
+    }
+}
+
+TEST(FormatsTest, ReadsTheGroupingsOfLocales) {
+    struct Case {
+        const char16_t* text;
+        std::uint32_t grouping;  // 99: none
+    };
+    for (const Case& c : {Case{u"3;0", 3},
+                          {u"3;2;0", 32},
+                          {u"3", 30},
+                          {u"3;2", 320},
+                          {u"0", 0},
+                          {u"", 0},
+                          {u"0;0", 0},
+                          {u"4;0", 4},
+                          {u"1;2;3;4;5;6;7;8;9;0", 123456789},
+                          {u";", 99},
+                          {u"3;", 99},
+                          {u"x", 99},
+                          {u"33", 99},
+                          {u"3,0", 99},
+                          {u"1;2;3;4;5;6;7;8;9;1;0", 99},
+                          {u"1;2;3;4;5;6;7;8;9;1", 99}}) {
+        std::uint32_t grouping = 99;
+        EXPECT_EQ(platform::ReadGrouping(c.text, &grouping), c.grouping != 99)
+            << test::Utf8(c.text);
+        EXPECT_EQ(grouping, c.grouping) << test::Utf8(c.text);
+    }
+}
+
+}  // namespace
