@@ -56,8 +56,8 @@ inline constexpr std::uint32_t kLocaleAlternateSorts = 4;
 [[nodiscard]] FOUNDATION_API LCID ResolveLocale(LCID lcid) noexcept;
 
 // Hands each locale's LCID, as eight hexadecimal digits in upper case, to `use` until that answers
-// FALSE: those with sort order 0 for kLocaleInstalled or kLocaleSupported, ascending; those with
-// other sort orders for kLocaleAlternateSorts; both when both are asked for. False with last error
+// FALSE: those with sort order 0 for kLocaleInstalled or kLocaleSupported; those with other sort
+// orders for kLocaleAlternateSorts; both when both are asked for. False with last error
 //   87    no callback
 //   1004  no such flag
 using LocaleUse = BOOL (*)(char16_t* lcid);
@@ -95,8 +95,9 @@ enum : std::uint32_t {
     kLocaleIsoCountry = 0x005A,
     kLocaleTimeFormat = 0x1003,
     kLocaleAnsiCodePage = 0x1004,
+    kLocaleYearMonth = 0x1006,
     kLocaleCalendarType = 0x1009,
-    kLocaleOptionalCalendar = 0x100B,
+    kLocaleOptionalCalendar = 0x100B,  // "0" for none
     kLocaleMonthName13 = 0x100E,
     kLocaleShortMonthName13 = 0x100F,
     kLocaleNegativeNumber = 0x1010,
@@ -187,7 +188,7 @@ struct CalendarEra {
 // Hands the texts of one type to `use` until that answers FALSE: of one calendar, or with
 // kAllCalendars of the locale's own calendar and then of its optional one. Types 3 and 4 give every
 // era, the current one first. False with the errors of GetCalendarInfo.
-using CalendarUse = BOOL (*)(char16_t* text);
+using CalendarUse = BOOL (*)(const char16_t* text);
 FOUNDATION_API bool EnumCalendarInfo(CalendarUse use, LCID lcid, std::uint32_t calendar,
                                      std::uint32_t type);
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdlib>
 #include <string_view>
 
 #include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/Nls/EnvironmentLocale.h"
 
 namespace platform {
 namespace {
@@ -47,37 +47,25 @@ constexpr std::uint32_t Packed(std::uint32_t ansi, std::uint32_t oem) {
     return oem << 16 | ansi;
 }
 
-// The locale name of the process: language, territory, and perhaps more.
-std::string_view LocaleName() noexcept {
-    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') return value;
-    }
-    return {};
-}
-
 const LanguagePages* Find(std::string_view name) noexcept {
     const auto row = std::ranges::find(
         kLanguages, name, [](const LanguagePages& pages) { return std::string_view(pages.name); });
     return row == kLanguages.end() ? nullptr : &*row;
 }
 
-// A locale name is language_TERRITORY.charset@modifier; all but the language may be missing.
-SystemPages PagesOf(std::string_view locale) noexcept {
-    const std::string_view name = locale.substr(0, locale.find_first_of(".@"));
-    const std::string_view language = name.substr(0, name.find('_'));
-    if (language.empty() || language == "C" || language == "POSIX") return kNoLanguage;
-    if (language == "sr" && locale.ends_with("@latin")) return kCentralEuropean;
-    if (language == "uz" && locale.ends_with("@cyrillic")) return kCyrillic;
-    const LanguagePages* row = Find(name);
-    if (row == nullptr) row = Find(language);
+SystemPages PagesOf(const nls::EnvironmentLocale& locale) noexcept {
+    if (locale.language.empty()) return kNoLanguage;
+    if (locale.language == "sr" && locale.modifier == "latin") return kCentralEuropean;
+    if (locale.language == "uz" && locale.modifier == "cyrillic") return kCyrillic;
+    const LanguagePages* row = Find(locale.name);
+    if (row == nullptr) row = Find(locale.language);
     return row == nullptr ? kWestern : row->pages;
 }
 
 std::uint32_t Configured() noexcept {
     std::uint32_t pages = configured.load(std::memory_order_relaxed);
     if (pages != 0) return pages;
-    const SystemPages found = PagesOf(LocaleName());
+    const SystemPages found = PagesOf(nls::ReadEnvironmentLocale());
     const std::uint32_t fresh = Packed(found.ansi, found.oem);
     // Another thread, or SetSystemCodePages, may have been faster; its answer stays.
     return configured.compare_exchange_strong(pages, fresh, std::memory_order_relaxed) ? fresh
