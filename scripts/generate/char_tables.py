@@ -49,6 +49,15 @@ def differences(mapping):
     return [(mapping.get(unit, unit) - unit) % UNITS for unit in range(UNITS)]
 
 
+def first_above(mapping):
+    """Where a mapping changes nothing any more up to the surrogates."""
+    return max((unit for unit in mapping if unit < 0xD800), default=0x7F) + 1
+
+
+def constant(name, value):
+    return f"inline constexpr char16_t {name} = 0x{value:04X};\n"
+
+
 class Blocks:
     """The second stage, shared by any number of first stages."""
 
@@ -124,8 +133,11 @@ def case_table(folder):
     stages += array("std::uint8_t", "kUpperStage", blocks.add(differences(upper)))
     return header(
         "CaseTable.gen.h", "lower.tsv",
-        "What to add to a unit, modulo 65,536, for its lower or upper case.",
+        "What to add to a unit, modulo 65,536, for its lower or upper case; and the first unit from which\n"
+        "on nothing changes up to the surrogates.",
         f"inline constexpr unsigned int kCaseShift = {SHIFT};\n"
+        + constant("kFirstAboveLower", first_above(lower))
+        + constant("kFirstAboveUpper", first_above(upper))
         + stages + array("std::uint16_t", "kCaseBlocks", blocks.values))
 
 
@@ -150,25 +162,30 @@ def mapping_tables(folder):
     decompositions = [[int(cell, 16) for cell in row] for row in read_rows(folder, "decomposition")]
     assert all(not any(units[3:]) for _, *units in decompositions)
     mappings = {
-        "kBaseStage": {code: units[0] for code, *units in decompositions},
-        "kDigitStage": read_mapping(folder, "digits"),
-        "kZoneStage": read_mapping(folder, "czone"),
-        "kKatakanaStage": read_mapping(folder, "hira2kata"),
-        "kHiraganaStage": read_mapping(folder, "kata2hira"),
+        "Base": {code: units[0] for code, *units in decompositions},
+        "Digit": read_mapping(folder, "digits"),
+        "Zone": read_mapping(folder, "czone"),
+        "Katakana": read_mapping(folder, "hira2kata"),
+        "Hiragana": read_mapping(folder, "kata2hira"),
     }
-    blocks = Blocks()
-    stages = "".join(array("std::uint8_t", name, blocks.add(differences(mapping)))
+    blocks, places = Blocks(), Blocks()
+    stages = "".join(constant(f"kFirstAbove{name}", first_above(mapping))
+                     + array("std::uint8_t", f"k{name}Stage", blocks.add(differences(mapping)))
                      for name, mapping in mappings.items())
+    place = {row[0]: at for at, row in enumerate(decompositions, 1)}
+    place_stage = places.add([place.get(unit, 0) for unit in range(UNITS)])
     return header(
         "Tables/MappingTables.h", "decomposition.tsv, digits.tsv, czone.tsv, hira2kata.tsv, kata2hira.tsv",
         "What to add to a unit, modulo 65,536, for its base letter, ASCII digit, form outside the\n"
-        "compatibility zone, katakana or hiragana; and the full canonical decompositions, in ascending\n"
-        "order, padded with 0.",
-        "struct Decomposition {\n    char16_t code;\n    char16_t units[3];\n};\n\n"
+        "compatibility zone, katakana or hiragana, and the first unit from which on nothing changes up to\n"
+        "the surrogates; the full canonical decompositions, padded with 0, that a table of two stages\n"
+        "numbers from 1 on.",
         f"inline constexpr unsigned int kMappingShift = {SHIFT};\n"
         + stages + array("std::uint16_t", "kMappingBlocks", blocks.values)
-        + rows("Decomposition", "kDecompositions",
-               [(hex(code), "{" + ", ".join(map(hex, units[:3])) + "}") for code, *units in decompositions]))
+        + array("std::uint8_t", "kDecompositionStage", place_stage)
+        + array("std::uint16_t", "kDecompositionBlocks", places.values)
+        + rows("char16_t", "kDecompositions", [map(hex, units[:3]) for _, *units in decompositions])
+          .replace("[601]", "[601][3]"))
 
 
 def numeric_table(folder):

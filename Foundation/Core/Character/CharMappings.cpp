@@ -16,43 +16,78 @@ using platform::UnitMap;
 static_assert(kCaseShift == UnitMap::kShift && kMappingShift == UnitMap::kShift);
 
 constexpr UnitMap LowerMap() {
-    return {kLowerStage, kCaseBlocks, true, u'A', u'Z', 'a' - 'A'};
+    return {kLowerStage, kCaseBlocks, kFirstAboveLower, true, u'A', u'Z', 'a' - 'A'};
 }
 constexpr UnitMap UpperMap() {
-    return {kUpperStage, kCaseBlocks, true, u'a', u'z', 'A' - 'a'};
+    return {kUpperStage, kCaseBlocks, kFirstAboveUpper, true, u'a', u'z', 'A' - 'a'};
 }
-// The base letter, digit and compatibility-zone maps leave ASCII as it is.
-constexpr UnitMap AsciiKeepingMap(const std::uint8_t* stage) {
-    return {stage, kMappingBlocks, true};
+constexpr UnitMap BaseMap() {
+    return {kBaseStage, kMappingBlocks, kFirstAboveBase, true};
 }
-constexpr UnitMap KanaMap(const std::uint8_t* stage) {
-    return {stage, kMappingBlocks};
+constexpr UnitMap DigitMap() {
+    return {kDigitStage, kMappingBlocks, kFirstAboveDigit, true};
+}
+constexpr UnitMap ZoneMap() {
+    return {kZoneStage, kMappingBlocks, kFirstAboveZone, true};
+}
+constexpr UnitMap KatakanaMap() {
+    return {kKatakanaStage, kMappingBlocks, kFirstAboveKatakana};
+}
+constexpr UnitMap HiraganaMap() {
+    return {kHiraganaStage, kMappingBlocks, kFirstAboveHiragana};
 }
 
 // The decomposition of a unit, empty when it has none.
 std::u16string_view DecompositionOf(char16_t unit) {
-    const auto* const found =
-        std::ranges::lower_bound(kDecompositions, unit, {}, &Decomposition::code);
-    if (found == std::end(kDecompositions) || found->code != unit) return {};
-    return {found->units, found->units[2] == 0 ? 2U : 3U};
+    const unsigned int block = kDecompositionStage[unit >> kMappingShift];
+    const unsigned int number =
+        kDecompositionBlocks[(block << kMappingShift) + (unit & ((1U << kMappingShift) - 1))];
+    if (number == 0) return {};
+    const auto& units = kDecompositions[number - 1];
+    return {units, units[2] == 0 ? 2U : 3U};
 }
+
+// Appends to a string in few large pieces.
+class Gatherer {
+public:
+    explicit Gatherer(CT_UString& out) : out_(out) {}
+
+    void Add(std::u16string_view units) {
+        if (units.size() > std::size(area_) - used_) Flush();
+        if (units.size() > std::size(area_)) {
+            out_.v_Append(units.data(), static_cast<std::uint32_t>(units.size()));
+        } else {
+            std::ranges::copy(units, area_ + used_);
+            used_ += units.size();
+        }
+    }
+    void Flush() {
+        out_.v_Append(area_, static_cast<std::uint32_t>(used_));
+        used_ = 0;
+    }
+
+private:
+    CT_UString& out_;
+    char16_t area_[512];
+    std::size_t used_ = 0;
+};
 
 }  // namespace
 
 char16_t CT_CharMappings::su_ToBase(char16_t unit) {
-    return AsciiKeepingMap(kBaseStage)(unit);
+    return BaseMap()(unit);
 }
 char16_t CT_CharMappings::su_FoldDigit(char16_t unit) {
-    return AsciiKeepingMap(kDigitStage)(unit);
+    return DigitMap()(unit);
 }
 char16_t CT_CharMappings::su_FoldCZone(char16_t unit) {
-    return AsciiKeepingMap(kZoneStage)(unit);
+    return ZoneMap()(unit);
 }
 char16_t CT_CharMappings::su_HiraganaToKatakana(char16_t unit) {
-    return KanaMap(kKatakanaStage)(unit);
+    return KatakanaMap()(unit);
 }
 char16_t CT_CharMappings::su_KatakanaToHiragana(char16_t unit) {
-    return KanaMap(kHiraganaStage)(unit);
+    return HiraganaMap()(unit);
 }
 
 void CT_CharMappings::sv_ToLower(CT_UString* text) {
@@ -62,19 +97,19 @@ void CT_CharMappings::sv_ToUpper(CT_UString* text) {
     sv_MapString(text, UpperMap());
 }
 void CT_CharMappings::sv_ToBase(CT_UString* text) {
-    sv_MapString(text, AsciiKeepingMap(kBaseStage));
+    sv_MapString(text, BaseMap());
 }
 void CT_CharMappings::sv_FoldDigit(CT_UString* text) {
-    sv_MapString(text, AsciiKeepingMap(kDigitStage));
+    sv_MapString(text, DigitMap());
 }
 void CT_CharMappings::sv_FoldCZone(CT_UString* text) {
-    sv_MapString(text, AsciiKeepingMap(kZoneStage));
+    sv_MapString(text, ZoneMap());
 }
 void CT_CharMappings::sv_HiraganaToKatakana(CT_UString* text) {
-    sv_MapString(text, KanaMap(kKatakanaStage));
+    sv_MapString(text, KatakanaMap());
 }
 void CT_CharMappings::sv_KatakanaToHiragana(CT_UString* text) {
-    sv_MapString(text, KanaMap(kHiraganaStage));
+    sv_MapString(text, HiraganaMap());
 }
 
 unsigned int CT_CharMappings::sn_Decompose(char16_t unit, CT_UString* out) {
@@ -86,22 +121,19 @@ unsigned int CT_CharMappings::sn_Decompose(char16_t unit, CT_UString* out) {
 }
 
 void CT_CharMappings::sv_Decompose(const CT_UString* source, CT_UString* destination) {
-    // Only what has another base letter is decomposed; everything between goes over in one piece.
     if (source == nullptr || destination == nullptr) return;
-    const CT_UString text(*source);
-    const char16_t* const units = text.qcuz_Get();
-    const std::uint32_t length = text.n_GetLength();
-    const UnitMap bases = AsciiKeepingMap(kBaseStage);
-    destination->vv_SetSize(length, FALSE);
-    for (std::uint32_t at = 0; at < length;) {
-        const auto next =
-            static_cast<std::uint32_t>(platform::FindMapped(units, at, length, bases));
-        if (next != at) destination->v_Append(units + at, next - at);
-        if (next == length) break;
-        const std::u16string_view parts = DecompositionOf(units[next]);
-        destination->v_Append(parts.data(), static_cast<std::uint32_t>(parts.size()));
-        at = next + 1;
+    const CT_UString kept(*source);  // they may be one string
+    const std::u16string_view text = View(kept);
+    const UnitMap bases = BaseMap();  // just what is decomposed has another base letter
+    destination->vv_SetSize(kept.n_GetLength(), FALSE);
+    Gatherer gatherer(*destination);
+    for (std::size_t from = 0; from < text.size();) {
+        const std::size_t at = platform::FindMapped(text.data(), from, text.size(), bases);
+        gatherer.Add(text.substr(from, at - from));
+        if (at != text.size()) gatherer.Add(DecompositionOf(text[at]));
+        from = at + 1;
     }
+    gatherer.Flush();
 }
 
 void CT_CharMappings::sv_Decompose(CT_UString* text) {

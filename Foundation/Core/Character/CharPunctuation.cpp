@@ -1,8 +1,6 @@
 // The punctuation classes of CT_CharProperties: lists of characters, merged into one table while
 // compiling.
-#include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -71,48 +69,35 @@ constexpr List kLists[] = {
      u"\u30A1\u30A2\u30A3\u30A4\u30A5\u30A6\u30A7\u30A8\u30A9\u30AA"},
 };
 
-struct Entry {
-    char16_t unit;
-    std::uint32_t classes;
-};
-
-// Latin-1 by direct access, everything else by binary search.
+// The upper bits of a unit select a block, the lower bits its classes there; block 0 has none.
 struct Table {
-    static constexpr std::size_t kDirect = 0x100;
+    static constexpr unsigned int kShift = 6;
 
-    std::array<std::uint32_t, kDirect> direct{};
-    std::array<Entry, 160> others{};
-    std::size_t count = 0;
+    std::array<std::uint8_t, (0x10000U >> kShift)> stage{};
+    std::array<std::array<std::uint32_t, 1U << kShift>, 24> blocks{};
+
+    [[nodiscard]] constexpr std::uint32_t operator[](char16_t unit) const {
+        return blocks[stage[unit >> kShift]][unit & ((1U << kShift) - 1)];
+    }
 };
 
-constexpr Table MakeTable() {
+consteval Table MakeTable() {
     Table table;
+    std::uint8_t used = 0;
     for (const auto& [mask, characters] : kLists) {
         for (const char16_t unit : characters) {
-            if (unit < Table::kDirect) {
-                table.direct[unit] |= mask;
-                continue;
-            }
-            const auto end = table.others.begin() + static_cast<std::ptrdiff_t>(table.count);
-            const auto same = std::ranges::find(table.others.begin(), end, unit, &Entry::unit);
-            if (same == end) ++table.count;
-            same->unit = unit;
-            same->classes |= mask;
+            std::uint8_t& block = table.stage[unit >> Table::kShift];
+            if (block == 0) block = ++used;
+            table.blocks[block][unit & ((1U << Table::kShift) - 1)] |= mask;
         }
     }
-    std::ranges::sort(table.others.begin(),
-                      table.others.begin() + static_cast<std::ptrdiff_t>(table.count), {},
-                      &Entry::unit);
     return table;
 }
 
 constexpr Table kTable = MakeTable();
 
 bool Is(char16_t unit, std::uint32_t classes) {
-    if (unit < Table::kDirect) return (kTable.direct[unit] & classes) != 0;
-    const auto end = kTable.others.begin() + kTable.count;
-    const auto entry = std::ranges::lower_bound(kTable.others.begin(), end, unit, {}, &Entry::unit);
-    return entry != end && entry->unit == unit && (entry->classes & classes) != 0;
+    return (kTable[unit] & classes) != 0;
 }
 
 constexpr std::uint32_t kBracket = kOpeningBracket | kClosingBracket;

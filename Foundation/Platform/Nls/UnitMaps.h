@@ -12,22 +12,26 @@
 namespace platform {
 
 // The upper bits of a unit select a block in `stage`; its lower 6 bits select what to add to the
-// unit, modulo 65,536, in that block. When `ascii` is set, the table changes of U+0000 to U+007F
-// just the units from `first` to `last`, all by `ascii_difference`.
+// unit, modulo 65,536, in that block. From `quiet` on, up to U+D7FF, nothing changes. When `ascii`
+// is set, the table changes of U+0000 to U+007F just the units from `first` to `last`, all by
+// `difference`.
 struct UnitMap {
     static constexpr unsigned int kShift = 6;
 
-    [[nodiscard]] char16_t operator()(char16_t unit) const noexcept {
+    [[nodiscard]] std::uint16_t Difference(char16_t unit) const noexcept {
         const std::size_t block = stage[unit >> kShift];
-        return static_cast<char16_t>(unit +
-                                     blocks[(block << kShift) + (unit & ((1U << kShift) - 1))]);
+        return blocks[(block << kShift) + (unit & ((1U << kShift) - 1))];
+    }
+    [[nodiscard]] char16_t operator()(char16_t unit) const noexcept {
+        return static_cast<char16_t>(unit + Difference(unit));
     }
 
     const std::uint8_t* stage;
     const std::uint16_t* blocks;
+    char16_t quiet;
     bool ascii = false;
     char16_t first = 1, last = 0;
-    std::int16_t ascii_difference = 0;
+    std::int16_t difference = 0;
 };
 
 // Index of the first unit from `from` on that the map changes, `length` when there is none.
