@@ -56,10 +56,10 @@ constexpr bool AreSorted() {
 }
 static_assert(AreSorted(), "the lists are searched by halves");
 
-Rule RuleOf(LANGID language) {
-    switch (CT_Language::seo_GetPrimary(language)) {
+Rule RuleOf(unsigned int language_id) {
+    switch (CT_Language::seo_GetPrimary(language_id)) {
         case CT_Language::kChinese:
-            switch (CT_Language::seo_GetSub(language)) {
+            switch (CT_Language::seo_GetSub(language_id)) {
                 case CT_Language::kSubNeutral:
                 case CT_Language::kSubDefault:
                 case CT_Language::kChineseTaiwan:
@@ -79,10 +79,10 @@ Rule RuleOf(LANGID language) {
 
 }  // namespace
 
-BOOL CT_CharProperties::sb_CanStartLine(char16_t unit, LANGID language) {
-    return !std::ranges::binary_search(RuleOf(language).no_start, unit);
+BOOL CT_CharProperties::sb_CanStartLine(char16_t unit, unsigned int language_id) {
+    return !std::ranges::binary_search(RuleOf(language_id).no_start, unit);
 }
 
-BOOL CT_CharProperties::sb_CanEndLine(char16_t unit, LANGID language) {
-    return !std::ranges::binary_search(RuleOf(language).no_end, unit);
+BOOL CT_CharProperties::sb_CanEndLine(char16_t unit, unsigned int language_id) {
+    return !std::ranges::binary_search(RuleOf(language_id).no_end, unit);
 }

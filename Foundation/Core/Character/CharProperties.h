@@ -301,8 +301,8 @@ public:
     // Whether a line may begin or end with the character, in Chinese (traditional for Taiwan, Hong
     // Kong, and where the language identifier names no country; simplified for all others),
     // Japanese and Korean. TRUE for any other language.
-    [[nodiscard]] static BOOL sb_CanStartLine(char16_t unit, LANGID language);
-    [[nodiscard]] static BOOL sb_CanEndLine(char16_t unit, LANGID language);
+    [[nodiscard]] static BOOL sb_CanStartLine(char16_t unit, unsigned int language_id);
+    [[nodiscard]] static BOOL sb_CanEndLine(char16_t unit, unsigned int language_id);
 
     // Whether `size` bytes look like UTF-16 text. On the NT platform family the platform's tests of
     // ASCII as 16-bit units, controls and byte-order marks decide, in both byte orders, with those

@@ -84,7 +84,7 @@ std::size_t FindMapped(const char16_t* text, std::size_t from, std::size_t lengt
     while (i + kUnits <= length) {
         const __m128i units = LoadBlock(text + i);
         if (blocks.ArePlain(units)) {
-            if (Any(blocks.InRange(units)) && find_until(i + kUnits)) return i;
+            if (Any(blocks.InRange(units))) break;
             i += kUnits;
         } else if (HoldHighSurrogate(units)) {
             if (find_until(i + kUnits)) return i;

@@ -1,10 +1,11 @@
-// CT_CharProperties: UTF-16 detection and membership in code pages.
+// CT_CharProperties: UTF-16 detection, membership in code pages, sequences.
 #include "Foundation/Core/Character/CharProperties.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Nls/CodePages.h"
 
 namespace {
@@ -105,6 +106,31 @@ TEST(CharPropertiesTest, ListsAgreeWithTheConversionTables) {
             EXPECT_NE(decoded.find(static_cast<char16_t>(unit)), std::u16string::npos) << unit;
         }
         EXPECT_EQ(listed, decoded.size());
+    }
+}
+
+TEST(CharPropertiesTest, SequencesEndWithTheCountOrTheText) {
+    struct Case {
+        const char16_t* text;
+        std::uint32_t start, count;
+        BOOL passes;
+    };
+    for (const auto [text, start, count, passes] : {Case{u"abc1", 0, 3, TRUE},
+                                                    {u"abc1", 0, 4, FALSE},
+                                                    {u"1abc", 1, 3, TRUE},
+                                                    {u"abc", 0, 10, TRUE},
+                                                    {u"abc", 2, ~0U, TRUE},
+                                                    {u"abc", 3, 1, FALSE},
+                                                    {u"abc", ~0U, 1, FALSE},
+                                                    {u"abc", 0, 0, FALSE},
+                                                    {u"", 0, 1, FALSE},
+                                                    {nullptr, 0, 1, FALSE}}) {
+        using CT = CT_CharProperties;
+        EXPECT_EQ(CT::sb_IsSequenceOf(text, CT::sb_IsAlpha, start, count), passes);
+        const CT_UString string(text);
+        EXPECT_EQ(
+            CT::sb_IsSequenceOf(text == nullptr ? nullptr : &string, CT::sb_IsAlpha, start, count),
+            passes);
     }
 }
 
