@@ -8,6 +8,7 @@
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Frame/StringTable.h"
 #include "Foundation/Core/Language/Language.h"
+#include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Dialogs.h"
@@ -57,6 +58,8 @@ CT_UString CT_UString::sco_Object(&CT_UString::sco_Type);
 // ---- Static objects of classes ------------------------------------------------------------------
 
 CT_UString CT_BasisDLLMain::sco_ModuleName;
+
+CT_Exit CT_LocaleInfo::sco_Exit(u"CT_LocaleInfo", u"sv_Exit", &CT_LocaleInfo::sv_Exit);
 
 // ---- The entry point ----------------------------------------------------------------------------
 

@@ -9,6 +9,7 @@
 #include "Foundation/Core/CompList/CompList.h"
 #include "Foundation/Core/Language/LanguageTable.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Nls/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
 using foundation::detail::kPrimaryRows;
@@ -152,11 +153,6 @@ Text NextPart(Text& rest) {
     return part;
 }
 
-bool IsLetter(char16_t unit) {
-    const char16_t upper = platform::ToUpper(unit);
-    return upper >= u'A' && upper <= u'Z';
-}
-
 struct CodeParts {
     Text language;
     Text country;  // empty: none given
@@ -166,7 +162,8 @@ struct CodeParts {
 // when something follows it.
 CodeParts SplitCode(Text code) {
     std::size_t looked_at = 0;
-    while (looked_at < std::min<std::size_t>(code.size(), 4) && IsLetter(code[looked_at++])) {
+    while (looked_at < std::min<std::size_t>(code.size(), 4) &&
+           platform::IsCharAlpha(code[looked_at++])) {
     }
     if (looked_at == code.size()) return {code, {}};
     return {code.substr(0, looked_at - 1), code.substr(looked_at)};

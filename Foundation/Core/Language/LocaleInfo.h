@@ -11,7 +11,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class CT_StringOrdinalMap;
+class CT_Exit;
 class CT_UString;
 
 class FOUNDATION_API CT_LocaleInfo {
@@ -146,7 +146,10 @@ public:
     [[nodiscard]] static BOOL sb_IsValidCodePage(unsigned int number);
 
 private:
+    static void sv_Exit();
     static BOOL sb_CollectLocaleInfo(char16_t* lcid_text);
+
+    static CT_Exit sco_Exit;
 };
 
 #endif

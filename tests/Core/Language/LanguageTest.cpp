@@ -231,6 +231,7 @@ TEST(LanguageTest, CodesAreSplitAtTheFirstCharacterThatIsNoLetter) {
     for (const auto& [code, result] :
          std::map<std::string, std::string>{{"en-us", "9/28"},
                                             {"EN_US", "9/28"},
+                                            {"EN\u4E00US", "- 777/777"},
                                             {"EN US", "9/28"},
                                             {"EN", "9/0"},
                                             {"BG", "2/1"},
