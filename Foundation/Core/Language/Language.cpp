@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "Foundation/Core/CompList/CompList.h"
-#include "Foundation/Core/Language/LanguageTable.h"
+#include "Foundation/Core/Language/Tables/LanguageTable.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Nls/Locales.h"
 #include "Foundation/Platform/Runtime.h"

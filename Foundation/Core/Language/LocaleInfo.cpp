@@ -228,7 +228,7 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, unsigned int* numb
 }
 
 void CT_LocaleInfo::sv_CollectValues(et_Type type, char16_t separator, CT_UString* values) {
-    values->v_Set();
+    values->vv_Init();
     Collection found{type, CT_StringOrdinalMap()};
     Collection* const outer = std::exchange(collection, &found);
     platform::EnumSystemLocales(&sb_CollectLocaleInfo, platform::kLocaleInstalled);

@@ -3,8 +3,8 @@
 // the types. The type kFallbackType has, as decimal text, the locale that answers what the list
 // lacks. Texts are in the rows, so that the tables need no relocation. Included by
 // ProprietaryLocales.cpp only.
-#ifndef FOUNDATION_CORE_LANGUAGE_PROPRIETARYTABLES_H
-#define FOUNDATION_CORE_LANGUAGE_PROPRIETARYTABLES_H
+#ifndef FOUNDATION_CORE_LANGUAGE_TABLES_PROPRIETARYTABLES_H
+#define FOUNDATION_CORE_LANGUAGE_TABLES_PROPRIETARYTABLES_H
 
 #include <array>
 #include <cstdint>

@@ -1,8 +1,8 @@
 // The language catalogue: one row per primary language and one per sub-language, with the numbers
 // of the platform's language identifiers. The rows of one language's sub-languages are consecutive.
 // Texts are in the rows, so that the tables need no relocation. Included by Language.cpp only.
-#ifndef FOUNDATION_CORE_LANGUAGE_LANGUAGETABLE_H
-#define FOUNDATION_CORE_LANGUAGE_LANGUAGETABLE_H
+#ifndef FOUNDATION_CORE_LANGUAGE_TABLES_LANGUAGETABLE_H
+#define FOUNDATION_CORE_LANGUAGE_TABLES_LANGUAGETABLE_H
 
 #include <array>
 #include <cstdint>
