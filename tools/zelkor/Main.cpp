@@ -30,6 +30,7 @@ int Run(int argc, char** argv) {
     zelkor::AddConvertCommand(app);
     zelkor::AddEncodingCommand(app);
     zelkor::AddRecordsCommand(app);
+    zelkor::AddLocaleCommand(app);
     app.add_subcommand("version", "Print the product version and edition.")->callback(PrintVersion);
     app.footer("Exit status: 0 done, 1 the work failed, 2 bad usage.");
     try {

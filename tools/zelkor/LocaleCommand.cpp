@@ -1,0 +1,349 @@
+// zelkor locale: what the library knows of languages and locales.
+#include <Foundation/Core/Language/Codepage.h>
+#include <Foundation/Core/Language/Language.h>
+#include <Foundation/Core/Language/Locale.h>
+#include <Foundation/Core/Language/LocaleInfo.h>
+#include <Foundation/Core/String/FormatString.h>
+#include <Foundation/Core/String/UString.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Columns.h"
+#include "Commands.h"
+#include "Console.h"
+
+namespace zelkor {
+
+namespace {
+
+using Info = CT_LocaleInfo;
+using Text = std::u16string;
+using Rows = std::vector<std::vector<Text>>;
+
+// ---- Reading what the user typed
+// -----------------------------------------------------------------
+
+// 1031, 0x407, 0407; nothing when it does not begin with a digit. The base follows from the zero.
+std::optional<unsigned long> ReadNumber(const std::string& word) {
+    if (word[0] < '0' || word[0] > '9') return {};
+    std::size_t used = 0;
+    unsigned long number = 0xFFFFFFFF;
+    try {
+        number = std::stoul(word, &used, word[0] == '0' ? 16 : 10);
+    } catch (const std::exception&) {
+        used = 0;
+    }
+    return used == word.size() ? number : 0xFFFFFFFF;
+}
+
+// A language's code means its default sub-language, as it does for CT_Locale.
+LCID Identify(CT_Language::et_Primary primary, CT_Language::et_Sub sub) {
+    if (sub == CT_Language::kSubNeutral) sub = CT_Language::kSubDefault;
+    return CT_Language::sn_MakeLanguageID(primary, sub);
+}
+
+// A code, a display name or a locale number; anything else ends the command with bad usage.
+LCID ParseLocale(const std::string& word) {
+    const CT_UString text = FromUtf8(word);
+    CT_Language::et_Primary primary = CT_Language::kNeutral;
+    CT_Language::et_Sub sub = CT_Language::kSubDefault;
+    if (const auto number = word.empty() ? std::nullopt : ReadNumber(word)) {
+        const auto lcid = static_cast<LCID>(*number);
+        if (*number <= 0xFFFFF && (CT_Locale(lcid).b_IsValidLCID() || Info::sb_IsSupported(lcid))) {
+            return lcid;
+        }
+    } else if (CT_Language::sb_GetLanguages(&primary, &sub, &text)) {
+        return Identify(primary, sub);
+    } else {
+        const unsigned int language_id = CT_Language::sn_GetLanguageID(text.qcuz_Get());
+        CT_UString name;
+        CT_Language::sv_GetLanguages(language_id, &primary, &sub);
+        CT_Language::sv_MakeLanguageString(&name, primary, sub);
+        const bool whole = text.n_Find(u"(") == 0xFFFFFFFF || sub > CT_Language::kSubDefault;
+        if (primary != CT_Language::kNeutral && whole) return language_id;
+    }
+    throw Failure("'" + word +
+                      "' is no language code, name or locale number; "
+                      "zelkor locale --list shows all",
+                  2);
+}
+
+// ---- What is known
+// -----------------------------------------------------------------------------------
+
+Text ToText(const CT_UString& text) {
+    return {text.qcuz_Get(), text.n_GetLength()};
+}
+
+Text ToText(const char16_t* text) {
+    return text == nullptr ? Text() : Text(text);
+}
+
+Text ToText(std::string_view ascii) {
+    return {ascii.begin(), ascii.end()};
+}
+
+Text Hexadecimal(LCID lcid) {
+    char text[12];
+    std::snprintf(text, sizeof text, "0x%04X", lcid);
+    return ToText(text);
+}
+
+struct Item {
+    const char* label;
+    const char* key;  // of the JSON form
+    Text value;
+    bool is_number = false;
+};
+
+struct Sheet {
+    LCID lcid;
+    std::vector<Item> items;
+    std::vector<Text> days, short_days, months, short_months;
+};
+
+Text Value(LCID lcid, unsigned int type) {
+    CT_UString value;
+    Info::sb_GetLocaleInfo(lcid, static_cast<Info::et_Type>(type), &value);
+    return ToText(value);
+}
+
+std::vector<Text> Values(LCID lcid, unsigned int first, unsigned int last) {
+    std::vector<Text> values;
+    for (unsigned int type = first; type <= last; ++type) values.push_back(Value(lcid, type));
+    return values;
+}
+
+Text NameOf(LCID lcid) {
+    CT_UString name;
+    CT_Language::sv_MakeLanguageString(&name, CT_Language::seo_GetPrimary(lcid),
+                                       CT_Language::seo_GetSub(lcid));
+    return ToText(name);
+}
+
+Text CodeOf(LCID lcid) {
+    CT_UString code;
+    CT_Language::sv_MakeLanguageCode(&code, CT_Language::seo_GetPrimary(lcid),
+                                     CT_Language::seo_GetSub(lcid));
+    return ToText(code);
+}
+
+// "1252 windows-1252"
+Text PageOf(unsigned int number) {
+    const Text name = ToText(CT_Codepage(number).qcuz_Get());
+    return ToText(std::to_string(number)) + (name.empty() ? Text() : u" " + name);
+}
+
+Text NumberOf(LCID lcid, float value) {
+    CT_UString number;
+    const Text grouping = Value(lcid, Info::kGrouping);
+    CT_FormatString::sb_FormatNumber(&number, value, lcid, 2, grouping.c_str());
+    return ToText(number);
+}
+
+Text OwnDigits(LCID lcid) {
+    const Text digits = Value(lcid, Info::kNativeDigits);
+    return digits == u"0123456789" ? Text() : digits;
+}
+
+Text FirstDay(LCID lcid) {
+    unsigned int day = 0;
+    if (!Info::sb_GetLocaleInfo(lcid, Info::kFirstDayOfWeek, &day) || day > 6) return {};
+    return Value(lcid, Info::kDayName1 + day);
+}
+
+std::vector<Item> ItemsOf(LCID lcid) {
+    const auto page = [lcid](Info::et_Type type) {
+        unsigned int number = 0;
+        return Info::sb_GetLocaleInfo(lcid, type, &number) && number > 2 ? PageOf(number) : Text();
+    };
+    const Text charset = ToText(std::to_string(Info::sn_GetDefaultCharset(lcid)));
+    return {
+        {"language", "language", Value(lcid, Info::kEnglishLanguage)},
+        {"  own name", "ownLanguage", Value(lcid, Info::kNativeLanguage)},
+        {"  ISO 639", "isoLanguage", Value(lcid, Info::kIso639Language)},
+        {"  abbreviation", "languageAbbreviation", Value(lcid, Info::kAbbrevLanguage)},
+        {"country", "country", Value(lcid, Info::kEnglishCountry)},
+        {"  own name", "ownCountry", Value(lcid, Info::kNativeCountry)},
+        {"  ISO 3166", "isoCountry", Value(lcid, Info::kIso3166Country)},
+        {"  telephone", "countryCode", Value(lcid, Info::kCountryCode), true},
+        {"ANSI page", "ansiPage", PageOf(Info::sn_GetDefaultANSICodePage(lcid))},
+        {"OEM page", "oemPage", page(Info::kOemCodePage)},
+        {"Macintosh page", "macintoshPage",
+         PageOf(CT_Locale::sn4_DefaultMacCodepageFromLocale(lcid))},
+        {"character set", "charset", charset, true},
+        {"written", "direction", Info::sb_IsRTL(lcid) ? u"right to left" : u"left to right"},
+        {"numbers", "number", NumberOf(lcid, 1234567.5F)},
+        {"  negative", "negativeNumber", NumberOf(lcid, -1234567.5F)},
+        {"  grouping", "grouping", Value(lcid, Info::kGrouping)},
+        {"  own digits", "ownDigits", OwnDigits(lcid)},
+        {"  list separator", "listSeparator", Value(lcid, Info::kListSeparator)},
+        {"currency", "currency", Value(lcid, Info::kCurrencySymbol)},
+        {"  ISO 4217", "isoCurrency", Value(lcid, Info::kIntlCurrencySymbol)},
+        {"short date", "shortDate", Value(lcid, Info::kShortDate)},
+        {"long date", "longDate", Value(lcid, Info::kLongDate)},
+        {"time", "time", Value(lcid, Info::kTimeFormat)},
+        {"  morning", "morning", Value(lcid, Info::kMorningMark)},
+        {"  afternoon", "afternoon", Value(lcid, Info::kAfternoonMark)},
+        {"week begins", "firstDay", FirstDay(lcid)},
+        {"data", "data",
+         Info::sb_IsProprietary(lcid) ? u"the library's own list"
+         : Info::sb_IsSupported(lcid) ? u""
+                                      : u"none beyond the catalogue"},
+    };
+}
+
+Sheet SheetOf(LCID lcid) {
+    return {lcid,
+            ItemsOf(lcid),
+            Values(lcid, Info::kDayName1, Info::kDayName7),
+            Values(lcid, Info::kAbbrevDayName1, Info::kAbbrevDayName7),
+            Values(lcid, Info::kMonthName1, Info::kMonthName12),
+            Values(lcid, Info::kAbbrevMonthName1, Info::kAbbrevMonthName12)};
+}
+
+// ---- Showing it
+// ------------------------------------------------------------------------------------------
+
+void Print(const Sheet& sheet) {
+    std::fputs(Aligned({{NameOf(sheet.lcid), CodeOf(sheet.lcid), Hexadecimal(sheet.lcid),
+                         ToText(std::to_string(sheet.lcid))}},
+                       "")
+                   .c_str(),
+               stdout);
+    Rows rows;
+    for (const Item& item : sheet.items) {
+        if (!item.value.empty()) rows.push_back({ToText(item.label), item.value});
+    }
+    std::fputs(Aligned(rows, "  ").c_str(), stdout);
+    if (sheet.months[0].empty()) return;
+    Rows names;
+    for (std::size_t i = 0; i < sheet.months.size(); ++i) {
+        const bool day = i < sheet.days.size();
+        names.push_back({ToText(std::to_string(i + 1)), sheet.short_months[i], sheet.months[i],
+                         day ? sheet.short_days[i] : Text(), day ? sheet.days[i] : Text()});
+    }
+    std::fputs(("\n" + Aligned(names, "  ")).c_str(), stdout);
+}
+
+std::string JsonList(const std::vector<Text>& texts) {
+    std::string list;
+    for (const Text& text : texts) list += (list.empty() ? "" : ", ") + JsonText(text);
+    return "[" + list + "]";
+}
+
+std::string JsonHead(LCID lcid) {
+    return "{\"code\": " + JsonText(CodeOf(lcid)) + ", \"lcid\": " + std::to_string(lcid) +
+           ", \"name\": " + JsonText(NameOf(lcid));
+}
+
+std::string Json(const Sheet& sheet) {
+    std::string object = JsonHead(sheet.lcid);
+    for (const Item& item : sheet.items) {
+        if (item.value.empty()) continue;
+        object += ",\n  \"" + std::string(item.key) + "\": ";
+        object += item.is_number ? std::string(item.value.begin(), item.value.end())
+                                 : JsonText(item.value);
+    }
+    return object + ",\n  \"days\": " + JsonList(sheet.days) +
+           ",\n  \"shortDays\": " + JsonList(sheet.short_days) +
+           ",\n  \"months\": " + JsonList(sheet.months) +
+           ",\n  \"shortMonths\": " + JsonList(sheet.short_months) + "}";
+}
+
+void PrintArray(const std::vector<std::string>& objects) {
+    const char* separator = "[\n";
+    for (const std::string& object : objects) {
+        std::printf("%s%s", separator, object.c_str());
+        separator = ",\n";
+    }
+    std::puts("\n]");
+}
+
+void Show(const std::vector<std::string>& words, bool json) {
+    std::vector<LCID> locales;
+    for (const std::string& word : words) locales.push_back(ParseLocale(word));
+    std::vector<std::string> objects;
+    const char* separator = "";
+    for (const LCID lcid : locales) {
+        const Sheet sheet = SheetOf(lcid);
+        if (json) {
+            objects.push_back(Json(sheet));
+        } else {
+            std::fputs(std::exchange(separator, "\n"), stdout);
+            Print(sheet);
+        }
+    }
+    if (json) PrintArray(objects);
+}
+
+// ---- The whole catalogue
+// ------------------------------------------------------------------------------
+
+struct Entry {
+    Text code;
+    LCID lcid;
+    Text name;
+};
+
+// Every language by name, each followed by its own sub-languages.
+std::vector<Entry> Catalogue() {
+    std::vector<CT_Language::et_Primary> languages;
+    for (unsigned int value = 1; value <= CT_Language::sn_GetPrimaryCount(); ++value) {
+        languages.push_back(static_cast<CT_Language::et_Primary>(value));
+    }
+    std::ranges::sort(languages, {}, [](CT_Language::et_Primary language) {
+        return ToText(CT_Language::sqcuz_GetLanguage(language));
+    });
+    std::vector<Entry> entries;
+    for (const auto language : languages) {
+        entries.push_back({ToText(CT_Language::sqcuz_GetLanguageCode(language)),
+                           CT_Language::sn_MakeLanguageID(language, CT_Language::kSubDefault),
+                           ToText(CT_Language::sqcuz_GetLanguage(language))});
+        for (unsigned int at = 1; at <= CT_Language::sn_GetSubCount(language); ++at) {
+            const LCID lcid =
+                CT_Language::sn_MakeLanguageID(language, CT_Language::seo_GetSubAt(language, at));
+            entries.push_back({CodeOf(lcid), lcid, NameOf(lcid)});
+        }
+    }
+    return entries;
+}
+
+void ListAll(bool json) {
+    Rows rows;
+    std::vector<std::string> objects;
+    for (const Entry& entry : Catalogue()) {
+        rows.push_back({entry.code, Hexadecimal(entry.lcid), entry.name});
+        objects.push_back("{\"code\": " + JsonText(entry.code) + ", \"lcid\": " +
+                          std::to_string(entry.lcid) + ", \"name\": " + JsonText(entry.name) + "}");
+    }
+    if (json) return PrintArray(objects);
+    std::fputs(Aligned(rows, "").c_str(), stdout);
+}
+
+}  // namespace
+
+void AddLocaleCommand(CLI::App& app) {
+    CLI::App* command = app.add_subcommand(
+        "locale", "Tell what is known of languages and locales: names, code pages, forms.");
+    auto words = std::make_shared<std::vector<std::string>>();
+    auto list = std::make_shared<bool>(false);
+    auto json = std::make_shared<bool>(false);
+    command->add_option("LOCALE", *words,
+                        "A code (de, DE-CH), a name (\"German (Switzerland)\") or a locale number "
+                        "(2055, 0x807)");
+    command->add_flag("--list", *list, "Every language and sub-language: code, number, name");
+    command->add_flag("--json", *json, "As JSON");
+    command->callback([words, list, json] {
+        if (*list == !words->empty()) throw Failure("give a locale or --list", 2);
+        if (*list) return ListAll(*json);
+        Show(*words, *json);
+    });
+}
+
+}  // namespace zelkor
