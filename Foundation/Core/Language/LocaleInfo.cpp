@@ -4,7 +4,6 @@
 #include <array>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include "Foundation/Core/Container/StringOrdinalMap.h"
 #include "Foundation/Core/Language/AnsiCodePages.h"
@@ -65,12 +64,19 @@ bool IsNumeric(std::uint32_t type) {
         kRanges, [type](Range range) { return type >= range.first && type <= range.last; });
 }
 
-// The distinct values of one type, as sv_CollectValues gathers them on one thread.
+// The distinct values of one type, as sv_CollectValues gathers them on one thread. The one being
+// filled is `current`.
 struct Collection {
+    explicit Collection(CT_LocaleInfo::et_Type wanted) : type(wanted) { current = this; }
+    ~Collection() { current = nullptr; }
+    Collection(const Collection&) = delete;
+    Collection& operator=(const Collection&) = delete;
+
+    static constinit thread_local Collection* current;
     CT_LocaleInfo::et_Type type;
     CT_StringOrdinalMap values;
 };
-constinit thread_local Collection* collection = nullptr;
+constinit thread_local Collection* Collection::current = nullptr;
 
 // ---- Code pages and character sets
 // ------------------------------------------------------------------
@@ -229,10 +235,8 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, unsigned int* numb
 
 void CT_LocaleInfo::sv_CollectValues(et_Type type, char16_t separator, CT_UString* values) {
     values->vv_Init();
-    Collection found{type, CT_StringOrdinalMap()};
-    Collection* const outer = std::exchange(collection, &found);
+    Collection found(type);
     platform::EnumSystemLocales(&sb_CollectLocaleInfo, platform::kLocaleInstalled);
-    collection = outer;
     for (std::uint32_t position = 1; position <= found.values.n_GetCount(); ++position) {
         if (position > 1) values->v_Append(separator);  // which ignores a zero
         values->v_Append(found.values.pcco_Get(position));
@@ -243,8 +247,9 @@ BOOL CT_LocaleInfo::sb_CollectLocaleInfo(char16_t* lcid_text) {
     constexpr int kHexadecimal = 16;
     const auto lcid = static_cast<LCID>(platform::ReadLong(lcid_text, kHexadecimal).value);
     CT_UString value;
-    if (sb_GetLocaleInfo(lcid, collection->type, &value) && collection->values.n_Get(&value) == 0) {
-        collection->values.v_Insert(&value, CT_StringOrdinalMap::kEnd);
+    Collection& found = *Collection::current;
+    if (sb_GetLocaleInfo(lcid, found.type, &value) && found.values.n_Get(&value) == 0) {
+        found.values.v_Insert(&value, CT_StringOrdinalMap::kEnd);
     }
     return TRUE;
 }

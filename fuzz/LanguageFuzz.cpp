@@ -1,0 +1,63 @@
+// Any text as a language code, as a display name and as the code of a locale: what is understood
+// leads back to itself through the text that the library makes of it.
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "Foundation/Core/Exception/Exception.h"
+#include "Foundation/Core/Exception/ExceptionManager.h"
+#include "Foundation/Core/Language/Language.h"
+#include "Foundation/Core/Language/Locale.h"
+#include "Foundation/Core/String/UString.h"
+
+namespace {
+
+void Require(bool holds) {
+    if (!holds) std::abort();
+}
+
+void ReadCode(const CT_UString& code) {
+    CT_Language::et_Primary primary = CT_Language::kNeutral, again = CT_Language::kNeutral;
+    CT_Language::et_Sub sub = CT_Language::kSubNeutral, sub_again = CT_Language::kSubNeutral;
+    if (!CT_Language::sb_GetLanguages(&primary, &sub, &code)) return;
+    CT_UString made;
+    CT_Language::sv_MakeLanguageCode(&made, primary, sub);
+    Require(CT_Language::sb_GetLanguages(&again, &sub_again, &made));
+    Require(again == primary && sub_again == sub);
+}
+
+void ReadName(const CT_UString& name) {
+    const unsigned int id = CT_Language::sn_GetLanguageID(name.qcuz_Get());
+    CT_UString made;
+    CT_Language::sv_MakeLanguageString(&made, CT_Language::seo_GetPrimary(id),
+                                       CT_Language::seo_GetSub(id));
+    // "Neutral (Neutral)" is read as 0, whose name is "Neutral", which is read as its default.
+    Require(id == 0 || CT_Language::sn_GetLanguageID(made.qcuz_Get()) == id);
+}
+
+void ReadLocale(const CT_UString& code) {
+    const std::uint32_t length = code.n_GetLength();
+    try {
+        const CT_Locale locale(&code);
+        Require(length == 2 || length == 3 || length == 5);
+        Require(locale.b_IsValidCodepage());
+    } catch (const CT_Exception& exception) {
+        Require(exception.n_GetCode() == 22);
+        CT_ExceptionManager::spco_Get()->v_Clear();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    CT_UString text;
+    for (std::size_t i = 0; i + 1 < size; i += 2) {
+        char16_t unit;
+        std::memcpy(&unit, data + i, sizeof unit);
+        text.v_Append(unit);
+    }
+    ReadCode(text);
+    ReadName(text);
+    ReadLocale(text);
+    return 0;
+}

@@ -1,0 +1,378 @@
+// CT_Locale and CT_LocaleInfo: every locale number through the accessors, the library's own data,
+// what stands in where the platform knows nothing, and use from several threads.
+#include "Foundation/Core/Language/Locale.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <map>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Foundation/Core/Exception/Exception.h"
+#include "Foundation/Core/Exception/ExceptionManager.h"
+#include "Foundation/Core/Language/LocaleInfo.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Nls/Locales.h"
+#include "Support/Errors.h"
+#include "Support/Text.h"
+
+namespace {
+
+using Info = CT_LocaleInfo;
+using Page = CT_Codepage::et_Codepage;
+
+constexpr LCID kUnknownSort = 0xF0000;  // no locale has it, so the platform knows none of these
+
+Info::et_Type Type(unsigned int type) {
+    return static_cast<Info::et_Type>(type);
+}
+
+// "(none)" when there is no answer.
+std::string Value(LCID lcid, unsigned int type) {
+    CT_UString value;
+    if (!Info::sb_GetLocaleInfo(lcid, Type(type), &value)) return "(none)";
+    return test::Utf8({value.qcuz_Get(), value.n_GetLength()});
+}
+
+// The value that the first row with the key gives: "1 2 3=10, 4=20", otherwise "other".
+unsigned int Look(const std::map<std::string, unsigned int>& rows, unsigned int key,
+                  unsigned int other) {
+    const std::string word = " " + std::to_string(key) + " ";
+    for (const auto& [keys, value] : rows) {
+        if ((" " + keys + " ").find(word) != std::string::npos) return value;
+    }
+    return other;
+}
+
+TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
+    const std::map<std::string, unsigned int> mac{
+        {"1 32 41", 10004},
+        {"2 25 35 56 59 61 62", 10007},
+        {"8", 10006},
+        {"5 14 21 27 36 37 38 39", 10029},
+        {"13", 10005},
+        {"15 52", 10079},
+        {"17", 10001},
+        {"18", 10003},
+        {"24", 10010},
+        {"30", 10021},
+        {"31", 10081},
+        {"34", 10017},
+        {"53 66 67 68 69 70 71 72 73 74 75 76 77 78 79 80 81 82 83 84 85 86 87 88 89", 1200}};
+    for (LCID lcid = 0; lcid <= 0x1FFFF; ++lcid) {
+        SCOPED_TRACE(lcid);
+        CT_Locale locale(CT_Locale::kInvalidLocale);
+        locale.v_SetLCID(lcid);
+        const unsigned int id = lcid % 0x10000;
+        const unsigned int language = id % 0x400;
+        const unsigned int sub = id / 0x400;
+        const unsigned int primary = CT_Language::seo_GetPrimary(id);
+        ASSERT_EQ(locale.n4_GetLCID(), lcid);
+        ASSERT_EQ(locale.n_GetLanguageID(), id);
+        ASSERT_EQ(locale.eo_GetPrimary(), primary);
+        ASSERT_EQ(locale.eo_GetSortOrder(), lcid / 0x10000);
+        ASSERT_EQ(Info::sn_GetPrimaryLangID(lcid), language);
+        ASSERT_EQ(Info::sn_GetSubLangID(lcid), sub);
+        ASSERT_EQ(Info::sn_MakeLocaleID(id, lcid / 0x10000), lcid);
+        ASSERT_EQ(locale.b_IsValidLCID(), primary != 0);
+        ASSERT_FALSE(locale.b_IsValid());  // it has no code page
+
+        const bool rtl = (language == 0x20 && sub == 1) || (language == 0x60 && sub != 2) ||
+                         std::set{0x01u, 0x0Du, 0x29u, 0x59u, 0x5Au, 0x65u}.contains(language);
+        ASSERT_EQ(locale.b_IsRtl(), rtl);
+
+        unsigned int page = Look(mac, primary, 10000);
+        if (primary == 4) page = sub == 2 || sub == 4 ? 10008 : 10002;
+        if (primary == 26) page = sub == 3 ? 10007 : 10082;
+        ASSERT_EQ(CT_Locale::sn4_DefaultMacCodepageFromLocale(lcid), page);
+
+        const bool own_sub = locale.eo_GetSub() > 2;
+        unsigned int safe = language | (own_sub ? sub : 2) << 10;
+        if (primary == 0)
+            safe = 0x800 - (sub == 1 ? 0x400 : 0);
+        else if (!own_sub && CT_Language::sn_GetSubCount(locale.eo_GetPrimary()) == 0) {
+            safe = language | 0x400;
+        }
+        if (primary == 54) safe = 0x400;
+        ASSERT_EQ(locale.n4_GetSafeLcid(), lcid / 0x10000 * 0x10000 + safe);
+    }
+}
+
+// The languages of each page beside 1252, where the platform does not know the locale; asked twice,
+// so that what was kept is seen too, and of more locales than are kept.
+TEST(LocaleTest, EveryUnknownLocaleHasThePageOfItsScript) {
+    const std::map<std::string, unsigned int> pages{
+        {"1 41", 1256},    {"2 25 34 35", 1251}, {"5 14 21 24 26 27 36 56", 1250},
+        {"8", 1253},       {"13", 1255},         {"17", 932},
+        {"30", 874},       {"31", 1254},         {"42", 1258},
+        {"37 38 39", 1257}};
+    const std::map<unsigned int, unsigned int> charsets{
+        {1252, 0},   {1250, 238}, {1251, 204}, {1253, 161}, {1254, 162},
+        {1255, 177}, {1256, 178}, {1257, 186}, {1258, 163}, {1361, 130},
+        {874, 222},  {932, 128},  {936, 134},  {949, 129},  {950, 136}};
+    for (int round = 0; round < 2; ++round) {
+        for (unsigned int id = 0; id <= 0xFFFF; ++id) {
+            const unsigned int sub = id / 0x400;
+            unsigned int page = Look(pages, id % 0x400, 1252);
+            if (id % 0x400 == 4) page = sub == 1 || sub == 3 ? 950 : 936;
+            if (id % 0x400 == 18) page = sub == 2 ? 1361 : 949;
+            ASSERT_EQ(Info::sn_GetDefaultANSICodePage(kUnknownSort | id), page) << id;
+            ASSERT_EQ(Info::sn_GetDefaultCharset(kUnknownSort | id), charsets.at(page)) << id;
+            ASSERT_FALSE(Info::sb_IsUnicodeOnly(kUnknownSort | id));
+        }
+    }
+}
+
+TEST(LocaleTest, PagesAndCharacterSetsHaveALanguage) {
+    struct Case {
+        unsigned int page, charset, language;
+    };
+    for (const auto [page, charset, language] : {Case{874, 222, 1054},
+                                                 {932, 128, 1041},
+                                                 {936, 134, 2052},
+                                                 {949, 129, 1042},
+                                                 {950, 136, 1028},
+                                                 {1250, 238, 1029},
+                                                 {1251, 204, 1049},
+                                                 {1252, 0, 1033},
+                                                 {1253, 161, 1032},
+                                                 {1254, 162, 1055},
+                                                 {1255, 177, 1037},
+                                                 {1256, 178, 1025},
+                                                 {1257, 186, 1063},
+                                                 {1258, 163, 1066},
+                                                 {1361, 130, 2066},
+                                                 {28593, 0xFFFFFFFF, 1082},
+                                                 {437, 77, 0x0409},
+                                                 {0, 2, 0x0409}}) {
+        SCOPED_TRACE(page);
+        platform::SetDefaultLocales(0x0407, 0x0409);
+        EXPECT_EQ(Info::sn_GetDefaultCPLocale(page), language);
+        EXPECT_EQ(Info::sn_GetDefaultCharsetLocale(charset), language);
+        platform::SetDefaultLocales(0, 0);
+    }
+    EXPECT_EQ(CT_Locale(CT_Codepage::kIso2022Kr).eo_GetSub(), CT_Language::kKoreanJohab);
+    EXPECT_TRUE(Info::sb_IsValidCodePage(1252));
+    EXPECT_FALSE(Info::sb_IsValidCodePage(99999));
+}
+
+TEST(LocaleTest, EveryInstalledLocaleHasAPageThatExists) {
+    for (std::uint32_t at = 0; at < platform::LocaleCount(); ++at) {
+        const LCID lcid = platform::LocaleAt(at);
+        SCOPED_TRACE(lcid);
+        EXPECT_TRUE(Info::sb_IsInstalled(lcid) && Info::sb_IsSupported(lcid));
+        EXPECT_FALSE(Info::sb_IsProprietary(lcid));
+        const unsigned int page = Info::sn_GetDefaultANSICodePage(lcid);
+        const std::string own = Value(lcid, Info::kAnsiCodePage);
+        EXPECT_EQ(std::to_string(page), own == "0" ? "1200" : own);
+        EXPECT_EQ(Info::sb_IsUnicodeOnly(lcid), page == 1200);
+        EXPECT_TRUE(CT_Locale(lcid).b_IsValidCodepage());
+        EXPECT_EQ(Info::sn_GetDefaultANSICodePage(lcid), page);
+        EXPECT_EQ(Value(lcid, 0x7777), "(none)");
+    }
+}
+
+// ---- The library's own data ---------------------------------------------------------------------
+
+std::uint64_t Hash(const std::string& text) {
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    return hash;
+}
+
+// The lists were compared with their definition value by value; the hashes tell any change since.
+TEST(LocaleTest, OwnLocalesAnswerFromTheirListAndThenFromAnotherLocale) {
+    struct Case {
+        LCID lcid;
+        std::vector<unsigned int> types;  // of the list, but for the day and month names; none: all
+        bool names;
+        LCID fallback;
+        std::uint64_t hash;
+    };
+    const std::vector<unsigned int> few{1, 2, 3, 4, 0xB, 0x59, 0x1001, 0x1004, 0xFFFF};
+    for (const auto& [lcid, types, names, fallback, hash] :
+         {Case{0x043A, {}, false, 0, 0x41D966C8E14DDE97},
+          Case{0x0464, {}, false, 0, 0x6AD25CD800237DE4},
+          Case{0x043B,
+               {1, 2, 3, 9, 0xB, 0x59, 0x1001, 0x1004, 0x100E, 0x100F, 0xFFFF},
+               true,
+               0x040B,
+               0x7E37D0D55FCB7016},
+          Case{0x0430, few, false, 0x1C09, 0xFF4F4FF935D8565E},
+          Case{0x0434, few, false, 0x1C09, 0x872549AB4B16F217},
+          Case{0x0435, few, false, 0x1C09, 0x6C625583784FA7C}}) {
+        SCOPED_TRACE(lcid);
+        EXPECT_TRUE(Info::sb_IsProprietary(lcid));
+        EXPECT_FALSE(Info::sb_IsProprietary(lcid | 0x10000));
+        std::string list;
+        for (unsigned int type = 0; type <= 0xFFFF; ++type) {
+            const std::string value = Value(lcid, type);
+            const bool listed = types.empty() ? value != "(none)"
+                                              : std::ranges::find(types, type) != types.end() ||
+                                                    (names && type >= 0x2A && type <= 0x4F);
+            if (listed) list += std::to_string(type) + " " + value + "\n";
+            if (!listed && fallback != 0) {
+                EXPECT_EQ(value, Value(fallback, type)) << type;
+            }
+        }
+        EXPECT_EQ(Hash(list), hash) << list;
+    }
+    EXPECT_EQ(Value(0x043A, Info::kMonthName1), "Jannar");
+    EXPECT_EQ(Value(0x0435, Info::kDecimalSeparator), Value(7177, Info::kDecimalSeparator));
+    EXPECT_NE(Value(0x0435, Info::kDecimalSeparator), "(none)");
+    EXPECT_EQ(Info::sn_GetDefaultANSICodePage(0x043A), 1252u);
+}
+
+TEST(LocaleTest, BuffersReceiveAtMostTheirSize) {
+    for (unsigned int size = 0; size <= 8; ++size) {
+        std::vector<char16_t> buffer(size, u'#');  // of exact size, for the sanitizers
+        EXPECT_TRUE(Info::sb_GetLocaleInfo(0x043A, Info::kMonthName1, buffer.data(), size));
+        std::u16string expected(u"Jannar\0#", 8);
+        EXPECT_EQ(std::u16string(buffer.begin(), buffer.end()), expected.substr(0, size));
+    }
+    char16_t untouched = u'#';
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(0x043A, Type(0x7777), &untouched, 1));
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(kUnknownSort | 0x0407, Info::kMonthName1, &untouched, 1));
+    EXPECT_EQ(untouched, u'#');
+}
+
+TEST(LocaleTest, NumbersAreReadOfNumericTypesOnly) {
+    std::string numeric;
+    for (unsigned int type = 0; type <= 0x1100; ++type) {
+        unsigned int number = 0xABCD;
+        const bool found = Info::sb_GetLocaleInfo(0x043A, Type(type), &number);
+        if (found) {
+            numeric += std::to_string(type) + " ";
+            EXPECT_EQ(std::to_string(number), Value(0x043A, type));
+        } else {
+            EXPECT_EQ(number, 0xABCDu);
+        }
+    }
+    EXPECT_EQ(numeric,
+              "1 5 9 10 11 13 17 18 25 26 27 28 33 34 35 36 37 38 39 82 83 84 85 86 87 "
+              "4100 4101 4105 4107 4108 4109 4112 ");
+    unsigned int number = 0;
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(kUnknownSort, Info::kFractionDigits, &number));
+}
+
+// ---- Collecting values
+// ----------------------------------------------------------------------------
+
+std::string Collected(unsigned int type, char16_t separator) {
+    CT_UString values(u"old");
+    Info::sv_CollectValues(Type(type), separator, &values);
+    return test::Utf8(values.qcuz_Get());
+}
+
+std::string Expected(unsigned int type, const std::string& separator) {
+    std::set<std::string> seen;
+    std::string joined;
+    for (std::uint32_t at = 0; at < platform::LocaleCount(); ++at) {
+        const LCID lcid = platform::LocaleAt(at);
+        if (lcid > 0xFFFF || !Info::sb_IsInstalled(lcid)) continue;
+        const std::string value = Value(lcid, type);
+        if (value == "(none)" || !seen.insert(value).second) continue;
+        joined += (seen.size() == 1 ? "" : separator) + value;
+    }
+    return joined;
+}
+
+TEST(LocaleTest, ValuesAreCollectedOnManyThreadsAtOnce) {
+    EXPECT_EQ(Collected(Info::kDecimalSeparator, 0), Expected(Info::kDecimalSeparator, ""));
+    EXPECT_EQ(Collected(0x7777, u','), "");
+    std::vector<std::thread> threads;
+    for (unsigned int i = 0; i < 4; ++i) {
+        threads.emplace_back([i] {
+            for (unsigned int type = 0x2A + i; type < 0x32; type += 4) {
+                EXPECT_EQ(Collected(type, u'|'), Expected(type, "|"));
+            }
+            for (LCID lcid = 0; lcid < 0x3000; ++lcid) {
+                ASSERT_EQ(Info::sn_GetDefaultANSICodePage(kUnknownSort | 0x401E), 874u);
+                const unsigned int page = Info::sn_GetDefaultANSICodePage(lcid);
+                ASSERT_EQ(page, Info::sn_GetDefaultANSICodePage(lcid));
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+}
+
+TEST(LocaleTest, ExhaustedMemoryIsReportedAndLeavesNothingBehind) {
+    EXPECT_GT(test::FailEachAllocation([] {
+                  CT_UString values;
+                  Info::sv_CollectValues(Info::kDecimalSeparator, u';', &values);
+              }),
+              3u);
+}
+
+// ---- The value
+// ----------------------------------------------------------------------------------------
+
+TEST(LocaleTest, LocalesAreMadeFromPartsAndPages) {
+    const auto expect = [](const CT_Locale& locale, std::uint32_t lcid, unsigned int page) {
+        EXPECT_EQ(locale.n4_GetLCID(), lcid);
+        EXPECT_EQ(locale.co_GetCodepage().n_Get(), page) << lcid;
+        EXPECT_EQ(locale.b_IsValidCodepage(), page != 0);
+    };
+    expect(CT_Locale(CT_Locale::kInvalidLocale), 0, 0);
+    expect(CT_Locale(0x0419u), 0x0419, 1251);
+    expect(CT_Locale(CT_Codepage::kShiftJis), 0x0411, 932);
+    expect(CT_Locale(0x0807u, CT_Locale::kSortAlternate, CT_Codepage::kUtf8), 0x10807, 65001);
+    expect(CT_Locale(0x0408u, CT_Locale::kSortDefault, CT_Codepage::kNotSet), 0x0408, 1253);
+    expect(CT_Locale(CT_Language::kPolish, CT_Language::kSubDefault, CT_Locale::kSortDefault,
+                     CT_Codepage::kNotSet),
+           0x0415, 1250);
+    ASSERT_TRUE(platform::SetThreadLocale(0x041F));
+    expect(CT_Locale(), 0x041F, 1254);
+    CT_Locale locale(CT_Locale::kThreadLocale);
+    EXPECT_TRUE(platform::SetThreadLocale(0));
+    EXPECT_TRUE(locale.b_IsValid());
+    locale.v_SetCodepage(CT_Codepage::kUnknown);
+    EXPECT_FALSE(locale.b_IsValid());
+    locale.v_SetToInvalid();
+    expect(locale, 0, 0);
+    EXPECT_EQ(locale.eo_GetCodepage(), CT_Codepage::kNotSet);
+}
+
+TEST(LocaleTest, LocalesAreReadFromCodesOrThrow) {
+    struct Case {
+        const char16_t* code;
+        std::uint32_t lcid;  // 0: throws
+        Page page;
+    };
+    for (const auto& [code, lcid, page] : {Case{u"de", 0x0407, CT_Codepage::kWindows1252},
+                                           {u"DE-CH", 0x0807, CT_Codepage::kWindows1252},
+                                           {u"de_ch", 0x0807, CT_Codepage::kWindows1252},
+                                           {u"en-00", 0x0009, CT_Codepage::kWindows1252},
+                                           {u"kok", 0x0457, CT_Codepage::kUnicode},
+                                           {u"RU", 0x0419, CT_Codepage::kWindows1251},
+                                           {u"SH-YU", 0x0C1A, CT_Codepage::kWindows1251},
+                                           {u"", 0, {}},
+                                           {u"d", 0, {}},
+                                           {u"XX", 0, {}},
+                                           {u"DECH", 0, {}},
+                                           {u"DE-XX", 0, {}},
+                                           {u"KOK-IN", 0, {}}}) {
+        SCOPED_TRACE(test::Utf8(code));
+        const CT_UString text(code);
+        try {
+            const CT_Locale locale(&text);
+            EXPECT_EQ(locale.n4_GetLCID(), lcid);
+            EXPECT_EQ(locale.eo_GetCodepage(), page);
+        } catch (const CT_Exception& exception) {
+            EXPECT_EQ(lcid, 0u);
+            EXPECT_EQ(exception.n_GetCode(), 22u);
+            EXPECT_EQ(CT_ExceptionManager::spco_Get()->n_GetCurrentCode(), 22u);
+            CT_ExceptionManager::spco_Get()->v_Clear();
+        }
+        EXPECT_TRUE(test::NoError());
+    }
+    EXPECT_THROW(CT_Locale(static_cast<const CT_UString*>(nullptr)), CT_Exception);
+    CT_ExceptionManager::spco_Get()->v_Clear();
+}
+
+}  // namespace
