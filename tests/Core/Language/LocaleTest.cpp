@@ -91,13 +91,9 @@ TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
         if (primary == 26) page = sub == 3 ? 10007 : 10082;
         ASSERT_EQ(CT_Locale::sn4_DefaultMacCodepageFromLocale(lcid), page);
 
-        const bool own_sub = locale.eo_GetSub() > 2;
-        unsigned int safe = language | (own_sub ? sub : 2) << 10;
-        if (primary == 0)
-            safe = 0x800 - (sub == 1 ? 0x400 : 0);
-        else if (!own_sub && CT_Language::sn_GetSubCount(locale.eo_GetPrimary()) == 0) {
-            safe = language | 0x400;
-        }
+        const bool grouped = CT_Language::sn_GetSubCount(locale.eo_GetPrimary()) != 0;
+        unsigned int safe = language | (locale.eo_GetSub() > 2 ? sub : grouped ? 2 : 1) << 10;
+        if (primary == 0) safe = id == 0x400 ? 0x400 : 0x800;
         if (primary == 54) safe = 0x400;
         ASSERT_EQ(locale.n4_GetSafeLcid(), lcid / 0x10000 * 0x10000 + safe);
     }
