@@ -3,7 +3,6 @@
 #include <Foundation/Core/Language/Language.h>
 #include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
-#include <Foundation/Core/String/FormatString.h>
 #include <Foundation/Core/String/UString.h>
 
 #include <algorithm>
@@ -139,13 +138,6 @@ Text PageOf(unsigned int number) {
     return ToText(std::to_string(number)) + (name.empty() ? Text() : u" " + name);
 }
 
-Text NumberOf(LCID lcid, float value) {
-    CT_UString number;
-    const Text grouping = Value(lcid, Info::kGrouping);
-    CT_FormatString::sb_FormatNumber(&number, value, lcid, 2, grouping.c_str());
-    return ToText(number);
-}
-
 Text OwnDigits(LCID lcid) {
     const Text digits = Value(lcid, Info::kNativeDigits);
     return digits == u"0123456789" ? Text() : digits;
@@ -178,8 +170,8 @@ std::vector<Item> ItemsOf(LCID lcid) {
          PageOf(CT_Locale::sn4_DefaultMacCodepageFromLocale(lcid))},
         {"character set", "charset", charset, true},
         {"written", "direction", Info::sb_IsRTL(lcid) ? u"right to left" : u"left to right"},
-        {"numbers", "number", NumberOf(lcid, 1234567.5F)},
-        {"  negative", "negativeNumber", NumberOf(lcid, -1234567.5F)},
+        {"numbers, decimal", "decimal", Value(lcid, Info::kDecimalSeparator)},
+        {"  thousands", "thousands", Value(lcid, Info::kThousandSeparator)},
         {"  grouping", "grouping", Value(lcid, Info::kGrouping)},
         {"  own digits", "ownDigits", OwnDigits(lcid)},
         {"  list separator", "listSeparator", Value(lcid, Info::kListSeparator)},
