@@ -1,20 +1,18 @@
 // zelkor locale: what the library knows of languages and locales.
 #include <Foundation/Core/Language/Codepage.h>
-#include <Foundation/Core/Language/Language.h>
 #include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
-#include <Foundation/Core/String/UString.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
-#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Columns.h"
 #include "Commands.h"
 #include "Console.h"
+#include "LocaleNames.h"
 
 namespace zelkor {
 
@@ -24,74 +22,7 @@ using Info = CT_LocaleInfo;
 using Text = std::u16string;
 using Rows = std::vector<std::vector<Text>>;
 
-// ---- Reading what the user typed
-// -----------------------------------------------------------------
-
-// 1031, 0x407, 0407; nothing when it does not begin with a digit. The base follows from the zero.
-std::optional<unsigned long> ReadNumber(const std::string& word) {
-    if (word[0] < '0' || word[0] > '9') return {};
-    std::size_t used = 0;
-    unsigned long number = 0xFFFFFFFF;
-    try {
-        number = std::stoul(word, &used, word[0] == '0' ? 16 : 10);
-    } catch (const std::exception&) {
-        used = 0;
-    }
-    return used == word.size() ? number : 0xFFFFFFFF;
-}
-
-// A language's code means its default sub-language, as it does for CT_Locale.
-LCID Identify(CT_Language::et_Primary primary, CT_Language::et_Sub sub) {
-    if (sub == CT_Language::kSubNeutral) sub = CT_Language::kSubDefault;
-    return CT_Language::sn_MakeLanguageID(primary, sub);
-}
-
-// A code, a display name or a locale number; anything else ends the command with bad usage.
-LCID ParseLocale(const std::string& word) {
-    const CT_UString text = FromUtf8(word);
-    CT_Language::et_Primary primary = CT_Language::kNeutral;
-    CT_Language::et_Sub sub = CT_Language::kSubDefault;
-    if (const auto number = word.empty() ? std::nullopt : ReadNumber(word)) {
-        const auto lcid = static_cast<LCID>(*number);
-        if (*number <= 0xFFFFF && (CT_Locale(lcid).b_IsValidLCID() || Info::sb_IsSupported(lcid))) {
-            return lcid;
-        }
-    } else if (CT_Language::sb_GetLanguages(&primary, &sub, &text)) {
-        return Identify(primary, sub);
-    } else {
-        const unsigned int language_id = CT_Language::sn_GetLanguageID(text.qcuz_Get());
-        CT_UString name;
-        CT_Language::sv_GetLanguages(language_id, &primary, &sub);
-        CT_Language::sv_MakeLanguageString(&name, primary, sub);
-        const bool whole = text.n_Find(u"(") == 0xFFFFFFFF || sub > CT_Language::kSubDefault;
-        if (primary != CT_Language::kNeutral && whole) return language_id;
-    }
-    throw Failure("'" + word +
-                      "' is no language code, name or locale number; "
-                      "zelkor locale --list shows all",
-                  2);
-}
-
-// ---- What is known
-// -----------------------------------------------------------------------------------
-
-Text ToText(const CT_UString& text) {
-    return {text.qcuz_Get(), text.n_GetLength()};
-}
-
-Text ToText(const char16_t* text) {
-    return text == nullptr ? Text() : Text(text);
-}
-
-Text ToText(std::string_view ascii) {
-    return {ascii.begin(), ascii.end()};
-}
-
-Text Hexadecimal(LCID lcid) {
-    char text[12];
-    std::snprintf(text, sizeof text, "0x%04X", lcid);
-    return ToText(text);
-}
+// ---- What is known ----------------------------------------
 
 struct Item {
     const char* label;
@@ -106,36 +37,16 @@ struct Sheet {
     std::vector<Text> days, short_days, months, short_months;
 };
 
-Text Value(LCID lcid, unsigned int type) {
-    CT_UString value;
-    Info::sb_GetLocaleInfo(lcid, static_cast<Info::et_Type>(type), &value);
-    return ToText(value);
-}
-
 std::vector<Text> Values(LCID lcid, unsigned int first, unsigned int last) {
     std::vector<Text> values;
     for (unsigned int type = first; type <= last; ++type) values.push_back(Value(lcid, type));
     return values;
 }
 
-Text NameOf(LCID lcid) {
-    CT_UString name;
-    CT_Language::sv_MakeLanguageString(&name, CT_Language::seo_GetPrimary(lcid),
-                                       CT_Language::seo_GetSub(lcid));
-    return ToText(name);
-}
-
-Text CodeOf(LCID lcid) {
-    CT_UString code;
-    CT_Language::sv_MakeLanguageCode(&code, CT_Language::seo_GetPrimary(lcid),
-                                     CT_Language::seo_GetSub(lcid));
-    return ToText(code);
-}
-
 // "1252 windows-1252"
 Text PageOf(unsigned int number) {
-    const Text name = ToText(CT_Codepage(number).qcuz_Get());
-    return ToText(std::to_string(number)) + (name.empty() ? Text() : u" " + name);
+    const char16_t* name = CT_Codepage(number).qcuz_Get();
+    return ToText(std::to_string(number)) + (name == nullptr ? Text() : u' ' + Text(name));
 }
 
 Text OwnDigits(LCID lcid) {
@@ -199,8 +110,7 @@ Sheet SheetOf(LCID lcid) {
             Values(lcid, Info::kAbbrevMonthName1, Info::kAbbrevMonthName12)};
 }
 
-// ---- Showing it
-// ------------------------------------------------------------------------------------------
+// ---- Showing it ----------------------------------------
 
 void Print(const Sheet& sheet) {
     std::fputs(Aligned({{NameOf(sheet.lcid), CodeOf(sheet.lcid), Hexadecimal(sheet.lcid),
@@ -274,42 +184,12 @@ void Show(const std::vector<std::string>& words, bool json) {
     if (json) PrintArray(objects);
 }
 
-// ---- The whole catalogue
-// ------------------------------------------------------------------------------
-
-struct Entry {
-    Text code;
-    LCID lcid;
-    Text name;
-};
-
-// Every language by name, each followed by its own sub-languages.
-std::vector<Entry> Catalogue() {
-    std::vector<CT_Language::et_Primary> languages;
-    for (unsigned int value = 1; value <= CT_Language::sn_GetPrimaryCount(); ++value) {
-        languages.push_back(static_cast<CT_Language::et_Primary>(value));
-    }
-    std::ranges::sort(languages, {}, [](CT_Language::et_Primary language) {
-        return ToText(CT_Language::sqcuz_GetLanguage(language));
-    });
-    std::vector<Entry> entries;
-    for (const auto language : languages) {
-        entries.push_back({ToText(CT_Language::sqcuz_GetLanguageCode(language)),
-                           CT_Language::sn_MakeLanguageID(language, CT_Language::kSubDefault),
-                           ToText(CT_Language::sqcuz_GetLanguage(language))});
-        for (unsigned int at = 1; at <= CT_Language::sn_GetSubCount(language); ++at) {
-            const LCID lcid =
-                CT_Language::sn_MakeLanguageID(language, CT_Language::seo_GetSubAt(language, at));
-            entries.push_back({CodeOf(lcid), lcid, NameOf(lcid)});
-        }
-    }
-    return entries;
-}
+// ---- The whole catalogue ----------------------------------------
 
 void ListAll(bool json) {
     Rows rows;
     std::vector<std::string> objects;
-    for (const Entry& entry : Catalogue()) {
+    for (const LocaleEntry& entry : Catalogue()) {
         rows.push_back({entry.code, Hexadecimal(entry.lcid), entry.name});
         objects.push_back("{\"code\": " + JsonText(entry.code) + ", \"lcid\": " +
                           std::to_string(entry.lcid) + ", \"name\": " + JsonText(entry.name) + "}");
@@ -328,11 +208,12 @@ void AddLocaleCommand(CLI::App& app) {
     auto json = std::make_shared<bool>(false);
     command->add_option("LOCALE", *words,
                         "A code (de, DE-CH), a name (\"German (Switzerland)\") or a locale number "
-                        "(2055, 0x807)");
+                        "(2055, 0x0807)");
     command->add_flag("--list", *list, "Every language and sub-language: code, number, name");
     command->add_flag("--json", *json, "As JSON");
     command->callback([words, list, json] {
-        if (*list == !words->empty()) throw Failure("give a locale or --list", 2);
+        if (*list && !words->empty()) throw Failure("--list shows all locales: give none", 2);
+        if (!*list && words->empty()) throw Failure("give a locale, or --list to see all", 2);
         if (*list) return ListAll(*json);
         Show(*words, *json);
     });
