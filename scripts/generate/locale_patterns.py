@@ -172,5 +172,5 @@ def exemplars(pattern):
             points.update(range(ord(items[at - 1]), ord(items[at + 1]) + 1))
         else:
             points.add(ord(item))
-    both = {ord(c) for p in points for c in chr(p) + chr(p).upper() + chr(p).lower()}
-    return sorted(both)
+    cases = {c for p in points for c in (chr(p), chr(p).upper(), chr(p).lower()) if len(c) == 1}
+    return sorted(map(ord, cases))

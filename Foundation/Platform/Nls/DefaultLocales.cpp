@@ -4,7 +4,6 @@
 #include <atomic>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/EnvironmentLocale.h"
 #include "Foundation/Platform/Nls/LocaleDetail.h"
 #include "Foundation/Platform/Nls/Locales.h"
 #include "Foundation/Platform/ThreadLocal.h"

@@ -1,6 +1,7 @@
-#include "Foundation/Platform/Nls/EnvironmentLocale.h"
-
+// The locale that the process environment asks for.
 #include <cstdlib>
+
+#include "Foundation/Platform/Nls/LocaleDetail.h"
 
 namespace platform::nls {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Nls/EnvironmentLocale.h"
+#include "Foundation/Platform/Nls/LocaleDetail.h"
 
 namespace platform {
 namespace {
