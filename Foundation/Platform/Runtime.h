@@ -96,6 +96,7 @@ FOUNDATION_API int PrintText(char* out, std::size_t capacity, const char* format
 // inside both ends the comparison, as it does above.
 [[nodiscard]] FOUNDATION_API int CompareNoCase(std::u16string_view a,
                                                std::u16string_view b) noexcept;
+[[nodiscard]] FOUNDATION_API int CompareNoCase(std::string_view a, std::string_view b) noexcept;
 
 // Units before the terminator (wcslen).
 [[nodiscard]] FOUNDATION_API std::size_t TextLength(const char16_t* text) noexcept;

@@ -44,6 +44,29 @@ TEST(RuntimeCompareTest, FoldsTheLettersAToZAlone) {
     }
 }
 
+// Texts of every length that are the same but for case, with one place changed, also to a zero.
+TEST(RuntimeCompareTest, EveryPlaceOfALongTextCounts) {
+    for (std::size_t length = 1; length <= 210; length += length < 40 ? 1 : 17) {
+        std::string a(length, 'q'), b(length, 'Q');
+        for (std::size_t at = 0; at < length; ++at) {
+            for (const auto& [other, expected] : {std::pair{'Z', 'q' - 'z'}, {'\0', int{'q'}}}) {
+                b[at] = other;
+                const std::u16string wide_a(a.begin(), a.end()), wide_b(b.begin(), b.end());
+                EXPECT_EQ(CompareNoCase(a.c_str(), b.c_str()), expected) << length << ", " << at;
+                EXPECT_EQ(CompareNoCase(std::string_view(a), std::string_view(b)), expected);
+                EXPECT_EQ(CompareNoCase(std::u16string_view(wide_a), std::u16string_view(wide_b)),
+                          expected);
+                a[at] = other;  // a zero in both ends the comparison, whatever follows
+                if (other == '\0' && at + 1 < length) a[length - 1] = 'x';
+                EXPECT_EQ(CompareNoCase(a.c_str(), b.c_str()), 0);
+                EXPECT_EQ(CompareNoCase(std::string_view(a), std::string_view(b)), 0);
+                a.assign(length, 'q');
+                b[at] = 'Q';
+            }
+        }
+    }
+}
+
 TEST(RuntimeCompareTest, CountsBoundTheComparison) {
     EXPECT_EQ(CompareNoCase(u"abX", u"ABy", 2), 0);
     EXPECT_EQ(CompareNoCase(u"abX", u"ABy", 3), -1);

@@ -33,31 +33,35 @@ int NoCase(const Unit* a, const Unit* b) noexcept {
     return platform::CompareNoCase(a, b);
 }
 
-// A string's zero is compared too, so that a text which ends first is less; a zero inside ends it.
-int Case(std::u16string_view a, std::u16string_view b) noexcept {
-    const std::size_t length = std::min(a.size(), b.size());
-    const std::size_t common = platform::CommonLength(a.data(), b.data(), length);
-    return Order(a.data()[common], b.data()[common]);
-}
-
 int Case(const CT_CString* a, const CT_CString* b) noexcept {
     return Case(a->qccz_Get(), b->qccz_Get());
 }
 int NoCase(const CT_CString* a, const CT_CString* b) noexcept {
-    return platform::CompareNoCase(a->qccz_Get(), b->qccz_Get());
-}
-int Case(const CT_UString* a, const CT_UString* b) noexcept {
-    return Case(View(*a), View(*b));
-}
-int NoCase(const CT_UString* a, const CT_UString* b) noexcept {
     return platform::CompareNoCase(View(*a), View(*b));
+}
+
+// A zero inside a string ends it. Where one string is the beginning of the other its zero decides.
+int Case(const CT_UString* left, const CT_UString* right) noexcept {
+    const std::u16string_view a = View(*left), b = View(*right);
+    if (*a.data() != *b.data()) return Order(*a.data(), *b.data());
+    const std::size_t length = std::min(a.size(), b.size());
+    const std::size_t common = platform::CommonLength(a.data(), b.data(), length);
+    return Order(a.data()[common], b.data()[common]);
+}
+int NoCase(const CT_UString* left, const CT_UString* right) noexcept {
+    const std::u16string_view a = View(*left), b = View(*right);
+    const int first = platform::ToLower(*a.data()) - platform::ToLower(*b.data());
+    return first != 0 ? first : platform::CompareNoCase(a, b);
 }
 
 // The UTF-16 form of a string, which is made only when the string is not UTF-16 itself.
 class Wide {
 public:
     explicit Wide(const CT_String* text) {
-        string_ = static_cast<const CT_UString*>(text->vpv_IsKindOf(CT_UString::spcco_GetType()));
+        const CT_Type* const type = CT_UString::spcco_GetType();
+        string_ = text->vpcco_GetType() == type
+                      ? static_cast<const CT_UString*>(text)
+                      : static_cast<const CT_UString*>(text->vpv_IsKindOf(type));
         if (string_ == nullptr) string_ = &converted_.emplace(text);
     }
     const CT_UString* Get() const noexcept { return string_; }
