@@ -13,6 +13,7 @@
 #ifndef FOUNDATION_CORE_CONTAINER_ALPHATREE_H
 #define FOUNDATION_CORE_CONTAINER_ALPHATREE_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "Foundation/Core/Container/CharTree.h"
@@ -56,6 +57,9 @@ public:
     void v_DebugPrint(et_ElementSize size = kTwoBytes);
     // Sets that output up, as CT_TestOut::v_Set; before, it is the standard output.
     void v_SetDebugPrint(const char16_t* file, const char16_t* label, unsigned int outputType);
+
+    // Bytes of memory that the nodes take.
+    [[nodiscard]] std::size_t Bytes() const noexcept { return tree_.Bytes(); }
 
 private:
     foundation::detail::CharTree tree_;

@@ -25,6 +25,7 @@ public:
     void Clear() noexcept;
 
     [[nodiscard]] std::uint32_t Entries() const noexcept { return entries_; }
+    [[nodiscard]] std::size_t Bytes() const noexcept { return nodes_.Bytes(); }
 
     // The key's payload, kNone when it is not there. Null counts as the empty key here and below.
     [[nodiscard]] std::uint32_t Find(const char16_t* key) const noexcept;

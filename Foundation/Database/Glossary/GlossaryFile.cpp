@@ -1,0 +1,121 @@
+#include "Foundation/Database/Glossary/GlossaryFile.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <span>
+
+#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/WinFile.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Core/SymbolTable/BiLingualWordList.h"
+#include "Foundation/Database/RecordManager/RecordFormat.h"
+#include "Foundation/Database/RecordManager/RecordManager.h"
+
+using foundation::detail::Failed;
+using foundation::record_format::LoadU32;
+using foundation::record_format::StoreU32;
+
+namespace {
+
+// The layout, described in docs/formats/glossary.md.
+constexpr unsigned int kPartCount = 4;  // resources 1 to 4: words, words, index, index
+constexpr unsigned int kHeadKey = 5;    // resource: what follows
+constexpr char kStamp[8] = {'g', 'l', 'o', 's', 's', 'a', 'r', 'y'};
+constexpr unsigned int kVersionAt = 8;
+constexpr unsigned int kCountAt = 12;
+constexpr unsigned int kChecksumAt = 16;
+constexpr unsigned int kHeadSize = 20;
+constexpr std::uint32_t kVersion = 1;
+
+constexpr unsigned int kRecordHeaderSize = 16;
+constexpr unsigned int kBlockSize = 64;
+constexpr unsigned int kFileBufferSize = 16384;
+constexpr unsigned int kForeign = 31050;
+constexpr unsigned int kCorrupt = 31005;
+
+using Head = std::array<std::byte, kHeadSize>;
+using Parts = std::array<CT_Buffer, kPartCount>;
+
+// CRC-32 of ISO 3309: polynomial 0xEDB88320, reflected, all bits inverted before and after.
+constexpr auto kChecksums = [] {
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+        std::uint32_t value = byte;
+        for (int bit = 0; bit < 8; ++bit) value = value >> 1 ^ ((value & 1) != 0 ? 0xEDB88320 : 0);
+        table[byte] = value;
+    }
+    return table;
+}();
+
+// Of all parts, one behind the other.
+std::uint32_t Checksum(const Parts& parts) noexcept {
+    std::uint32_t sum = 0xFFFFFFFF;
+    for (const CT_Buffer& part : parts) {
+        const std::span bytes(static_cast<const std::uint8_t*>(part.qcv_Get()),
+                              part.n_GetUsedSize());
+        for (const std::uint8_t byte : bytes) sum = kChecksums[(sum ^ byte) & 0xFF] ^ sum >> 8;
+    }
+    return ~sum;
+}
+
+BOOL Refuse(const char16_t* file, unsigned int code, const char16_t* format,
+            const char* source = __builtin_FILE(), unsigned int line = __builtin_LINE()) {
+    foundation::detail::Record({code, format, source, line}, file);
+    return FALSE;
+}
+
+Head MakeHead(std::uint32_t count, const Parts& parts) noexcept {
+    Head head;
+    std::memcpy(head.data(), kStamp, sizeof kStamp);
+    StoreU32(&head[kVersionAt], kVersion);
+    StoreU32(&head[kCountAt], count);
+    StoreU32(&head[kChecksumAt], Checksum(parts));
+    return head;
+}
+
+}  // namespace
+
+BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t* file) {
+    const Parts parts{*list->pcco_GetSourceBuffer(), *list->pcco_GetTargetBuffer(),
+                      *list->pcco_GetSourceIndex()->pcco_GetBuffer(),
+                      *list->pcco_GetTargetIndex()->pcco_GetBuffer()};
+    const Head head = MakeHead(list->n_GetCount(), parts);
+    const CT_Buffer head_part(head.data(), kHeadSize, 1);
+    const CT_UString name(file);
+    const CT_WinFile named(&name, kFileBufferSize);
+    CT_RecordManager records(&named);
+    records.v_Create(kRecordHeaderSize, kBlockSize, kHeadKey);
+    for (unsigned int i = 0; i < kPartCount; ++i) records.v_AddResource(i + 1, &parts[i]);
+    records.v_AddResource(kHeadKey, &head_part);
+    records.v_Close(TRUE);
+    return Failed() ? FALSE : TRUE;
+}
+
+BOOL CT_GlossaryFile::sb_Load(CT_BiLingualUWordList* list, const char16_t* file) {
+    const CT_UString name(file);
+    const CT_WinFile named(&name, kFileBufferSize);
+    CT_RecordManager records(&named);
+    records.v_Open(CT_RecordManager::kModeRead, CT_RecordManager::kMapNever);
+    CT_Buffer head;
+    if (records.b_ResourceExists(kHeadKey) != FALSE) records.v_GetResource(kHeadKey, &head);
+    Parts parts;
+    for (unsigned int i = 0; i < kPartCount; ++i) {
+        if (records.b_ResourceExists(i + 1) != FALSE) records.v_GetResource(i + 1, &parts[i]);
+    }
+    records.v_Close(TRUE);
+    if (Failed()) return FALSE;
+    const auto* const bytes = static_cast<const std::byte*>(head.qcv_Get());
+    if (head.n_GetUsedSize() != kHeadSize || std::memcmp(bytes, kStamp, sizeof kStamp) != 0 ||
+        LoadU32(bytes + kVersionAt) != kVersion) {
+        return Refuse(file, kForeign, u"No glossary in %s");
+    }
+    CT_BiLingualUWordList loaded;
+    if (std::memcmp(MakeHead(LoadU32(bytes + kCountAt), parts).data(), bytes, kHeadSize) != 0 ||
+        loaded.b_Set(&parts[0], &parts[1], &parts[2], &parts[3]) == FALSE ||
+        loaded.n_GetCount() != LoadU32(bytes + kCountAt)) {
+        return Refuse(file, kCorrupt, u"Corrupt data in %s");
+    }
+    list->v_Set(&loaded);
+    return TRUE;
+}

@@ -1,0 +1,157 @@
+#include "Foundation/Database/Glossary/GlossaryFile.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "Foundation/Core/Error/ErrorManager.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Core/SymbolTable/BiLingualWordList.h"
+#include "Foundation/Database/RecordManager/RecordManager.h"
+#include "Support/Errors.h"
+#include "Support/Faults.h"
+#include "Support/TempFolder.h"
+
+namespace {
+
+std::u16string Contents(const CT_BiLingualUWordList& list) {
+    std::u16string text;
+    CT_BiUWordListIterator iterator(&list);
+    const char16_t* source = nullptr;
+    const char16_t* target = nullptr;
+    while (iterator.b_Next() != FALSE) {
+        iterator.v_Get(&source, &target);
+        text = text + source + u"=" + target + u";";
+    }
+    return text;
+}
+
+class GlossaryFileTest : public testing::Test {
+protected:
+    GlossaryFileTest() {
+        list.v_Insert(u"Haus", u"house");
+        list.v_Insert(u"Bäume", u"trees");
+    }
+    BOOL Load(CT_BiLingualUWordList& into) { return CT_GlossaryFile::sb_Load(&into, name.c_str()); }
+
+    test::TempFolder folder;
+    std::u16string name = folder.Name(u"test.glossary");
+    CT_BiLingualUWordList list{TRUE};
+};
+
+TEST_F(GlossaryFileTest, KeepsPairsAndIndexesAndCanGrowAfterwards) {
+    ASSERT_TRUE(CT_GlossaryFile::sb_Save(&list, name.c_str()));
+    CT_BiLingualUWordList loaded;
+    loaded.v_Insert(u"old", u"alt");
+    ASSERT_TRUE(Load(loaded));
+    EXPECT_EQ(Contents(loaded), u"Haus=house;Bäume=trees;");
+    EXPECT_EQ(std::u16string(loaded.qcuz_FindSource(u"Bäume")), u"trees");
+    EXPECT_EQ(std::u16string(loaded.qcuz_FindTarget(u"house")), u"Haus");
+    EXPECT_TRUE(loaded.pcco_GetSourceIndex()->b_HasLongOffsetSupport());
+    loaded.v_Insert(u"neu", u"new");
+    ASSERT_TRUE(CT_GlossaryFile::sb_Save(&loaded, name.c_str()));
+    ASSERT_TRUE(Load(list));
+    EXPECT_EQ(Contents(list), Contents(loaded));
+    EXPECT_EQ(std::u16string(list.qcuz_FindTarget(u"new")), u"neu");
+
+    const CT_BiLingualUWordList empty;
+    ASSERT_TRUE(CT_GlossaryFile::sb_Save(&empty, name.c_str()));
+    ASSERT_TRUE(Load(list));
+    EXPECT_EQ(list.n_GetCount(), 0u);
+}
+
+// The head as the format's page shows it: "head  67 6c ...".
+TEST_F(GlossaryFileTest, TheDocumentedHeadIsWhatIsWritten) {
+    std::ifstream page(GLOSSARY_DOCUMENT);
+    std::string documented, cell;
+    for (std::string line; std::getline(page, line);) {
+        std::istringstream cells(line);
+        if (!(cells >> cell) || cell != "head") continue;
+        while (cells >> cell) documented += static_cast<char>(std::stoul(cell, nullptr, 16));
+    }
+    ASSERT_TRUE(CT_GlossaryFile::sb_Save(&list, name.c_str()));
+    const CT_UString path(name.c_str());
+    const CT_WinFile file(&path, 0);
+    CT_RecordManager records(&file);
+    records.v_Open(CT_RecordManager::kModeRead, CT_RecordManager::kMapNever);
+    CT_Buffer head;
+    records.v_GetResource(5, &head);
+    records.v_Close(TRUE);
+    EXPECT_EQ(documented, std::string(static_cast<const char*>(head.qcv_Get()), 20));
+}
+
+TEST_F(GlossaryFileTest, ADamagedFileIsRefusedOrHarmless) {
+    ASSERT_TRUE(CT_GlossaryFile::sb_Save(&list, name.c_str()));
+    const std::string good = folder.Read(u"test.glossary");
+    const std::u16string contents = Contents(list);
+    int refused = 0;
+    const auto probe = [&](const std::string& bytes) {
+        folder.Write(u"test.glossary", bytes);
+        CT_BiLingualUWordList loaded;
+        loaded.v_Insert(u"old", u"alt");
+        if (Load(loaded) != FALSE) {
+            EXPECT_EQ(Contents(loaded), contents);
+            EXPECT_TRUE(test::NoError());
+        } else {
+            ++refused;
+            EXPECT_EQ(Contents(loaded), u"old=alt;");
+            EXPECT_FALSE(test::NoError());
+        }
+    };
+    for (std::size_t at = 0; at < good.size(); ++at) {
+        SCOPED_TRACE(at);
+        if (at % 16 == 0) probe(good.substr(0, at));
+        for (const int change : {1, 0x80, 0xFF}) {
+            std::string bad = good;
+            bad[at] = static_cast<char>(bad[at] ^ change);
+            probe(bad);
+        }
+    }
+    EXPECT_GT(refused, 500);
+}
+
+TEST_F(GlossaryFileTest, TellsWhatIsWrongWithAFile) {
+    CT_BiLingualUWordList loaded;
+    EXPECT_CT_ERROR(2, Load(loaded));
+    folder.Write(u"test.glossary", "Haus\thouse\n");
+    EXPECT_CT_ERROR(31050, Load(loaded));
+    const CT_UString path(name.c_str());
+    const CT_WinFile file(&path, 0);
+    CT_RecordManager records(&file);
+    records.v_Create(16, 64, 1);
+    records.v_Close(TRUE);
+    EXPECT_CT_MESSAGE(31050, u"(31050): No glossary in " + name, Load(loaded));
+    ASSERT_TRUE(CT_GlossaryFile::sb_Save(&list, name.c_str()));
+    records.v_Open(CT_RecordManager::kModeReadWrite, CT_RecordManager::kMapNever);
+    records.v_DeleteResource(2);
+    records.v_Close(TRUE);
+    EXPECT_CT_MESSAGE(31005, u"(31005): Corrupt data in " + name, Load(loaded));
+}
+
+TEST_F(GlossaryFileTest, AFailedWriteOrAllocationIsToldAndLeavesNothingToLoad) {
+    std::uint32_t unusable = 0;
+    BOOL saved = TRUE;
+    const std::uint32_t writes = test::FailEachFileCall(
+        platform::FileCall::kWrite, 112,
+        [&] { saved = CT_GlossaryFile::sb_Save(&list, name.c_str()); },
+        [&](std::uint32_t) {
+            EXPECT_FALSE(saved);
+            EXPECT_TRUE(test::TakeError(112));
+            CT_BiLingualUWordList loaded;
+            if (Load(loaded) == FALSE) ++unusable;
+            EXPECT_TRUE(loaded.n_GetCount() == 0 || Contents(loaded) == Contents(list));
+            CT_ErrorManager::spco_Get()->v_ClearError();
+        });
+    EXPECT_GT(writes, 3u);
+    EXPECT_GT(unusable, 3u);
+    EXPECT_GT(test::FailEachAllocation([&] { CT_GlossaryFile::sb_Save(&list, name.c_str()); }), 3u);
+    EXPECT_GT(test::FailEachAllocation([&] {
+                  CT_BiLingualUWordList loaded;
+                  EXPECT_TRUE(Load(loaded));
+              }),
+              10u);
+}
+
+}  // namespace
