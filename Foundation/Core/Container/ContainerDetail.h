@@ -41,8 +41,28 @@ inline void CopyItem(void* out, const void* item, std::uint32_t size) noexcept {
         case 8:
             std::memcpy(out, item, 8);
             break;
+        case 16:
+            std::memcpy(out, item, 16);
+            break;
         default:
-            std::memmove(out, item, size);
+            if (size != 0) std::memmove(out, item, size);
+    }
+}
+
+// Fills one item with zeros.
+inline void ClearItem(void* out, std::uint32_t size) noexcept {
+    switch (size) {
+        case 4:
+            std::memset(out, 0, 4);
+            break;
+        case 8:
+            std::memset(out, 0, 8);
+            break;
+        case 16:
+            std::memset(out, 0, 16);
+            break;
+        default:
+            if (size != 0) std::memset(out, 0, size);
     }
 }
 

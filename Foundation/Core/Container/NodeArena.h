@@ -1,19 +1,20 @@
 // NodeArena: nodes of one size for one container, cut from chunks and reused through a free list.
 //
 // Making and freeing a node takes a few instructions; giving back all of them takes time by chunk,
-// not by node. Chunks go back to the heap when the last node is freed or the arena is emptied.
+// not by node. When the last node is freed all chunks but the first, small one go back to the heap.
 // Running out of memory throws CT_SmartHeapException and changes nothing.
 #ifndef FOUNDATION_CORE_CONTAINER_NODEARENA_H
 #define FOUNDATION_CORE_CONTAINER_NODEARENA_H
 
 #include <cstddef>
-#include <cstdint>
 #include <new>
 #include <utility>
 
+#include "Foundation/Platform/Export.h"
+
 namespace foundation::detail {
 
-class NodeArena {
+class FOUNDATION_API NodeArena {
 public:
     explicit NodeArena(std::size_t node_size) noexcept;
     NodeArena(const NodeArena&) = delete;
@@ -28,10 +29,10 @@ public:
         return std::exchange(fresh_, fresh_ + node_size_);
     }
     void Free(void* node) noexcept {
-        if (--live_ == 0) return Clear();
+        if (--live_ == 0) return Reset();
         free_ = new (node) Link{free_};
     }
-    // Frees all nodes.
+    // Frees all nodes and chunks.
     void Clear() noexcept;
     void Swap(NodeArena& other) noexcept;
 
@@ -40,14 +41,19 @@ private:
         Link* next;
     };
     void AddChunk();
+    // Makes the nodes of the latest chunk, `size` bytes of them, fresh.
+    void UseChunk(std::size_t size) noexcept;
+    // Empties the arena down to its first chunk.
+    void Reset() noexcept;
+    void FreeChunks(Link* kept) noexcept;
 
     std::size_t node_size_;
     std::size_t live_ = 0;
     Link* free_ = nullptr;
     std::byte* fresh_ = nullptr;  // nodes of the latest chunk that were never used
     std::byte* fresh_end_ = nullptr;
-    Link* chunks_ = nullptr;
-    std::size_t chunk_size_ = 0;  // bytes of the latest chunk
+    Link* chunks_ = nullptr;      // the latest first
+    std::size_t chunk_size_ = 0;  // bytes of nodes in the latest chunk
 };
 
 }  // namespace foundation::detail

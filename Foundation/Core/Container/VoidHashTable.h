@@ -23,9 +23,6 @@
 #include "Foundation/Platform/Types.h"
 
 struct _SHI_Pool;
-namespace foundation::detail {
-struct KeyRules;
-}
 
 class FOUNDATION_API CT_VoidHashTable {
 public:
@@ -94,7 +91,7 @@ public:
         return slots_[slot - 1];
     }
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return count_; }
-    [[nodiscard]] std::uint32_t n_GetTableSize() const noexcept { return table_size_; }
+    [[nodiscard]] std::uint32_t n_GetTableSize() const noexcept { return slots_.Size(); }
     // Items that were put before others in their chains, less those of them that were removed from
     // behind another one.
     [[nodiscard]] std::uint32_t n_GetCollisions() const noexcept { return collisions_; }
@@ -112,16 +109,66 @@ public:
 private:
     friend class CT_VoidHashIterator;
 
+    // How keys are hashed and compared. Pairs of functions that are known to agree, so that equal
+    // keys have equal hashes, are not asked again what the stored hashes tell.
+    struct Rules {
+        enum class Path : std::uint8_t { kForeign, kNumber, kUnitsAt, kKnown };
+        Path path;
+        bool filters;                            // keys of different hashes are different
+        std::uint32_t (*hash)(const void* key);  // whatever the table size; null for kForeign
+        CompareFunction compare;
+    };
+    [[nodiscard]] static Rules RulesOf(HashFunction hash, CompareFunction compare) noexcept;
+
+    // The heads of the chains.
+    class Slots {
+    public:
+        explicit Slots(std::uint32_t size);
+        ~Slots();
+        void Swap(Slots& other) noexcept;
+        void Empty() noexcept;
+        [[nodiscard]] std::uint32_t Size() const noexcept { return size_; }
+        // The head of the chain of a hash, or of an index from 0.
+        [[nodiscard]] st_HashItem*& Of(std::uint32_t hash) const noexcept;
+        [[nodiscard]] st_HashItem*& operator[](std::uint32_t index) const noexcept {
+            return heads_[index];
+        }
+        // Has the items of a slot that lies ahead brought nearer.
+        void PrefetchFrom(std::uint32_t index) const noexcept;
+
+    private:
+        st_HashItem** heads_ = nullptr;
+        std::uint32_t size_ = 0;
+        std::uint64_t reciprocal_ = 0;  // of the size
+    };
+
+    // Where a key is or would be.
+    struct Place {
+        std::uint32_t hash;  // for foreign functions the slot less 1
+        st_HashItem** head;  // of its chain
+        st_HashItem** link;  // to its item, or the null one at the end of the chain
+    };
+    [[nodiscard]] Place Find(const void* key) const;
+    template <typename Matches>
+    [[nodiscard]] Place FindIn(std::uint32_t hash, Matches matches) const;
+    // Adds an item whose key is not there, and grows.
+    void Add(const void* key, std::uint32_t hash, const void* data);
+    void InsertAll(const CT_VoidHashTable& other);
+    void InsertConverted(const CT_VoidHashTable& other);
+    void Rebuild(std::uint32_t tableSize);
+    // Removes the item that `link`, the head of its chain or a link in it, leads to.
+    void Unlink(st_HashItem** link, bool isHead) noexcept;
+    void RemoveBehind(const st_HashItem* previous, std::uint32_t slot,
+                      const st_HashItem* item) noexcept;
+
     std::uint32_t key_size_;
     std::uint32_t data_size_;
     std::uint32_t count_ = 0;
     std::uint32_t collisions_ = 0;
     HashFunction hash_;
     CompareFunction compare_;
-    const foundation::detail::KeyRules* rules_;
-    st_HashItem** slots_ = nullptr;
-    std::uint32_t table_size_ = 0;
-    std::uint64_t reciprocal_ = 0;  // of the table size
+    Rules rules_;
+    Slots slots_;
     foundation::detail::NodeArena items_;
 };
 
@@ -157,6 +204,10 @@ public:
     [[nodiscard]] BOOL b_IsEqual(const CT_VoidHashIterator* other) const noexcept;
 
 private:
+    // Leaves the chain of the current slot for the next one that is not empty.
+    void GoToSlotAfter() noexcept;
+    void RemoveCurrent() noexcept;
+
     const CT_VoidHashTable* table_;
     const CT_VoidHashTable::st_HashItem* item_ = nullptr;
     std::uint32_t slot_ = 0;  // 0 before the first

@@ -1,0 +1,319 @@
+#include "Foundation/Core/Container/VoidHashTable.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "Foundation/Core/Container/ContainerDetail.h"
+#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Platform/Prefetch.h"
+
+using namespace foundation::detail;
+
+namespace {
+
+constexpr std::uint32_t kSizeInsteadOfNone = 13;
+
+constinit _SHI_Pool pool(sizeof(CT_VoidHashTable), 128);
+
+// Copies the data of an item out, or zeros when there is none.
+inline void GiveData(void* out, const CT_VoidHashTable::st_HashItem* item,
+                     std::uint32_t size) noexcept {
+    if (out == nullptr) return;
+    if (item != nullptr) {
+        CopyItem(out, item->pcv_GetData(), size);
+    } else {
+        ClearItem(out, size);
+    }
+}
+
+// The link in a chain to the first item that `matches`, or the null link at its end.
+template <typename Matches>
+CT_VoidHashTable::st_HashItem** Walk(CT_VoidHashTable::st_HashItem** link, Matches matches) {
+    while (*link != nullptr && !matches(*link)) link = &(*link)->following;
+    return link;
+}
+
+}  // namespace
+
+void CT_VoidHashTable::st_HashItem::v_Set(const void* key, std::uint32_t keySize, const void* data,
+                                          std::uint32_t dataSize) noexcept {
+    following = nullptr;
+    key_size = keySize;
+    CopyItem(this + 1, key, keySize);
+    v_SetData(data, dataSize);
+}
+
+void CT_VoidHashTable::st_HashItem::v_SetData(const void* data, std::uint32_t size) noexcept {
+    CopyItem(const_cast<void*>(pcv_GetData()), data, size);
+}
+
+CT_VoidHashTable::CT_VoidHashTable(std::uint32_t dataSize, std::uint32_t keySize, HashFunction hash,
+                                   CompareFunction compare, std::uint32_t tableSize)
+    : key_size_(keySize),
+      data_size_(dataSize),
+      hash_(hash),
+      compare_(compare),
+      rules_(RulesOf(hash, compare)),
+      slots_(tableSize),
+      items_(sizeof(st_HashItem) + std::size_t{keySize} + dataSize) {}
+
+CT_VoidHashTable::CT_VoidHashTable(const CT_VoidHashTable* other)
+    : CT_VoidHashTable(other->data_size_, other->key_size_, other->hash_, other->compare_,
+                       other->n_GetTableSize()) {
+    InsertAll(*other);
+}
+
+CT_VoidHashTable& CT_VoidHashTable::operator=(const CT_VoidHashTable& other) {
+    v_Set(&other);
+    return *this;
+}
+
+CT_VoidHashTable::~CT_VoidHashTable() = default;
+
+void* CT_VoidHashTable::operator new(std::size_t size) {
+    return NewObject(pool, size);
+}
+
+void CT_VoidHashTable::operator delete(void* block, std::size_t size) noexcept {
+    DeleteObject(pool, block, size);
+}
+
+_SHI_Pool* CT_VoidHashTable::spso_GetMemPool() noexcept {
+    return &pool;
+}
+
+void CT_VoidHashTable::v_Set(std::uint32_t tableSize) {
+    if (tableSize == n_GetTableSize()) {
+        slots_.Empty();
+    } else {
+        Slots fresh(tableSize);
+        slots_.Swap(fresh);
+    }
+    items_.Clear();
+    count_ = 0;
+    collisions_ = 0;
+}
+
+void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
+    if (other == this) return;
+    CT_VoidHashTable copy(data_size_, key_size_, hash_, compare_, other->n_GetTableSize());
+    copy.InsertAll(*other);
+    std::swap(count_, copy.count_);
+    std::swap(collisions_, copy.collisions_);
+    slots_.Swap(copy.slots_);
+    items_.Swap(copy.items_);
+}
+
+inline CT_VoidHashTable::st_HashItem*& CT_VoidHashTable::Slots::Of(
+    std::uint32_t hash) const noexcept {
+    return heads_[Remainder(hash, size_, reciprocal_)];
+}
+
+template <typename Matches>
+inline CT_VoidHashTable::Place CT_VoidHashTable::FindIn(std::uint32_t hash, Matches matches) const {
+    st_HashItem** const head = &slots_.Of(hash);
+    return {hash, head, Walk(head, matches)};
+}
+
+inline CT_VoidHashTable::Place CT_VoidHashTable::Find(const void* key) const {
+    if (rules_.path == Rules::Path::kNumber) {
+        const auto number = ValueAt<std::uint32_t>(key);
+        return FindIn(number, [number](const st_HashItem* item) { return item->hash == number; });
+    }
+    if (rules_.path == Rules::Path::kUnitsAt) {
+        const auto* const text = ValueAt<const char16_t*>(key);
+        const std::uint32_t hash = HashText<false>(text);
+        return FindIn(hash, [hash, text](const st_HashItem* item) {
+            return item->hash == hash &&
+                   IsSameText(ValueAt<const char16_t*>(item->pcv_GetKey()), text);
+        });
+    }
+    const std::uint32_t hash =
+        rules_.path == Rules::Path::kKnown ? rules_.hash(key) : hash_(key, n_GetTableSize()) - 1;
+    return FindIn(hash, [this, key, hash](const st_HashItem* item) {
+        return (!rules_.filters || item->hash == hash) &&
+               rules_.compare(item->pcv_GetKey(), key) == 0;
+    });
+}
+
+BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
+    if (n_GetTableSize() == 0) Rebuild(kSizeInsteadOfNone);
+    const Place place = Find(key);
+    if (*place.link == nullptr) {
+        Add(key, place.hash, data);
+        return FALSE;
+    }
+    (*place.link)->v_SetData(data, data_size_);
+    return TRUE;
+}
+
+BOOL CT_VoidHashTable::b_Get(const void* key, void* out) const {
+    const st_HashItem* const item = count_ == 0 ? nullptr : *Find(key).link;
+    GiveData(out, item, data_size_);
+    return item == nullptr ? FALSE : TRUE;
+}
+
+BOOL CT_VoidHashTable::b_Remove(const void* key, void* out) {
+    const Place place = count_ == 0 ? Place{} : Find(key);
+    const st_HashItem* const item = place.link == nullptr ? nullptr : *place.link;
+    GiveData(out, item, data_size_);
+    if (item == nullptr) return FALSE;
+    Unlink(place.link, place.link == place.head);
+    return TRUE;
+}
+
+void CT_VoidHashTable::v_RemoveAt(std::uint32_t slot, const st_HashItem* item) noexcept {
+    RemoveBehind(nullptr, slot, item);
+}
+
+void CT_VoidHashTable::v_Resize(std::uint32_t tableSize) {
+    if (tableSize == 0) tableSize = n_GetTableSize();
+    if (collisions_ >= tableSize / 4) {
+        if (tableSize > 0x7FFFFFFF) ReportExhausted();
+        tableSize = n_GetNextPrim(2 * tableSize);
+    }
+    Rebuild(tableSize);
+}
+
+unsigned int CT_VoidHashTable::sn_HashInteger(const void* key, unsigned int tableSize) {
+    return ValueAt<std::uint32_t>(key) % tableSize + 1;
+}
+
+int CT_VoidHashTable::si_CompareInteger(const void* left, const void* right) {
+    const auto a = ValueAt<std::uint32_t>(left);
+    const auto b = ValueAt<std::uint32_t>(right);
+    return a > b ? 1 : a < b ? -1 : 0;
+}
+
+std::uint32_t CT_VoidHashTable::n_GetNextPrim(std::uint32_t n) noexcept {
+    const auto is_prime = [](std::uint32_t value) {
+        if (value % 2 == 0) return value <= 2;
+        const auto root = static_cast<std::uint32_t>(std::sqrt(static_cast<double>(value)));
+        for (std::uint32_t divisor = 3; divisor <= root; divisor += 2) {
+            if (value % divisor == 0) return false;
+        }
+        return true;
+    };
+    while (!is_prime(n)) ++n;
+    return n;
+}
+
+void CT_VoidHashTable::Add(const void* key, std::uint32_t hash, const void* data) {
+    auto* const item = static_cast<st_HashItem*>(items_.Allocate());
+    item->v_Set(key, key_size_, data, data_size_);
+    item->hash = hash;
+    st_HashItem*& head = slots_.Of(hash);
+    const bool collides = head != nullptr;
+    item->following = head;
+    head = item;
+    ++count_;
+    collisions_ += collides;
+    if (collisions_ <= n_GetTableSize() / 4) return;
+    try {
+        v_Resize(0);
+    } catch (...) {
+        Unlink(&head, true);
+        collisions_ -= collides;
+        throw;
+    }
+}
+
+void CT_VoidHashTable::InsertAll(const CT_VoidHashTable& other) {
+    if (key_size_ != other.key_size_ || data_size_ != other.data_size_ || hash_ != other.hash_ ||
+        compare_ != other.compare_) {
+        return InsertConverted(other);
+    }
+    // Keys that differ there differ here, so none is looked for: that keeps long chains linear.
+    for (std::uint32_t slot = 0; slot < other.slots_.Size(); ++slot) {
+        other.slots_.PrefetchFrom(slot);
+        for (const st_HashItem* item = other.slots_[slot]; item != nullptr;
+             item = item->following) {
+            const void* const key = item->pcv_GetKey();
+            const bool rehashes = rules_.path == Rules::Path::kForeign;
+            Add(key, rehashes ? hash_(key, n_GetTableSize()) - 1 : item->hash, item->pcv_GetData());
+        }
+    }
+}
+
+void CT_VoidHashTable::InsertConverted(const CT_VoidHashTable& other) {
+    using Bytes = std::vector<std::byte, platform::Allocator<std::byte>>;
+    Bytes key(std::size_t{key_size_} + 1), data(std::size_t{data_size_} + 1);
+    for (std::uint32_t slot = 0; slot < other.slots_.Size(); ++slot) {
+        for (const st_HashItem* item = other.slots_[slot]; item != nullptr;
+             item = item->following) {
+            CopyItem(key.data(), item->pcv_GetKey(), std::min(key_size_, other.key_size_));
+            CopyItem(data.data(), item->pcv_GetData(), std::min(data_size_, other.data_size_));
+            b_Insert(key.data(), data.data());
+        }
+    }
+}
+
+void CT_VoidHashTable::Rebuild(std::uint32_t tableSize) {
+    Slots fresh(tableSize);
+    if (rules_.path == Rules::Path::kForeign) {
+        // All before the first item moves: the function may throw.
+        for (std::uint32_t slot = 0; slot < slots_.Size(); ++slot) {
+            for (st_HashItem* item = slots_[slot]; item != nullptr; item = item->following) {
+                item->hash = hash_(item->pcv_GetKey(), tableSize) - 1;
+            }
+        }
+    }
+    collisions_ = 0;
+    for (std::uint32_t slot = 0; slot < slots_.Size(); ++slot) {
+        slots_.PrefetchFrom(slot);
+        st_HashItem* following = nullptr;
+        for (st_HashItem* item = slots_[slot]; item != nullptr; item = following) {
+            following = item->following;
+            st_HashItem*& head = fresh.Of(item->hash);
+            collisions_ += head != nullptr;
+            item->following = head;
+            head = item;
+        }
+    }
+    slots_.Swap(fresh);
+}
+
+void CT_VoidHashTable::Unlink(st_HashItem** link, bool isHead) noexcept {
+    st_HashItem* const item = *link;
+    *link = item->following;
+    if (!isHead) --collisions_;
+    --count_;
+    items_.Free(item);
+}
+
+void CT_VoidHashTable::RemoveBehind(const st_HashItem* previous, std::uint32_t slot,
+                                    const st_HashItem* item) noexcept {
+    st_HashItem** const head = &slots_[slot - 1];
+    st_HashItem** link =
+        previous == nullptr ? head : &const_cast<st_HashItem*>(previous)->following;
+    if (*link != item) link = Walk(head, [item](const st_HashItem* at) { return at == item; });
+    if (*link != nullptr) Unlink(link, link == head);
+}
+
+CT_VoidHashTable::Slots::Slots(std::uint32_t size) : size_(size) {
+    if (size == 0) return;
+    heads_ =
+        static_cast<st_HashItem**>(platform::AllocateZeroed(std::size_t{size} * sizeof(*heads_)));
+    if (heads_ == nullptr) ReportExhausted();
+    reciprocal_ = Reciprocal(size);
+}
+
+CT_VoidHashTable::Slots::~Slots() {
+    platform::Free(heads_);
+}
+
+void CT_VoidHashTable::Slots::Swap(Slots& other) noexcept {
+    std::swap(heads_, other.heads_);
+    std::swap(size_, other.size_);
+    std::swap(reciprocal_, other.reciprocal_);
+}
+
+void CT_VoidHashTable::Slots::Empty() noexcept {
+    std::fill_n(heads_, size_, nullptr);
+}
+
+void CT_VoidHashTable::Slots::PrefetchFrom(std::uint32_t index) const noexcept {
+    constexpr std::uint32_t kAhead = 8;
+    if (size_ - index > kAhead) platform::Prefetch(heads_[index + kAhead]);
+}
