@@ -9,6 +9,7 @@ namespace zelkor {
 
 void AddWordListCommand(CLI::App& app);
 void AddConvertCommand(CLI::App& app);
+void AddCharCommand(CLI::App& app);
 void AddEncodingCommand(CLI::App& app);
 void AddRecordsCommand(CLI::App& app);
 void AddLocaleCommand(CLI::App& app);

@@ -29,6 +29,7 @@ int Run(int argc, char** argv) {
     zelkor::AddWordListCommand(app);
     zelkor::AddConvertCommand(app);
     zelkor::AddEncodingCommand(app);
+    zelkor::AddCharCommand(app);
     zelkor::AddRecordsCommand(app);
     zelkor::AddLocaleCommand(app);
     app.add_subcommand("version", "Print the product version and edition.")->callback(PrintVersion);
