@@ -151,7 +151,8 @@ bool CT_RecordManager::ReadFreeTable() {
     chain_bound_ = 0xFFFFFFFF;
     chain_end_seen_ = false;
     if (count == 0) return true;
-    if (count > Get(format::kCapacityAt) || count > n_GetSize() / format::kEntrySize) {
+    if (count > Get(format::kCapacityAt) ||
+        format::kFreeTableAt + std::uint64_t{count} * format::kEntrySize > Held()) {
         v_SetError(format::kCorrupt);
         return false;
     }
@@ -171,7 +172,7 @@ bool CT_RecordManager::ReadDirectory() {
     directory_.v_Set(kTableGrowth, 0, FALSE);
     if (count == 0) return true;
     if (count > n_GetResourceMaxCount() ||
-        at + std::uint64_t{count} * format::kEntrySize > n_GetSize()) {
+        at + std::uint64_t{count} * format::kEntrySize > Held()) {
         v_SetError(format::kCorrupt);
         return false;
     }

@@ -211,6 +211,10 @@ private:
     void SystemFailure(unsigned int error, const char* file = __builtin_FILE(),
                        unsigned int line = __builtin_LINE());
     [[nodiscard]] bool b_CanMap() const;
+    // What the data area's end and the file allow tables to reach, before a mapping extended it.
+    [[nodiscard]] unsigned int Held() const {
+        return n_GetSize() < opened_size_ ? n_GetSize() : opened_size_;
+    }
     // Where reading and writing end: the data end, unless the file is far shorter.
     [[nodiscard]] unsigned int End() const {
         return n_GetSize() < end_cap_ ? n_GetSize() : end_cap_;

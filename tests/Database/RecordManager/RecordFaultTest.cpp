@@ -1,4 +1,4 @@
-// Failing calls, full disks and exhausted memory.
+// Failing calls and exhausted memory.
 #include <map>
 
 #include "RecordFiles.h"
@@ -100,20 +100,6 @@ TEST_F(RecordFaultTest, EveryFailingCallLeavesWhatWasStored) {
             ClearError();
         }
         EXPECT_GT(failed, mapping == Manager::kMapNever ? 60u : 6u);
-    }
-}
-
-TEST_F(RecordFaultTest, AFullDiskLosesNothingThatWasStored) {
-    for (std::uint32_t after = 0; after < 20; ++after) {
-        for (const std::uint32_t limit : {0u, 5u, 70u}) {
-            SCOPED_TRACE(testing::Message() << after << " " << limit);
-            Prepare();
-            {
-                const FullDisk full(after, limit);
-                Scenario(Manager::kMapNever);
-            }
-            VerifyFile();
-        }
     }
 }
 

@@ -60,6 +60,12 @@ inline void PutWord(std::string& bytes, std::size_t offset, std::uint32_t word) 
     for (std::size_t i = 0; i < 4; ++i) bytes.at(offset + i) = static_cast<char>(word >> 8 * i);
 }
 
+// Where files can be stored without a disk's waiting times.
+inline std::filesystem::path QuickFolder() {
+    const std::filesystem::path memory = "/dev/shm";
+    return std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path();
+}
+
 // A file of the folder, as an object that gives its name.
 struct Named {
     Named(const TempFolder& folder, std::u16string_view name)

@@ -103,15 +103,8 @@ struct Setting {
     unsigned int slots;  // so many of the board are used
 };
 
-// Where a file can be stored without a disk's waiting times, most of a writer's time goes to what
-// may go wrong.
-std::filesystem::path Quick() {
-    const std::filesystem::path memory = "/dev/shm";
-    return access(memory.c_str(), W_OK) == 0 ? memory : std::filesystem::temp_directory_path();
-}
-
 struct RecordKillTest : testing::TestWithParam<Setting> {
-    TempFolder folder{Quick()};
+    TempFolder folder{QuickFolder()};
     Named name{folder, u"killed.rec"};
     Named target{folder, u"repaired.rec"};
     void* shared =
