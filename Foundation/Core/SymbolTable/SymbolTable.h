@@ -6,8 +6,8 @@
 // stays reachable by its name; one that lost both is deleted at once. Everything that is reachable
 // is deleted with the table, each symbol once.
 // A symbol must not be changed or deleted by others while the table holds it.
-// Names are texts up to a zero character. Without regard to case they agree as
-// CT_Compare::si_CompareNoCasePQUZ has it.
+// Names are texts up to a zero character. Without regard to case A to Z agree with a to z, and no
+// other letters do (CT_Compare::si_CompareNoCasePQUZ).
 // Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the table and
 // the symbol as they were; the symbol is still the caller's. Threads: one object, one thread.
 #ifndef FOUNDATION_CORE_SYMBOLTABLE_SYMBOLTABLE_H
