@@ -28,4 +28,5 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/zelkor-foundation.pc.in
   ${PROJECT_BINARY_DIR}/zelkor-foundation.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zelkor-foundation.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zelkor-foundation)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/docs/licenses/Unicode-3.0.txt
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zelkor-foundation)

@@ -60,15 +60,20 @@ function(zelkor_fuzzer name)
   target_link_libraries(${name} PRIVATE Zelkor::Foundation)
 endfunction()
 
-# zelkor_table(NAME SCRIPT INPUT): a committed table that the target `gen_tables` makes anew and a test
-# compares, where ZELKOR_DATA_DIR has the generator's inputs, which are not part of the project.
+# zelkor_table(NAME SCRIPT INPUT [FOLDER]): a committed table that the target `gen_tables` makes anew and
+# a test compares, where FOLDER, or else ZELKOR_DATA_DIR, has the generator's inputs, which are not part
+# of the project.
 function(zelkor_table name script input)
-  if(NOT ZELKOR_DATA_DIR)
+  set(folder "${ZELKOR_DATA_DIR}")
+  if(ARGC GREATER 3)
+    set(folder "${ARGV3}")
+  endif()
+  if(NOT folder)
     return()
   endif()
   find_package(Python3 REQUIRED COMPONENTS Interpreter)
   set(command ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/scripts/generate/${script}
-    ${ZELKOR_DATA_DIR}/${input})
+    ${folder}/${input})
   if(NOT TARGET gen_tables)
     add_custom_target(gen_tables)
   endif()
