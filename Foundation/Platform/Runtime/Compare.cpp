@@ -97,7 +97,8 @@ std::size_t CommonNoCase(const Char* a, const Char* b, std::size_t length) noexc
     constexpr std::size_t kBlock = 16 / sizeof(Char);
     while (length - done >= kBlock) {
         const unsigned same = SameBytes(a + done, b + done);
-        if (same != 0xFFFF) return done + std::countr_one(same) / sizeof(Char);
+        if (same != 0xFFFF)
+            return done + static_cast<std::size_t>(std::countr_one(same)) / sizeof(Char);
         done += kBlock;
         // The last block reaches back over units that are known to be the same.
         if (done < length && length - done < kBlock) done = length - kBlock;
