@@ -65,6 +65,7 @@
 #include "Foundation/Core/SymbolTable/SymbolTable.h"
 #include "Foundation/Core/TestOut/TestOut.h"
 #include "Foundation/Core/Version/AppVersion.h"
+#include "Foundation/Core/Version/ModuleVersion.h"
 #include "Foundation/Database/Glossary/GlossaryFile.h"
 #include "Foundation/Database/RecordManager/RecordCheck.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"

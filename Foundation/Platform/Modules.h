@@ -1,4 +1,5 @@
-// Modules: the program and the shared libraries of the process, their paths and string tables.
+// Modules: the program and the shared libraries of the process, their paths, string tables
+// and versions.
 //
 // A module is named by its handle; the program is named by null as well. Threads: any, at any time.
 #ifndef FOUNDATION_PLATFORM_MODULES_H
@@ -37,6 +38,23 @@ FOUNDATION_API bool RegisterStringTable(HINSTANCE module,
 // The module's text of that id; null data when it has none.
 [[nodiscard]] FOUNDATION_API std::u16string_view FindString(HINSTANCE module,
                                                             std::uint32_t id) noexcept;
+
+// A module's version: the fixed part, and texts by name ("ProductVersion" and the like).
+struct VersionText {
+    const char16_t* name;
+    const char16_t* text;
+};
+struct VersionResource {
+    VS_FIXEDFILEINFO fixed;
+    std::span<const VersionText> texts;
+};
+
+// Gives a module its version resource, which is borrowed, in place of the one before; null removes
+// it. A module does so when it is loaded, and removes it when it goes. FALSE as above.
+FOUNDATION_API bool RegisterVersion(HINSTANCE module, const VersionResource* version) noexcept;
+
+// The module's version resource; null when it has none.
+[[nodiscard]] FOUNDATION_API const VersionResource* FindVersion(HINSTANCE module) noexcept;
 
 // Asks the loader not to tell the module of starting and ending threads. Answers whether the module
 // exists; ThreadNotifications tells what was asked for last.

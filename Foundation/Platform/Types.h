@@ -71,6 +71,24 @@ struct BY_HANDLE_FILE_INFORMATION {
     std::uint32_t nFileIndexLow;
 };
 
+// The fixed part of a module's version resource. Versions are four 16-bit numbers, the first in the
+// upper half of the first word: 7.0.0.615 is 0x00070000 and 0x00000267.
+struct VS_FIXEDFILEINFO {
+    std::uint32_t dwSignature;  // 0xFEEF04BD
+    std::uint32_t dwStrucVersion;
+    std::uint32_t dwFileVersionMS;
+    std::uint32_t dwFileVersionLS;
+    std::uint32_t dwProductVersionMS;
+    std::uint32_t dwProductVersionLS;
+    std::uint32_t dwFileFlagsMask;
+    std::uint32_t dwFileFlags;
+    std::uint32_t dwFileOS;
+    std::uint32_t dwFileType;  // 1 program, 2 library
+    std::uint32_t dwFileSubtype;
+    std::uint32_t dwFileDateMS;
+    std::uint32_t dwFileDateLS;
+};
+
 // What the C runtime's stat answers. The system's own headers may define st_atime and its like as
 // macros (st_atim.tv_sec); both spellings reach the same number here.
 #pragma push_macro("st_atime")

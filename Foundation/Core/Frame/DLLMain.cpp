@@ -2,6 +2,7 @@
 
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Core/Version/ModuleVersion.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Modules.h"
 #include "Foundation/System/Thread/Thread.h"
@@ -62,7 +63,7 @@ const CT_ModuleVersion* CT_BasisDLLMain::spcco_GetVersion() {
 }
 
 const CT_UString* CT_BasisDLLMain::spcco_GetProductVersion() {
-    return nullptr;
+    return spco_Version != nullptr ? spco_Version->pcco_GetProductVersion() : nullptr;
 }
 
 BOOL DllMain(HINSTANCE instance, unsigned int reason, void* /*reserved*/) {

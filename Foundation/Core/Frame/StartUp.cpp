@@ -7,6 +7,7 @@
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Frame/StringTable.h"
+#include "Foundation/Core/Frame/VersionResource.h"
 #include "Foundation/Core/Language/Language.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/CString.h"
@@ -70,6 +71,7 @@ class Loader {
 public:
     Loader() : instance_(platform::ModuleOf(&pool_memory)) {
         platform::RegisterStringTable(instance_, foundation::detail::kStringTable);
+        platform::RegisterVersion(instance_, &foundation::detail::kVersionResource);
         if (!DllMain(instance_, kProcessAttach, nullptr)) {
             platform::EndProcess("The library could not be loaded: no thread slot for CT_Thread.");
         }

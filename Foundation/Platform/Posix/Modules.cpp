@@ -24,10 +24,13 @@ constexpr std::uint32_t kErrorModuleNotFound = 126;
 struct Entry {
     HINSTANCE module = nullptr;
     std::span<const StringResource> strings;
+    const VersionResource* version = nullptr;
     bool silent = false;  // asked not to be told of threads
     bool used = false;
 };
 
+// Nothing that asks the loader may be called under it: the loader holds a lock of its own while a
+// library registers itself.
 constinit std::mutex entries_mutex;
 constinit std::array<Entry, 64> entries;
 
@@ -37,20 +40,40 @@ HINSTANCE Named(HINSTANCE module) noexcept {
     return ModuleOf(reinterpret_cast<const void*>(getauxval(AT_PHDR)));
 }
 
-// The module's entry, a new one when there is none; null when all are taken. Needs the lock.
-Entry* EntryOf(HINSTANCE module) noexcept {
+// The module's entry; null when it has none. Needs the lock, as all that follow.
+Entry* KnownEntry(HINSTANCE module) noexcept {
     const auto known = std::ranges::find_if(
         entries, [module](const Entry& entry) { return entry.used && entry.module == module; });
-    if (known != entries.end()) return &*known;
+    return known != entries.end() ? &*known : nullptr;
+}
+
+// The module's entry, a new one when there is none; null when all are taken.
+Entry* EntryOf(HINSTANCE module) noexcept {
+    if (Entry* const known = KnownEntry(module)) return known;
     const auto free = std::ranges::find(entries, false, &Entry::used);
     if (free == entries.end()) return nullptr;
-    *free = Entry{module, {}, false, true};
+    *free = Entry{module, {}, nullptr, false, true};
     return &*free;
 }
 
-// Drops an entry that says nothing. Needs the lock.
+// Drops an entry that says nothing.
 void Tidy(Entry& entry) noexcept {
-    if (entry.strings.empty() && !entry.silent) entry.used = false;
+    if (entry.strings.empty() && entry.version == nullptr && !entry.silent) entry.used = false;
+}
+
+// Changes the module's entry; false with the last error set when no further module can be had.
+template <typename Change>
+bool Register(HINSTANCE module, const Change& change) noexcept {
+    module = Named(module);
+    const std::lock_guard lock(entries_mutex);
+    Entry* const entry = EntryOf(module);
+    if (entry == nullptr) {
+        SetLastError(kErrorNotEnoughMemory);
+        return false;
+    }
+    change(*entry);
+    Tidy(*entry);
+    return true;
 }
 
 // The file of a module as the system names it; false when there is no such module.
@@ -94,34 +117,35 @@ std::uint32_t ModuleFileName(HINSTANCE module, char16_t* path, std::uint32_t cap
 }
 
 bool RegisterStringTable(HINSTANCE module, std::span<const StringResource> table) noexcept {
-    module = Named(module);
-    const std::lock_guard lock(entries_mutex);
-    Entry* const entry = EntryOf(module);
-    if (entry == nullptr) {
-        SetLastError(kErrorNotEnoughMemory);
-        return false;
-    }
-    entry->strings = table;
-    Tidy(*entry);
-    return true;
+    return Register(module, [table](Entry& entry) { entry.strings = table; });
 }
 
 std::u16string_view FindString(HINSTANCE module, std::uint32_t id) noexcept {
     module = Named(module);
     const std::lock_guard lock(entries_mutex);
-    for (const Entry& entry : entries) {
-        if (!entry.used || entry.module != module) continue;
-        const auto found = std::ranges::find(entry.strings, id, &StringResource::id);
-        return found == entry.strings.end() ? std::u16string_view() : found->text;
-    }
-    return {};
+    const Entry* const entry = KnownEntry(module);
+    if (entry == nullptr) return {};
+    const auto found = std::ranges::find(entry->strings, id, &StringResource::id);
+    return found == entry->strings.end() ? std::u16string_view() : found->text;
+}
+
+bool RegisterVersion(HINSTANCE module, const VersionResource* version) noexcept {
+    return Register(module, [version](Entry& entry) { entry.version = version; });
+}
+
+const VersionResource* FindVersion(HINSTANCE module) noexcept {
+    module = Named(module);
+    const std::lock_guard lock(entries_mutex);
+    const Entry* const entry = KnownEntry(module);
+    return entry != nullptr ? entry->version : nullptr;
 }
 
 bool DisableThreadNotifications(HINSTANCE module) noexcept {
     char native[PATH_MAX];
     module = Named(module);
+    const bool exists = NativeFile(module, native);
     const std::lock_guard lock(entries_mutex);
-    Entry* const entry = NativeFile(module, native) ? EntryOf(module) : nullptr;
+    Entry* const entry = exists ? EntryOf(module) : nullptr;
     if (entry != nullptr) entry->silent = true;
     return entry != nullptr;
 }
@@ -129,9 +153,8 @@ bool DisableThreadNotifications(HINSTANCE module) noexcept {
 bool ThreadNotifications(HINSTANCE module) noexcept {
     module = Named(module);
     const std::lock_guard lock(entries_mutex);
-    return std::ranges::none_of(entries, [module](const Entry& entry) {
-        return entry.used && entry.module == module && entry.silent;
-    });
+    const Entry* const entry = KnownEntry(module);
+    return entry == nullptr || !entry->silent;
 }
 
 }  // namespace platform

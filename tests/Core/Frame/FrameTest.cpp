@@ -14,7 +14,9 @@
 #include "Foundation/Core/Frame/DLLObject.h"
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/String/Compare.h"
 #include "Foundation/Core/Version/AppVersion.h"
+#include "Foundation/Core/Version/ModuleVersion.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Modules.h"
@@ -235,12 +237,57 @@ TEST(AppVersionTest, TextsFollowTheNumbers) {
     EXPECT_EQ(version.pcco_GetShortProductName()->n_GetLength(), 0u);
 }
 
-TEST(AppVersionTest, RunsOutOfMemoryCleanly) {
-    EXPECT_GT(test::FailEachAllocation([] {
-                  const CT_AppVersion version;
-                  static_cast<void>(version.pcco_GetProductVersion());
+TEST(ModuleVersionTest, TheLibraryHasTheVersionThatItSays) {
+    const HINSTANCE library = CT_BasisDLLMain::sh_GetInstance();
+    const CT_ModuleVersion version(library);
+    EXPECT_TRUE(version.b_IsValid());
+    EXPECT_EQ(version.n_GetBuildNumber(), CT_BasisDLLMain::sn_GetBuild());
+    EXPECT_EQ(version.pcso_GetInfo()->dwFileVersionMS >> 16, CT_BasisDLLMain::sn_GetVersion());
+    for (const CT_UString* text :
+         {version.pcco_GetFileVersion(), version.pcco_GetProductVersion()}) {
+        EXPECT_EQ(CT_Compare::si_CompareUStringPCCO(text, CT_AppVersion().pcco_GetProductVersion()),
+                  0);
+    }
+    EXPECT_EQ(CT_BasisDLLMain::spcco_GetVersion(), nullptr);  // attached to nothing
+    EXPECT_EQ(CT_BasisDLLMain::spcco_GetProductVersion(), nullptr);
+}
+
+TEST(ModuleVersionTest, TextsAreFoundByNameAndByGetter) {
+    static constexpr platform::VersionText kTexts[] = {
+        {u"Comments", u"0"},        {u"CompanyName", u"1"},  {u"FileDescription", u"2"},
+        {u"FileVersion", u"3"},     {u"internalname", u"4"}, {u"LegalCopyright", u"5"},
+        {u"LegalTrademarks", u"6"}, {u"ProductName", u"9"},  {u"OriginalFilename", u"7"},
+        {u"PrivateBuild", u"8"},    {u"Odd", u"odd"},        {u"ProductVersion", u"10"},
+        {u"SpecialBuild", u"11"},   {u"Comments", u"late"}};
+    platform::VersionResource resource{.fixed = {}, .texts = kTexts};
+    resource.fixed.dwFileVersionLS = 77;
+    const HINSTANCE program = platform::ModuleOf(&kTexts);
+    EXPECT_FALSE(CT_ModuleVersion(program).b_IsValid());
+    ASSERT_TRUE(platform::RegisterVersion(program, &resource));
+    EXPECT_FALSE(CT_ModuleVersion(nullptr).b_IsValid());  // the signature is wrong
+    EXPECT_EQ(CT_ModuleVersion(nullptr).n_GetBuildNumber(), 0u);
+    resource.fixed.dwSignature = CT_ModuleVersion::kSignature;
+    const CT_ModuleVersion version(program);
+    EXPECT_GT(test::FailEachAllocation([&] {
+                  CT_ModuleVersion copy(program);
+                  copy = version;
               }),
-              0u);
+              20u);
+    platform::RegisterVersion(program, nullptr);
+    EXPECT_EQ(platform::FindVersion(program), nullptr);
+    EXPECT_EQ(version.n_GetBuildNumber(), 77u);
+    EXPECT_EQ(test::Utf8(version.pcco_GetMap()->pcco_GetString2(u"Odd")->qcuz_Get()), "odd");
+    std::string all;
+    for (const CT_UString* text :
+         {version.pcco_GetComments(), version.pcco_GetCompanyName(),
+          version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
+          version.pcco_GetInternalName(), version.pcco_GetLegalCopyright(),
+          version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
+          version.pcco_GetPrivateBuild(), version.pcco_GetProductName(),
+          version.pcco_GetProductVersion(), version.pcco_GetSpecialBuild()}) {
+        all += test::Utf8(text->qcuz_Get());
+    }
+    EXPECT_EQ(all, "01234567891011");
 }
 
 }  // namespace
