@@ -44,7 +44,10 @@ public:
     [[nodiscard]] std::size_t CountMembers(std::u16string_view text) const noexcept;
     [[nodiscard]] std::size_t FindMember(std::u16string_view text,
                                          std::size_t index) const noexcept;
-    // The same for runs of units that are not in the set; found is the first unit of a run.
+    // The positions of the first `most` units that are in the set; answers how many there are.
+    [[nodiscard]] std::size_t FindMembers(std::u16string_view text, std::uint32_t* places,
+                                          std::size_t most) const noexcept;
+    // Count and find for runs of units that are not in the set, by their first unit.
     [[nodiscard]] std::size_t CountRuns(std::u16string_view text) const noexcept;
     [[nodiscard]] std::size_t FindRun(std::u16string_view text, std::size_t index) const noexcept;
 

@@ -8,6 +8,14 @@
 
 namespace foundation::detail {
 
+namespace {
+
+std::unique_ptr<CT_UString> MakeString(std::u16string_view text) {
+    return std::make_unique<CT_UString>(text.data(), static_cast<std::uint32_t>(text.size()));
+}
+
+}  // namespace
+
 OwnedStrings::OwnedStrings(const OwnedStrings& other) : OwnedStrings(other.strings_.n_GetGrowth()) {
     Append(other, other.Count());
 }
@@ -37,9 +45,14 @@ void OwnedStrings::Append(const OwnedStrings& other, std::uint32_t count) {
     }
 }
 
+void OwnedStrings::Append(std::u16string_view text) {
+    auto string = MakeString(text);
+    strings_.v_Insert(string.get());
+    static_cast<void>(string.release());
+}
+
 void OwnedStrings::Insert(std::u16string_view text, std::uint32_t position) {
-    auto string =
-        std::make_unique<CT_UString>(text.data(), static_cast<std::uint32_t>(text.size()));
+    auto string = MakeString(text);
     strings_.v_InsertAt(string.get(), position);
     static_cast<void>(string.release());
 }
@@ -54,8 +67,9 @@ void OwnedStrings::RemoveAt(std::uint32_t position) noexcept {
 }
 
 void OwnedStrings::Truncate(std::uint32_t count) noexcept {
-    for (std::uint32_t i = Count(); i > count; --i) delete At(i);
-    strings_.v_Remove(count + 1, Count());
+    const std::uint32_t before = Count();
+    for (std::uint32_t i = count; i < before; ++i) delete strings_.begin()[i];
+    strings_.v_Remove(count + 1, before);
 }
 
 void OwnedStrings::Swap(OwnedStrings& other) noexcept {

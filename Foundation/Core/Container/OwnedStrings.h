@@ -35,7 +35,7 @@ public:
     // The first string that is equal as the string class compares, 0 when there is none.
     [[nodiscard]] std::uint32_t Search(std::u16string_view wanted) const noexcept;
 
-    void Append(std::u16string_view text) { Insert(text, Count() + 1); }
+    void Append(std::u16string_view text);
     // Copies of the other's first `count` strings; the other may be this one.
     void Append(const OwnedStrings& other, std::uint32_t count);
     void Insert(std::u16string_view text, std::uint32_t position);

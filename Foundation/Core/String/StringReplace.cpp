@@ -1,3 +1,4 @@
+#include <array>
 #include <cstring>
 #include <limits>
 #include <vector>
@@ -6,6 +7,7 @@
 #include "Foundation/Core/String/StringTools.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Scan.h"
+#include "Foundation/Platform/UnitSet.h"
 
 using foundation::detail::BufferAccess;
 using foundation::detail::View;
@@ -36,17 +38,23 @@ std::string_view ViewOrEmpty(const CT_CString* text) {
 }
 
 char16_t* Copy(char16_t* out, WideView text) {
+    if (text.size() == 1) {
+        *out = text[0];
+        return out + 1;
+    }
     std::memcpy(out, text.data(), text.size() * sizeof(char16_t));
     return out + text.size();
 }
 
-// The occurrences of a text, one behind the other.
+// The occurrences of a text, one behind the other. Single units, which may be many, are looked up a
+// few dozen at a time.
 class Hits {
 public:
-    Hits(WideView text, WideView wanted) noexcept : text_(text), wanted_(wanted) {}
+    Hits(WideView text, WideView wanted) noexcept : text_(text), wanted_(wanted), set_(wanted) {}
 
     // The next one, kNoHit when there is none.
     [[nodiscard]] std::size_t Next() noexcept {
+        if (wanted_.size() == 1) return NextUnit();
         const std::size_t hit = platform::FindText(text_.data() + from_, text_.size() - from_,
                                                    wanted_.data(), wanted_.size());
         if (hit == kNoHit) return kNoHit;
@@ -56,29 +64,44 @@ public:
     }
 
 private:
+    [[nodiscard]] std::size_t NextUnit() noexcept {
+        if (taken_ == count_) {
+            base_ = from_;
+            count_ = set_.FindMembers(text_.substr(base_), places_.data(), places_.size());
+            taken_ = 0;
+            if (count_ == 0) return kNoHit;
+            from_ = base_ + places_[count_ - 1] + 1;
+        }
+        return base_ + places_[taken_++];
+    }
+
     WideView text_;
     WideView wanted_;
     std::size_t from_ = 0;
+    platform::UnitSet set_;
+    std::array<std::uint32_t, 64> places_;
+    std::size_t base_ = 0;
+    std::size_t count_ = 0;
+    std::size_t taken_ = 0;
 };
 
-// In the block itself, which is not shared and holds neither text. The replacement is not longer.
+// In the string's own block, or a copy of it that is not shared. The block holds neither text, and
+// the replacement is not longer than what it replaces.
 void Overwrite(CT_UString& string, WideView find, WideView replacement) {
-    const WideView text = View(string);
+    if (Hits(View(string), find).Next() == kNoHit) return;
     char16_t* const units = string.quz_Get();
+    const WideView text = View(string);
     Hits hits(text, find);
     std::size_t hit = hits.Next();
-    if (hit == kNoHit) return;
     char16_t* out = units + hit;
-    do {
+    while (hit != kNoHit) {
         out = Copy(out, replacement);
         const std::size_t from = hit + find.size();
         hit = hits.Next();
         const WideView kept = text.substr(from, hit - from);
-        if (out != units + from) {
-            std::memmove(out, kept.data(), kept.size() * sizeof(char16_t));
-        }
+        if (out != units + from) std::memmove(out, kept.data(), kept.size() * sizeof(char16_t));
         out += kept.size();
-    } while (hit != kNoHit);
+    }
     string.vv_Remove(CT_String::kToEnd, static_cast<std::uint32_t>(out - units));
 }
 
@@ -123,11 +146,12 @@ void CT_StringTools::sv_ReplaceAll(CT_UString* string, Text find, Text replaceme
     const WideView wanted = find.Get();
     const WideView given = replacement.Get();
     if (wanted.empty()) return;
-    // A text that lies in the string itself shares its block from here on.
+    // The block of a text that lies in the string itself is shared from here on, and stays.
     const CT_Buffer& buffer = *string->pcco_GetBuffer();
     const CT_Buffer hold_wanted = BufferAccess::HoldIfOwn(buffer, wanted.data(), true);
     const CT_Buffer hold_given = BufferAccess::HoldIfOwn(buffer, given.data(), true);
-    if (given.size() <= wanted.size() && buffer.n_GetUseCount() == 1) {
+    const bool shrinks = given.size() < wanted.size();
+    if (given.size() == wanted.size() || (shrinks && buffer.n_GetUseCount() == 1)) {
         Overwrite(*string, wanted, given);
     } else {
         Rebuild(*string, wanted, given);

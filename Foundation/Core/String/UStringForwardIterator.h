@@ -12,6 +12,7 @@
 
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/UnitSet.h"
 
 class FOUNDATION_API CT_UStringForwardIterator {
 public:
@@ -30,6 +31,7 @@ private:
     CT_UString current_;
     std::uint32_t position_ = 0;
     std::uint32_t length_ = 0;
+    platform::UnitSet set_;  // of the separators, whose block copies share
 };
 
 #endif

@@ -162,7 +162,12 @@ std::size_t UnitSet::FirstMember(std::u16string_view text) const noexcept {
     return First(*this, text, true);
 }
 
+// Runs of members are most often the single separator between two words.
 std::size_t UnitSet::FirstOther(std::u16string_view text) const noexcept {
+    constexpr std::size_t kShortRun = 2;
+    for (std::size_t i = 0; i < kShortRun && i < text.size(); ++i) {
+        if (!Has(text[i])) return i;
+    }
     return First(*this, text, false);
 }
 
@@ -180,6 +185,19 @@ std::size_t UnitSet::CountMembers(std::u16string_view text) const noexcept {
 
 std::size_t UnitSet::FindMember(std::u16string_view text, std::size_t index) const noexcept {
     return Find(Marks(*this, text, false), index);
+}
+
+std::size_t UnitSet::FindMembers(std::u16string_view text, std::uint32_t* places,
+                                 std::size_t most) const noexcept {
+    std::size_t count = 0;
+    for (Marks marks(*this, text, false); !marks.AtEnd(); marks.Next()) {
+        for (std::uint64_t bits = marks.Get(); bits != 0; bits &= bits - 1) {
+            if (count == most) return count;
+            const auto bit = static_cast<std::size_t>(std::countr_zero(bits));
+            places[count++] = static_cast<std::uint32_t>(marks.Position() + bit);
+        }
+    }
+    return count;
 }
 
 std::size_t UnitSet::CountRuns(std::u16string_view text) const noexcept {
