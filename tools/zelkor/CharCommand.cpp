@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "CharFacts.h"
+#include "Columns.h"
 #include "Commands.h"
 #include "Console.h"
 
@@ -99,19 +99,9 @@ void PrintTable(const std::u32string& codes) {
     }
 }
 
-std::string Quoted(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char byte : text) {
-        char escape[8];
-        if (static_cast<unsigned char>(byte) < 0x20) {
-            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned int>(byte));
-            quoted += escape;
-        } else {
-            if (byte == '"' || byte == '\\') quoted += '\\';
-            quoted += byte;
-        }
-    }
-    return quoted + "\"";
+std::string Quoted(const std::string& text) {
+    const CT_UString units = FromUtf8(text);
+    return JsonText({units.qcuz_Get(), units.n_GetLength()});
 }
 
 std::string JsonOf(const Fact& fact) {

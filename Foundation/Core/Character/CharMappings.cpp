@@ -15,27 +15,50 @@ using platform::UnitMap;
 
 static_assert(kCaseShift == UnitMap::kShift && kMappingShift == UnitMap::kShift);
 
+constexpr UnitMap::Range Shift(char16_t first, char16_t last, char16_t first_becomes) {
+    return {first, last, static_cast<std::uint16_t>(first_becomes - first)};
+}
+
 constexpr UnitMap LowerMap() {
-    return {kLowerStage, kCaseBlocks, kFirstAboveLower, true, u'A', u'Z', 'a' - 'A'};
+    return {kLowerStage,
+            kCaseBlocks,
+            0x0100,
+            kFirstAboveLower,
+            {Shift(u'A', u'Z', u'a'), Shift(0xC0, 0xD6, 0xE0), Shift(0xD8, 0xDE, 0xF8)}};
 }
 constexpr UnitMap UpperMap() {
-    return {kUpperStage, kCaseBlocks, kFirstAboveUpper, true, u'a', u'z', 'A' - 'a'};
+    return {kUpperStage,
+            kCaseBlocks,
+            0x00FF,
+            kFirstAboveUpper,
+            {Shift(u'a', u'z', u'A'), Shift(0xE0, 0xF6, 0xC0), Shift(0xF8, 0xFE, 0xD8)}};
 }
 constexpr UnitMap BaseMap() {
-    return {kBaseStage, kMappingBlocks, kFirstAboveBase, true};
+    return {kBaseStage, kMappingBlocks, 0x00C0, kFirstAboveBase, {}};
 }
 constexpr UnitMap DigitMap() {
-    return {kDigitStage, kMappingBlocks, kFirstAboveDigit, true};
+    return {kDigitStage, kMappingBlocks, 0x00B2, kFirstAboveDigit, {}};
 }
 constexpr UnitMap ZoneMap() {
-    return {kZoneStage, kMappingBlocks, kFirstAboveZone, true};
+    return {kZoneStage, kMappingBlocks, kFirstAboveZone, kFirstAboveZone, {}};
+}
+// Both kana mappings widen ASCII but for the backslash.
+constexpr UnitMap KanaMap(const std::uint8_t* stage, char16_t first_above) {
+    return {stage,
+            kMappingBlocks,
+            0x00A2,
+            first_above,
+            {Shift(u' ', u' ', 0x3000), Shift(u'!', u'[', 0xFF01), Shift(u']', u'~', 0xFF3D)}};
 }
 constexpr UnitMap KatakanaMap() {
-    return {kKatakanaStage, kMappingBlocks, kFirstAboveKatakana};
+    return KanaMap(kKatakanaStage, kFirstAboveKatakana);
 }
 constexpr UnitMap HiraganaMap() {
-    return {kHiraganaStage, kMappingBlocks, kFirstAboveHiragana};
+    return KanaMap(kHiraganaStage, kFirstAboveHiragana);
 }
+static_assert(LowerMap().RangesHold() && UpperMap().RangesHold() && BaseMap().RangesHold() &&
+              DigitMap().RangesHold() && ZoneMap().RangesHold() && KatakanaMap().RangesHold() &&
+              HiraganaMap().RangesHold());
 
 // The decomposition of a unit, empty when it has none.
 std::u16string_view DecompositionOf(char16_t unit) {

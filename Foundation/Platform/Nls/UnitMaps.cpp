@@ -23,42 +23,56 @@ __m128i Fill(int value) {
     return _mm_set1_epi16(static_cast<short>(value));
 }
 
-// A map for eight units at a time.
-class BlockMap {
-public:
-    explicit BlockMap(const UnitMap& map)
-        : ascii_mask_(Fill(map.ascii ? 0xFF80 : 0xFFFF)),
-          quiet_bias_(Fill(0x8000 - map.quiet)),
-          quiet_end_(Fill(0x8000 - map.quiet + 0xD800)),
-          below_(Fill(map.first - 1)),
-          above_(Fill(map.last + 1)),
-          difference_(Fill(map.difference)) {}
+bool All(__m128i mask) {
+    return _mm_movemask_epi8(mask) == 0xFFFF;
+}
 
-    // Whether the range rule holds for all units: each is ASCII (without that rule, zero) or quiet.
-    // Quiet units are never in the range: they are above it or, as signed numbers, negative.
-    [[nodiscard]] bool ArePlain(__m128i units) const {
-        const __m128i ascii =
-            _mm_cmpeq_epi16(_mm_and_si128(units, ascii_mask_), _mm_setzero_si128());
-        const __m128i quiet = _mm_cmplt_epi16(_mm_add_epi16(units, quiet_bias_), quiet_end_);
-        return _mm_movemask_epi8(_mm_or_si128(ascii, quiet)) == 0xFFFF;
-    }
-    [[nodiscard]] __m128i InRange(__m128i plain) const {
-        return _mm_and_si128(_mm_cmpgt_epi16(plain, below_), _mm_cmplt_epi16(plain, above_));
-    }
-    [[nodiscard]] __m128i Mapped(__m128i plain) const {
-        return _mm_add_epi16(plain, _mm_and_si128(InRange(plain), difference_));
+// Which of eight units lie in a range. Comparisons know numbers with sign only, so the range is
+// shifted to the lowest of these.
+class Within {
+public:
+    Within(int first, int last) : shift_(Fill(0x8000 - first)), end_(Fill(0x8001 + last - first)) {}
+
+    __m128i operator()(__m128i units) const {
+        return _mm_cmplt_epi16(_mm_add_epi16(units, shift_), end_);
     }
 
 private:
-    __m128i ascii_mask_, quiet_bias_, quiet_end_, below_, above_, difference_;
+    __m128i shift_, end_;
 };
 
-bool Any(__m128i mask) {
-    return _mm_movemask_epi8(mask) != 0;
-}
+// A map for eight units that its ranges alone decide.
+class RangeMap {
+public:
+    explicit RangeMap(const UnitMap& map)
+        : plain_(0, map.plain - 1),
+          quiet_(map.quiet, 0xD7FF),
+          ranges_{Within(map.ranges[0].first, map.ranges[0].last),
+                  Within(map.ranges[1].first, map.ranges[1].last),
+                  Within(map.ranges[2].first, map.ranges[2].last)},
+          differences_{Fill(map.ranges[0].difference), Fill(map.ranges[1].difference),
+                       Fill(map.ranges[2].difference)} {}
+
+    [[nodiscard]] bool Decides(__m128i units) const {
+        return All(_mm_or_si128(plain_(units), quiet_(units)));
+    }
+    [[nodiscard]] __m128i Differences(__m128i units) const {
+        return _mm_or_si128(Part(0, units), _mm_or_si128(Part(1, units), Part(2, units)));
+    }
+
+private:
+    [[nodiscard]] __m128i Part(int range, __m128i units) const {
+        return _mm_and_si128(ranges_[range](units), differences_[range]);
+    }
+
+    Within plain_, quiet_;
+    Within ranges_[3];
+    __m128i differences_[3];
+};
 
 bool HoldHighSurrogate(__m128i units) {
-    return Any(_mm_cmpeq_epi16(_mm_and_si128(units, Fill(0xFC00)), Fill(0xD800)));
+    const __m128i high = _mm_cmpeq_epi16(_mm_and_si128(units, Fill(0xFC00)), Fill(0xD800));
+    return _mm_movemask_epi8(high) != 0;
 }
 
 #endif
@@ -80,11 +94,11 @@ std::size_t FindMapped(const char16_t* text, std::size_t from, std::size_t lengt
         return false;
     };
 #if FOUNDATION_SSE2
-    const BlockMap blocks(map);
+    const RangeMap ranges(map);
     while (i + kUnits <= length) {
         const __m128i units = LoadBlock(text + i);
-        if (blocks.ArePlain(units)) {
-            if (Any(blocks.InRange(units))) break;
+        if (ranges.Decides(units)) {
+            if (!All(_mm_cmpeq_epi16(ranges.Differences(units), _mm_setzero_si128()))) break;
             i += kUnits;
         } else if (HoldHighSurrogate(units)) {
             if (find_until(i + kUnits)) return i;
@@ -113,16 +127,19 @@ void MapUnits(char16_t* text, std::size_t from, std::size_t length, const UnitMa
         }
     };
 #if FOUNDATION_SSE2
-    const BlockMap blocks(map);
+    const RangeMap ranges(map);
     while (i + kUnits <= length) {
         const __m128i units = LoadBlock(text + i);
-        if (blocks.ArePlain(units)) {
-            StoreBlock(blocks.Mapped(units), text + i);
+        if (ranges.Decides(units)) {
+            StoreBlock(_mm_add_epi16(units, ranges.Differences(units)), text + i);
             i += kUnits;
         } else if (HoldHighSurrogate(units)) {
             map_until(i + kUnits);
         } else {
-            for (std::size_t unit = i; unit < i + kUnits; ++unit) text[unit] = map(text[unit]);
+            // By way of a block of its own: a store to the text might be one to the tables.
+            char16_t mapped[kUnits];
+            for (std::size_t unit = 0; unit < kUnits; ++unit) mapped[unit] = map(text[i + unit]);
+            StoreBlock(LoadBlock(mapped), text + i);
             i += kUnits;
         }
     }

@@ -12,27 +12,42 @@
 namespace platform {
 
 // The upper bits of a unit select a block in `stage`; its lower 6 bits select what to add to the
-// unit, modulo 65,536, in that block. From `quiet` on, up to U+D7FF, nothing changes. When `ascii`
-// is set, the table changes of U+0000 to U+007F just the units from `first` to `last`, all by
-// `difference`.
+// unit, modulo 65,536, in that block. Blocks of texts need no table where two more facts hold:
+// below `plain` the table changes the units of `ranges` and no others, from `quiet` to U+D7FF none.
 struct UnitMap {
     static constexpr unsigned int kShift = 6;
 
-    [[nodiscard]] std::uint16_t Difference(char16_t unit) const noexcept {
+    struct Range {
+        char16_t first, last;
+        std::uint16_t difference;
+    };
+
+    [[nodiscard]] constexpr std::uint16_t Difference(char16_t unit) const noexcept {
         const std::size_t block = stage[unit >> kShift];
         return blocks[(block << kShift) + (unit & ((1U << kShift) - 1))];
     }
-    [[nodiscard]] char16_t operator()(char16_t unit) const noexcept {
+    [[nodiscard]] constexpr char16_t operator()(char16_t unit) const noexcept {
         return static_cast<char16_t>(unit + Difference(unit));
     }
+    // Whether the table agrees with the ranges.
+    [[nodiscard]] constexpr bool RangesHold() const noexcept;
 
     const std::uint8_t* stage;
     const std::uint16_t* blocks;
-    char16_t quiet;
-    bool ascii = false;
-    char16_t first = 1, last = 0;
-    std::int16_t difference = 0;
+    char16_t plain, quiet;
+    Range ranges[3];  // difference 0: none
 };
+
+constexpr bool UnitMap::RangesHold() const noexcept {
+    for (char16_t unit = 0; unit < plain; ++unit) {
+        std::uint16_t difference = 0;
+        for (const Range& range : ranges) {
+            if (unit >= range.first && unit <= range.last) difference = range.difference;
+        }
+        if (difference != Difference(unit)) return false;
+    }
+    return true;
+}
 
 // Index of the first unit from `from` on that the map changes, `length` when there is none.
 [[nodiscard]] std::size_t FindMapped(const char16_t* text, std::size_t from, std::size_t length,

@@ -86,8 +86,9 @@ TEST(CharPropertiesTest, MembershipFollowsTheListsAndTheStrictRoundTrip) {
 }
 
 // The lists must hold just what the tables of the conversion decode to, undefined bytes from 0xA0
-// on left out.
+// on left out, and that in so many runs.
 TEST(CharPropertiesTest, ListsAgreeWithTheConversionTables) {
+    constexpr int kRuns[] = {60, 25, 22, 29, 26, 28, 44, 56, 41};
     for (unsigned int page = 1250; page <= 1258; ++page) {
         SCOPED_TRACE(page);
         std::u16string decoded;
@@ -100,12 +101,18 @@ TEST(CharPropertiesTest, ListsAgreeWithTheConversionTables) {
             }
         }
         unsigned int listed = 0;
+        int runs = 0;
+        bool before = false;
         for (unsigned int unit = 0; unit <= 0xFFFF; ++unit) {
-            if (!CT_CharProperties::sb_IsInCodepage(static_cast<char16_t>(unit), page)) continue;
+            const bool held = CT_CharProperties::sb_IsInCodepage(char16_t(unit), page) != FALSE;
+            runs += held && !before;
+            before = held;
+            if (!held) continue;
             ++listed;
             EXPECT_NE(decoded.find(static_cast<char16_t>(unit)), std::u16string::npos) << unit;
         }
         EXPECT_EQ(listed, decoded.size());
+        EXPECT_EQ(runs, kRuns[page - 1250]);
     }
 }
 
