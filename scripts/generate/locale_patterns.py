@@ -1,6 +1,7 @@
 """CLDR's patterns and sets of characters, turned into the platform's forms; used by locales.py."""
 import re
 
+SEPARATORS = {ord("’"): "'", ord("\u202f"): "\u00a0"}  # what the code pages have of them
 MARKS = dict.fromkeys(map(ord, "\u200e\u200f\u061c\u200b"))
 
 

@@ -137,10 +137,9 @@ def numbers(cldr, row, out):
     symbols = data["symbols-numberSystem-latn"]
     money = data["currencyFormats-numberSystem-latn"]["standard"]
     out["SDECIMAL"] = symbols["decimal"]
-    out["STHOUSAND"] = {"’": "'", "\u202f": "\u00a0"}.get(symbols["group"],
-                                                                        symbols["group"])
+    out["STHOUSAND"] = symbols["group"].translate(lp.SEPARATORS)
     out["SMONDECIMALSEP"] = symbols.get("currencyDecimal", out["SDECIMAL"])
-    out["SMONTHOUSANDSEP"] = out["STHOUSAND"]
+    out["SMONTHOUSANDSEP"] = symbols.get("currencyGroup", symbols["group"]).translate(lp.SEPARATORS)
     out["SGROUPING"] = lp.grouping(data["decimalFormats-numberSystem-latn"]["standard"])
     out["IDIGITS"], out["ILZERO"], out["INEGNUMBER"] = "2", "1", "1"
     out["SPOSITIVESIGN"], out["SNEGATIVESIGN"] = "", "-"
@@ -156,7 +155,8 @@ def numbers(cldr, row, out):
     fractions = cldr.supplemental("currencyData")["currencyData"]["fractions"]
     digits = fractions.get(code, fractions["DEFAULT"])["_digits"]
     out["SINTLSYMBOL"], out["SCURRENCY"] = code, lp.tidy(own.get("symbol", code))
-    out["SENGCURRNAME"], out["SNATIVECURRNAME"] = english["displayName"], lp.tidy(own.get("displayName", english["displayName"]))
+    out["SENGCURRNAME"] = english["displayName"]
+    out["SNATIVECURRNAME"] = lp.tidy(own.get("displayName", english["displayName"]))
     out["ICURRDIGITS"] = out["IINTLCURRDIGITS"] = digits
     order, negative = lp.currency_orders(money, out["SCURRENCY"])
     out["ICURRENCY"], out["INEGCURR"] = str(order), str(negative)
@@ -190,8 +190,7 @@ def dates(cldr, row, out):
     out["STIMEFORMAT"] = lp.picture(value(data["timeFormats"]["medium"]))
     periods = data["dayPeriods"]["format"]["abbreviated"]
     foreign = periods["am"] == "AM" and "t" not in out["STIMEFORMAT"]
-    out["S1159"], out["S2359"] = ("", "") if foreign else (lp.plain(periods["am"]),
-                                                           lp.plain(periods["pm"]))
+    out["S1159"], out["S2359"] = ("" if foreign else lp.plain(periods[key]) for key in ("am", "pm"))
     out["ERANAME"] = lp.plain(data["eras"]["eraAbbr"]["1"])
     kinds = {**cldr.names("en", "localeDisplayNames"), "dangi": "Korean Calendar",
              **cldr.names(tag, "localeDisplayNames")}

@@ -150,7 +150,7 @@ TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {
     const std::string before = kept == nullptr ? "" : kept;
     std::istringstream cases(
         "de_CH.UTF-8 807 de 407 C 409 C.UTF-8 409 POSIX 409 en_DK 409 es_MX@euro 80A no_NO 414 "
-        "nn 814 sr_RS C1A sr_RS@latin 81A sr_BA@latin 181A uz_UZ@cyrillic 843 zh_HK C04 iw_IL 40D "
+        "nn 814 sr_RS C1A sr_RS@latin 81A sr_BA@latin 181A uz_UZ@cyrillic 843 zh_HK C04 zh 804 zh_TW 404 iw_IL 40D "
         "cy_GB 452 gd_GB C3C mt_MT 409 hsb_DE 42E");
     for (std::string name, lcid; cases >> name >> lcid;) {
         setenv("LC_ALL", name.c_str(), 1);

@@ -1,7 +1,8 @@
-// The default locales of the process and the locale of each thread.
+// The default locales of the process, out of its environment, and the locale of each thread.
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdlib>
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/LocaleDetail.h"
@@ -28,7 +29,12 @@ constexpr auto kSpecialNames = std::to_array<SpecialName>({{"az", "", "cyrillic"
                                                            {"sr", "BA", "", 0x1C1A},
                                                            {"sr", "", "latin", 0x081A},
                                                            {"sr", "", "", 0x0C1A},
-                                                           {"uz", "", "cyrillic", 0x0843}});
+                                                           {"uz", "", "cyrillic", 0x0843},
+                                                           {"zh", "HK", "", 0x0C04},
+                                                           {"zh", "MO", "", 0x0C04},
+                                                           {"zh", "SG", "", 0x1004},
+                                                           {"zh", "TW", "", 0x0404},
+                                                           {"zh", "", "", 0x0804}});
 
 // 0 until the first question.
 constinit std::atomic<LCID> user_default{0};
@@ -41,7 +47,29 @@ bool Equal(std::u16string_view text, std::string_view ascii) noexcept {
     });
 }
 
-LCID LocaleOf(const nls::EnvironmentLocale& wanted) noexcept {
+// A name of the environment is language_TERRITORY.charset@modifier; all but the language may be
+// missing.
+struct EnvironmentName {
+    std::string_view language, territory, modifier;
+};
+
+EnvironmentName ReadEnvironment() noexcept {
+    std::string_view locale;
+    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value == nullptr || *value == '\0') continue;
+        locale = value;
+        break;
+    }
+    const auto behind = [](std::string_view text, char mark) {
+        const std::size_t at = text.find(mark);
+        return at == std::string_view::npos ? std::string_view{} : text.substr(at + 1);
+    };
+    const std::string_view name = locale.substr(0, locale.find_first_of(".@"));
+    return {name.substr(0, name.find('_')), behind(name, '_'), behind(locale, '@')};
+}
+
+LCID LocaleOf(const EnvironmentName& wanted) noexcept {
     const auto fits = [](std::string_view given, std::string_view rule) {
         return rule.empty() || rule == given;
     };
@@ -65,12 +93,16 @@ LCID LocaleOf(const nls::EnvironmentLocale& wanted) noexcept {
 LCID Asked(std::atomic<LCID>& kept) noexcept {
     LCID lcid = kept.load(std::memory_order_relaxed);
     if (lcid != 0) return lcid;
-    const LCID fresh = LocaleOf(nls::ReadEnvironmentLocale());
+    const LCID fresh = nls::EnvironmentLocale();
     // Another thread, or SetDefaultLocales, may have been faster; its answer stays.
     return kept.compare_exchange_strong(lcid, fresh, std::memory_order_relaxed) ? fresh : lcid;
 }
 
 }  // namespace
+
+LCID nls::EnvironmentLocale() noexcept {
+    return LocaleOf(ReadEnvironment());
+}
 
 LCID GetSystemDefaultLCID() noexcept {
     return Asked(system_default);

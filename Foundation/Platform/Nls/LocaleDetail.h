@@ -36,17 +36,9 @@ inline constexpr std::uint32_t kTypeFlags = 0xF0000000;
 // demand.
 [[nodiscard]] std::uint32_t NumberOf(std::u16string_view text, std::uint32_t base = 10) noexcept;
 
-// A locale name is language_TERRITORY.charset@modifier; all but the language may be missing.
-struct EnvironmentLocale {
-    std::string_view name;  // language, and territory if there is one
-    std::string_view language;
-    std::string_view territory;
-    std::string_view modifier;
-};
-
-// From the first of LC_ALL, LC_CTYPE and LANG that is set. The language is empty when there is
-// none, and for the locales "C" and "POSIX". Borrowed from the environment.
-[[nodiscard]] EnvironmentLocale ReadEnvironmentLocale() noexcept;
+// The locale that the process environment asks for now; 0x0409 for "C", "POSIX", no name and
+// languages that the table lacks.
+[[nodiscard]] LCID EnvironmentLocale() noexcept;
 
 }  // namespace platform::nls
 

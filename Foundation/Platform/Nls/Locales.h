@@ -72,7 +72,8 @@ FOUNDATION_API bool EnumSystemLocales(LocaleUse use, std::uint32_t which);
 // LCTYPE numbers that the library itself speaks of. Known are 0x0001 to 0x005A and 0x1001 to
 // 0x1014.
 enum : std::uint32_t {
-    kLocaleLanguage = 0x0001,  // LANGID as four hexadecimal digits
+    kLocaleLanguage = 0x0001,     // LANGID as four hexadecimal digits
+    kLocaleOemCodePage = 0x000B,  // 1 for languages without one
     kLocaleList = 0x000C,
     kLocaleMeasure = 0x000D,
     kLocaleDecimal = 0x000E,
@@ -94,7 +95,7 @@ enum : std::uint32_t {
     kLocaleIsoLanguage = 0x0059,
     kLocaleIsoCountry = 0x005A,
     kLocaleTimeFormat = 0x1003,
-    kLocaleAnsiCodePage = 0x1004,
+    kLocaleAnsiCodePage = 0x1004,  // 0 for languages without one
     kLocaleYearMonth = 0x1006,
     kLocaleCalendarType = 0x1009,
     kLocaleOptionalCalendar = 0x100B,  // "0" for none
