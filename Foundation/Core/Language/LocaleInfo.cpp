@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Foundation/Core/Container/StringOrdinalMap.h"
+#include "Foundation/Core/File/PlatformName.h"
 #include "Foundation/Core/Language/AnsiCodePages.h"
 #include "Foundation/Core/Language/Codepage.h"
 #include "Foundation/Core/Language/ProprietaryLocales.h"
@@ -31,16 +32,21 @@ bool IsInstalled(LCID lcid) {
     return platform::IsValidLocale(lcid, platform::kLocaleInstalled);
 }
 
-// Constant text, followed by a zero.
-std::optional<Text> FindValue(LCID lcid, std::uint32_t type) {
+struct Value {
+    Text text;  // constant, followed by a zero
+    bool of_platform;
+};
+
+std::optional<Value> FindValue(LCID lcid, std::uint32_t type) {
     const ProprietaryLocale own(lcid);
     if (own.IsOne() && !IsInstalled(lcid)) {
-        if (const auto value = own.Value(type & 0xFFFF)) return value;
+        if (const auto text = own.Value(type & 0xFFFF)) return Value{*text, false};
         lcid = own.Fallback();
         if (lcid == 0 || (ProprietaryLocale(lcid).IsOne() && !IsInstalled(lcid))) return {};
     }
-    const auto value = platform::LocaleText(lcid, type);
-    return value && value->size() <= kLongestValue ? value : std::nullopt;
+    const auto text = platform::LocaleText(lcid, type);
+    if (!text || text->size() > kLongestValue) return {};
+    return Value{*text, true};
 }
 
 // The information types whose text is a number.
@@ -213,14 +219,21 @@ unsigned int CT_LocaleInfo::sn_GetSubLangID(unsigned int language_id) {
 BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, CT_UString* value) {
     const auto found = FindValue(lcid, type);
     if (!found) return FALSE;
-    value->v_Set(found->data(), static_cast<std::uint32_t>(found->size()));
+    value->v_Set(found->text.data(), static_cast<std::uint32_t>(found->text.size()));
+    if (found->of_platform) foundation::detail::PassPlatform(value);
     return TRUE;
 }
 
 BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, char16_t* buffer, unsigned int size) {
     const auto found = FindValue(lcid, type);
     if (!found) return FALSE;
-    const std::size_t copied = found->copy(buffer, size);
+    Text text = found->text;
+    CT_UString passed;
+    if (found->of_platform && foundation::detail::IsOlderFamily()) {
+        sb_GetLocaleInfo(lcid, type, &passed);
+        text = foundation::detail::View(passed);
+    }
+    const std::size_t copied = text.copy(buffer, size);
     if (copied < size) buffer[copied] = 0;
     return TRUE;
 }
@@ -229,7 +242,7 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, unsigned int* numb
     if (!IsNumeric(type)) return FALSE;
     const auto found = FindValue(lcid, type);
     if (!found) return FALSE;
-    *number = static_cast<unsigned int>(platform::ReadInteger(found->data()));
+    *number = static_cast<unsigned int>(platform::ReadInteger(found->text.data()));
     return TRUE;
 }
 

@@ -114,7 +114,8 @@ public:
 
     // One item of a locale. What the library's own list of a locale lacks comes from the locale it
     // falls back to (Sami: Finnish; Sotho, Xhosa, Zulu: English of South Africa). FALSE for a
-    // locale or item that is not there, and for values of more than 127 units.
+    // locale or item that is not there, and for values of more than 127 units. On the older
+    // platform family the platform's values go through code page 0.
     static BOOL sb_GetLocaleInfo(LCID lcid, et_Type type, CT_UString* value);
     // Copies at most `size` units. The terminator is one of them: a value of exactly `size` units
     // or more has none.

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "Foundation/Core/String/UString.h"
+#include "Items.h"
 #include "Support/Text.h"
 
 namespace {
@@ -108,7 +109,6 @@ TEST(LanguageTest, EveryRowLeadsBackFromItsIdentifierCodeAndName) {
         EXPECT_EQ(CT_Language::seo_GetPrimary(id), primary);
         EXPECT_EQ(CT_Language::seo_GetSub(id), sub);
         const std::string both = std::to_string(primary) + "/" + std::to_string(sub);
-        // Codes of other languages than Neutral read SysDefault as their own country only.
         if (sub != CT_Language::kSubNeutral) {
             EXPECT_EQ(Read(code), both);
             EXPECT_EQ(Read(Cased(code, std::tolower)), both);
@@ -178,16 +178,12 @@ TEST(LanguageTest, AnySubLanguageGoesWithAnyLanguage) {
         for (unsigned int s = 0; s < kSubs + 2; ++s) {
             const Pair pair{static_cast<Primary>(p), static_cast<Sub>(s)};
             const unsigned int id = CT_Language::sn_MakeLanguageID(pair.primary, pair.sub);
-            const unsigned int base =
-                CT_Language::sn_MakeLanguageID(pair.primary, CT_Language::kSubNeutral);
-            const bool owned = std::ranges::find(own, pair) != own.end();
             if (p >= kPrimaries) {
-                ASSERT_EQ(id, 0u);
                 ASSERT_EQ(NameOf(pair.primary, pair.sub) + CodeOf(pair.primary, pair.sub), "");
-            } else if (s <= CT_Language::kSubSysDefault) {
-                ASSERT_EQ(id, base | s << 10);
-            } else if (!owned) {
-                ASSERT_EQ(id, base | 0x400);
+                ASSERT_EQ(id, 0u);
+            } else if (s <= 2 || std::ranges::find(own, pair) == own.end()) {
+                ASSERT_EQ(id >> 10, s <= 2 ? s : 1);
+                ASSERT_EQ(id & 0x3FF, CT_Language::sn_MakeLanguageID(pair.primary, Sub{}));
             }
         }
     }
@@ -198,67 +194,26 @@ TEST(LanguageTest, AnySubLanguageGoesWithAnyLanguage) {
 }
 
 TEST(LanguageTest, NamesAndCodesOfUnusualPairs) {
-    using L = CT_Language;
-    struct Case {
-        Primary primary;
-        Sub sub;
-        const char* name;
-        const char* code;
-    };
-    for (const auto& [primary, sub, name, code] :
-         {Case{L::kEnglish, L::kSubDefault, "English (Default)", "EN-01"},
-          {L::kEnglish, L::kSubSysDefault, "English (SysDefault)", "EN-02"},
-          {L::kEnglish, L::kSubNeutral, "English", "EN"},
-          {L::kEnglish, L::kGermanSwitzerland, "English (Switzerland)", "EN-CH"},
-          {L::kEnglish, static_cast<Sub>(99), "English", "EN"},
-          {L::kChinese, L::kChineseHongKong, "Chinese (Hong Kong S.A.R.)", "ZH-HK"},
-          {L::kBulgarian, L::kChineseTaiwan, "Bulgarian", "BG"},
-          {L::kNeutral, L::kSubDefault, "Neutral (Default)", "NE-01"},
-          {L::kSerboCroatian, L::kSubNeutral, "Croatian", "SH"},
-          {L::kSerboCroatian, L::kSubDefault, "Croatian", "SH-01"},
-          {L::kSerboCroatian, L::kSubSysDefault, "Croatian", "SH-HR"},
-          {L::kSerboCroatian, L::kCroatian, "Croatian", "SH-HR"},
-          {L::kSerboCroatian, L::kSerbianCyrillic, "Serbian (Cyrillic)", "SH-YU"},
-          {L::kSerboCroatian, L::kBosnianLatin, "Bosnian (Latin, Bosnia and Herzegovina)", "SH-B2"},
-          {L::kSerboCroatian, L::kEnglishUnitedStates, "Croatian", "SH-HR"},
-          {L::kSerboCroatian, static_cast<Sub>(500), "Croatian", "SH-HR"}}) {
-        EXPECT_EQ(NameOf(primary, sub), name);
-        EXPECT_EQ(CodeOf(primary, sub), code);
+    for (const auto& [pair, text] : test::Items(
+             "9/1=English (Default), EN-01|9/2=English (SysDefault), EN-02|9/0=English, EN|"
+             "9/24=English (Switzerland), EN-CH|9/99=English, EN|4/21=Chinese (Hong Kong S.A.R.), "
+             "ZH-HK|2/19=Bulgarian, BG|0/1=Neutral (Default), NE-01|26/0=Croatian, SH|"
+             "26/1=Croatian, SH-01|26/2=Croatian, SH-HR|26/94=Croatian, SH-HR|"
+             "26/79=Serbian (Cyrillic), SH-YU|26/28=Croatian, SH-HR|26/500=Croatian, SH-HR|"
+             "26/95=Bosnian (Latin, Bosnia and Herzegovina), SH-B2")) {
+        const auto primary = static_cast<Primary>(std::stoi(pair));
+        const auto sub = static_cast<Sub>(std::stoi(pair.substr(pair.find('/') + 1)));
+        EXPECT_EQ(NameOf(primary, sub) + ", " + CodeOf(primary, sub), text) << pair;
     }
 }
 
 TEST(LanguageTest, CodesAreSplitAtTheFirstCharacterThatIsNoLetter) {
-    for (const auto& [code, result] :
-         std::map<std::string, std::string>{{"en-us", "9/28"},
-                                            {"EN_US", "9/28"},
-                                            {"EN\u4E00US", "- 777/777"},
-                                            {"EN US", "9/28"},
-                                            {"EN", "9/0"},
-                                            {"BG", "2/1"},
-                                            {"BG-XX", "2/1"},
-                                            {"KOK_IN", "79/1"},
-                                            {"KOKXIN", "79/1"},
-                                            {"KOK", "79/1"},
-                                            {"EN-00", "9/0"},
-                                            {"EN-01", "9/1"},
-                                            {"EN-02", "- 9/777"},
-                                            {"EN-XX", "- 9/777"},
-                                            {"EN--US", "- 9/777"},
-                                            {"EN-USA", "- 9/777"},
-                                            {"EN-US-very-long", "- 9/777"},
-                                            {"NE-02", "0/2"},
-                                            {"NE-00", "0/0"},
-                                            {"E", "- 777/777"},
-                                            {"", "- 777/777"},
-                                            {"-EN", "- 777/777"},
-                                            {"E-US", "- 777/777"},
-                                            {"EN-", "- 777/777"},
-                                            {"KOK-", "- 777/777"},
-                                            {"ENGLISH", "- 777/777"},
-                                            {"DECH", "- 777/777"},
-                                            {"DE-CH", "7/24"},
-                                            {"SH-B4", "26/96"},
-                                            {"\u00C4N-US", "- 777/777"}}) {
+    for (const auto& [code, result] : test::Items(
+             "en-us=9/28|EN_US=9/28|EN US=9/28|EN=9/0|BG=2/1|BG-XX=2/1|KOK_IN=79/1|KOKXIN=79/1|"
+             "KOK=79/1|EN-00=9/0|EN-01=9/1|DE-CH=7/24|SH-B4=26/96|NE-02=0/2|NE-00=0/0|"
+             "EN-02=- 9/777|EN-XX=- 9/777|EN--US=- 9/777|EN-USA=- 9/777|EN-US-long=- 9/777|"
+             "=- 777/777|E=- 777/777|-EN=- 777/777|E-US=- 777/777|EN-=- 777/777|KOK-=- 777/777|"
+             "ENGLISH=- 777/777|DECH=- 777/777|\u00C4N-US=- 777/777|EN\u4E00US=- 777/777")) {
         EXPECT_EQ(Read(code), result) << code;
     }
     Primary primary{};
@@ -273,27 +228,14 @@ TEST(LanguageTest, CodesAreSplitAtTheFirstCharacterThatIsNoLetter) {
 }
 
 TEST(LanguageTest, NamesAreReadWithoutRegardToCaseAndSpace) {
-    for (const auto& [name, id] :
-         std::map<std::string, unsigned int>{{"german ( switzerland )", 0x0807},
-                                             {"\t GERMAN(Switzerland", 0x0807},
-                                             {"((German)(Austria))", 0x0C07},
-                                             {"German", 0x0407},
-                                             {"German (Default)", 0x0407},
-                                             {"German (Narnia)", 0x0407},
-                                             {"German ( ) (Austria)", 0x0407},
-                                             {"Klingon", 0x0400},
-                                             {"Klingon (SysDefault)", 0x0800},
-                                             {"Neutral (Neutral)", 0},
-                                             {"Bulgarian (Taiwan)", 0x0402},
-                                             {"Croatian", 0x041A},
-                                             {"croatian", 0x0400},
-                                             {"Croatian ", 0x0400},
-                                             {"Serbian (Cyrillic)", 0x0C1A},
-                                             {"Serbo-Croatian (Croatian)", 0x041A},
-                                             {"Serbo-Croatian", 0x041A},
-                                             {"Chinese (Hong Kong S.A.R.)", 0x0C04},
-                                             {"German\u3000(\u00A0Switzerland\u2003)", 0x0807}}) {
-        EXPECT_EQ(IdOf(name), id) << name;
+    for (const auto& [name, id] : test::Items(
+             "german ( switzerland )=807|\t GERMAN(Switzerland=807|((German)(Austria))=C07|"
+             "German=407|German (Default)=407|German (Narnia)=407|German ( ) (Austria)=407|"
+             "Klingon=400|Klingon (SysDefault)=800|Neutral (Neutral)=0|Bulgarian (Taiwan)=402|"
+             "Croatian=41A|croatian=400|Croatian =400|Serbian (Cyrillic)=C1A|Serbo-Croatian=41A|"
+             "Serbo-Croatian (Croatian)=41A|Chinese (Hong Kong S.A.R.)=C04|"
+             "German\u3000(\u00A0Switzerland\u2003)=807")) {
+        EXPECT_EQ(IdOf(name), std::stoul(id, nullptr, 16)) << name;
     }
 }
 

@@ -6,9 +6,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,14 +17,16 @@
 #include "Foundation/Core/Exception/ExceptionManager.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/Nls/Locales.h"
+#include "Items.h"
 #include "Support/Errors.h"
+#include "Support/Platform.h"
 #include "Support/Text.h"
 
 namespace {
 
 using Info = CT_LocaleInfo;
-using Page = CT_Codepage::et_Codepage;
 
 constexpr LCID kUnknownSort = 0xF0000;  // no locale has it, so the platform knows none of these
 
@@ -39,31 +41,28 @@ std::string Value(LCID lcid, unsigned int type) {
     return test::Utf8({value.qcuz_Get(), value.n_GetLength()});
 }
 
-// The value that the first row with the key gives: "1 2 3=10, 4=20", otherwise "other".
-unsigned int Look(const std::map<std::string, unsigned int>& rows, unsigned int key,
-                  unsigned int other) {
-    const std::string word = " " + std::to_string(key) + " ";
-    for (const auto& [keys, value] : rows) {
-        if ((" " + keys + " ").find(word) != std::string::npos) return value;
+// "1 2=10|4=20" as the value of each key.
+std::map<unsigned int, unsigned int> Keys(const std::string& table) {
+    std::map<unsigned int, unsigned int> values;
+    for (const auto& [keys, value] : test::Items(table)) {
+        std::istringstream input(keys);
+        for (unsigned int key; input >> key;)
+            values[key] = static_cast<unsigned>(std::stoul(value));
     }
-    return other;
+    return values;
+}
+
+unsigned int Look(const std::map<unsigned int, unsigned int>& values, unsigned int key,
+                  unsigned int other) {
+    const auto found = values.find(key);
+    return found == values.end() ? other : found->second;
 }
 
 TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
-    const std::map<std::string, unsigned int> mac{
-        {"1 32 41", 10004},
-        {"2 25 35 56 59 61 62", 10007},
-        {"8", 10006},
-        {"5 14 21 27 36 37 38 39", 10029},
-        {"13", 10005},
-        {"15 52", 10079},
-        {"17", 10001},
-        {"18", 10003},
-        {"24", 10010},
-        {"30", 10021},
-        {"31", 10081},
-        {"34", 10017},
-        {"53 66 67 68 69 70 71 72 73 74 75 76 77 78 79 80 81 82 83 84 85 86 87 88 89", 1200}};
+    const auto mac_pages = Keys(
+        "1 32 41=10004|2 25 35 56 59 61 62=10007|8=10006|5 14 21 27 36 37 38 39=10029|13=10005|"
+        "15 52=10079|17=10001|18=10003|24=10010|30=10021|31=10081|34=10017|53 66 67 68 69 70 71 "
+        "72 73 74 75 76 77 78 79 80 81 82 83 84 85 86 87 88 89=1200");
     for (LCID lcid = 0; lcid <= 0x1FFFF; ++lcid) {
         SCOPED_TRACE(lcid);
         CT_Locale locale(CT_Locale::kInvalidLocale);
@@ -86,7 +85,7 @@ TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
                          std::set{0x01u, 0x0Du, 0x29u, 0x59u, 0x5Au, 0x65u}.contains(language);
         ASSERT_EQ(locale.b_IsRtl(), rtl);
 
-        unsigned int page = Look(mac, primary, 10000);
+        unsigned int page = Look(mac_pages, primary, 10000);
         if (primary == 4) page = sub == 2 || sub == 4 ? 10008 : 10002;
         if (primary == 26) page = sub == 3 ? 10007 : 10082;
         ASSERT_EQ(CT_Locale::sn4_DefaultMacCodepageFromLocale(lcid), page);
@@ -102,15 +101,13 @@ TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
 // The languages of each page beside 1252, where the platform does not know the locale; asked twice,
 // so that what was kept is seen too, and of more locales than are kept.
 TEST(LocaleTest, EveryUnknownLocaleHasThePageOfItsScript) {
-    const std::map<std::string, unsigned int> pages{
-        {"1 41", 1256},    {"2 25 34 35", 1251}, {"5 14 21 24 26 27 36 56", 1250},
-        {"8", 1253},       {"13", 1255},         {"17", 932},
-        {"30", 874},       {"31", 1254},         {"42", 1258},
-        {"37 38 39", 1257}};
-    const std::map<unsigned int, unsigned int> charsets{
-        {1252, 0},   {1250, 238}, {1251, 204}, {1253, 161}, {1254, 162},
-        {1255, 177}, {1256, 178}, {1257, 186}, {1258, 163}, {1361, 130},
-        {874, 222},  {932, 128},  {936, 134},  {949, 129},  {950, 136}};
+    const auto pages = Keys(
+        "1 41=1256|2 25 34 35=1251|5 14 21 24 26 27 36 "
+        "56=1250|8=1253|13=1255|17=932|30=874|31=1254|"
+        "42=1258|37 38 39=1257");
+    const auto charsets = Keys(
+        "1252=0|1250=238|1251=204|1253=161|1254=162|1255=177|1256=178|1257=186|1258=163|1361=130|"
+        "874=222|932=128|936=134|949=129|950=136");
     for (int round = 0; round < 2; ++round) {
         for (unsigned int id = 0; id <= 0xFFFF; ++id) {
             const unsigned int sub = id / 0x400;
@@ -125,33 +122,19 @@ TEST(LocaleTest, EveryUnknownLocaleHasThePageOfItsScript) {
 }
 
 TEST(LocaleTest, PagesAndCharacterSetsHaveALanguage) {
-    struct Case {
-        unsigned int page, charset, language;
-    };
-    for (const auto [page, charset, language] : {Case{874, 222, 1054},
-                                                 {932, 128, 1041},
-                                                 {936, 134, 2052},
-                                                 {949, 129, 1042},
-                                                 {950, 136, 1028},
-                                                 {1250, 238, 1029},
-                                                 {1251, 204, 1049},
-                                                 {1252, 0, 1033},
-                                                 {1253, 161, 1032},
-                                                 {1254, 162, 1055},
-                                                 {1255, 177, 1037},
-                                                 {1256, 178, 1025},
-                                                 {1257, 186, 1063},
-                                                 {1258, 163, 1066},
-                                                 {1361, 130, 2066},
-                                                 {28593, 0xFFFFFFFF, 1082},
-                                                 {437, 77, 0x0409},
-                                                 {0, 2, 0x0409}}) {
-        SCOPED_TRACE(page);
-        platform::SetDefaultLocales(0x0407, 0x0409);
-        EXPECT_EQ(Info::sn_GetDefaultCPLocale(page), language);
-        EXPECT_EQ(Info::sn_GetDefaultCharsetLocale(charset), language);
-        platform::SetDefaultLocales(0, 0);
+    platform::SetDefaultLocales(0x0407, 0x0409);
+    for (const auto& [keys, language] : test::Items(
+             "874 222=1054|932 128=1041|936 134=2052|949 129=1042|950 136=1028|1250 238=1029|"
+             "1251 204=1049|1252 0=1033|1253 161=1032|1254 162=1055|1255 177=1037|1256 178=1025|"
+             "1257 186=1063|1258 163=1066|1361 130=2066|28593 4294967295=1082|437 77=1033|0 "
+             "2=1033")) {
+        std::istringstream input(keys);
+        unsigned int page = 0, charset = 0;
+        input >> page >> charset;
+        EXPECT_EQ(std::to_string(Info::sn_GetDefaultCPLocale(page)), language);
+        EXPECT_EQ(std::to_string(Info::sn_GetDefaultCharsetLocale(charset)), language);
     }
+    platform::SetDefaultLocales(0, 0);
     EXPECT_EQ(CT_Locale(CT_Codepage::kIso2022Kr).eo_GetSub(), CT_Language::kKoreanJohab);
     EXPECT_TRUE(Info::sb_IsValidCodePage(1252));
     EXPECT_FALSE(Info::sb_IsValidCodePage(99999));
@@ -235,6 +218,17 @@ TEST(LocaleTest, BuffersReceiveAtMostTheirSize) {
     EXPECT_FALSE(Info::sb_GetLocaleInfo(0x043A, Type(0x7777), &untouched, 1));
     EXPECT_FALSE(Info::sb_GetLocaleInfo(kUnknownSort | 0x0407, Info::kMonthName1, &untouched, 1));
     EXPECT_EQ(untouched, u'#');
+}
+
+TEST(LocaleTest, OlderPlatformsLetOnlyTheirCodePageThrough) {
+    const test::ForcedVersion older(1, 4, 10);
+    platform::SetSystemCodePages(1252, 437);
+    char16_t buffer[8] = {};
+    EXPECT_TRUE(Info::sb_GetLocaleInfo(0x0419, Type(0x3C), buffer, 8));
+    EXPECT_EQ(test::Utf8(buffer), "???");
+    EXPECT_EQ(Value(0x0419, 0x3C), "???");
+    EXPECT_EQ(Value(0x0407, 0x3A), "M\u00E4rz");
+    EXPECT_EQ(Value(0x043A, 0x3D), "\u0120unju");  // the library's own data
 }
 
 TEST(LocaleTest, NumbersAreReadOfNumericTypesOnly) {
@@ -335,36 +329,21 @@ TEST(LocaleTest, LocalesAreMadeFromPartsAndPages) {
 }
 
 TEST(LocaleTest, LocalesAreReadFromCodesOrThrow) {
-    struct Case {
-        const char16_t* code;
-        std::uint32_t lcid;  // 0: throws
-        Page page;
-    };
-    for (const auto& [code, lcid, page] : {Case{u"de", 0x0407, CT_Codepage::kWindows1252},
-                                           {u"DE-CH", 0x0807, CT_Codepage::kWindows1252},
-                                           {u"de_ch", 0x0807, CT_Codepage::kWindows1252},
-                                           {u"en-00", 0x0009, CT_Codepage::kWindows1252},
-                                           {u"kok", 0x0457, CT_Codepage::kUnicode},
-                                           {u"RU", 0x0419, CT_Codepage::kWindows1251},
-                                           {u"SH-YU", 0x0C1A, CT_Codepage::kWindows1251},
-                                           {u"", 0, {}},
-                                           {u"d", 0, {}},
-                                           {u"XX", 0, {}},
-                                           {u"DECH", 0, {}},
-                                           {u"DE-XX", 0, {}},
-                                           {u"KOK-IN", 0, {}}}) {
-        SCOPED_TRACE(test::Utf8(code));
-        const CT_UString text(code);
+    for (const auto& [code, result] :
+         test::Items("de=1031 1252|DE-CH=2055 1252|de_ch=2055 1252|en-00=9 1252|kok=1111 1200|"
+                     "RU=1049 1251|SH-YU=3098 1251|=22|d=22|XX=22|DECH=22|DE-XX=22|KOK-IN=22")) {
+        const CT_UString text(test::Utf16(code).c_str());
+        std::string found;
         try {
             const CT_Locale locale(&text);
-            EXPECT_EQ(locale.n4_GetLCID(), lcid);
-            EXPECT_EQ(locale.eo_GetCodepage(), page);
+            found = std::to_string(locale.n4_GetLCID()) + " " +
+                    std::to_string(locale.co_GetCodepage().n_Get());
         } catch (const CT_Exception& exception) {
-            EXPECT_EQ(lcid, 0u);
-            EXPECT_EQ(exception.n_GetCode(), 22u);
+            found = std::to_string(exception.n_GetCode());
             EXPECT_EQ(CT_ExceptionManager::spco_Get()->n_GetCurrentCode(), 22u);
             CT_ExceptionManager::spco_Get()->v_Clear();
         }
+        EXPECT_EQ(found, result) << code;
         EXPECT_TRUE(test::NoError());
     }
     EXPECT_THROW(CT_Locale(static_cast<const CT_UString*>(nullptr)), CT_Exception);
