@@ -55,11 +55,13 @@ void AddLines(RecordFile& file, const std::string& name) {
 void Add(const AddOptions& options) {
     RecordFile file(options.file);
     file.OpenToWrite();
-    for (const std::string& input : options.inputs) {
-        if (options.lines) {
-            AddLines(file, input);
-        } else {
-            AddOne(file, ReadAll(input));
+    if (options.lines) {
+        for (const std::string& input : options.inputs) AddLines(file, input);
+    } else {
+        Progress progress(options.file, options.inputs.size());
+        for (std::uint64_t i = 0; i < options.inputs.size(); ++i) {
+            AddOne(file, ReadAll(options.inputs[i]));
+            progress.Advance(i + 1);
         }
     }
     file.Close();

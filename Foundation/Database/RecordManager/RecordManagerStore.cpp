@@ -171,6 +171,7 @@ bool CT_RecordManager::WriteDirectory(unsigned int stored) {
     }
     const Directories both{now, count, before};
     const unsigned int both_count = std::min(stored, count);
+    if (both_count == 0) return true;
     const unsigned int part = b_GetMapping() ? 1 : kPage / kEntry;
     const unsigned int lead = at / kEntry % part;  // entries of the first part's page before it
     const unsigned int parts = (lead + both_count + part - 1) / part;
