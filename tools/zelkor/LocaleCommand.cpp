@@ -3,6 +3,7 @@
 #include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -186,14 +187,21 @@ void Show(const std::vector<std::string>& words, bool json) {
 
 // ---- The whole catalogue ----------------------------------------
 
-void ListAll(bool json) {
+// Of the words given, each entry mentions one.
+void List(const std::vector<std::string>& words, bool json) {
     Rows rows;
     std::vector<std::string> objects;
     for (const LocaleEntry& entry : Catalogue()) {
+        if (!words.empty() && std::ranges::none_of(words, [&entry](const std::string& word) {
+                return Mentions(entry, word);
+            })) {
+            continue;
+        }
         rows.push_back({entry.code, Hexadecimal(entry.lcid), entry.name});
         objects.push_back("{\"code\": " + JsonText(entry.code) + ", \"lcid\": " +
                           std::to_string(entry.lcid) + ", \"name\": " + JsonText(entry.name) + "}");
     }
+    if (rows.empty()) throw Failure("no language is called or coded so");
     if (json) return PrintArray(objects);
     std::fputs(Aligned(rows, "").c_str(), stdout);
 }
@@ -209,12 +217,13 @@ void AddLocaleCommand(CLI::App& app) {
     command->add_option("LOCALE", *words,
                         "A code (de, DE-CH), a name (\"German (Switzerland)\") or a locale number "
                         "(2055, 0x0807)");
-    command->add_flag("--list", *list, "Every language and sub-language: code, number, name");
+    command->add_flag("--list", *list,
+                      "Every language and sub-language: code, number, name; with words, those that "
+                      "have one of them in code or name");
     command->add_flag("--json", *json, "As JSON");
     command->callback([words, list, json] {
-        if (*list && !words->empty()) throw Failure("--list shows all locales: give none", 2);
-        if (!*list && words->empty()) throw Failure("give a locale, or --list to see all", 2);
-        if (*list) return ListAll(*json);
+        if (*list) return List(*words, *json);
+        if (words->empty()) throw Failure("give a locale, or --list to see all", 2);
         Show(*words, *json);
     });
 }

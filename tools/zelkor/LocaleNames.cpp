@@ -118,6 +118,13 @@ std::vector<LocaleEntry> Catalogue() {
     return entries;
 }
 
+bool Mentions(const LocaleEntry& entry, const std::string& word) {
+    const Text wanted = Comparable(ToText(FromUtf8(word)));
+    const Text own =
+        Value(entry.lcid, Info::kNativeLanguage) + u' ' + Value(entry.lcid, Info::kNativeCountry);
+    return Comparable(entry.code + u' ' + entry.name + u' ' + own).find(wanted) != Text::npos;
+}
+
 LCID ParseLocale(const std::string& word) {
     const CT_UString text = FromUtf8(word);
     CT_Language::et_Primary primary = CT_Language::kNeutral;
@@ -134,7 +141,7 @@ LCID ParseLocale(const std::string& word) {
     }
     throw Failure("'" + word +
                       "' is no language code, name or locale number; "
-                      "zelkor locale --list shows all",
+                      "zelkor locale --list shows all, --list WORD looks for one",
                   2);
 }
 

@@ -28,6 +28,8 @@ struct LocaleEntry {
 };
 // Every language by name, each followed by its own sub-languages.
 [[nodiscard]] std::vector<LocaleEntry> Catalogue();
+// Whether the code, the name or a name in the language's own words contains the word, in any case.
+[[nodiscard]] bool Mentions(const LocaleEntry& entry, const std::string& word);
 
 // The locale of a code, a display name or a number; anything else ends the command with bad usage.
 [[nodiscard]] LCID ParseLocale(const std::string& word);
