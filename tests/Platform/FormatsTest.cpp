@@ -25,56 +25,29 @@ std::string Formatted(std::u16string_view number, const NumberFormat& format) {
     return test::Utf8(std::u16string_view(area, static_cast<std::size_t>(length - 1)));
 }
 
+// Number, digits, leading zero, grouping, negative order, text.
 TEST(FormatsTest, FollowsTheConventionsGiven) {
-    struct Case {
-        const char16_t* number;
-        std::uint32_t digits, leading_zero, grouping, order;
-        const char* text;
-    };
-    for (const Case& c : {Case{u"1234567", 0, 1, 3, 1, "1,234,567"},
-                          {u"123456789", 2, 1, 32, 1, "12,34,56,789.00"},
-                          {u"123456789", 2, 1, 30, 1, "123456,789.00"},
-                          {u"123456789", 0, 1, 0, 1, "123456789"},
-                          {u"123456789", 0, 1, 1234, 1, "123,456,78,9"},
-                          {u"123456789", 0, 1, 120, 1, "123456,78,9"},
-                          {u"-123", 1, 1, 3, 0, "(123.0)"},
-                          {u"-123", 1, 1, 3, 1, "-123.0"},
-                          {u"-123", 1, 1, 3, 2, "- 123.0"},
-                          {u"-123", 1, 1, 3, 3, "123.0-"},
-                          {u"-123", 1, 1, 3, 4, "123.0 -"},
-                          {u"0.5", 1, 0, 3, 1, ".5"},
-                          {u"-.5", 1, 1, 3, 1, "-0.5"},
-                          {u".5", 0, 0, 3, 1, "1"},
-                          {u".4", 0, 0, 3, 1, "0"},
-                          {u"0", 2, 0, 3, 1, ".00"},
-                          {u"007.", 0, 1, 3, 1, "7"},
-                          {u"-0.004", 2, 1, 3, 0, "0.00"},
-                          {u"-0.005", 2, 1, 3, 0, "(0.01)"},
-                          {u"999.995", 2, 1, 3, 1, "1,000.00"},
-                          {u"0.95", 1, 0, 3, 1, "1.0"},
-                          {u"1.25", 9, 1, 3, 1, "1.250000000"},
-                          {u"1.2349999", 2, 1, 3, 1, "1.23"},
-                          {u"", 0, 1, 3, 1, "error 87"},
-                          {u"-", 0, 1, 3, 1, "error 87"},
-                          {u".", 0, 1, 3, 1, "error 87"},
-                          {u"--1", 0, 1, 3, 1, "error 87"},
-                          {u"1-", 0, 1, 3, 1, "error 87"},
-                          {u"1.2.3", 0, 1, 3, 1, "error 87"},
-                          {u"+1", 0, 1, 3, 1, "error 87"},
-                          {u" 1", 0, 1, 3, 1, "error 87"},
-                          {u"1e3", 0, 1, 3, 1, "error 87"},
-                          {u"1,5", 0, 1, 3, 1, "error 87"},
-                          {u"\u0661", 0, 1, 3, 1, "error 87"},
-                          {u"1", 10, 1, 3, 1, "error 87"},
-                          {u"1", 0, 2, 3, 1, "error 87"},
-                          {u"1", 0, 1, 3, 5, "error 87"}}) {
-        SCOPED_TRACE(test::Utf8(c.number));
-        NumberFormat format;
-        format.digits = c.digits;
-        format.leading_zero = c.leading_zero;
-        format.grouping = c.grouping;
-        format.negative_order = c.order;
-        EXPECT_EQ(Formatted(c.number, format), c.text);
+    for (const auto& fields :
+         test::Table(R"(1234567|0|1|3|1|1,234,567 / 123456789|2|1|32|1|12,34,56,789.00
+123456789|2|1|30|1|123456,789.00 / 123456789|0|1|0|1|123456789
+123456789|0|1|1234|1|123,456,78,9 / 123456789|0|1|120|1|123456,78,9 / -123|1|1|3|0|(123.0)
+-123|1|1|3|1|-123.0 / -123|1|1|3|2|- 123.0 / -123|1|1|3|3|123.0- / -123|1|1|3|4|123.0 -
+0.5|1|0|3|1|.5 / -.5|1|1|3|1|-0.5 / .5|0|0|3|1|1 / .4|0|0|3|1|0 / 0|2|0|3|1|.00
+007.|0|1|3|1|7 / -0.004|2|1|3|0|0.00 / -0.005|2|1|3|0|(0.01) / 999.995|2|1|3|1|1,000.00
+0.95|1|0|3|1|1.0 / 1.25|9|1|3|1|1.250000000 / 1.2349999|2|1|3|1|1.23 / |0|1|3|1|
+-|0|1|3|1| / .|0|1|3|1| / --1|0|1|3|1| / 1-|0|1|3|1| / 1.2.3|0|1|3|1| / +1|0|1|3|1|
+ 1|0|1|3|1| / 1e3|0|1|3|1| / 1,5|0|1|3|1| / ١|0|1|3|1| / 1|10|1|3|1| / 1|0|2|3|1|
+1|0|1|3|5|)")) {
+        SCOPED_TRACE(testing::PrintToString(fields));
+        const auto number = [&](std::size_t field) {
+            return static_cast<std::uint32_t>(std::stoul(fields[field]));
+        };
+        const NumberFormat format{.digits = number(1),
+                                  .leading_zero = number(2),
+                                  .grouping = number(3),
+                                  .negative_order = number(4)};
+        const std::string wanted = fields[5].empty() ? "error 87" : fields[5];
+        EXPECT_EQ(Formatted(test::Utf16(fields[0]), format), wanted);
     }
     const NumberFormat words{3, 1, 3, u" point ", u"' ", 4, u"minus"};
     EXPECT_EQ(Formatted(u"-1234.5678", words), "1' 234 point 568 minus");
@@ -101,31 +74,16 @@ TEST(FormatsTest, RoundsHalfAwayFromZero) {
     }
 }
 
+// Text and grouping; 99: none.
 TEST(FormatsTest, ReadsTheGroupingsOfLocales) {
-    struct Case {
-        const char16_t* text;
-        std::uint32_t grouping;  // 99: none
-    };
-    for (const Case& c : {Case{u"3;0", 3},
-                          {u"3;2;0", 32},
-                          {u"3", 30},
-                          {u"3;2", 320},
-                          {u"0", 0},
-                          {u"", 0},
-                          {u"0;0", 0},
-                          {u"4;0", 4},
-                          {u"1;2;3;4;5;6;7;8;9;0", 123456789},
-                          {u";", 99},
-                          {u"3;", 99},
-                          {u"x", 99},
-                          {u"33", 99},
-                          {u"3,0", 99},
-                          {u"1;2;3;4;5;6;7;8;9;1;0", 99},
-                          {u"1;2;3;4;5;6;7;8;9;1", 99}}) {
+    for (
+        const auto& fields : test::Table(
+            R"(3;0|3 / 3;2;0|32 / 3|30 / 3;2|320 / 0|0 / |0 / 0;0|0 / 4;0|4 / 1;2;3;4;5;6;7;8;9;0|123456789
+;|99 / 3;|99 / x|99 / 33|99 / 3,0|99 / 1;2;3;4;5;6;7;8;9;1;0|99 / 1;2;3;4;5;6;7;8;9;1|99)")) {
         std::uint32_t grouping = 99;
-        EXPECT_EQ(platform::ReadGrouping(c.text, &grouping), c.grouping != 99)
-            << test::Utf8(c.text);
-        EXPECT_EQ(grouping, c.grouping) << test::Utf8(c.text);
+        const bool read = platform::ReadGrouping(test::Utf16(fields[0]), &grouping);
+        EXPECT_EQ(read, grouping != 99) << fields[0];
+        EXPECT_EQ(std::to_string(grouping), fields[1]) << fields[0];
     }
 }
 

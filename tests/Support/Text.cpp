@@ -71,4 +71,26 @@ std::u16string Utf16(std::string_view text) {
     return out;
 }
 
+namespace {
+
+std::vector<std::string> Split(std::string_view text, std::string_view separator) {
+    std::vector<std::string> parts;
+    for (std::size_t end; (end = text.find(separator)) != std::string_view::npos;) {
+        parts.emplace_back(text.substr(0, end));
+        text.remove_prefix(end + separator.size());
+    }
+    parts.emplace_back(text);
+    return parts;
+}
+
+}  // namespace
+
+std::vector<std::vector<std::string>> Table(std::string_view text) {
+    std::vector<std::vector<std::string>> rows;
+    for (const std::string& line : Split(text, "\n")) {
+        for (const std::string& row : Split(line, " / ")) rows.push_back(Split(row, "|"));
+    }
+    return rows;
+}
+
 }  // namespace test

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -131,49 +133,33 @@ TEST(StringValueCollectionTest, StoresEveryValueAsText) {
     EXPECT_EQ(read.n_GetCount(), 0u);
 }
 
-// Texts, and the elements that they give; nothing for malformed ones.
+// Texts and the elements they give, none where they are malformed; here "!" is the bar, and "$",
+// "#" and "@" are U+0002 to U+0004.
 TEST(StringValueCollectionTest, RefusesMalformedTexts) {
-    const Text integer = u"\u000302040001000000", real = u"\u00040308000000000000000440";
-    struct Case {
-        Text text;
-        std::vector<std::string> elements;
-    };
-    for (const Case& c : {Case{u"a|" + integer + u"|", {"a:2::1:0.000000"}},
-                          {u"a|" + real + u"|", {"a:3::0:2.500000"}},
-                          {u"a|\u0002|", {"a:1::0:0.000000"}},
-                          {u"a|\u0002x|b|\u0002y|a|" + integer + u"|b|\u0002z|a|\u0002w|",
-                           {"a:1:w:0:0.000000", "b:1:z:0:0.000000"}},
-                          {u"\\\\||\u0002x\\\\|y|", {"\\|:1:x\\|y:0:0.000000"}},
-                          {u"\\|\\|a|\u0002\\|\\|\\x|", {"||a:1:||\\x:0:0.000000"}},
-                          {u"a\\|\u0002x|", {}},
-                          {u"a", {}},
-                          {u"|", {}},
-                          {u"a|", {}},
-                          {u"a||", {}},
-                          {u"|\u0002x|", {}},
-                          {Text(u"\0a|\u0002x|", 6), {}},
-                          {u"a|\u0002x", {}},
-                          {u"a|\u0002x\\|", {}},
-                          {u"a|\u0001x|", {}},
-                          {u"a|\u0005x|", {}},
-                          {u"a|\\|x|", {}},
-                          {u"a|\u0002x|b", {}},
-                          {u"a|\u0002x||", {}},
-                          {u"a|\u00030204000100000|", {}},
-                          {u"a|\u0003020400010000000|", {}},
-                          {u"a|\u000302040001000g00|", {}},
-                          {u"a|\u00030204000100000a|", {}},
-                          {u"a|\u000302050001000000|", {}},
-                          {u"a|\u000302040101000000|", {}},
-                          {u"a|\u0003\u0660" + integer.substr(2) + u"|", {}},
-                          {u"a|\u0004" + integer.substr(1) + u"|", {}},
-                          {u"a|\u0003" + real.substr(1) + u"|", {}},
-                          {u"a|\u00040308010000000000000440|", {}}}) {
-        SCOPED_TRACE(test::Utf8(c.text));
+    for (const auto& row : test::Table(R"(a!#02040001000000!|a:2::1:0.000000
+a!@0308000000000000000440!|a:3::0:2.500000 / a!$!|a:1::0:0.000000
+a!$x!b!$y!a!#02040001000000!b!$z!a!$w!|a:1:w:0:0.000000|b:1:z:0:0.000000
+\\!!$x\\!y!|\!:1:x\!y:0:0.000000 / \!\!a!$\!\!\x!|!!a:1:!!\x:0:0.000000
+a\!$x! / a / ! / a! / a!! / !$x! / a!$x / a!$x\! / a!%x! / a!5x! / a!\!x! / a!$x!b / a!$x!!
+a!#0204000100000! / a!#020400010000000! / a!#02040001000g00! / a!#0204000100000a!
+a!#02050001000000! / a!#02040101000000! / a!#٠2040001000000! / a!@02040001000000!
+a!#0308000000000000000440! / a!@0308010000000000000440!)")) {
+        SCOPED_TRACE(row[0]);
+        Text text = test::Utf16(row[0]);
+        for (char16_t& unit : text) {
+            const std::size_t mark = std::u16string_view(u"$#@").find(unit);
+            if (mark < 3) unit = static_cast<char16_t>(mark + 2);
+            if (unit == u'!') unit = u'|';
+        }
+        std::vector<std::string> wanted(row.begin() + 1, row.end());
+        for (std::string& element : wanted) std::ranges::replace(element, '!', '|');
         Collection collection = Sample();
-        EXPECT_EQ(collection.b_Deserialize(String(c.text)), !c.elements.empty());
-        EXPECT_EQ(All(collection), c.elements);
+        EXPECT_EQ(collection.b_Deserialize(String(text)), !wanted.empty());
+        EXPECT_EQ(All(collection), wanted);
     }
+    Collection collection = Sample();
+    EXPECT_FALSE(collection.b_Deserialize(String(Text(u"\0a|\u0002x|", 6))));
+    EXPECT_EQ(collection.n_GetCount(), 0u);
 }
 
 TEST(StringValueCollectionTest, ReadsManyEqualKeysInLittleTime) {

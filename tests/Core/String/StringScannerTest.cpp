@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Core/String/PlainSplit.h"
 #include "Foundation/Core/String/StringTools.h"
 #include "Foundation/Core/String/UStringForwardIterator.h"
 #include "Support/Memory.h"
@@ -23,27 +24,8 @@ Text Of(const CT_UString& string) {
     return Text(string.qcuz_Get(), string.n_GetLength());
 }
 
-bool In(char16_t unit, const Text& set) {
-    return set.find(unit) != Text::npos;
-}
-
-// The parts of a text between separators, as places; words are those that are not empty.
-struct Place {
-    std::size_t begin, length;
-};
-std::vector<Place> Split(const Text& text, const Text& separators, bool words) {
-    std::vector<Place> parts;
-    std::size_t begin = 0;
-    for (std::size_t i = 0; i <= text.size(); ++i) {
-        if (i < text.size() && !In(text[i], separators)) continue;
-        if (!words || i > begin) parts.push_back({begin, i - begin});
-        begin = i + 1;
-    }
-    return parts;
-}
-
 void ExpectParts(const Text& text, const Text& separators, bool words) {
-    const std::vector<Place> parts = Split(text, separators, words);
+    const std::vector<test::Place> parts = test::Split(text, separators, words);
     const CT_UString string = String(text);
     const std::uint32_t count = words ? CT_StringScanner::n_WordCount(string, separators.c_str())
                                       : CT_StringScanner::n_ItemCount(string, separators[0]);
@@ -74,11 +56,11 @@ void ExpectTokens(const Text& text, const Text& separators) {
     CT_UString walked = String(text);
     CT_UStringForwardIterator tokens(walked, separators.c_str());
     walked.v_Append(u"x");
-    for (const Place& part : Split(text, separators, true)) {
+    for (const test::Place& part : test::Split(text, separators, true)) {
         ASSERT_TRUE(tokens.b_MoveNext());
         ASSERT_EQ(Of(tokens.rcco_Current()), text.substr(part.begin, part.length));
     }
-    const bool trailing = !text.empty() && In(text.back(), separators);
+    const bool trailing = !text.empty() && separators.find(text.back()) != Text::npos;
     ASSERT_FALSE(tokens.b_MoveNext());
     ASSERT_TRUE(!trailing || tokens.rcco_Current().n_GetLength() == 0);
     ASSERT_FALSE(tokens.b_MoveNext());

@@ -96,76 +96,62 @@ int Compared(Text a, Text b, bool exact, std::uint32_t count) {
 }
 
 TEST(StringToolsTest, ComparesPartsInEveryForm) {
+    const Text lower = u"abc and more than sixteen letters", upper = u"ABC AND MORE THAN SIXTEEN L";
     const Text texts[] = {u"",
                           u"abc",
                           u"ABD",
-                          u"aBc and more than sixteen letters",
-                          u"AbC AND MORE THAN SIXTEEN LETTERS",
-                          u"AbC AND MORE THAN SIXTEEN letters\u00C4",
-                          u"abc and more than sixteen letters\u00E4"};
+                          lower,
+                          lower + u"\u00E4",
+                          upper,
+                          u"ab",
+                          lower + u"\u00C4",
+                          upper + u"ETTERS"};
     using Tools = CT_StringTools;
-    for (const Text& a : texts) {
-        for (const Text& b : texts) {
-            for (const std::uint32_t count : {0u, 1u, 2u, 3u, 20u, 99u}) {
-                for (std::uint32_t from = 0; from <= std::min<std::size_t>(a.size(), 4); ++from) {
-                    for (const bool exact : {false, true}) {
-                        const int wanted = Compared(a.substr(from), b, exact, count);
-                        SCOPED_TRACE(test::Utf8(a) + '/' + test::Utf8(b));
-                        const CT_UString wide_a(a.c_str()), wide_b(b.c_str());
-                        const CT_CString narrow_a(&wide_a, 1252u), narrow_b(&wide_b, 1252u);
-                        ASSERT_EQ(
-                            Tools::si_CompareStrings(a.c_str(), b.c_str(), exact, count, from, 0),
-                            wanted);
-                        ASSERT_EQ(
-                            Tools::si_CompareStrings(&wide_b, &narrow_a, exact, count, 0, from),
-                            -wanted);
-                        ASSERT_EQ(Tools::si_CompareStrings(narrow_a.qccz_Get(), narrow_b.qccz_Get(),
-                                                           exact, count, from, 0),
-                                  wanted);
-                    }
-                }
-            }
-        }
+    std::mt19937 random(5);
+    for (int i = 0; i < 5000; ++i) {
+        const Text &a = texts[random() % 9], &b = texts[random() % 9];
+        const auto count = static_cast<std::uint32_t>(random() % 2 * (random() % 50));
+        const auto from = static_cast<std::uint32_t>(random() % (a.size() + 1));
+        const bool exact = random() % 2 == 0;
+        const int wanted = Compared(a.substr(from), b, exact, count);
+        const CT_UString wide_a(a.c_str()), wide_b(b.c_str());
+        const CT_CString narrow_a(&wide_a, 1252u), narrow_b(&wide_b, 1252u);
+        SCOPED_TRACE(test::Utf8(a) + '/' + test::Utf8(b));
+        ASSERT_EQ(Tools::si_CompareStrings(a.c_str(), b.c_str(), exact, count, from), wanted);
+        ASSERT_EQ(Tools::si_CompareStrings(&wide_b, &narrow_a, exact, count, 0, from), -wanted);
+        ASSERT_EQ(
+            Tools::si_CompareStrings(narrow_a.qccz_Get(), narrow_b.qccz_Get(), exact, count, from),
+            wanted);
     }
     EXPECT_EQ(Tools::si_CompareStrings(static_cast<const char16_t*>(nullptr), u"b", 1), -u'b');
     const CT_UString shorter(u"ab");
     EXPECT_EQ(Tools::si_CompareStrings(&shorter, &shorter, 1, 0, 99, 2), 0);
 }
 
+// Value, width, group separator, decimal separator (0: none), decimals, text.
 TEST(StringToolsTest, WritesFixedPointNumbers) {
-    constexpr std::uint32_t kWhole = 0xFFFFFFFF;
-    struct Case {
-        std::uint32_t value, width;
-        char group, decimal;
-        std::uint32_t decimals;
-        const char* text;
-    };
-    for (const Case& c : {Case{1234567, kWhole, ',', '.', 2, "12,345.67"},
-                          {5, kWhole, ',', '.', 2, "0.05"},
-                          {1234567, kWhole, ',', '.', 0, "1,234,567"},
-                          {0, kWhole, ',', '.', 0, "0"},
-                          {0, kWhole, ',', '.', 3, "0.000"},
-                          {123, kWhole, ',', '.', 3, "0.123"},
-                          {1234, kWhole, '\0', '.', 1, "123.4"},
-                          {1234, kWhole, ',', '\0', 1, "1234"},
-                          {0x7FFFFFFF, kWhole, '.', ',', 2, "21.474.836,47"},
-                          {0x80000000, kWhole, ',', '.', 0, "-2,147,483,648"},
-                          {0xFFFFFFFF, kWhole, ',', '.', 2, "-0.01"},
-                          {static_cast<std::uint32_t>(-123456), kWhole, ',', '.', 0, "-123,456"},
-                          {1, kWhole, ',', '.', 20, "0000000000000001"},
-                          {1234567, 12, ',', '.', 2, "   12,345.67"},
-                          {1234567, 4, ',', '.', 0, ",567"},
-                          {1234567, 3, ',', '.', 2, ".67"},
-                          {7, 0, ',', '.', 0, ""},
-                          {7, 40, ',', '.', 38, "0.00000000000000000000000000000000000007"}}) {
-        SCOPED_TRACE(c.text);
+    for (
+        const auto& fields : test::Table(
+            R"(1234567|-1|,|.|2|12,345.67 / 5|-1|,|.|2|0.05 / 1234567|-1|,|.|0|1,234,567 / 0|-1|,|.|0|0
+0|-1|,|.|3|0.000 / 123|-1|,|.|3|0.123 / 1234|-1|0|.|1|123.4 / 1234|-1|,|0|1|1234
+2147483647|-1|.|,|2|21.474.836,47 / -2147483648|-1|,|.|0|-2,147,483,648 / -1|-1|,|.|2|-0.01
+-123456|-1|,|.|0|-123,456 / 1|-1|,|.|20|0000000000000001 / 1234567|12|,|.|2|   12,345.67
+1234567|4|,|.|0|,567 / 1234567|3|,|.|2|.67 / 7|0|,|.|0| / 7|22|,|.|20|0.00000000000000000007)")) {
+        SCOPED_TRACE(testing::PrintToString(fields));
+        const auto number = [&](std::size_t field) {
+            return static_cast<std::uint32_t>(std::stol(fields[field]));
+        };
+        const auto unit = [&](std::size_t field) {
+            return fields[field] == "0" ? '\0' : fields[field][0];
+        };
         CT_UString wide(u"before");
         CT_CString narrow("before", CT_String::kToEnd, 1251);
-        CT_StringTools::sv_FormatNumber(&wide, c.value, c.width, static_cast<char16_t>(c.group),
-                                        static_cast<char16_t>(c.decimal), c.decimals);
-        CT_StringTools::sv_FormatNumber(&narrow, c.value, c.width, c.group, c.decimal, c.decimals);
-        EXPECT_EQ(test::Ascii<test::Wide>(wide), c.text);
-        EXPECT_EQ(test::Ascii<test::Narrow>(narrow), c.text);
+        using Tools = CT_StringTools;
+        Tools::sv_FormatNumber(&wide, number(0), number(1), static_cast<char16_t>(unit(2)),
+                               static_cast<char16_t>(unit(3)), number(4));
+        Tools::sv_FormatNumber(&narrow, number(0), number(1), unit(2), unit(3), number(4));
+        EXPECT_EQ(test::Ascii<test::Wide>(wide), fields[5]);
+        EXPECT_EQ(test::Ascii<test::Narrow>(narrow), fields[5]);
         EXPECT_EQ(narrow.n_GetCodePage(), 1251u);
     }
 }
@@ -214,49 +200,26 @@ TEST(FormattedStringTest, WritesAndReadsTaggedValues) {
     EXPECT_EQ(real, -1e300);
 }
 
-// A value, and what it is as an integer and as a real; kNone: left alone.
+// A record, the value of K in it, and that as an integer and as a real; -777: left alone.
 TEST(FormattedStringTest, ReadsValuesAsTheRuntimeScansThem) {
-    constexpr int kNone = -777;
-    struct Case {
-        const char16_t* record;
-        bool found;
-        const char16_t* value;
-        double integer, real;
-    };
-    for (const Case& c : {Case{u"<K=1><K=2><L=3>", true, u"2", 2, 2},
-                          {u"<K=>", true, u"", kNone, kNone},
-                          {u"<K=5=6>", true, u"5", 5, 5},
-                          {u"<=K==5>", true, u"5", 5, 5},
-                          {u"K=5", true, u"5", 5, 5},
-                          {u">K<", true, u"", kNone, kNone},
-                          {u"<KK=5><k=6>", false, u"", kNone, kNone},
-                          {u"", false, u"", kNone, kNone},
-                          {u"<K= 010>", true, u" 010", 10, 10},
-                          {u"<K=x>", true, u"x", kNone, kNone},
-                          {u"<K=1e3>", true, u"1e3", 1, 1000},
-                          {u"<K=1e>", true, u"1e", 1, kNone},
-                          {u"<K=1e+>", true, u"1e+", 1, kNone},
-                          {u"<K=-1.5.2>", true, u"-1.5.2", -1, -1.5},
-                          {u"<K=.5>", true, u".5", kNone, .5},
-                          {u"<K=0x10>", true, u"0x10", 0, 0},
-                          {u"<K=+7>", true, u"+7", 7, 7},
-                          {u"<K=- 7>", true, u"- 7", kNone, kNone},
-                          {u"<K=2147483648>", true, u"2147483648", -2147483648., 2147483648.},
-                          {u"<K=-2147483649>", true, u"-2147483649", 2147483647, -2147483649.},
-                          {u"<K=4294967296>", true, u"4294967296", 0, 4294967296.}}) {
-        SCOPED_TRACE(test::Utf8(c.record));
-        CT_UString value(u"before");
-        int integer = kNone;
-        double real = kNone;
-        EXPECT_EQ(CT_FormattedString::sb_GetData(c.record, u"K", &value), c.found);
-        EXPECT_EQ(CT_FormattedString::sb_GetDataI(c.record, u"K", &integer), c.found);
-        EXPECT_EQ(CT_FormattedString::sb_GetDataR(c.record, u"K", &real), c.found);
-        EXPECT_EQ(Of(value), c.value);
-        EXPECT_EQ(integer, c.integer);
-        EXPECT_EQ(real, c.real);
-        CT_UString own(c.record);
-        EXPECT_EQ(CT_FormattedString::sb_GetData(own, u"K", &own), c.found);
-        EXPECT_EQ(Of(own), c.value);
+    for (const auto& fields : test::Table(
+             R"(<K=1><K=2><L=3>|2|2|2 / <K=>||-777|-777 / <K=5=6>|5|5|5 / <=K==5>|5|5|5 / K=5|5|5|5
+>K<||-777|-777 / <KK=5><k=6> /  / <K= 010>| 010|10|10 / <K=x>|x|-777|-777
+<K=1e3>|1e3|1|1000 / <K=1e>|1e|1|-777 / <K=1e+>|1e+|1|-777 / <K=-1.5.2>|-1.5.2|-1|-1.5
+<K=.5>|.5|-777|.5 / <K=0x10>|0x10|0|0 / <K=+7>|+7|7|7 / <K=- 7>|- 7|-777|-777
+<K=2147483648>|2147483648|-2147483648|2147483648
+<K=-2147483649>|-2147483649|2147483647|-2147483649 / <K=4294967296>|4294967296|0|4294967296)")) {
+        SCOPED_TRACE(testing::PrintToString(fields));
+        const bool found = fields.size() > 1;
+        CT_UString record(test::Utf16(fields[0]).c_str());
+        int integer = -777;
+        double real = -777;
+        EXPECT_EQ(CT_FormattedString::sb_GetDataI(record, u"K", &integer), found);
+        EXPECT_EQ(CT_FormattedString::sb_GetDataR(record, u"K", &real), found);
+        EXPECT_EQ(CT_FormattedString::sb_GetData(record, u"K", &record), found);
+        EXPECT_EQ(test::Ascii<test::Wide>(record), found ? fields[1] : "");
+        EXPECT_EQ(integer, found ? std::stoi(fields[2]) : -777);
+        EXPECT_EQ(real, found ? std::stod(fields[3]) : -777);
     }
 }
 
