@@ -36,11 +36,13 @@ const Keys<std::u16string>& TextsOf(std::int64_t count) {
     texts.present = words;
     std::shuffle(words.begin(), words.end(), random);
     texts.wanted = words;
-    while (texts.absent.size() < words.size()) {
+    std::vector<std::u16string> absent;
+    while (absent.size() < words.size()) {
         std::u16string word = words[random() % words.size()];
         word[random() % word.size()] = static_cast<char16_t>(u'a' + random() % 26);
-        if (taken.insert(word).second) texts.absent.push_back(word);
+        if (taken.insert(word).second) absent.push_back(word);
     }
+    texts.absent = absent;  // copied, so that it lies in one piece as the others do
     return texts;
 }
 

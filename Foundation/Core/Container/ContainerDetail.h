@@ -28,42 +28,39 @@ inline void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcep
 
 // Copies one item; `out` and `item` may be the same.
 inline void CopyItem(void* out, const void* item, std::uint32_t size) noexcept {
-    switch (size) {
-        case 1:
-            std::memcpy(out, item, 1);
-            break;
-        case 2:
-            std::memcpy(out, item, 2);
-            break;
-        case 4:
-            std::memcpy(out, item, 4);
-            break;
-        case 8:
-            std::memcpy(out, item, 8);
-            break;
-        case 16:
-            std::memcpy(out, item, 16);
-            break;
-        default:
-            if (size != 0) std::memmove(out, item, size);
+    if (size == 8) {
+        std::memcpy(out, item, 8);
+    } else if (size == 4) {
+        std::memcpy(out, item, 4);
+    } else if (size == 16) {
+        std::memcpy(out, item, 16);
+    } else if (size == 2) {
+        std::memcpy(out, item, 2);
+    } else if (size == 1) {
+        std::memcpy(out, item, 1);
+    } else if (size != 0) {
+        std::memmove(out, item, size);
     }
 }
 
 // Fills one item with zeros.
 inline void ClearItem(void* out, std::uint32_t size) noexcept {
-    switch (size) {
-        case 4:
-            std::memset(out, 0, 4);
-            break;
-        case 8:
-            std::memset(out, 0, 8);
-            break;
-        case 16:
-            std::memset(out, 0, 16);
-            break;
-        default:
-            if (size != 0) std::memset(out, 0, size);
+    if (size == 8) {
+        std::memset(out, 0, 8);
+    } else if (size == 4) {
+        std::memset(out, 0, 4);
+    } else if (size == 16) {
+        std::memset(out, 0, 16);
+    } else if (size != 0) {
+        std::memset(out, 0, size);
     }
+}
+
+// Copies one item out, or zeros when there is none; nothing to nowhere.
+inline void GiveItem(void* out, const void* item, std::uint32_t size) noexcept {
+    if (out == nullptr) return;
+    if (item == nullptr) return ClearItem(out, size);
+    CopyItem(out, item, size);
 }
 
 }  // namespace foundation::detail

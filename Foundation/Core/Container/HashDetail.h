@@ -1,5 +1,4 @@
-// What hash functions, hash tables and the string cache share: hashing without a table size, and
-// division by a number that stays the same.
+// What hash functions, hash tables and the string cache share: hashing without a table size.
 #ifndef FOUNDATION_CORE_CONTAINER_HASHDETAIL_H
 #define FOUNDATION_CORE_CONTAINER_HASHDETAIL_H
 
@@ -7,6 +6,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "Foundation/Core/Container/Remainder.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Runtime.h"
@@ -24,23 +24,32 @@ template <bool kFolds, typename Unit>
     }
 }
 
-// The hash of a zero-terminated text, 28 bits wide. Each round shifts by four bits, adds the unit
-// and folds the top four bits in above the lowest four.
+inline constexpr std::uint32_t kHashBits = 0x0FFFFFFF;
+
+struct HashedText {
+    std::uint32_t hash;
+    std::size_t length;
+};
+
+// The hash of a zero-terminated text, 28 bits wide, and its length. Each round shifts by four bits,
+// adds the unit and folds the top four bits in above the lowest four.
 template <bool kFolds, typename Unit>
-[[nodiscard]] constexpr std::uint32_t HashText(const Unit* text) noexcept {
+[[nodiscard]] constexpr HashedText HashAndLength(const Unit* text) noexcept {
     std::uint32_t hash = 0;
+    std::size_t at = 0;
     // Six units below 0x80 stay below 28 bits: nothing to fold, and a shorter chain of operations.
-    for (int round = 0; round < 6; ++round, ++text) {
-        const std::uint32_t unit = Addend<kFolds>(*text);
-        if (unit == 0) return hash;
-        if (unit >= 0x80) break;
-        hash = (hash << 4) + unit;
+    for (; at < 6 && Addend<kFolds>(text[at]) - 1 < 0x7F; ++at) {
+        hash = (hash << 4) + Addend<kFolds>(text[at]);
     }
     // Folding is left to the next round, which shifts what was folded out of the word.
-    for (; *text != 0; ++text) {
-        hash = ((hash << 4) ^ (hash >> 20 & 0xF00)) + Addend<kFolds>(*text);
+    for (; text[at] != 0; ++at) {
+        hash = ((hash << 4) ^ (hash >> 20 & 0xF00)) + Addend<kFolds>(text[at]);
     }
-    return (hash ^ (hash >> 24 & 0xF0)) & 0x0FFFFFFF;
+    return {(hash ^ (hash >> 24 & 0xF0)) & kHashBits, at};
+}
+template <bool kFolds, typename Unit>
+[[nodiscard]] constexpr std::uint32_t HashText(const Unit* text) noexcept {
+    return HashAndLength<kFolds>(text).hash;
 }
 static_assert(HashText<false>(u"abc") == 26499);
 
@@ -55,15 +64,6 @@ template <bool kFolds>
 template <bool kFolds>
 [[nodiscard]] std::uint32_t HashString(const CT_String& string) {
     return HashText<kFolds>(CT_UString(&string).qcuz_Get());
-}
-
-// The end is looked for in `wanted`, which was just read: `stored` may still be on its way from
-// memory.
-[[nodiscard]] inline bool IsSameText(const char16_t* stored, const char16_t* wanted) noexcept {
-    for (; *stored == *wanted; ++stored, ++wanted) {
-        if (*wanted == 0) return true;
-    }
-    return false;
 }
 
 // The value that a key, which may lie anywhere, consists of.
@@ -86,19 +86,6 @@ template <typename Target, bool kFolds>
 template <typename Target, bool kFolds>
 [[nodiscard]] std::uint32_t HashTargetOf(const void* key) {
     return HashTarget<Target, kFolds>(ValueAt<const void*>(key));
-}
-
-// Remainders by one divisor of at least 1 without dividing, exact for all 32-bit numbers (Lemire,
-// Kaser, Kurz: "Faster remainder by direct computation", 2019): the fraction that the quotient
-// leaves, 64 bits wide, times the divisor.
-[[nodiscard]] constexpr std::uint64_t Reciprocal(std::uint32_t divisor) noexcept {
-    return ~std::uint64_t{0} / divisor + 1;
-}
-[[nodiscard]] constexpr std::uint32_t Remainder(std::uint32_t value, std::uint32_t divisor,
-                                                std::uint64_t reciprocal) noexcept {
-    const std::uint64_t fraction = reciprocal * value;
-    const std::uint64_t low = (fraction & 0xFFFFFFFF) * divisor >> 32;
-    return static_cast<std::uint32_t>(((fraction >> 32) * divisor + low) >> 32);
 }
 
 }  // namespace foundation::detail

@@ -203,6 +203,7 @@ CT_VoidHashTable::Rules CT_VoidHashTable::RulesOf(HashFunction hash,
     if (known->kind == kNumber) rules.path = Rules::Path::kNumber;
     if (known->kind == kUnitsAt && !known->folds && !order->folds) {
         rules.path = Rules::Path::kUnitsAt;
+        rules.slot_bits = kHashBits;
     }
     return rules;
 }

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #include "Foundation/Core/Container/VoidHashTable.h"
@@ -47,7 +48,15 @@ public:
     // TRUE when the key was there: its data is overwritten, its stored key stays.
     BOOL b_Insert(const Key& key, const Data& data) { return table_.b_Insert(&key, &data); }
     // Whether the key is there. Unless null, `out` gets the data, or zeros when it is not.
-    BOOL b_Get(const Key& key, Data* out) const { return table_.b_Get(&key, out); }
+    BOOL b_Get(const Key& key, Data* out) const {
+        const CT_VoidHashTable::st_HashItem* const item = table_.Lookup(&key);
+        if (out != nullptr && item != nullptr) {
+            std::memcpy(static_cast<void*>(out), item->pcv_GetData(), sizeof(Data));
+        } else if (out != nullptr) {
+            std::memset(static_cast<void*>(out), 0, sizeof(Data));
+        }
+        return item == nullptr ? FALSE : TRUE;
+    }
     // As b_Get, and the item is removed.
     BOOL b_Remove(const Key& key, Data* out) { return table_.b_Remove(&key, out); }
     void v_Resize(std::uint32_t tableSize) { table_.v_Resize(tableSize); }

@@ -56,15 +56,10 @@ void CT_StringCache::v_Set(std::uint32_t size, std::uint32_t ways) {
 }
 
 const char16_t* CT_StringCache::qcuz_Lookup(const char16_t* key) {
-    if (key == nullptr || size_ == 0) return nullptr;
-    const std::uint32_t hash = HashText<false>(key);
-    Pair* const bucket = Bucket(hash);
-    const std::uint32_t at = Find(bucket, key, hash);
-    if (at == ways_) return nullptr;
-    const Pair found = bucket[at];
-    std::copy_backward(bucket, bucket + at, bucket + at + 1);
-    bucket[0] = found;
-    return found.texts + found.value_at;
+    const auto [bucket, pair] = Find(key);
+    if (pair == nullptr) return nullptr;
+    if (pair != bucket) std::rotate(bucket, pair, pair + 1);
+    return bucket->texts + bucket->value_at;
 }
 
 void CT_StringCache::v_Insert(const char16_t* key, const char16_t* value) {
@@ -79,14 +74,12 @@ void CT_StringCache::v_Insert(const char16_t* key, const char16_t* value) {
 }
 
 void CT_StringCache::v_Remove(const char16_t* key) {
-    if (key == nullptr || size_ == 0) return;
-    const std::uint32_t hash = HashText<false>(key);
-    Pair* const bucket = Bucket(hash);
-    const std::uint32_t at = Find(bucket, key, hash);
-    if (at == ways_) return;
-    platform::Free(bucket[at].texts);
-    std::copy(bucket + at + 1, bucket + ways_, bucket + at);
-    bucket[ways_ - 1] = {};
+    const auto [bucket, pair] = Find(key);
+    if (pair == nullptr) return;
+    platform::Free(pair->texts);
+    Pair* const end = bucket + ways_;
+    std::copy(pair + 1, end, pair);
+    end[-1] = {};
 }
 
 void CT_StringCache::v_Clear() noexcept {
@@ -107,10 +100,15 @@ CT_StringCache::Pair* CT_StringCache::Bucket(std::uint32_t hash) const noexcept 
     return pairs_ + std::size_t{Remainder(hash, buckets_, reciprocal_)} * ways_;
 }
 
-std::uint32_t CT_StringCache::Find(const Pair* bucket, const char16_t* key,
-                                   std::uint32_t hash) const noexcept {
-    for (std::uint32_t at = 0; at < ways_ && bucket[at].texts != nullptr; ++at) {
-        if (bucket[at].hash == hash && IsSameText(bucket[at].texts, key)) return at;
+CT_StringCache::Place CT_StringCache::Find(const char16_t* key) const noexcept {
+    if (key == nullptr || size_ == 0) return {};
+    const auto [hash, length] = HashAndLength<false>(key);
+    Pair* const bucket = Bucket(hash);
+    for (Pair* pair = bucket; pair != bucket + ways_ && pair->texts != nullptr; ++pair) {
+        if (pair->hash == hash && pair->value_at == length + 1 &&
+            std::memcmp(pair->texts, key, length * sizeof(*key)) == 0) {
+            return {bucket, pair};
+        }
     }
-    return ways_;
+    return {};
 }

@@ -54,9 +54,11 @@ private:
     };
     // The pairs of the bucket of a key with that hash.
     [[nodiscard]] Pair* Bucket(std::uint32_t hash) const noexcept;
-    // The place of the key's pair in its bucket, or ways_.
-    [[nodiscard]] std::uint32_t Find(const Pair* bucket, const char16_t* key,
-                                     std::uint32_t hash) const noexcept;
+    struct Place {
+        Pair* bucket = nullptr;
+        Pair* pair = nullptr;  // null when the key is not there
+    };
+    [[nodiscard]] Place Find(const char16_t* key) const noexcept;
 
     Pair* pairs_ = nullptr;
     std::uint32_t size_ = 0;

@@ -16,24 +16,6 @@ constexpr std::uint32_t kSizeInsteadOfNone = 13;
 
 constinit _SHI_Pool pool(sizeof(CT_VoidHashTable), 128);
 
-// Copies the data of an item out, or zeros when there is none.
-inline void GiveData(void* out, const CT_VoidHashTable::st_HashItem* item,
-                     std::uint32_t size) noexcept {
-    if (out == nullptr) return;
-    if (item != nullptr) {
-        CopyItem(out, item->pcv_GetData(), size);
-    } else {
-        ClearItem(out, size);
-    }
-}
-
-// The link in a chain to the first item that `matches`, or the null link at its end.
-template <typename Matches>
-CT_VoidHashTable::st_HashItem** Walk(CT_VoidHashTable::st_HashItem** link, Matches matches) {
-    while (*link != nullptr && !matches(*link)) link = &(*link)->following;
-    return link;
-}
-
 }  // namespace
 
 void CT_VoidHashTable::st_HashItem::v_Set(const void* key, std::uint32_t keySize, const void* data,
@@ -105,38 +87,6 @@ void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
     items_.Swap(copy.items_);
 }
 
-inline CT_VoidHashTable::st_HashItem*& CT_VoidHashTable::Slots::Of(
-    std::uint32_t hash) const noexcept {
-    return heads_[Remainder(hash, size_, reciprocal_)];
-}
-
-template <typename Matches>
-inline CT_VoidHashTable::Place CT_VoidHashTable::FindIn(std::uint32_t hash, Matches matches) const {
-    st_HashItem** const head = &slots_.Of(hash);
-    return {hash, head, Walk(head, matches)};
-}
-
-inline CT_VoidHashTable::Place CT_VoidHashTable::Find(const void* key) const {
-    if (rules_.path == Rules::Path::kNumber) {
-        const auto number = ValueAt<std::uint32_t>(key);
-        return FindIn(number, [number](const st_HashItem* item) { return item->hash == number; });
-    }
-    if (rules_.path == Rules::Path::kUnitsAt) {
-        const auto* const text = ValueAt<const char16_t*>(key);
-        const std::uint32_t hash = HashText<false>(text);
-        return FindIn(hash, [hash, text](const st_HashItem* item) {
-            return item->hash == hash &&
-                   IsSameText(ValueAt<const char16_t*>(item->pcv_GetKey()), text);
-        });
-    }
-    const std::uint32_t hash =
-        rules_.path == Rules::Path::kKnown ? rules_.hash(key) : hash_(key, n_GetTableSize()) - 1;
-    return FindIn(hash, [this, key, hash](const st_HashItem* item) {
-        return (!rules_.filters || item->hash == hash) &&
-               rules_.compare(item->pcv_GetKey(), key) == 0;
-    });
-}
-
 BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
     if (n_GetTableSize() == 0) Rebuild(kSizeInsteadOfNone);
     const Place place = Find(key);
@@ -149,15 +99,16 @@ BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
 }
 
 BOOL CT_VoidHashTable::b_Get(const void* key, void* out) const {
-    const st_HashItem* const item = count_ == 0 ? nullptr : *Find(key).link;
-    GiveData(out, item, data_size_);
+    if (rules_.path != Rules::Path::kNumber || count_ == 0) return GetOther(key, out);
+    const st_HashItem* const item = Lookup(key);
+    GiveItem(out, item == nullptr ? nullptr : item->pcv_GetData(), data_size_);
     return item == nullptr ? FALSE : TRUE;
 }
 
 BOOL CT_VoidHashTable::b_Remove(const void* key, void* out) {
     const Place place = count_ == 0 ? Place{} : Find(key);
     const st_HashItem* const item = place.link == nullptr ? nullptr : *place.link;
-    GiveData(out, item, data_size_);
+    GiveItem(out, item == nullptr ? nullptr : item->pcv_GetData(), data_size_);
     if (item == nullptr) return FALSE;
     Unlink(place.link, place.link == place.head);
     return TRUE;
@@ -203,7 +154,7 @@ void CT_VoidHashTable::Add(const void* key, std::uint32_t hash, const void* data
     auto* const item = static_cast<st_HashItem*>(items_.Allocate());
     item->v_Set(key, key_size_, data, data_size_);
     item->hash = hash;
-    st_HashItem*& head = slots_.Of(hash);
+    st_HashItem*& head = HeadOf(hash);
     const bool collides = head != nullptr;
     item->following = head;
     head = item;
@@ -265,7 +216,7 @@ void CT_VoidHashTable::Rebuild(std::uint32_t tableSize) {
         st_HashItem* following = nullptr;
         for (st_HashItem* item = slots_[slot]; item != nullptr; item = following) {
             following = item->following;
-            st_HashItem*& head = fresh.Of(item->hash);
+            st_HashItem*& head = fresh.Of(item->hash & rules_.slot_bits);
             collisions_ += head != nullptr;
             item->following = head;
             head = item;
@@ -287,7 +238,9 @@ void CT_VoidHashTable::RemoveBehind(const st_HashItem* previous, std::uint32_t s
     st_HashItem** const head = &slots_[slot - 1];
     st_HashItem** link =
         previous == nullptr ? head : &const_cast<st_HashItem*>(previous)->following;
-    if (*link != item) link = Walk(head, [item](const st_HashItem* at) { return at == item; });
+    if (*link != item) {
+        for (link = head; *link != nullptr && *link != item;) link = &(*link)->following;
+    }
     if (*link != nullptr) Unlink(link, link == head);
 }
 

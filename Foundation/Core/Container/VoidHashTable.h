@@ -17,8 +17,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "Foundation/Core/Container/NodeArena.h"
+#include "Foundation/Core/Container/Remainder.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
@@ -108,6 +110,8 @@ public:
 
 private:
     friend class CT_VoidHashIterator;
+    template <typename Key, typename Data>
+    friend class CT_HashTable;
 
     // How keys are hashed and compared. Pairs of functions that are known to agree, so that equal
     // keys have equal hashes, are not asked again what the stored hashes tell.
@@ -117,6 +121,7 @@ private:
         bool filters;                            // keys of different hashes are different
         std::uint32_t (*hash)(const void* key);  // whatever the table size; null for kForeign
         CompareFunction compare;
+        std::uint32_t slot_bits = 0xFFFFFFFF;  // of an item's hash, those that decide its slot
     };
     [[nodiscard]] static Rules RulesOf(HashFunction hash, CompareFunction compare) noexcept;
 
@@ -129,7 +134,9 @@ private:
         void Empty() noexcept;
         [[nodiscard]] std::uint32_t Size() const noexcept { return size_; }
         // The head of the chain of a hash, or of an index from 0.
-        [[nodiscard]] st_HashItem*& Of(std::uint32_t hash) const noexcept;
+        [[nodiscard]] st_HashItem*& Of(std::uint32_t hash) const noexcept {
+            return heads_[foundation::detail::Remainder(hash, size_, reciprocal_)];
+        }
         [[nodiscard]] st_HashItem*& operator[](std::uint32_t index) const noexcept {
             return heads_[index];
         }
@@ -149,8 +156,23 @@ private:
         st_HashItem** link;  // to its item, or the null one at the end of the chain
     };
     [[nodiscard]] Place Find(const void* key) const;
+    [[nodiscard]] Place FindHere(const void* key) const;
     template <typename Matches>
     [[nodiscard]] Place FindIn(std::uint32_t hash, Matches matches) const;
+    [[nodiscard]] st_HashItem*& HeadOf(std::uint32_t hash) const noexcept {
+        return slots_.Of(hash & rules_.slot_bits);
+    }
+    // The item of a key, or null; numbers are found here and now.
+    [[nodiscard]] const st_HashItem* Lookup(const void* key) const {
+        if (rules_.path != Rules::Path::kNumber || count_ == 0) return LookupOther(key);
+        std::uint32_t number;
+        std::memcpy(&number, key, sizeof(number));
+        const st_HashItem* item = slots_.Of(number);
+        while (item != nullptr && item->hash != number) item = item->following;
+        return item;
+    }
+    [[nodiscard]] const st_HashItem* LookupOther(const void* key) const;
+    BOOL GetOther(const void* key, void* out) const;
     // Adds an item whose key is not there, and grows.
     void Add(const void* key, std::uint32_t hash, const void* data);
     void InsertAll(const CT_VoidHashTable& other);
