@@ -11,6 +11,7 @@ void AddWordListCommand(CLI::App& app);
 void AddConvertCommand(CLI::App& app);
 void AddCharCommand(CLI::App& app);
 void AddEncodingCommand(CLI::App& app);
+void AddGlossaryCommand(CLI::App& app);
 void AddRecordsCommand(CLI::App& app);
 void AddLocaleCommand(CLI::App& app);
 

@@ -30,6 +30,7 @@ int Run(int argc, char** argv) {
     zelkor::AddConvertCommand(app);
     zelkor::AddEncodingCommand(app);
     zelkor::AddCharCommand(app);
+    zelkor::AddGlossaryCommand(app);
     zelkor::AddRecordsCommand(app);
     zelkor::AddLocaleCommand(app);
     app.add_subcommand("version", "Print the product version and edition.")->callback(PrintVersion);
