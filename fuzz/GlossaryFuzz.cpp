@@ -57,7 +57,8 @@ std::array<std::vector<std::uint8_t>, 4> Parts(const std::uint8_t* data, std::si
     // part, position (2 bytes), kind of change, value
     for (std::size_t at = 1; at + 5 <= size; at += 5) {
         std::vector<std::uint8_t>& part = parts[data[at] % 4];
-        const std::size_t position = (data[at + 1] | data[at + 2] << 8) % (part.size() + 1);
+        const std::size_t number = data[at + 1] + 256U * data[at + 2];
+        const std::size_t position = number % (part.size() + 1);
         if (data[at + 3] == 0) {
             part.resize(position);
         } else if (data[at + 3] < 0x40 || position == part.size()) {
