@@ -2,6 +2,7 @@
 #include <Foundation/Core/Language/Codepage.h>
 #include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
+#include <Foundation/Core/String/FormatString.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -50,6 +51,13 @@ Text PageOf(unsigned int number) {
     return ToText(std::to_string(number)) + (name == nullptr ? Text() : u' ' + Text(name));
 }
 
+Text NumberOf(LCID lcid, float value) {
+    CT_UString number;
+    const Text grouping = Value(lcid, Info::kGrouping);
+    CT_FormatString::sb_FormatNumber(&number, value, lcid, 2, grouping.c_str());
+    return ToText(number);
+}
+
 Text OwnDigits(LCID lcid) {
     const Text digits = Value(lcid, Info::kNativeDigits);
     return digits == u"0123456789" ? Text() : digits;
@@ -82,8 +90,8 @@ std::vector<Item> ItemsOf(LCID lcid) {
          PageOf(CT_Locale::sn4_DefaultMacCodepageFromLocale(lcid))},
         {"character set", "charset", charset, true},
         {"written", "direction", Info::sb_IsRTL(lcid) ? u"right to left" : u"left to right"},
-        {"numbers, decimal", "decimal", Value(lcid, Info::kDecimalSeparator)},
-        {"  thousands", "thousands", Value(lcid, Info::kThousandSeparator)},
+        {"numbers", "number", NumberOf(lcid, 1234567.5F)},
+        {"  negative", "negativeNumber", NumberOf(lcid, -1234567.5F)},
         {"  grouping", "grouping", Value(lcid, Info::kGrouping)},
         {"  own digits", "ownDigits", OwnDigits(lcid)},
         {"  list separator", "listSeparator", Value(lcid, Info::kListSeparator)},
