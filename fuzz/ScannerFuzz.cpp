@@ -10,22 +10,16 @@
 #include "Foundation/Core/String/StringScanner.h"
 #include "Foundation/Core/String/StringTools.h"
 #include "Foundation/Core/String/UStringForwardIterator.h"
-#include "tests/Core/String/PlainSplit.h"
+#include "tests/Core/String/PlainTexts.h"
 
 namespace {
 
 using Text = std::u16string;
+using test::Of;
+using test::String;
 
 void Require(bool holds) {
     if (!holds) std::abort();
-}
-
-CT_UString String(const Text& text) {
-    return CT_UString(text.data(), static_cast<std::uint32_t>(text.size()));
-}
-
-Text Of(const CT_UString& string) {
-    return Text(string.qcuz_Get(), string.n_GetLength());
 }
 
 void CheckWords(const Text& text, const Text& separators) {
@@ -60,19 +54,6 @@ void CheckItems(const Text& text, char16_t separator) {
     Require(joined == text);
 }
 
-void CheckReplacing(const Text& text, const Text& find, const Text& replacement) {
-    Text wanted;
-    std::size_t from = 0;
-    for (std::size_t hit; !find.empty() && (hit = text.find(find, from)) != Text::npos;) {
-        wanted += text.substr(from, hit - from) + replacement;
-        from = hit + find.size();
-    }
-    wanted += text.substr(from);
-    CT_UString alone = String(text);
-    CT_StringTools::sv_ReplaceAll(&alone, String(find), String(replacement));
-    Require(Of(alone) == wanted);
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -83,7 +64,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     text.erase(0, separators.size());
     CheckWords(text, separators);
     CheckItems(text, static_cast<char16_t>(data[1]));
-    CheckReplacing(text, separators, text.substr(0, data[1] % 16));
+    const Text replacement = text.substr(0, data[1] % 16);
+    CT_UString replaced = String(text);
+    CT_StringTools::sv_ReplaceAll(&replaced, String(separators), String(replacement));
+    Require(Of(replaced) == test::Replaced(text, separators, replacement));
     CT_UString value;
     double real = 0;
     CT_FormattedString::sb_GetData(String(text), String(separators), &value);

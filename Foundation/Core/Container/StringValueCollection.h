@@ -6,7 +6,7 @@
 // from 1. Errors: records none. Running out of memory throws CT_SmartHeapException and changes
 // nothing. Threads: one object, one thread at a time.
 //
-// The text form is for storing: see v_Serialize.
+// The text form is for storing; docs/formats/string-maps.md describes it.
 #ifndef FOUNDATION_CORE_CONTAINER_STRINGVALUECOLLECTION_H
 #define FOUNDATION_CORE_CONTAINER_STRINGVALUECOLLECTION_H
 
