@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Platform/Scan.h"
 
 namespace foundation::detail {
 
@@ -32,7 +33,19 @@ void CharTree::Clear() noexcept {
     unused_ = Unused();
 }
 
+std::size_t CharTree::Units(std::size_t size) noexcept {
+    constexpr std::size_t kNode = sizeof(st_Node);
+    return size < kWide ? size : size + (size * sizeof(char16_t) + kNode - 1) / kNode;
+}
+
 std::uint32_t CharTree::pso_FindBranch(const st_Node& node, char16_t character) const noexcept {
+    if (node.branch_count > kWide / 2) {
+        const std::size_t size = BlockSize(node.branch_count);
+        const auto* const characters =
+            reinterpret_cast<const char16_t*>(&nodes_[node.branches + size]);
+        const std::size_t hit = platform::FindUnit(characters, node.branch_count, character);
+        return hit == platform::kNoHit ? kNowhere : node.branches + static_cast<std::uint32_t>(hit);
+    }
     const st_Node* const all = nodes_.data();
     const std::uint32_t end = node.branches + node.branch_count;
     for (std::uint32_t branch = node.branches; branch != end; ++branch) {
@@ -52,10 +65,6 @@ const CharTree::st_Node* CharTree::Follow(const char16_t** key) const noexcept {
     return node;
 }
 
-CharTree::st_Node* CharTree::Follow(const char16_t** key) noexcept {
-    return const_cast<st_Node*>(std::as_const(*this).Follow(key));
-}
-
 std::uint32_t CharTree::Find(const char16_t* key) const noexcept {
     const char16_t* rest = Text(key);
     const st_Node* const node = Follow(&rest);
@@ -69,7 +78,8 @@ std::uint32_t& CharTree::Insert(const char16_t* key) {
         std::size_t length = 0;
         while (rest[length] != 0) ++length;
         // The first character may need a block twice as large as the one that is full.
-        const std::size_t room = length - 1 + BlockSize(found->branch_count + std::size_t{1});
+        const std::size_t room =
+            length - 1 + Units(BlockSize(found->branch_count + std::size_t{1}));
         if (room > kNowhere - nodes_.size()) ReportExhausted();
         const std::size_t place =
             found == &root_ ? 0 : static_cast<std::size_t>(found - nodes_.data());
@@ -115,16 +125,36 @@ CharTree::st_Node* CharTree::pso_AugmentBranches(st_Node* node, char16_t charact
     if (count == 0) {
         node->branches = TakeBlock(size);
     } else if (size != BlockSize(count)) {
-        const std::uint32_t larger = TakeBlock(size);
-        std::memcpy(&nodes_[larger], &nodes_[node->branches], count * sizeof(st_Node));
-        PutBlock(node->branches, count);
-        node->branches = larger;
+        MoveBranches(node, count, count, size);
     }
     ++node->branch_count;
-    st_Node& branch = nodes_[node->branches + count];
-    branch = kRoot;
-    branch.character = character;
-    return &branch;
+    nodes_[node->branches + count] = kRoot;
+    SetCharacter(node->branches, size, count, character);
+    return &nodes_[node->branches + count];
+}
+
+// Takes the children to a block of another size.
+void CharTree::MoveBranches(st_Node* node, std::size_t count, std::size_t old_size,
+                            std::size_t size) noexcept {
+    const std::uint32_t old = std::exchange(node->branches, TakeBlock(size));
+    std::memcpy(&nodes_[node->branches], &nodes_[old], count * sizeof(st_Node));
+    SetCharacters(node->branches, size, count);
+    PutBlock(old, old_size);
+}
+
+void CharTree::SetCharacter(std::uint32_t block, std::size_t size, std::size_t place,
+                            char16_t character) noexcept {
+    nodes_[block + place].character = character;
+    if (size < kWide) return;
+    auto* const row = reinterpret_cast<std::byte*>(&nodes_[block + size]);
+    std::memcpy(row + place * sizeof character, &character, sizeof character);
+}
+
+// The row behind a wide block, as its nodes say.
+void CharTree::SetCharacters(std::uint32_t block, std::size_t size, std::size_t count) noexcept {
+    if (size < kWide) return;
+    for (std::size_t i = 0; i < count; ++i)
+        SetCharacter(block, size, i, nodes_[block + i].character);
 }
 
 // Unlinks a child that heads a chain of only children, and frees the chain.
@@ -135,7 +165,9 @@ void CharTree::RemoveBranch(st_Node* node, std::uint32_t branch) noexcept {
         PutBlock(block, 1);
     }
     const std::size_t left = --node->branch_count;
+    const std::uint32_t place = branch - node->branches;
     nodes_[branch] = nodes_[node->branches + left];
+    SetCharacter(node->branches, BlockSize(left + 1), place, nodes_[branch].character);
     if (left == 0) {
         PutBlock(node->branches, 1);
         node->branches = kNowhere;
@@ -145,22 +177,21 @@ void CharTree::RemoveBranch(st_Node* node, std::uint32_t branch) noexcept {
 }
 
 // Goes over to a block of half the size, so that the larger one can be used again as it is. Without
-// room for that the block is cut in two.
+// room for that the children stay, and a block that fits behind them is put by.
 void CharTree::Halve(st_Node* node, std::size_t size) noexcept {
-    const std::uint32_t old = node->branches;
-    if (unused_.first[Power(size)] == kNowhere && nodes_.Room() < size) {
-        PutBlock(old + static_cast<std::uint32_t>(size), size);
+    if (unused_.first[Power(size)] != kNowhere || nodes_.Room() >= Units(size)) {
+        MoveBranches(node, size, 2 * size, size);
         return;
     }
-    node->branches = TakeBlock(size);
-    std::memcpy(&nodes_[node->branches], &nodes_[old], size * sizeof(st_Node));
-    PutBlock(old, 2 * size);
+    SetCharacters(node->branches, size, size);
+    PutBlock(node->branches + static_cast<std::uint32_t>(Units(size)),
+             size < kWide ? size : size / 2);
 }
 
 // An unused block of that size, else a new one. Requires room.
 std::uint32_t CharTree::TakeBlock(std::size_t size) noexcept {
     std::uint32_t& first = unused_.first[Power(size)];
-    if (first == kNowhere) return static_cast<std::uint32_t>(nodes_.Extend(size));
+    if (first == kNowhere) return static_cast<std::uint32_t>(nodes_.Extend(Units(size)));
     return std::exchange(first, nodes_[first].branches);
 }
 

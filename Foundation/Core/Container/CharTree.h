@@ -1,7 +1,8 @@
 // The tree beneath CT_VoidTree and CT_AlphaTree: one node a character, each with a 32-bit payload.
 //
 // The children of a node stand side by side in the order of their creation, in a block with room
-// for a power of two of them; the last one takes the place of one that goes. All blocks lie in one
+// for a power of two of them; the last one takes the place of one that goes. A wide block has all
+// characters in a row behind its nodes too, where they are looked for. All blocks lie in one
 // array, the tree's own pool: a block is named by the place of its first node. Unused blocks are
 // chained by size through their first nodes.
 // Nothing here calls itself, so only memory bounds the length of a key.
@@ -52,6 +53,7 @@ private:
     };
     static constexpr std::uint32_t kNowhere = 0xFFFFFFFF;  // no block
     static constexpr std::size_t kSizes = 17;              // blocks of 1, 2, 4, ... 65536 nodes
+    static constexpr std::size_t kWide = 16;               // nodes of the smallest wide block
     static constexpr st_Node kRoot{0xFFFF, 0, kNone, kNowhere};
 
     struct Unused {
@@ -63,9 +65,15 @@ private:
                                                char16_t character) const noexcept;
     st_Node* pso_AugmentBranches(st_Node* node, char16_t character) noexcept;
     void RemoveBranch(st_Node* node, std::uint32_t branch) noexcept;
+    void MoveBranches(st_Node* node, std::size_t count, std::size_t old_size,
+                      std::size_t size) noexcept;
     void Halve(st_Node* node, std::size_t size) noexcept;
+    void SetCharacter(std::uint32_t block, std::size_t size, std::size_t place,
+                      char16_t character) noexcept;
+    void SetCharacters(std::uint32_t block, std::size_t size, std::size_t count) noexcept;
     [[nodiscard]] const st_Node* Follow(const char16_t** key) const noexcept;
-    [[nodiscard]] st_Node* Follow(const char16_t** key) noexcept;
+    // What a block of so many nodes takes of the pool, in nodes.
+    [[nodiscard]] static std::size_t Units(std::size_t size) noexcept;
     [[nodiscard]] std::uint32_t TakeBlock(std::size_t size) noexcept;
     void PutBlock(std::uint32_t block, std::size_t size) noexcept;
 

@@ -215,6 +215,42 @@ TEST(TreeTest, PrintsKeysOfUpTo255Characters) {
     EXPECT_EQ(std::count(text.begin(), text.end(), u'\n'), 2);
 }
 
+// Families of 17 branches, and as many of 16, which took the blocks that those left; a long key
+// takes what room there is.
+TEST(TreeTest, BranchesCanLeaveWhereThePoolIsFull) {
+    for (const char16_t most : u"\5\11\21\41") {
+        if (most == 0) break;
+        const auto fill = [most](CT_AlphaTree& tree, std::size_t length) {
+            for (char16_t family = 1; family <= 8; ++family) {
+                for (char16_t branch = 1; branch <= most - (family > 4 ? 1 : 0); ++branch) {
+                    const char16_t key[] = {family, branch, 0};
+                    tree.v_Add(key, branch);
+                }
+            }
+            std::u16string key;
+            const std::size_t bytes = tree.Bytes();
+            for (; key.size() < length && tree.Bytes() == bytes; key += u'k') {
+                tree.v_Add(key.c_str(), 1);
+            }
+            return key.size();
+        };
+        CT_AlphaTree overfull, tree;
+        const std::size_t length = fill(overfull, 100000) - 1;
+        fill(tree, length);
+        for (char16_t branch = 1; branch < most; ++branch) {
+            for (char16_t family = 1; family <= 8; ++family) {
+                const char16_t key[] = {family, branch, 0};
+                ASSERT_TRUE(tree.b_Remove(key));
+            }
+            for (char16_t left = most; --left > branch;) {
+                const char16_t key[] = {static_cast<char16_t>(left % 8 + 1), left, 0};
+                ASSERT_EQ(tree.n_Search(key), left);
+            }
+        }
+        EXPECT_EQ(tree.n_Entries(), 4 + length);
+    }
+}
+
 TEST(TreeTest, UsesAgainWhatRemovingLeaves) {
     CT_VoidTree items(100);
     const char item[100] = {};
