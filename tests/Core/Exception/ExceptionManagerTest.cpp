@@ -34,22 +34,17 @@ std::string Thread(unsigned int id = platform::CurrentThreadId()) {
 
 TEST(ExceptionTest, CopiesShareTheTextAndAreCaughtAsTheBase) {
     CT_Exception copy(1);
-    EXPECT_EQ(*copy.qcuz_GetText(), 0);
     try {
         throw CT_Exception(22, u"No such locale");
     } catch (const CT_Exception& exception) {
-        const std::uint64_t before = platform::AllocationCount();
         copy = exception;
         EXPECT_EQ(CT_Exception(copy).qcuz_GetText(), exception.qcuz_GetText());
-        EXPECT_EQ(platform::AllocationCount(), before);
     }
-    EXPECT_EQ(copy.n_GetCode(), 22u);
     EXPECT_EQ(test::Utf8(copy.qcuz_GetText()), "No such locale");
     try {
         throw CT_IPC_TimeOutException();
     } catch (const CT_Exception& exception) {
-        EXPECT_EQ(exception.n_GetCode(), 258u);
-        EXPECT_EQ(*exception.qcuz_GetText(), 0);
+        EXPECT_TRUE(exception.n_GetCode() == 258 && *exception.qcuz_GetText() == 0);
     }
 }
 
@@ -92,50 +87,37 @@ TEST(ExceptionManagerTest, TenThreadsHaveTheirOwnExceptionsAndAnEleventhNone) {
     for (unsigned int i = 0; i < 10; ++i) {
         threads.emplace_back([&, i] {
             ids[i] = platform::CurrentThreadId();
-            Manager().v_AddLocation("thread.cpp", i, 100 + i, u"text");
+            step.arrive_and_wait();
+            CT_TestOut out(u"stdout", nullptr, 0);
+            for (unsigned int round = 0; round < 100; ++round) {  // all at the same time
+                Manager().v_Clear();
+                Manager().v_AddLocation("thread.cpp", i, 100 + i, u"text");
+                Manager().v_Dump(&out, ids[round % 10]);
+            }
             step.arrive_and_wait();  // all ten are recorded
             step.arrive_and_wait();  // the eleventh was refused
             if (i % 2 == 0) Manager().v_Clear();
             step.arrive_and_wait();  // half of them are free again
-            EXPECT_EQ(Manager().n_GetCurrentCode(), i % 2 == 0 ? 0xFFFFFFFFu : 100 + i);
             step.arrive_and_wait();
+            EXPECT_EQ(Manager().n_GetCurrentCode(), i % 2 == 0 ? 0xFFFFFFFFu : 100 + i);
             Manager().v_Clear();
         });
     }
+    const auto add = [&] {
+        Manager().v_AddLocation("eleventh.cpp", 1, 5, u"text");
+        return Manager().b_InException();
+    };
     step.arrive_and_wait();
-    Manager().v_AddLocation("eleventh.cpp", 1, 5, u"text");
-    EXPECT_FALSE(Manager().b_InException());
+    step.arrive_and_wait();
+    EXPECT_FALSE(add());
     step.arrive_and_wait();
     step.arrive_and_wait();
-    Manager().v_AddLocation("eleventh.cpp", 1, 5, u"text");
-    EXPECT_EQ(Manager().n_GetCurrentCode(), 5u);
+    EXPECT_TRUE(add());
     EXPECT_EQ(Dump(ids[3]), "Active exception for thread " + Thread(ids[3]) +
                                 " has code 103.\n\t(thread.cpp, 3): code 103\n");
     EXPECT_EQ(Dump(ids[4]), "No exception for thread " + Thread(ids[4]) + ".\n");
-    Manager().v_Clear();
     step.arrive_and_wait();
-    for (std::thread& thread : threads) thread.join();
-}
-
-TEST(ExceptionManagerTest, ThreadsMayThrowAndDumpAtTheSameTime) {
-    std::vector<std::thread> threads;
-    const unsigned int id = platform::CurrentThreadId();
-    for (int i = 0; i < 3; ++i) {
-        threads.emplace_back([id] {
-            CT_TestOut out(u"stdout", nullptr, 0);
-            for (unsigned int round = 0; round < 500; ++round) {
-                Manager().v_AddLocation("a.cpp", 1, round, u"a text");
-                Manager().v_AddLocation(u"b.cpp", 2);
-                Manager().v_Dump(&out, id);
-                EXPECT_EQ(Manager().n_GetCurrentCode(), round);
-                Manager().v_Clear();
-            }
-        });
-    }
-    for (unsigned int round = 0; round < 500; ++round) {
-        Manager().v_AddLocation("main.cpp", 1, round, u"text");
-        Manager().v_Clear();
-    }
+    Manager().v_Clear();
     for (std::thread& thread : threads) thread.join();
 }
 
@@ -148,42 +130,37 @@ TEST(ExceptionManagerTest, PlacesBeyondTheHundredthAndTextsWithoutMemoryAreDropp
         EXPECT_NE(dump.find(".\n\t(a.cpp, 99)"), dump.npos);
         Manager().v_Clear();
     }
-    bool complete = false;
-    for (std::uint64_t n = 1; n < 20 && !complete; ++n) {
-        platform::FailAllocation(n);
-        Manager().v_AddLocation("a.cpp", 1, 7, u"why");
+    for (const std::uint64_t n : {1u, 2u}) {
+        platform::FailAllocation(n);  // of the text, or of the file's name
+        Manager().v_AddLocation(u"a.cpp", 1, 7, u"why");
         platform::FailAllocation(0);
         EXPECT_EQ(Manager().n_GetCurrentCode(), 7u);
-        complete =
-            *Manager().qcuz_GetCurrentText() != 0 && Dump().find("(a.cpp") != std::string::npos;
+        const bool has_name = Dump().find("(a.cpp, 1)") != std::string::npos;
+        EXPECT_NE(has_name, *Manager().qcuz_GetCurrentText() != 0);
         Manager().v_Clear();
     }
-    EXPECT_TRUE(complete);
 }
 
 TEST(ExceptionManagerTest, TheBoxShowsCodeTextAndPlaces) {
     test::MessageBoxes boxes(platform::kAnswerRetry);
-    EXPECT_EQ(Manager().i_ExceptionLocationWindow(u"x", 0), 0);
-    EXPECT_EQ(boxes.count, 0);  // no exception, no box
+    EXPECT_EQ(Manager().i_ExceptionLocationWindow(u"x", 0) + boxes.count, 0);  // no exception
     Manager().v_AddLocation("a.cpp", 1, 0xFFFFFFFF, nullptr);
     EXPECT_EQ(Manager().i_ExceptionLocationWindow(nullptr, 2), platform::kAnswerRetry);
     EXPECT_EQ(boxes.text, "Active exception -1\n\t(a.cpp, 1): code 4294967295");
     EXPECT_EQ(boxes.caption, "");
     EXPECT_EQ(boxes.flags, 0x10002u);
     Manager().v_AddLocation(u"b.cpp", 2, 22, u"gr\u00FCn \u4E00");
-    EXPECT_GT(test::FailEachAllocation(
-                  [] { Manager().i_ExceptionLocationWindow(u"A title, long enough", 0); }),
-              0u);
-    EXPECT_EQ(boxes.text,
-              "Active exception 22: grün 一\n\t(b.cpp, 2): code 22\n\t(a.cpp, 1): code 4294967295");
+    const auto show = [] { Manager().i_ExceptionLocationWindow(u"\u4E8C: a title", 0); };
+    EXPECT_GT(test::FailEachAllocation(show), 0u);
+    const std::string places = "\n\t(b.cpp, 2): code 22\n\t(a.cpp, 1): code 4294967295";
+    EXPECT_EQ(boxes.text, "Active exception 22: grün 一" + places);
     const test::ForcedVersion older(1, 4, 10);  // sees 8-bit text
-    Manager().i_ExceptionLocationWindow(u"\u4E8C!", 0);
-    EXPECT_EQ(boxes.text.substr(0, 29), "Active exception 22: grün ?\n");
-    EXPECT_EQ(boxes.caption, "?!");
+    show();
+    EXPECT_EQ(boxes.text, "Active exception 22: grün ?" + places);
+    EXPECT_EQ(boxes.caption, "?: a title");
     boxes.answer = platform::kAnswerAbort;
     testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    EXPECT_EXIT(Manager().i_ExceptionLocationWindow(u"x", 0), testing::KilledBySignal(6),
-                "Aborted from an exception box");
+    EXPECT_EXIT(show(), testing::KilledBySignal(6), "Aborted from an exception box");
     Manager().v_Clear();
 }
 
