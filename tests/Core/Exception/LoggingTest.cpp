@@ -72,6 +72,8 @@ TEST(LogFacilityTest, EveryFormEndsInTheAbstractOne) {
     EXPECT_EQ(recorder.heard, "m|(null)||77|-5");
     log.vv_Logf(u"\u4E00", nullptr, CT_LogFacility::Error, 1, u"%d %s %S", 7, u"wide", "narrow");
     EXPECT_EQ(recorder.heard, "7 wide narrow|一|(null)|2|1");
+    log.vv_Logf(u"", u"", kOdd, 0, static_cast<const char16_t*>(nullptr));
+    EXPECT_EQ(recorder.heard, "|||77|0");
     log.vv_Logf("\xE9", nullptr, kOdd, 2, "%d %s %S", 8, "narrow\xFC", u"wide");
     EXPECT_EQ(recorder.heard, "8 narrowü wide|é||77|2");
     for (const std::size_t length : {1022u, 1023u, 1024u, 3000u}) {

@@ -30,6 +30,13 @@ int Repeat(const char* library) {
         auto* const leave = reinterpret_cast<bool (*)(const char16_t*)>(
             dlsym(handle, "_ZN8platform12SetErrorInfoEPKDs"));
         if (leave == nullptr || !leave(u"left in the thread")) return Fail("no error object");
+        auto* const exceptions =
+            reinterpret_cast<void* (*)()>(dlsym(handle, "_ZN19CT_ExceptionManager8spco_GetEv"));
+        auto* const add =
+            reinterpret_cast<void (*)(void*, const char16_t*, unsigned, unsigned, const char16_t*)>(
+                dlsym(handle, "_ZN19CT_ExceptionManager13v_AddLocationEPKDsjjS1_"));
+        if (exceptions == nullptr || add == nullptr) return Fail("no exception manager");
+        add(exceptions(), u"never cleared", 1, 2, std::u16string(300, u'x').c_str());
         if (dlclose(handle) != 0) return Fail("dlclose");
         if (dlopen(library, RTLD_NOW | RTLD_NOLOAD) != nullptr) return Fail("still loaded");
         const std::size_t used = mallinfo2().uordblks;

@@ -9,6 +9,7 @@
 
 #include <string>
 
+#include "Foundation/Platform/Files.h"
 #include "Support/Dialogs.h"
 #include "Support/Errors.h"
 #include "Support/TempFolder.h"
@@ -96,6 +97,9 @@ TEST(TestOutTest, StandardStreamsAndFilesFollowEachOther) {
         out.v_Set(u"stdout", u"label", 0);
         out.v_Out(u"nowhere");
     }
+    HANDLE const alone = platform::OpenFile(folder.Name(u"out.txt").c_str(), platform::kAccessRead,
+                                            platform::kShareNone, platform::kOpenExisting, 0);
+    EXPECT_TRUE(platform::CloseHandle(alone));  // nobody else has it open
     EXPECT_EQ(folder.Read(u"out.txt") + folder.Read(u"bare.txt"), "\xFF\xFE\xFF\xFE");
     streams.Expect(Bytes(u"one,>three,>five,six,"), Bytes(u">two,") + "Could not open " +
                                                         test::Utf8(folder.Name(u"none\\out.txt")) +
