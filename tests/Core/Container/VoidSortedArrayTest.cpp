@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <random>
+#include <set>
 #include <stdexcept>
 #include <vector>
 
@@ -87,43 +88,30 @@ TEST(VoidSortedArrayTest, EqualItemsSortInLinearTime) {
 // Answers so that every pivot turns out to be among the largest (after McIlroy, A Killer Adversary
 // for Quicksort, 1999), and watches how deep the stack gets.
 struct Adversary {
-    std::vector<int> value;
-    int next = 0;
-    int candidate = 0;
-    std::uintptr_t lowest = ~std::uintptr_t{0};
-    std::uintptr_t highest = 0;
+    static constexpr int kOpen = -1'000'000'000;
+    inline static std::vector<int> value;
+    inline static int next = 0, candidate = 0;
+    inline static std::set<std::uintptr_t> frames;
 
-    static int Compare(const void* a, const void* b);
+    static int Compare(const void* a, const void* b) {
+        frames.insert(reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0)));
+        const int x = *static_cast<const int*>(a), y = *static_cast<const int*>(b);
+        int& left = value[static_cast<std::size_t>(x)];
+        int& right = value[static_cast<std::size_t>(y)];
+        if (left == kOpen && right == kOpen) (x == candidate ? left : right) = -next++;
+        if (left == kOpen || right == kOpen) candidate = left == kOpen ? x : y;
+        return CompareInts(&left, &right);
+    }
 };
-Adversary* adversary;
-
-int Adversary::Compare(const void* a, const void* b) {
-    auto& [value, next, candidate, lowest, highest] = *adversary;
-    const auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    lowest = std::min(lowest, frame);
-    highest = std::max(highest, frame);
-    const int x = *static_cast<const int*>(a);
-    const int y = *static_cast<const int*>(b);
-    int& left = value[static_cast<std::size_t>(x)];
-    int& right = value[static_cast<std::size_t>(y)];
-    constexpr int kOpen = -1'000'000'000;
-    if (left == kOpen && right == kOpen) (x == candidate ? left : right) = -next++;
-    if (left == kOpen)
-        candidate = x;
-    else if (right == kOpen)
-        candidate = y;
-    return (left > right) - (left < right);
-}
 
 TEST(VoidSortedArrayTest, HostileOrdersDoNotDeepenTheStack) {
     constexpr int kCount = 5000;
-    Adversary hostile{std::vector<int>(kCount, -1'000'000'000)};
-    adversary = &hostile;
+    Adversary::value.assign(kCount, Adversary::kOpen);
     CT_VoidArray array(sizeof(int));
     for (int i = 0; i < kCount; ++i) array.v_Insert(&i);
     const CT_VoidSortedArray sorted(&array, Adversary::Compare);
     // One level per item would come to hundreds of kilobytes.
-    EXPECT_LT(hostile.highest - hostile.lowest, 32'768u);
+    EXPECT_LT(*Adversary::frames.rbegin() - *Adversary::frames.begin(), 32'768u);
     // A comparison without any sense still ends and keeps every item.
     const CT_VoidSortedArray senseless(&array, [](const void*, const void*) { return 1; });
     std::vector<int> items = Ints(*senseless.pcco_GetArray());

@@ -6,7 +6,6 @@
 #include "Foundation/Core/Error/DatabaseError.h"
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Error/LoadString.h"
-#include "Foundation/Core/Frame/DLLMain.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Modules.h"
 #include "Support/Errors.h"
@@ -17,11 +16,8 @@ namespace {
 
 TEST(DatabaseErrorTest, FormatsTheMessageOfACode) {
     const std::pair<unsigned int, const char*> cases[] = {
-        {31000, "Invalid file format in a.dat"},
         {31050, "Invalid RecordManager file format in a.dat"},
-        {31107, "Unicode to MBCS conversion failed in a.dat"},
         {32014, "Feature space exceeded"},
-        {12345, "Unspecified Database Error"},
         {0, "Unspecified Database Error"}};
     for (const auto& [code, text] : cases) {
         char16_t area[255];
@@ -83,20 +79,6 @@ TEST(LoadStringTest, TheOlderFamilyHasEightBitTexts) {
     CT_ErrorManager::spco_Get()->v_SetError(5, nullptr, 60012, u"\u4E00");
     EXPECT_TRUE(test::TakeError(5, u"(5): Semantic error: \u4E00"));
     platform::RegisterStringTable(nullptr, {});
-}
-
-TEST(LoadStringTest, TheLibrarysOwnFormats) {
-    const HINSTANCE own = CT_BasisDLLMain::sh_GetInstance();
-    const std::pair<unsigned int, const char*> cases[] = {{60000, "Error Stack"},
-                                                          {60003, "File \"n\": o returned error 5"},
-                                                          {60012, "Semantic error: n"},
-                                                          {60021, "Limits violated"},
-                                                          {65535, "ASSERT (n)"}};
-    for (const auto& [id, expected] : cases) {
-        char16_t area[64];
-        CT_LoadString::sv_LoadStringVA(area, 64, own, id, u"n", u"o", 5);
-        EXPECT_EQ(test::Utf8(area), expected);
-    }
 }
 
 }  // namespace

@@ -277,16 +277,15 @@ TEST(ModuleVersionTest, TextsAreFoundByNameAndByGetter) {
     EXPECT_EQ(platform::FindVersion(program), nullptr);
     EXPECT_EQ(version.n_GetBuildNumber(), 77u);
     EXPECT_EQ(test::Utf8(version.pcco_GetMap()->pcco_GetString2(u"Odd")->qcuz_Get()), "odd");
+    const CT_UString* const texts[] = {
+        version.pcco_GetComments(),        version.pcco_GetCompanyName(),
+        version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
+        version.pcco_GetInternalName(),    version.pcco_GetLegalCopyright(),
+        version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
+        version.pcco_GetPrivateBuild(),    version.pcco_GetProductName(),
+        version.pcco_GetProductVersion(),  version.pcco_GetSpecialBuild()};
     std::string all;
-    for (const CT_UString* text :
-         {version.pcco_GetComments(), version.pcco_GetCompanyName(),
-          version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
-          version.pcco_GetInternalName(), version.pcco_GetLegalCopyright(),
-          version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
-          version.pcco_GetPrivateBuild(), version.pcco_GetProductName(),
-          version.pcco_GetProductVersion(), version.pcco_GetSpecialBuild()}) {
-        all += test::Utf8(text->qcuz_Get());
-    }
+    for (const CT_UString* text : texts) all += test::Utf8(text->qcuz_Get());
     EXPECT_EQ(all, "01234567891011");
 }
 
