@@ -89,7 +89,7 @@ public:
     void v_Resize(std::uint32_t tableSize);
 
     // Head of a slot's chain, null when it is empty.
-    [[nodiscard]] const st_HashItem* pso_GetAt(std::uint32_t slot) const noexcept {
+    [[nodiscard]] st_HashItem* pso_GetAt(std::uint32_t slot) const noexcept {
         return slots_[slot - 1];
     }
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return count_; }
@@ -194,9 +194,10 @@ private:
     foundation::detail::NodeArena items_;
 };
 
-// Walks a table from before its first item ("at home") to behind its last. Insertions, removals and
-// resizes not made through it leave its place undefined. Reading needs a current item, that is a
-// step that answered TRUE; without one, zeros are copied out and nothing is removed.
+// Walks a table from before its first item ("at home") to behind its last. The table must outlive
+// it and, when items are removed through it, not be constant. Insertions, removals and resizes not
+// made through it leave its place undefined. Reading needs a current item, that is a step that
+// answered TRUE; without one, zeros are copied out and nothing is removed.
 class FOUNDATION_API CT_VoidHashIterator {
 public:
     explicit CT_VoidHashIterator(const CT_VoidHashTable* table) noexcept : table_(table) {}

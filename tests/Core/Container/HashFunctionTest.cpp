@@ -15,12 +15,12 @@ TEST(HashFunctionTest, AgreeWithTheDefinitionForTextsInEveryForm) {
     const Functions forms[] = {
         {&F::sn_HashCaseQCCZ, &F::sn_HashCaseQCZ, &F::sn_HashNoCaseQCCZ, &F::sn_HashNoCaseQCZ},
         {&F::sn_HashCasePQCCZ, &F::sn_HashCasePQCZ, &F::sn_HashNoCasePQCCZ, &F::sn_HashNoCasePQCZ},
-        {&F::sn_HashCaseQCUZ, &F::sn_HashCaseQUZ, &F::sn_HashNoCaseQCUZ, &F::sn_HashNoCaseQUZ},
-        {&F::sn_HashCasePQCUZ, &F::sn_HashCasePQUZ, &F::sn_HashNoCasePQCUZ, &F::sn_HashNoCasePQUZ},
         {&F::sn_HashCStringPCCO, &F::sn_HashCStringPCO, &F::sn_HashCStringNoCasePCCO,
          &F::sn_HashCStringNoCasePCO},
         {&F::sn_HashCStringPPCCO, &F::sn_HashCStringPPCO, &F::sn_HashCStringNoCasePPCCO,
          &F::sn_HashCStringNoCasePPCO},
+        {&F::sn_HashCaseQCUZ, &F::sn_HashCaseQUZ, &F::sn_HashNoCaseQCUZ, &F::sn_HashNoCaseQUZ},
+        {&F::sn_HashCasePQCUZ, &F::sn_HashCasePQUZ, &F::sn_HashNoCasePQCUZ, &F::sn_HashNoCasePQUZ},
         {&F::sn_HashUStringPCCO, &F::sn_HashUStringPCO, &F::sn_HashUStringNoCasePCCO,
          &F::sn_HashUStringNoCasePCO},
         {&F::sn_HashUStringPPCCO, &F::sn_HashUStringPPCO, &F::sn_HashUStringNoCasePPCCO,
@@ -38,7 +38,7 @@ TEST(HashFunctionTest, AgreeWithTheDefinitionForTextsInEveryForm) {
     while (texts.size() < 200) texts.emplace_back(random.Text(20));
     for (const test::KeyText& text : texts) {
         for (const unsigned int size : {1u, 13u, 4093u, 0x80000001u, 0xFFFFFFFFu}) {
-            for (int i = test::kBytes; i <= test::kNumber; ++i) {
+            for (int i = 0; i < 11; ++i) {
                 SCOPED_TRACE(i);
                 const auto form = static_cast<test::Form>(i);
                 const void* const key = text.Key(form);

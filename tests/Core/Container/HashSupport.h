@@ -21,26 +21,27 @@
 namespace test {
 
 // What a key pointer leads to; At: to a pointer to that.
-enum Form {
+enum class Form {
     kBytes,
     kBytesAt,
-    kUnits,
-    kUnitsAt,
     kCString,
     kCStringAt,
+    kUnits,
+    kUnitsAt,
     kUString,
     kUStringAt,
     kString,
     kStringAt,
     kNumber
 };
+using enum Form;
 
 // One text of Latin-1 characters.
 struct KeyText {
     explicit KeyText(const std::string& text)
         : bytes(text), cstring(text.c_str(), CT_CString::kToEnd, 1252) {
         for (const char byte : text) units += static_cast<unsigned char>(byte);
-        padded = units + std::u16string(10, u'\0');
+        padded = units + std::u16string(20, u'\0');
         ustring = CT_UString(units.c_str());
         units_at = padded.c_str();
         number = static_cast<std::uint32_t>(std::hash<std::string>()(text));
@@ -48,16 +49,15 @@ struct KeyText {
     KeyText(const KeyText&) = delete;
 
     const void* Key(Form form) const {
-        const void* const keys[] = {bytes_at,   &bytes_at,   units_at,   &units_at,
-                                    cstring_at, &cstring_at, ustring_at, &ustring_at,
-                                    string_at,  &string_at,  &number};
-        return keys[form];
+        const void* const keys[] = {bytes_at,  &bytes_at,  cstring_at, &cstring_at,
+                                    units_at,  &units_at,  ustring_at, &ustring_at,
+                                    string_at, &string_at, &number};
+        return keys[static_cast<std::size_t>(form)];
     }
     // The hash before a table size comes in.
     std::uint32_t Hash(Form form, bool folds) const {
         if (form == kNumber) return number;
-        const bool wide =
-            form != kBytes && form != kBytesAt && form != kCString && form != kCStringAt;
+        const bool wide = form >= kUnits;
         std::uint32_t hash = 0;
         for (const char byte : bytes) {
             const int unit =
