@@ -129,10 +129,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         ClearError();
     }
     Require(Content(source) == before);
-    CT_RecordManager manager(&source_file);
-    manager.v_Open(CT_RecordManager::kModeReadWrite, CT_RecordManager::kMapNever);
-    ClearError();
-    if (manager.b_IsOpen()) {
+    for (const auto mapping : {CT_RecordManager::kMapAlways, CT_RecordManager::kMapNever}) {
+        std::ofstream(source, std::ios::binary)
+            .write(before.data(), static_cast<std::streamsize>(size));
+        CT_RecordManager manager(&source_file);
+        manager.v_Open(CT_RecordManager::kModeReadWrite, mapping);
+        ClearError();
+        if (!manager.b_IsOpen()) continue;
         Change(manager);
         Read(manager);
         manager.v_Close(TRUE);
