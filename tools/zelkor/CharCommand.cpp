@@ -27,6 +27,17 @@ bool IsSurrogate(char32_t code) {
         2);
 }
 
+// Fit for a terminal, other bytes as "\xFF".
+std::string AsciiOf(const std::string& bytes) {
+    std::string text;
+    for (const char byte : bytes) {
+        char escape[8];
+        std::snprintf(escape, sizeof escape, "\\x%02X", static_cast<unsigned int>(byte) & 0xFF);
+        text += byte >= ' ' && byte <= '~' ? std::string(1, byte) : escape;
+    }
+    return text;
+}
+
 char32_t ParseCode(const std::string& argument) {
     std::uint32_t code = 0;
     const char* const digits = argument.data() + 2;
@@ -43,7 +54,7 @@ std::u32string ParseArgument(const std::string& argument) {
     const bool is_code = argument.size() > 2 && (argument[0] | 0x20) == 'u' && argument[1] == '+';
     if (is_code) return {ParseCode(argument)};
     const CT_UString text = FromUtf8(argument);
-    if (ToUtf8(text) != argument) Refuse(argument, "is no UTF-8 text");
+    if (ToUtf8(text) != argument) Refuse(AsciiOf(argument), "is no UTF-8 text");
     std::u32string codes;
     for (unsigned int i = 0; i < text.n_GetLength(); ++i) {
         char32_t code = text.u_GetAt(i);
@@ -53,24 +64,17 @@ std::u32string ParseArgument(const std::string& argument) {
     return codes;
 }
 
-// What can be shown of it: marks on a circle, nothing of controls, surrogates and the like.
-std::string Shown(char32_t code) {
-    if (code > 0xFFFF) return " " + Utf8Of(code);
-    const auto unit = static_cast<char16_t>(code);
-    const auto category = CT_CharProperties::seo_GetUnicodeProperty(unit);
-    if (category <= CT_CharProperties::kMarkEnclosing) return " \u25CC" + Utf8Of(code);
-    const bool nothing = category >= CT_CharProperties::kSeparatorSpace &&
-                         category <= CT_CharProperties::kOtherPrivateUse;
-    return nothing ? "" : " " + Utf8Of(code);
-}
-
 constexpr int kNameWidth = 15;
 constexpr std::size_t kLineWidth = 80;
 
 // Name and values in a column of their own; a long list goes on in the next line.
 void PrintRow(const Fact& fact) {
     if (fact.values.empty()) return;
-    std::printf("  %-*s", kNameWidth, fact.name);
+    std::printf("  %-*s", kNameWidth, fact.label);
+    if (fact.summary != nullptr) {
+        std::puts(fact.summary);
+        return;
+    }
     std::size_t at = 2 + kNameWidth;
     for (std::size_t i = 0; i < fact.values.size(); ++i) {
         const std::string item = fact.values[i] + (i + 1 < fact.values.size() ? "," : "");
@@ -90,7 +94,7 @@ void PrintRow(const Fact& fact) {
 void PrintTable(const std::u32string& codes) {
     bool first = true;
     for (const char32_t code : codes) {
-        std::printf("%s%s%s\n", first ? "" : "\n", CodeOf(code).c_str(), Shown(code).c_str());
+        std::printf("%s%s\n", first ? "" : "\n", Labelled(code).c_str());
         first = false;
         if (code > 0xFFFF) {
             std::puts("  beyond U+FFFF: the library has properties of its UTF-16 units only");
@@ -104,14 +108,20 @@ std::string Quoted(const std::string& text) {
     return JsonText({units.qcuz_Get(), units.n_GetLength()});
 }
 
+std::string JsonOf(const std::string& value, Fact::Kind kind) {
+    using enum Fact::Kind;
+    if (kind == kNumbers) return value;
+    const bool is_character = kind == kCharacter || kind == kCharacters;
+    return Quoted(is_character ? value.substr(0, value.find(' ')) : value);
+}
+
 std::string JsonOf(const Fact& fact) {
-    if (fact.kind == Fact::Kind::kText) {
-        return fact.values.empty() ? "null" : Quoted(fact.values.front());
+    if (fact.kind == Fact::Kind::kText || fact.kind == Fact::Kind::kCharacter) {
+        return fact.values.empty() ? "null" : JsonOf(fact.values.front(), fact.kind);
     }
     std::string list;
     for (const std::string& value : fact.values) {
-        list += list.empty() ? "" : ", ";
-        list += fact.kind == Fact::Kind::kNumbers ? value : Quoted(value);
+        list += (list.empty() ? "" : ", ") + JsonOf(value, fact.kind);
     }
     return "[" + list + "]";
 }
@@ -123,7 +133,7 @@ void PrintJson(const std::u32string& codes) {
         text += "  {\"code\": " + Quoted(CodeOf(code)) + ", \"character\": ";
         text += code == 0 ? "\"\\u0000\"" : IsSurrogate(code) ? "null" : Quoted(Utf8Of(code));
         for (const Fact& fact : FactsOf(code)) {
-            text += ",\n   " + Quoted(fact.name) + ": " + JsonOf(fact);
+            text += ",\n   " + Quoted(fact.key) + ": " + JsonOf(fact);
         }
         text += "}";
     }
@@ -148,18 +158,19 @@ void Run(const std::vector<std::string>& arguments, bool json) {
 
 void AddCharCommand(CLI::App& app) {
     CLI::App* command = app.add_subcommand(
-        "char",
-        "Show what characters are: category, block, script, numeric value, types, mappings and the "
-        "code pages that hold them. The tables are those of Unicode 2.0; properties that a "
-        "character "
-        "does not have are left out.");
+        "char", "Show what characters are: category, block, types, mappings, code pages.");
+    command->footer(
+        "The tables are those of Unicode 2.0. Properties that a character does not have are left\n"
+        "out, and so are UTF-7, UTF-8 and UTF-16, which hold every character.");
     auto arguments = std::make_shared<std::vector<std::string>>();
     auto json = std::make_shared<bool>(false);
     command
         ->add_option("CHARS", *arguments,
                      "Texts, each character of which is shown once, or code points such as U+20AC")
         ->required();
-    command->add_flag("--json", *json, "As JSON; absent properties are null or empty");
+    command->add_flag(
+        "--json", *json,
+        "As JSON, other characters by their code; absent properties are null or empty");
     command->callback([arguments, json] { Run(*arguments, *json); });
 }
 

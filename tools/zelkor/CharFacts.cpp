@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "Console.h"
 
@@ -105,7 +106,7 @@ Values PunctuationClassesOf(char16_t unit) {
 Values MappedBy(char16_t (*map)(char16_t), char16_t unit) {
     const char16_t mapped = map(unit);
     if (mapped == unit) return {};
-    return {CodeOf(mapped) + " " + Utf8Of(mapped)};
+    return {Labelled(mapped)};
 }
 
 Values DecompositionOf(char16_t unit) {
@@ -113,21 +114,43 @@ Values DecompositionOf(char16_t unit) {
     Values values;
     if (Mappings::sn_Decompose(unit, &units) == 1) return {};
     for (unsigned int i = 0; i < units.n_GetLength(); ++i) {
-        values.push_back(CodeOf(units.u_GetAt(i)));
+        values.push_back(Labelled(units.u_GetAt(i)));
     }
     return values;
 }
 
-// Of every code page that the library has. The first numbers stand for pages of the system; UTF-16
-// and, from 65000 on, UTF-7 and UTF-8 hold everything and are left out.
-Values CodePagesOf(char16_t unit) {
-    Values values;
-    for (unsigned int page = 37; page < 65000; ++page) {
-        if (page != 1200 && Properties::sb_IsInCodepage(unit, page)) {
-            values.push_back(std::to_string(page));
+// The code pages that can hold anything: all of these hold the letter A. The numbers below are
+// other names of pages; UTF-16 and, from 65000 on, UTF-7 and UTF-8 hold everything and are left
+// out.
+const std::vector<unsigned int>& CodePages() {
+    static const auto pages = [] {
+        std::vector<unsigned int> found;
+        for (unsigned int page = 37; page < 65000; ++page) {
+            if (page != 1200 && Properties::sb_IsInCodepage(u'A', page)) found.push_back(page);
         }
+        return found;
+    }();
+    return pages;
+}
+
+Fact CodePagesOf(char16_t unit) {
+    Fact fact{"code pages", "codePages", Fact::Kind::kNumbers, {}};
+    for (const unsigned int page : CodePages()) {
+        if (Properties::sb_IsInCodepage(unit, page)) fact.values.push_back(std::to_string(page));
     }
-    return values;
+    if (fact.values.size() == CodePages().size()) fact.summary = "all";
+    return fact;
+}
+
+// Both kana mappings agree on what they only widen.
+std::vector<Fact> KanaOf(char16_t unit) {
+    using enum Fact::Kind;
+    const Values katakana = MappedBy(Mappings::su_HiraganaToKatakana, unit);
+    const Values hiragana = MappedBy(Mappings::su_KatakanaToHiragana, unit);
+    const bool same = katakana == hiragana;
+    return {{"wide form", "wideForm", kCharacter, same ? katakana : Values()},
+            {"katakana", "katakana", kCharacter, same ? Values() : katakana},
+            {"hiragana", "hiragana", kCharacter, same ? Values() : hiragana}};
 }
 
 }  // namespace
@@ -148,37 +171,47 @@ std::string Utf8Of(char32_t code) {
     return ToUtf8(CT_UString(pair, 2));
 }
 
+std::string Labelled(char32_t code) {
+    if (code > 0xFFFF) return CodeOf(code) + ' ' + Utf8Of(code);
+    const auto category = Properties::seo_GetUnicodeProperty(static_cast<char16_t>(code));
+    if (category <= Properties::kMarkEnclosing) return CodeOf(code) + " \u25CC" + Utf8Of(code);
+    const bool hidden =
+        category >= Properties::kSeparatorSpace && category <= Properties::kOtherPrivateUse;
+    return hidden ? CodeOf(code) : CodeOf(code) + ' ' + Utf8Of(code);
+}
+
 std::vector<Fact> FactsOf(char32_t code) {
     using enum Fact::Kind;
     if (code > 0xFFFF) {
         const auto high = static_cast<char16_t>(0xD7C0 + (code >> 10));
         const auto low = static_cast<char16_t>(0xDC00 + (code & 0x3FF));
-        return {{"UTF-16 units", kList, {CodeOf(high), CodeOf(low)}},
-                {"blocks", kList, {BlockNameOf(high), BlockNameOf(low)}}};
+        return {{"UTF-16 units", "units", kCharacters, {CodeOf(high), CodeOf(low)}},
+                {"blocks", "blocks", kTexts, {BlockNameOf(high), BlockNameOf(low)}}};
     }
     const auto unit = static_cast<char16_t>(code);
     const auto category = Properties::seo_GetUnicodeProperty(unit);
     const auto script = Properties::seo_GetScript(Properties::seo_GetUnicodeBlock(unit));
-    return {
-        {"category", kText, {Text(Properties::sqcuz_UnicodePropertyName(category))}},
-        {"block", kText, {BlockNameOf(unit)}},
-        {"script", kText, {kScripts[script]}},
-        {"numeric value", kText, NumericValueOf(unit)},
-        {"type", kList, NamesOfBits(Properties::sn2_GetCharacterInformation(unit), kTypes)},
-        {"layout", kText, {kLayouts[Properties::seo_GetLayoutInformation(unit)]}},
-        {"processing", kList,
+    std::vector<Fact> facts = {
+        {"category", "category", kText, {Text(Properties::sqcuz_UnicodePropertyName(category))}},
+        {"block", "block", kText, {BlockNameOf(unit)}},
+        {"script", "script", kText, {kScripts[script]}},
+        {"numeric value", "numericValue", kText, NumericValueOf(unit)},
+        {"type", "type", kTexts,
+         NamesOfBits(Properties::sn2_GetCharacterInformation(unit), kTypes)},
+        {"layout", "layout", kText, {kLayouts[Properties::seo_GetLayoutInformation(unit)]}},
+        {"processing", "processing", kTexts,
          NamesOfBits(Properties::sn2_GetTextProcessingInformation(unit), kProcessing)},
-        {"punctuation", kList, PunctuationClassesOf(unit)},
-        {"lower case", kText, MappedBy(Mappings::su_ToLower, unit)},
-        {"upper case", kText, MappedBy(Mappings::su_ToUpper, unit)},
-        {"base", kText, MappedBy(Mappings::su_ToBase, unit)},
-        {"decomposition", kList, DecompositionOf(unit)},
-        {"digit", kText, MappedBy(Mappings::su_FoldDigit, unit)},
-        {"plain form", kText, MappedBy(Mappings::su_FoldCZone, unit)},
-        {"katakana", kText, MappedBy(Mappings::su_HiraganaToKatakana, unit)},
-        {"hiragana", kText, MappedBy(Mappings::su_KatakanaToHiragana, unit)},
-        {"code pages", kNumbers, CodePagesOf(unit)},
+        {"punctuation", "punctuation", kTexts, PunctuationClassesOf(unit)},
+        {"lower case", "lowerCase", kCharacter, MappedBy(Mappings::su_ToLower, unit)},
+        {"upper case", "upperCase", kCharacter, MappedBy(Mappings::su_ToUpper, unit)},
+        {"base", "base", kCharacter, MappedBy(Mappings::su_ToBase, unit)},
+        {"decomposition", "decomposition", kCharacters, DecompositionOf(unit)},
+        {"digit", "digit", kCharacter, MappedBy(Mappings::su_FoldDigit, unit)},
+        {"plain form", "plainForm", kCharacter, MappedBy(Mappings::su_FoldCZone, unit)},
     };
+    for (Fact& fact : KanaOf(unit)) facts.push_back(std::move(fact));
+    facts.push_back(CodePagesOf(unit));
+    return facts;
 }
 
 }  // namespace zelkor

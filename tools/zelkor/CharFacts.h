@@ -9,11 +9,14 @@ namespace zelkor {
 
 // One property. Empty values: the character does not have it.
 struct Fact {
-    enum class Kind { kText, kList, kNumbers };
+    // Characters are values as Labelled gives them.
+    enum class Kind { kText, kTexts, kNumbers, kCharacter, kCharacters };
 
-    const char* name;
+    const char* label;
+    const char* key;  // of the JSON form
     Kind kind;
     std::vector<std::string> values;
+    const char* summary = nullptr;  // shown to a person in place of many values
 };
 
 // "U+00E9"; six digits at most.
@@ -21,6 +24,10 @@ struct Fact {
 
 // UTF-8 of a code point that is no surrogate.
 [[nodiscard]] std::string Utf8Of(char32_t code);
+
+// The code, and behind a blank what can be shown of the character: marks on a circle, nothing of
+// controls, surrogates and the like.
+[[nodiscard]] std::string Labelled(char32_t code);
 
 // For a character beyond U+FFFF only its two UTF-16 units and what they are.
 [[nodiscard]] std::vector<Fact> FactsOf(char32_t code);
