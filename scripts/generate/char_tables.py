@@ -174,18 +174,19 @@ def mapping_tables(folder):
                      for name, mapping in mappings.items())
     place = {row[0]: at for at, row in enumerate(decompositions, 1)}
     place_stage = places.add([place.get(unit, 0) for unit in range(UNITS)])
+    table = [(0, 0, 0, 1)]
+    table += [(*map(hex, units[:3]), 3 if units[2] else 2) for _, *units in decompositions]
     return header(
         "Tables/MappingTables.h", "decomposition.tsv, digits.tsv, czone.tsv, hira2kata.tsv, kata2hira.tsv",
         "What to add to a unit, modulo 65,536, for its base letter, ASCII digit, form outside the\n"
         "compatibility zone, katakana or hiragana, and the first unit from which on nothing changes up to\n"
-        "the surrogates; the full canonical decompositions, padded with 0, that a table of two stages\n"
-        "numbers from 1 on.",
+        "the surrogates; the full canonical decompositions, padded with 0 and followed by the number of\n"
+        "their units, that a table of two stages numbers from 1 on. Row 0 is for all other units.",
         f"inline constexpr unsigned int kMappingShift = {SHIFT};\n"
         + stages + array("std::uint16_t", "kMappingBlocks", blocks.values)
         + array("std::uint8_t", "kDecompositionStage", place_stage)
         + array("std::uint16_t", "kDecompositionBlocks", places.values)
-        + rows("char16_t", "kDecompositions", [map(hex, units[:3]) for _, *units in decompositions])
-          .replace("[601]", "[601][3]"))
+        + rows("char16_t", "kDecompositions", table).replace("[602]", "[602][4]"))
 
 
 def numeric_table(folder):

@@ -1,7 +1,7 @@
 #include "Foundation/Core/Character/CharMappings.h"
 
 #include <algorithm>
-#include <iterator>
+#include <cstring>
 #include <string_view>
 
 #include "Foundation/Core/Character/Tables/MappingTables.h"
@@ -60,39 +60,63 @@ static_assert(LowerMap().RangesHold() && UpperMap().RangesHold() && BaseMap().Ra
               DigitMap().RangesHold() && ZoneMap().RangesHold() && KatakanaMap().RangesHold() &&
               HiraganaMap().RangesHold());
 
-// The decomposition of a unit, empty when it has none.
-std::u16string_view DecompositionOf(char16_t unit) {
+// A unit's row among the decompositions: three units, and how many of them count.
+const auto& DecompositionRow(char16_t unit) {
     const unsigned int block = kDecompositionStage[unit >> kMappingShift];
-    const unsigned int number =
-        kDecompositionBlocks[(block << kMappingShift) + (unit & ((1U << kMappingShift) - 1))];
-    if (number == 0) return {};
-    const auto& units = kDecompositions[number - 1];
-    return {units, units[2] == 0 ? 2U : 3U};
+    return kDecompositions[kDecompositionBlocks[(block << kMappingShift) +
+                                                (unit & ((1U << kMappingShift) - 1))]];
 }
 
-// Appends to a string in few large pieces.
-class Gatherer {
-public:
-    explicit Gatherer(CT_UString& out) : out_(out) {}
+constexpr bool IsHighSurrogate(char16_t unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
 
-    void Add(std::u16string_view units) {
-        if (units.size() > std::size(area_) - used_) Flush();
-        if (units.size() > std::size(area_)) {
-            out_.v_Append(units.data(), static_cast<std::uint32_t>(units.size()));
-        } else {
-            std::ranges::copy(units, area_ + used_);
-            used_ += units.size();
+// Whether none of four units is above U+007F.
+bool AreAscii(const char16_t* units) {
+    std::uint64_t four;
+    std::memcpy(&four, units, sizeof four);
+    return (four & 0xFF80'FF80'FF80'FF80U) == 0;
+}
+
+// A text's decomposition in pieces, each from so many units, or from one more when the last is a
+// high surrogate. A zero after such a one ends no pair and is left out.
+class Decomposer {
+public:
+    explicit Decomposer(std::u16string_view text) : text_(text) {}
+
+    // The next piece, empty at the end; good until the next call.
+    std::u16string_view Next() {
+        const std::size_t stop = std::min(from_ + kPiece, text_.size());
+        const char16_t* const text = text_.data();
+        char16_t* to = area_;
+        std::size_t i = from_;
+        while (i < stop) {
+            if (stop - i >= 4 && AreAscii(text + i)) {
+                std::copy_n(text + i, 4, to);
+                i += 4;
+                to += 4;
+                continue;
+            }
+            const char16_t unit = text[i++];
+            const auto& row = DecompositionRow(unit);
+            std::copy_n(row, 4, to);  // no branch; what does not count is written over
+            *to = row[0] == 0 ? unit : row[0];
+            to += row[3];
+            if (IsHighSurrogate(unit) && i < text_.size()) {
+                if (text[i] != 0) *to++ = text[i];
+                ++i;
+            }
         }
-    }
-    void Flush() {
-        out_.v_Append(area_, static_cast<std::uint32_t>(used_));
-        used_ = 0;
+        from_ = i;
+        return {area_, to};
     }
 
 private:
-    CT_UString& out_;
-    char16_t area_[512];
-    std::size_t used_ = 0;
+    static constexpr std::size_t kPiece = 256;
+
+    std::u16string_view text_;
+    std::size_t from_ = 0;
+    char16_t area_[3 * kPiece + 4];
 };
 
 }  // namespace
@@ -136,27 +160,19 @@ void CT_CharMappings::sv_KatakanaToHiragana(CT_UString* text) {
 }
 
 unsigned int CT_CharMappings::sn_Decompose(char16_t unit, CT_UString* out) {
-    const std::u16string_view units = DecompositionOf(unit);
-    if (units.empty()) return 1;
-    const auto count = static_cast<unsigned int>(units.size());
-    if (out != nullptr) out->vv_Init(units.data(), count);
-    return count;
+    const auto& row = DecompositionRow(unit);
+    if (out != nullptr && row[3] > 1) out->vv_Init(row, row[3]);
+    return row[3];
 }
 
 void CT_CharMappings::sv_Decompose(const CT_UString* source, CT_UString* destination) {
     if (source == nullptr || destination == nullptr) return;
     const CT_UString kept(*source);  // they may be one string
-    const std::u16string_view text = View(kept);
-    const UnitMap bases = BaseMap();  // just what is decomposed has another base letter
     destination->vv_SetSize(kept.n_GetLength(), FALSE);
-    Gatherer gatherer(*destination);
-    for (std::size_t from = 0; from < text.size();) {
-        const std::size_t at = platform::FindMapped(text.data(), from, text.size(), bases);
-        gatherer.Add(text.substr(from, at - from));
-        if (at != text.size()) gatherer.Add(DecompositionOf(text[at]));
-        from = at + 1;
+    Decomposer decomposer(View(kept));
+    for (auto piece = decomposer.Next(); !piece.empty(); piece = decomposer.Next()) {
+        destination->v_Append(piece.data(), static_cast<std::uint32_t>(piece.size()));
     }
-    gatherer.Flush();
 }
 
 void CT_CharMappings::sv_Decompose(CT_UString* text) {

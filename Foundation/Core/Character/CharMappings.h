@@ -55,8 +55,8 @@ public:
     // Hangul, or the Cyrillic letters from U+04D0 on). The number of its units, 2 or 3, which then
     // are `out`'s new text; 1 for any other unit, and `out` keeps its text. `out` may be null.
     static unsigned int sn_Decompose(char16_t unit, CT_UString* out);
-    // Replaces `destination` by the decomposed source; the two may be the same string. Null
-    // strings are ignored.
+    // Replaces `destination` by the decomposed source; the two may be the same string. Of a high
+    // surrogate and a zero character, the zero is left out. Null strings are ignored.
     static void sv_Decompose(const CT_UString* source, CT_UString* destination);
     static void sv_Decompose(CT_UString* text);
 
