@@ -10,6 +10,7 @@
 
 #include "Foundation/Core/Container/StringOrdinalMap.h"
 #include "Foundation/Core/Container/StringValueCollection.h"
+#include "Foundation/Core/String/FormatString.h"
 #include "Foundation/Core/String/FormattedString.h"
 #include "Foundation/Core/String/StringScanner.h"
 #include "Foundation/Core/String/StringTools.h"
@@ -218,5 +219,17 @@ void StoreOurs(benchmark::State& state) {
     CountBytes(state, text.n_GetLength());
 }
 BENCHMARK(StoreOurs)->Name("Store/Zelkor");
+
+// Numbers by the conventions of German.
+void FormatNumberOurs(benchmark::State& state) {
+    CT_UString text;
+    float value = 1234567.5f;
+    for (auto _ : state) {
+        CT_FormatString::sb_FormatNumber(&text, value, 0x0407, 2, 3u);
+        benchmark::DoNotOptimize(text);
+        value += 1;
+    }
+}
+BENCHMARK(FormatNumberOurs)->Name("FormatNumber/Zelkor");
 
 }  // namespace

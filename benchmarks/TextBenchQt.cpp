@@ -67,4 +67,18 @@ void ItemQt(benchmark::State& state) {
 }
 BENCHMARK(ItemQt)->Name("Item/Qt")->Arg(100)->Arg(10000);
 
+// With the locale looked up each time, as we look it up, and kept.
+void FormatNumberQt(benchmark::State& state) {
+    const QLocale kept(QLocale::German, QLocale::Germany);
+    const bool keeps = state.range(0) != 0;
+    double value = 1234567.5;
+    for (auto _ : state) {
+        const QLocale german = keeps ? kept : QLocale(QLocale::German, QLocale::Germany);
+        QString text = german.toString(value, 'f', 2);
+        benchmark::DoNotOptimize(text);
+        value += 1;
+    }
+}
+BENCHMARK(FormatNumberQt)->Name("FormatNumber/Qt")->Arg(0)->Arg(1);
+
 }  // namespace

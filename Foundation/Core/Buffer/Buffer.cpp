@@ -114,7 +114,9 @@ _SHI_Pool* CT_Buffer::spso_GetMemPool() noexcept {
 void CT_Buffer::v_SetSize(std::uint32_t size, BOOL keep) {
     if (size == 0) return v_TakeBlock(nullptr);
     const std::uint64_t block = GrownBlock(size, growth_);
-    if (data_ != nullptr && block == n_GetMaximumSize() + kHeaderSize && !b_IsShared()) {
+    if (data_ == nullptr) {
+        data_ = NewBlock(CapacityOf(block, size));
+    } else if (block == n_GetMaximumSize() + kHeaderSize && !b_IsShared()) {
         if (keep == FALSE) v_SetUsedBufferSize(0);
     } else {
         v_Resize(CapacityOf(block, size), keep);

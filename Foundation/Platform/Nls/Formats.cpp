@@ -145,16 +145,16 @@ int FormatNumber(std::u16string_view number, const NumberFormat& format, char16_
         !decimal.Read(number, format.digits)) {
         return Fail(kErrorInvalidParameter);
     }
-    std::size_t needed = 1;
-    Write(decimal, format, [&](std::u16string_view part) { needed += part.size(); });
-    if (needed > std::numeric_limits<int>::max()) return Fail(kErrorInvalidParameter);
-    if (capacity == 0) return static_cast<int>(needed);
-    if (needed > static_cast<std::size_t>(capacity)) return Fail(kErrorInsufficientBuffer);
-    char16_t* end = out;
-    Write(decimal, format,
-          [&](std::u16string_view part) { end = std::ranges::copy(part, end).out; });
-    *end = 0;
-    return static_cast<int>(needed);
+    const auto room = static_cast<std::size_t>(capacity);
+    std::size_t length = 0;
+    Write(decimal, format, [&](std::u16string_view part) {
+        if (length + part.size() < room) std::ranges::copy(part, out + length);
+        length += part.size();
+    });
+    if (length >= std::numeric_limits<int>::max()) return Fail(kErrorInvalidParameter);
+    if (capacity != 0 && length >= room) return Fail(kErrorInsufficientBuffer);
+    if (capacity != 0) out[length] = 0;
+    return static_cast<int>(length + 1);
 }
 
 bool ReadGrouping(std::u16string_view text, std::uint32_t* grouping) noexcept {

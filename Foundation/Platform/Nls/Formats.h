@@ -30,7 +30,7 @@ struct NumberFormat {
 // zero. Zeros in front are left out; a number without digits before the separator shows one 0 there
 // when the format has leading zeros or no digits behind it. What is zero as shown has no sign.
 // Writes the text with a terminator into `out`, which holds `capacity` units, and answers the units
-// written; capacity 0 asks for the units needed. 0 is failure, with nothing written:
+// written; capacity 0 asks for the units needed. 0 is failure:
 //   87    another text than such a number, or a value outside the ranges of NumberFormat
 //   122   the text does not fit
 [[nodiscard]] FOUNDATION_API int FormatNumber(std::u16string_view number,
