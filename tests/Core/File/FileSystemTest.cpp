@@ -1,5 +1,7 @@
 #include "Foundation/Core/File/FileSystem.h"
 
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <ctime>
 #include <tuple>
@@ -50,20 +52,18 @@ TEST_F(FileSystemTest, ShortensPathsForDisplay) {
 TEST_F(FileSystemTest, TellsKindsSizesAndTimes) {
     folder_.Write(u"file", "12345");
     folder_.MakeFolder(u"folder");
+    ASSERT_EQ(mkfifo(folder_.Native(u"pipe").c_str(), 0600), 0);
     const std::pair<CT_UString, unsigned int> cases[] = {
-        {Name(u"file"), 1},
-        {Name(u"folder/"), 2},
-        {CT_UString(u"C:\\"), 2},
-        {CT_UString(u"C:"), 2},
-        {Name(u"missing"), 0},
-        {CT_UString(u""), 0},
-        {CT_UString(u"/dev/null"), 4},
+        {Name(u"file"), 1},     {Name(u"folder/"), 2},         {CT_UString(u"C:\\"), 2},
+        {CT_UString(u"C:"), 2}, {Name(u"missing"), 0},         {CT_UString(u""), 0},
+        {Name(u"pipe"), 3},     {CT_UString(u"/dev/null"), 4},
     };
     for (const auto& [name, kind] : cases) {
         SCOPED_TRACE(Text(name));
         EXPECT_EQ(CT_FileSystem::sb_IsExistent(&name), kind != 0);
         EXPECT_EQ(CT_FileSystem::sb_IsFile(&name), kind == 1);
         EXPECT_EQ(CT_FileSystem::sb_IsFolder(&name), kind == 2);
+        EXPECT_EQ(CT_FileSystem::sb_IsPipe(&name), kind == 3);
         EXPECT_EQ(CT_FileSystem::sb_IsDevice(&name), kind == 4);
     }
     const CT_UString& file = cases[0].first;

@@ -84,18 +84,30 @@ TEST_F(TextWriterTest, SurrogatePairsStayTogether) {
 }
 
 TEST_F(TextWriterTest, LinesEndInCrLfAndNullWritesNothing) {
+    const auto write = [](auto& writer) {
+        const CT_UString line(u"line");
+        writer.v_WriteLine(static_cast<const CT_UString*>(nullptr));
+        writer.v_Write(static_cast<const char16_t*>(nullptr));
+        writer.v_WriteLine(u"a");
+        writer.v_WriteLine(&line);
+        writer.v_WriteLine(line);
+        writer.v_WriteLine();
+        writer.v_Write(u'b');
+        writer.v_Write(&line);
+        writer.v_Write(line);
+        writer.v_WriteFormatted(u"%d-", 5);
+        writer.v_WriteLineFormatted(u"%s", u"end");
+    };
     CT_UString text;
-    CT_StringTextWriter writer(text);
-    const CT_UString line(u"line");
-    writer.v_WriteLine(static_cast<const CT_UString*>(nullptr));
-    writer.v_Write(static_cast<const char16_t*>(nullptr));
-    writer.v_WriteLine(u"a");
-    writer.v_WriteLine(&line);
-    writer.v_WriteLine(line);
-    writer.v_WriteLine();
-    writer.v_WriteFormatted(u"%d-", 5);
-    writer.v_WriteLineFormatted(u"%s", u"end");
-    EXPECT_EQ(std::u16string(text.qcuz_Get()), u"a\r\nline\r\nline\r\n\r\n5-end\r\n");
+    CT_StringTextWriter to_string(text);
+    write(to_string);
+    EXPECT_EQ(test::Utf8(text.qcuz_Get()), "a\r\nline\r\nline\r\n\r\nblineline5-end\r\n");
+    const CT_UString path = Name(u"out.txt");
+    CT_WinFile file(&path, 16384);
+    CT_FileTextWriter to_file(file, kWindows1252);
+    write(to_file);
+    to_file.v_Close();
+    EXPECT_EQ(folder_.Read(u"out.txt"), test::Utf8(text.qcuz_Get()));
 }
 
 TEST_F(TextWriterTest, AFileWriterThatIsNotClosedLosesPendingText) {

@@ -92,6 +92,7 @@ TEST(TestOutTest, StandardStreamsAndFilesFollowEachOther) {
         setenv("TMPDIR", folder.Native().c_str(), 1);
         out.v_Open(u"bare.txt");  // in the folder for temporary files
         unsetenv("TMPDIR");
+        out.v_SetOutputType(0);
         out.v_Set();
         out.v_Out(u"six,");
         out.v_Set(u"stdout", u"label", 0);
