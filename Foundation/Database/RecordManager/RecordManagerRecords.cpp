@@ -263,10 +263,19 @@ void CT_RecordManager::v_UpdateRecord(unsigned int reference, const CT_Buffer* d
     if (length == 0 || old.length == 0 || Round(length) != Round(old.length)) {
         return MoveBody(head, old, *data);
     }
-    WriteBody(old.offset, *data);
-    if (Failed()) return;
-    v_Write(head + format::kHeadDataAt, Bytes(*data), n_GetRecordHeaderSize());
-    if (Failed()) return;
+    const unsigned int header = n_GetRecordHeaderSize();
+    if (b_GetMapping() && old.offset + length <= Reach()) {
+        auto* const base = static_cast<std::byte*>(pv_GetMapping());
+        StoreU32(base + old.offset, static_cast<unsigned int>(length));
+        format::CopyOut(base + old.offset + format::kBodyDataAt, Bytes(*data) + header,
+                        data->n_GetUsedSize() - header);
+        format::CopyOut(base + head + format::kHeadDataAt, Bytes(*data), header);
+    } else {
+        WriteBody(old.offset, *data);
+        if (Failed()) return;
+        v_Write(head + format::kHeadDataAt, Bytes(*data), header);
+        if (Failed()) return;
+    }
     HeaderChanged();
 }
 

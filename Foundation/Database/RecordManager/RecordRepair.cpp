@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "Foundation/Core/Error/DatabaseError.h"
 #include "Foundation/Core/Error/Failure.h"
@@ -126,19 +127,27 @@ void CT_RecordRepair::CopyRecords(const RecordImage& image, const RecordSurvey& 
 
 void CT_RecordRepair::CopyResources(const RecordImage& image, const RecordSurvey& survey,
                                     CT_RecordManager& target) {
-    CT_Buffer data;
-    for (const RecordSurvey::Resource& resource : survey.resources) {
-        const bool twice = target.b_ResourceExists(resource.key) != 0;
-        if (!resource.readable || twice) {
-            report_->lost.push_back(
-                {twice ? CT_RecordCheck::kDirectoryOrder : CT_RecordCheck::kResource, FALSE, 0,
-                 resource.key});
-            continue;
+    using Resource = RecordSurvey::Resource;
+    const auto place = [](const Resource& one) { return std::pair(one.key, one.offset); };
+    RecordSurvey::List<Resource> copied;
+    for (const Resource& resource : survey.resources) {
+        if (resource.readable && target.b_ResourceExists(resource.key) == 0) {
+            CT_Buffer data;
+            Fill(data, 0, image, resource.offset + std::uint64_t{format::kBodyDataAt},
+                 resource.length - format::kWord);
+            target.v_AddResource(resource.key, &data);
+            if (Failed()) return;
+            copied.push_back(resource);
         }
-        Fill(data, 0, image, resource.offset + std::uint64_t{format::kBodyDataAt},
-             resource.length - format::kWord);
-        target.v_AddResource(resource.key, &data);
-        if (Failed()) return;
+    }
+    std::ranges::sort(copied, {}, place);
+    // an entry that is there twice, as a killed process may leave it, is no loss
+    for (const Resource& resource : survey.resources) {
+        if (std::ranges::binary_search(copied, place(resource), {}, place)) continue;
+        const bool twice = target.b_ResourceExists(resource.key) != 0;
+        report_->lost.push_back(
+            {twice ? CT_RecordCheck::kDirectoryOrder : CT_RecordCheck::kResource, FALSE, 0,
+             resource.key});
     }
 }
 

@@ -158,6 +158,15 @@ struct RecordKillTest : testing::TestWithParam<Setting> {
         repair.b_Repair(&target.file);
         Verify(board, target.file, &repair, slots);
         EXPECT_EQ(Findings(target.file), "");
+        for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
+            const auto lost = repair.so_GetLostAt(i);
+            for (unsigned int k = 0; lost.copied == 0 && k < slots; ++k) {
+                const Slot& slot = board.slots[k];
+                const bool it = k < kRecords ? slot.there != 0 && slot.there == lost.reference
+                                             : lost.reference == 0 && KeyOf(k) == lost.key;
+                EXPECT_FALSE(it && slot.touched == 0) << "told as lost: " << k;
+            }
+        }
         // what was not stored may be anything now: the next writer starts without it
         std::map<unsigned int, unsigned int> moved;
         for (unsigned int i = 1; i <= repair.n_GetMovedCount(); ++i) {
