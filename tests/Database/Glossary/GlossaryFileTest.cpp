@@ -28,6 +28,15 @@ std::u16string Contents(const CT_BiLingualUWordList& list) {
     return text;
 }
 
+// The record file beneath.
+struct Records {
+    explicit Records(const std::u16string& name)
+        : path(name.c_str()), file(&path, 0), manager(&file) {}
+    CT_UString path;
+    CT_WinFile file;
+    CT_RecordManager manager;
+};
+
 class GlossaryFileTest : public testing::Test {
 protected:
     GlossaryFileTest() {
@@ -72,13 +81,11 @@ TEST_F(GlossaryFileTest, TheDocumentedHeadIsWhatIsWritten) {
         while (cells >> cell) documented += static_cast<char>(std::stoul(cell, nullptr, 16));
     }
     ASSERT_TRUE(CT_GlossaryFile::sb_Save(&list, name.c_str()));
-    const CT_UString path(name.c_str());
-    const CT_WinFile file(&path, 0);
-    CT_RecordManager records(&file);
-    records.v_Open(CT_RecordManager::kModeRead, CT_RecordManager::kMapNever);
+    Records records(name);
+    records.manager.v_Open(CT_RecordManager::kModeRead, CT_RecordManager::kMapNever);
     CT_Buffer head;
-    records.v_GetResource(5, &head);
-    records.v_Close(TRUE);
+    records.manager.v_GetResource(5, &head);
+    records.manager.v_Close(TRUE);
     EXPECT_EQ(documented, std::string(static_cast<const char*>(head.qcv_Get()), 20));
 }
 
@@ -125,41 +132,34 @@ TEST_F(GlossaryFileTest, TellsWhatIsWrongWithAFile) {
     EXPECT_CT_ERROR(2, Load(loaded));
     folder.Write(u"test.glossary", "Haus\thouse\n");
     EXPECT_CT_ERROR(31050, Load(loaded));
-    const CT_UString path(name.c_str());
-    const CT_WinFile file(&path, 0);
-    CT_RecordManager records(&file);
-    records.v_Create(16, 64, 1);
-    records.v_Close(TRUE);
+    Records records(name);
+    records.manager.v_Create(16, 64, 1);
+    records.manager.v_Close(TRUE);
     EXPECT_CT_MESSAGE(31050, u"(31050): No glossary in " + name, Load(loaded));
     ASSERT_TRUE(CT_GlossaryFile::sb_Save(&list, name.c_str()));
-    records.v_Open(CT_RecordManager::kModeReadWrite, CT_RecordManager::kMapNever);
-    records.v_DeleteResource(2);
-    records.v_Close(TRUE);
+    records.manager.v_Open(CT_RecordManager::kModeReadWrite, CT_RecordManager::kMapNever);
+    records.manager.v_DeleteResource(2);
+    records.manager.v_Close(TRUE);
     EXPECT_CT_MESSAGE(31005, u"(31005): Corrupt data in " + name, Load(loaded));
 }
 
-TEST_F(GlossaryFileTest, AFailedWriteOrAllocationIsToldAndLeavesNothingToLoad) {
-    std::uint32_t unusable = 0;
+TEST_F(GlossaryFileTest, AFailedWriteOrAllocationIsToldAndLeavesNothingHalfToLoad) {
     BOOL saved = TRUE;
-    const std::uint32_t writes = test::FailEachFileCall(
-        platform::FileCall::kWrite, 112,
-        [&] { saved = CT_GlossaryFile::sb_Save(&list, name.c_str()); },
-        [&](std::uint32_t) {
-            EXPECT_FALSE(saved);
-            EXPECT_TRUE(test::TakeError(112));
-            CT_BiLingualUWordList loaded;
-            if (Load(loaded) == FALSE) ++unusable;
-            EXPECT_TRUE(loaded.n_GetCount() == 0 || Contents(loaded) == Contents(list));
-            CT_ErrorManager::spco_Get()->v_ClearError();
-        });
-    EXPECT_GT(writes, 3u);
-    EXPECT_GT(unusable, 3u);
-    EXPECT_GT(test::FailEachAllocation([&] { CT_GlossaryFile::sb_Save(&list, name.c_str()); }), 3u);
-    EXPECT_GT(test::FailEachAllocation([&] {
-                  CT_BiLingualUWordList loaded;
-                  EXPECT_TRUE(Load(loaded));
-              }),
-              10u);
+    const auto save = [&] { saved = CT_GlossaryFile::sb_Save(&list, name.c_str()); };
+    const auto check = [&](std::uint32_t) {
+        EXPECT_FALSE(saved);
+        EXPECT_TRUE(test::TakeError(112));
+        CT_BiLingualUWordList loaded;
+        EXPECT_TRUE(Load(loaded) == FALSE || Contents(loaded) == Contents(list));
+        CT_ErrorManager::spco_Get()->v_ClearError();
+    };
+    EXPECT_GT(test::FailEachFileCall(platform::FileCall::kWrite, 112, save, check), 3u);
+    EXPECT_GT(test::FailEachAllocation(save), 3u);
+    const auto load = [&] {
+        CT_BiLingualUWordList loaded;
+        EXPECT_TRUE(Load(loaded));
+    };
+    EXPECT_GT(test::FailEachAllocation(load), 10u);
 }
 
 }  // namespace
