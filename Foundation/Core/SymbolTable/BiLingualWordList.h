@@ -7,9 +7,10 @@
 // counts as empty. They may lie in the list itself.
 // What is found: a word that stands in several pairs leads to the partner of the first. Every pair
 // is kept, counted and iterated, but a word is not found when it is empty, when it contains one of
-// the characters 10, 13, 25 and 26, or when the packed list refused it. Packed lists with 2-byte
-// offsets, which are the default, do that from about 64 KiB on, which is 5,000 to 10,000 words;
-// with long offsets they grow to 4 GiB, as the buffers do.
+// the characters 10, 13, 25 and 26, or when the packed list refused it. With 2-byte offsets, which
+// are the default, packed lists begin to do that when they pass 64 KiB: with some 2,500 words in no
+// order, 10,000 and more in alphabetical order. With long offsets they grow to 4 GiB, as the
+// buffers do.
 // Copies share everything until one of them changes.
 // Cost: as CT_CompList.
 // Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the list as
