@@ -147,7 +147,7 @@ void BM_StringCache(benchmark::State& state, bool cached) {
                                             : map.find(text)->second.c_str());
         }
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * kept.size()));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kept.size()));
 }
 BENCHMARK_CAPTURE(BM_StringCache, CT_StringCache, true);
 BENCHMARK_CAPTURE(BM_StringCache, unordered_map, false);

@@ -6,8 +6,9 @@
 
 namespace foundation::detail {
 
-// Exact for all 32-bit numbers and divisors of at least 1 (Lemire, Kaser, Kurz: "Faster remainder by
-// direct computation", 2019): the fraction that the quotient leaves, 64 bits wide, times the divisor.
+// Exact for all 32-bit numbers and divisors of at least 1 (Lemire, Kaser, Kurz: "Faster remainder
+// by direct computation", 2019): the fraction that the quotient leaves, 64 bits wide, times the
+// divisor.
 [[nodiscard]] constexpr std::uint64_t Reciprocal(std::uint32_t divisor) noexcept {
     return ~std::uint64_t{0} / divisor + 1;
 }

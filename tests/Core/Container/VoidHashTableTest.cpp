@@ -298,7 +298,8 @@ TEST_F(VoidHashTableTest, StaysAsItWasWhenMemoryRunsOutOrAFunctionThrows) {
     // Three collisions of 13 slots: one more makes the table grow.
     const auto fill = [](Table::HashFunction function) {
         Table table(4, 4, function, &Table::si_CompareInteger, 13);
-        for (const std::uint32_t number : {0, 1, 2, 14, 27, 40}) table.b_Insert(&number, &number);
+        for (const std::uint32_t number : {0u, 1u, 2u, 14u, 27u, 40u})
+            table.b_Insert(&number, &number);
         return table;
     };
     const auto read = [](const Table& table) {
