@@ -223,8 +223,8 @@ void AddLocaleCommand(CLI::App& app) {
     auto list = std::make_shared<bool>(false);
     auto json = std::make_shared<bool>(false);
     command->add_option("LOCALE", *words,
-                        "A code (de, DE-CH), a name (\"German (Switzerland)\") or a locale number "
-                        "(2055, 0x0807)");
+                        "A code (de, DE-CH, de_CH.UTF-8), a name (\"German (Switzerland)\", "
+                        "Deutsch) or a locale number (2055, 0x0807)");
     command->add_flag("--list", *list,
                       "Every language and sub-language: code, number, name; with words, those that "
                       "have one of them in code or name");

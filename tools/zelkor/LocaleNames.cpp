@@ -46,18 +46,32 @@ Text Comparable(const Text& text) {
     return result;
 }
 
-// By the display name of a row of the catalogue, or by the ISO codes of its language and country,
-// which are not always those of the catalogue (he, hr-HR).
+// By the display name of a row of the catalogue, the language's name for itself, or the ISO codes
+// of language and country, which are not always those of the catalogue (he, hr-HR).
 std::optional<LCID> FindNamed(const Text& word) {
     const Text wanted = Comparable(word);
     for (const LocaleEntry& entry : Catalogue()) {
         const Text language = Value(entry.lcid, Info::kIso639Language);
         const Text both = language + u'-' + Value(entry.lcid, Info::kIso3166Country);
-        for (const Text& name : {entry.name, language, both}) {
+        const Text own = Value(entry.lcid, Info::kNativeLanguage);
+        for (const Text& name : {entry.name, own, language, both}) {
             if (!name.empty() && Comparable(name) == wanted) return entry.lcid;
         }
     }
     return {};
+}
+
+std::optional<LCID> FindLocale(const std::string& word) {
+    if (const auto number = word.empty() ? std::nullopt : ReadNumber(word)) {
+        const auto lcid = static_cast<LCID>(*number);
+        const bool known = CT_Locale(lcid).b_IsValidLCID() || Info::sb_IsSupported(lcid);
+        return *number <= 0xFFFFF && known ? std::optional(lcid) : std::nullopt;
+    }
+    const CT_UString text = FromUtf8(word);
+    CT_Language::et_Primary primary = CT_Language::kNeutral;
+    CT_Language::et_Sub sub = CT_Language::kSubDefault;
+    if (CT_Language::sb_GetLanguages(&primary, &sub, &text)) return Identify(primary, sub);
+    return FindNamed(ToText(text));
 }
 
 }  // namespace
@@ -126,18 +140,9 @@ bool Mentions(const LocaleEntry& entry, const std::string& word) {
 }
 
 LCID ParseLocale(const std::string& word) {
-    const CT_UString text = FromUtf8(word);
-    CT_Language::et_Primary primary = CT_Language::kNeutral;
-    CT_Language::et_Sub sub = CT_Language::kSubDefault;
-    if (const auto number = word.empty() ? std::nullopt : ReadNumber(word)) {
-        const auto lcid = static_cast<LCID>(*number);
-        if (*number <= 0xFFFFF && (CT_Locale(lcid).b_IsValidLCID() || Info::sb_IsSupported(lcid))) {
-            return lcid;
-        }
-    } else if (CT_Language::sb_GetLanguages(&primary, &sub, &text)) {
-        return Identify(primary, sub);
-    } else if (const auto named = FindNamed(ToText(text))) {
-        return *named;
+    // de_DE.UTF-8 and ca_ES@euro, as the environment has them; but a name may have full stops too.
+    for (const std::string& locale : {word, word.substr(0, word.find_first_of(".@"))}) {
+        if (const auto found = FindLocale(locale)) return *found;
     }
     throw Failure("'" + word +
                       "' is no language code, name or locale number; "
