@@ -10,16 +10,13 @@
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Nls/CodePages.h"
+#include "Items.h"
 #include "Support/TempFolder.h"
+#include "Support/Text.h"
 
 namespace {
 
 using Value = CT_Codepage::et_Codepage;
-
-Value FromName(const char16_t* name) {
-    const CT_UString text(name);
-    return CT_Codepage(&text).eo_Get();
-}
 
 std::u16string Name(Value value) {
     const char16_t* name = CT_Codepage(value).qcuz_Get();
@@ -27,30 +24,15 @@ std::u16string Name(Value value) {
 }
 
 TEST(CodepageTest, NamesAreFoundInAnyCaseAndGiveTheirOwnValue) {
-    struct Case {
-        const char16_t* name;
-        unsigned int value;
-        unsigned int number;
-    };
-    for (const auto& [name, value, number] : {Case{u"LATIN1", 12, 1252},
-                                              {u"iso-8859-1", 12, 1252},
-                                              {u"iso-8859-8", 16, 1255},
-                                              {u"csGB2312", 6, 936},
-                                              {u"utf-16be", 34, 1201},
-                                              {u"UTF-16LE", 33, 1200},
-                                              {u"Unicode", 9, 1200},
-                                              {u"us-ascii", 0, 646},
-                                              {u"shift_jis", 5, 932},
-                                              {u"ISO-2022-KR", 20, 1361},
-                                              {u"x-euc-jp", 29, 51932},
-                                              {u"utf-7", 31, 65000},
-                                              {u"Macintosh Croatia", 50, 10082},
-                                              {u"", 57, 0},
-                                              {u"ISO-8859-15", 57, 0},
-                                              {u"utf-8 ", 57, 0}}) {
-        SCOPED_TRACE(testing::PrintToString(std::u16string(name)));
-        EXPECT_EQ(FromName(name), value);
-        EXPECT_EQ(CT_Codepage(static_cast<Value>(value)).n_Get(), number);
+    for (const auto& [name, result] : test::Items(
+             "LATIN1=12 1252|iso-8859-1=12 1252|iso-8859-8=16 1255|csGB2312=6 936|"
+             "utf-16be=34 1201|UTF-16LE=33 1200|Unicode=9 1200|us-ascii=0 646|shift_jis=5 932|"
+             "ISO-2022-KR=20 1361|x-euc-jp=29 51932|utf-7=31 65000|Macintosh Croatia=50 10082|"
+             "=57 0|ISO-8859-15=57 0|utf-8 =57 0")) {
+        const CT_UString text(test::Utf16(name).c_str());
+        const CT_Codepage page(&text);
+        EXPECT_EQ(std::to_string(page.eo_Get()) + " " + std::to_string(page.n_Get()), result)
+            << name;
     }
 }
 
@@ -66,21 +48,11 @@ TEST(CodepageTest, EveryMainNameLeadsBackToAValueWithTheSameNumber) {
 }
 
 TEST(CodepageTest, NumbersGiveTheFirstValueThatHasThem) {
-    struct Case {
-        unsigned int number, value;
-    };
-    for (const auto [number, value] : {Case{1200, 9},
-                                       {1201, 34},
-                                       {1255, 15},
-                                       {65001, 32},
-                                       {0, 57},
-                                       {437, 57},
-                                       {20127, 57},
-                                       {28591, 57},
-                                       {10021, 46},
-                                       {0xFFFFFFFF, 57}}) {
-        SCOPED_TRACE(number);
-        EXPECT_EQ(CT_Codepage(number).eo_Get(), value);
+    for (const auto& [number, value] :
+         test::Items("1200=9|1201=34|1255=15|65001=32|0=57|437=57|20127=57|28591=57|10021=46|"
+                     "4294967295=57")) {
+        const CT_Codepage page(static_cast<unsigned int>(std::stoul(number)));
+        EXPECT_EQ(std::to_string(page.eo_Get()), value) << number;
     }
 }
 
@@ -122,24 +94,19 @@ TEST(CodepageTest, ClassesCountTheValuesTheyShould) {
 }
 
 TEST(CodepageTest, LeadBytesComeFromEveryRangeOfThePage) {
-    struct Case {
-        unsigned int number;
-        unsigned char byte;
-        BOOL lead;
-    };
-    for (const auto [number, byte, lead] : {Case{932, 0x80, FALSE},
-                                            {932, 0x81, TRUE},
-                                            {932, 0x9F, TRUE},
-                                            {932, 0xA0, FALSE},
-                                            {932, 0xE0, TRUE},
-                                            {932, 0xFC, TRUE},
-                                            {932, 0xFD, FALSE},
-                                            {936, 0xFE, TRUE},
-                                            {1361, 0xDF, FALSE},
-                                            {1252, 0x81, FALSE},
-                                            {65001, 0xC3, FALSE},
-                                            {1200, 0x81, FALSE}}) {
-        EXPECT_EQ(CT_Codepage::sb_IsDBCSLeadByte(number, byte), lead) << number << " " << +byte;
+    // The first byte of each range and the one after its last.
+    for (const auto& [number, bounds] :
+         test::Items("932=129 160 224 253 |936=129 255 |949=129 255 |950=129 255 |"
+                     "1361=132 212 216 223 224 250 |1252=|65001=|1200=")) {
+        std::string found;
+        BOOL inside = FALSE;
+        for (unsigned int byte = 0; byte <= 0xFF; ++byte) {
+            const BOOL lead = CT_Codepage::sb_IsDBCSLeadByte(
+                static_cast<unsigned int>(std::stoul(number)), static_cast<unsigned char>(byte));
+            if (lead != inside) found += std::to_string(byte) + ' ';
+            inside = lead;
+        }
+        EXPECT_EQ(found, bounds) << number;
     }
     EXPECT_TRUE(CT_Codepage(CT_Codepage::kBig5).b_IsDBCS());
     for (const unsigned int number : {1252u, 65001u, 1200u, 99999u}) {
@@ -148,25 +115,19 @@ TEST(CodepageTest, LeadBytesComeFromEveryRangeOfThePage) {
 }
 
 TEST(CodepageTest, TextIsSupportedWhenItComesBackUnchanged) {
-    struct Case {
-        Value page;
-        const char16_t* text;
-        BOOL supported;
-    };
-    for (const auto& [page, text, supported] : {Case{CT_Codepage::kWindows1252, u"Grüße €", TRUE},
-                                                {CT_Codepage::kWindows1252, u"Łódź", FALSE},
-                                                {CT_Codepage::kWindows1250, u"Łódź", TRUE},
-                                                {CT_Codepage::kShiftJis, u"日本語ｶﾅ", TRUE},
-                                                {CT_Codepage::kShiftJis, u"한국", FALSE},
-                                                {CT_Codepage::kUtf8, u"\xD800", TRUE},
-                                                {CT_Codepage::kUtf16, u"한국", TRUE},
-                                                {CT_Codepage::kUsAscii, u"plain", TRUE},
-                                                {CT_Codepage::kUsAscii, u"é", FALSE},
-                                                {CT_Codepage::kWindows1252, u"", TRUE}}) {
-        const CT_UString string(text);
-        EXPECT_EQ(CT_Codepage(page).b_IsStringSupported(&string), supported)
-            << page << " " << testing::PrintToString(std::u16string(text));
+    for (const auto& [pages, text] : test::Items(
+             "1252 1250 65001 1200 932 646 =|1252 1250 65001 1200 =Grüße €|1250 65001 1200 =Łódź|"
+             "65001 1200 932 =日本語ｶﾅ|65001 1200 =한국|1252 1250 65001 1200 932 646 =plain")) {
+        std::string supporting;
+        const CT_UString string(test::Utf16(text).c_str());
+        for (const unsigned int number : {1252u, 1250u, 65001u, 1200u, 932u, 646u}) {
+            const bool supported = CT_Codepage(number).b_IsStringSupported(&string);
+            if (supported) supporting += std::to_string(number) + ' ';
+        }
+        EXPECT_EQ(supporting, pages) << text;
     }
+    const CT_UString surrogate(u"\xD800");
+    EXPECT_TRUE(CT_Codepage(CT_Codepage::kUtf8).b_IsStringSupported(&surrogate));
     EXPECT_FALSE(CT_Codepage(CT_Codepage::kWindows1252).b_IsCharSupported(u'\u0100'));
     EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
     EXPECT_FALSE(CT_Codepage(CT_Codepage::kUtf16BigEndian).b_IsCharSupported(u'a'));

@@ -1,7 +1,8 @@
-// Tables of tests as one text.
+// Tables of tests as one text, and large tables as one number.
 #ifndef TESTS_CORE_LANGUAGE_ITEMS_H
 #define TESTS_CORE_LANGUAGE_ITEMS_H
 
+#include <cstdint>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -18,6 +19,13 @@ inline std::vector<std::pair<std::string, std::string>> Items(const std::string&
         items.emplace_back(item.substr(0, equals), item.substr(equals + 1));
     }
     return items;
+}
+
+// FNV-1a, for tables that were compared with their definition line by line: tells any change since.
+inline std::uint64_t Hash(const std::string& text) {
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+    return hash;
 }
 
 }  // namespace test

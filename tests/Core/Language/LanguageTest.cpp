@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -92,10 +91,7 @@ TEST(LanguageTest, CatalogueIsCompleteAndUnchanged) {
                     Utf8(CT_Language::sqcuz_GetCountry(sub)) + "\n";
         }
     }
-    // The catalogue was compared with its definition line by line; this tells any change since.
-    std::uint64_t hash = 0xCBF29CE484222325;
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
-    EXPECT_EQ(hash, 0x9fcf596005450caau) << text;
+    EXPECT_EQ(test::Hash(text), 0x9FCF596005450CAA) << text;
     EXPECT_EQ(CT_Language::sn_GetPrimaryCount(), 89u);
     EXPECT_EQ(OwnPairs().size(), kSubs);
 }
@@ -142,28 +138,23 @@ TEST(LanguageTest, EveryRowLeadsBackFromItsIdentifierCodeAndName) {
     }
 }
 
-// Each identifier against a map from the identifiers of the rows, made by the opposite direction.
+// Each identifier against a map of the rows, made by the opposite direction.
 TEST(LanguageTest, AllIdentifiersGiveTheirRowOrWhatStandsForIt) {
-    std::map<unsigned int, Pair> rows;
+    std::map<unsigned int, Pair> rows, languages;
     for (const auto [primary, sub] : OwnPairs()) {
-        const auto [row, fresh] =
-            rows.insert({CT_Language::sn_MakeLanguageID(primary, sub), {primary, sub}});
-        EXPECT_TRUE(fresh) << row->first;
+        const unsigned int id = CT_Language::sn_MakeLanguageID(primary, sub);
+        EXPECT_TRUE(rows.insert({id, {primary, sub}}).second) << id;
     }
-    std::map<unsigned int, Primary> languages;
     for (unsigned int value = 0; value < kPrimaries; ++value) {
         const auto primary = static_cast<Primary>(value);
-        languages[CT_Language::sn_MakeLanguageID(primary, CT_Language::kSubNeutral)] = primary;
+        languages[CT_Language::sn_MakeLanguageID(primary, CT_Language::kSubNeutral)] = {
+            primary, CT_Language::sn_GetSubCount(primary) != 0 ? CT_Language::kSubNeutral
+                                                               : CT_Language::kSubDefault};
     }
     for (unsigned int id = 0; id <= 0xFFFF; ++id) {
-        Pair expected{CT_Language::kNeutral, CT_Language::kSubNeutral};
-        if (const auto row = rows.find(id); row != rows.end()) {
-            expected = row->second;
-        } else if (const auto language = languages.find(id & 0x3FF); language != languages.end()) {
-            const bool grouped = CT_Language::sn_GetSubCount(language->second) != 0;
-            expected = {language->second,
-                        grouped ? CT_Language::kSubNeutral : CT_Language::kSubDefault};
-        }
+        const auto language = languages.find(id & 0x3FF);
+        const Pair other = language == languages.end() ? Pair{} : language->second;
+        const Pair expected = rows.contains(id) ? rows.at(id) : other;
         Pair found{};
         CT_Language::sv_GetLanguages(id, &found.primary, &found.sub);
         ASSERT_EQ(found, expected) << id;
