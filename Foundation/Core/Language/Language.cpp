@@ -68,8 +68,7 @@ consteval auto FindGroups() {
 
 constexpr auto kGroups = FindGroups();
 
-// ---- Rows
-// -----------------------------------------------------------------------------------------
+// ---- Rows ---------------------------------------------------------------------------------------
 
 const PrimaryRow* RowOf(Primary primary) {
     return primary < kRowOfPrimary.size() ? &kPrimaryRows[kRowOfPrimary[primary]] : nullptr;
@@ -108,8 +107,7 @@ const Row* RowNamed(const Rows& rows, Text name) {
     return row == rows.end() ? nullptr : &*row;
 }
 
-// ---- The languages of Serbo-Croatian, which have names of their own
-// -------------------------------
+// ---- The languages of Serbo-Croatian, which have names of their own -----------------------------
 
 struct OwnName {
     Sub sub;
@@ -132,8 +130,7 @@ Text OwnNameOf(Sub sub) {
     return own == kOwnNames.end() ? kOwnNames.back().name : own->name;
 }
 
-// ---- Texts
-// ------------------------------------------------------------------------------------------
+// ---- Texts --------------------------------------------------------------------------------------
 
 void Assign(CT_UString* text, Text value) {
     text->v_Set(value.data(), static_cast<std::uint32_t>(value.size()));
@@ -169,8 +166,7 @@ CodeParts SplitCode(Text code) {
     return {code.substr(0, looked_at - 1), code.substr(looked_at)};
 }
 
-// ---- The code index
-// -----------------------------------------------------------------------------------
+// ---- The code index -----------------------------------------------------------------------------
 
 // Row numbers by the code of the language. Made and destroyed by sv_Init and sv_Exit.
 alignas(CT_CompList) constinit std::byte index_place[sizeof(CT_CompList)] = {};
@@ -200,8 +196,7 @@ void CT_Language::sv_Exit() {
     if (code_index != nullptr) std::destroy_at(std::exchange(code_index, nullptr));
 }
 
-// ---- Walking the catalogue
-// ----------------------------------------------------------------------------
+// ---- Walking the catalogue ----------------------------------------------------------------------
 
 unsigned int CT_Language::sn_GetPrimaryCount() {
     return static_cast<unsigned int>(kPrimaryRows.size() - 1);
@@ -219,8 +214,7 @@ CT_Language::et_Sub CT_Language::seo_GetSubAt(et_Primary primary, unsigned int i
     return index > group.size() ? kSubDefault : group[index - 1].value;
 }
 
-// ---- Names and codes of the parts
-// -----------------------------------------------------------------------
+// ---- Names and codes of the parts ---------------------------------------------------------------
 
 const char16_t* CT_Language::sqcuz_GetLanguageCode(et_Primary primary) {
     const PrimaryRow* row = RowOf(primary);
@@ -263,8 +257,7 @@ BOOL CT_Language::sb_GetSubCountry(et_Sub* sub, const char16_t* name, et_Primary
     return TRUE;
 }
 
-// ---- Language identifiers
-// ---------------------------------------------------------------------------------
+// ---- Language identifiers -----------------------------------------------------------------------
 
 unsigned int CT_Language::sn_MakeLanguageID(et_Primary primary, et_Sub sub) {
     const PrimaryRow* row = RowOf(primary);
@@ -301,8 +294,7 @@ CT_Language::et_Sub CT_Language::seo_GetSub(unsigned int language_id) {
     return sub;
 }
 
-// ---- Display names and codes of the whole
-// -------------------------------------------------------------------
+// ---- Display names and codes of the whole -------------------------------------------------------
 
 void CT_Language::sv_MakeLanguageString(CT_UString* text, et_Primary primary, et_Sub sub) {
     if (primary == kSerboCroatian) return Assign(text, OwnNameOf(sub));
@@ -370,8 +362,7 @@ BOOL CT_Language::sb_GetLanguages(et_Primary* primary, et_Sub* sub, const CT_USt
     return TRUE;
 }
 
-// ---- Classes of languages
-// -------------------------------------------------------------------------------------
+// ---- Classes of languages -----------------------------------------------------------------------
 
 BOOL CT_Language::sb_IsFarEastLanguage(et_Primary primary) {
     return primary == kChinese || primary == kJapanese || primary == kKorean || primary == kThai;

@@ -25,8 +25,7 @@ constexpr unsigned int kUtf16Page = 1200;
 
 constinit foundation::detail::AnsiCodePages ansi_code_pages;
 
-// ---- Values
-// ---------------------------------------------------------------------------------------
+// ---- Values -------------------------------------------------------------------------------------
 
 bool IsInstalled(LCID lcid) {
     return platform::IsValidLocale(lcid, platform::kLocaleInstalled);
@@ -84,8 +83,7 @@ struct Collection {
 };
 constinit thread_local Collection* Collection::current = nullptr;
 
-// ---- Code pages and character sets
-// ------------------------------------------------------------------
+// ---- Code pages and character sets --------------------------------------------------------------
 
 // For locales of which the platform knows nothing.
 unsigned int AnsiPageByLanguage(unsigned int language_id) {
@@ -170,8 +168,7 @@ void CT_LocaleInfo::sv_Exit() {
     ansi_code_pages.Clear();
 }
 
-// ---- Locales
-// ------------------------------------------------------------------------------------------
+// ---- Locales ------------------------------------------------------------------------------------
 
 unsigned int CT_LocaleInfo::sn_GetSystemDefaultLCID() {
     return platform::GetSystemDefaultLCID();
@@ -213,8 +210,7 @@ unsigned int CT_LocaleInfo::sn_GetSubLangID(unsigned int language_id) {
     return (language_id & 0xFFFF) >> 10;
 }
 
-// ---- Values
-// ---------------------------------------------------------------------------------------------
+// ---- Values -------------------------------------------------------------------------------------
 
 BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, CT_UString* value) {
     const auto found = FindValue(lcid, type);
@@ -267,8 +263,7 @@ BOOL CT_LocaleInfo::sb_CollectLocaleInfo(char16_t* lcid_text) {
     return TRUE;
 }
 
-// ---- Code pages and character sets
-// ------------------------------------------------------------------------
+// ---- Code pages and character sets --------------------------------------------------------------
 
 unsigned int CT_LocaleInfo::sn_GetDefaultANSICodePage(LCID lcid) {
     if (const unsigned int known = ansi_code_pages.Find(lcid)) return known;
