@@ -1,4 +1,4 @@
-// String helpers beside plain loops of the standard library: replacing, items, words, tokens, sets
+// String tools beside plain loops of the standard library: replacing, items, words, tokens, sets
 // of characters, stored maps.
 #include <benchmark/benchmark.h>
 

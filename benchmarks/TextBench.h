@@ -1,4 +1,4 @@
-// The texts of the string helpers' benchmarks, for ourselves and for the peers.
+// The texts of the string tools' benchmarks, for ourselves and for the peers.
 #ifndef BENCHMARKS_TEXTBENCH_H
 #define BENCHMARKS_TEXTBENCH_H
 

@@ -1,4 +1,4 @@
-// The peers of string helpers in ICU.
+// The peers of string tools in ICU.
 #include <benchmark/benchmark.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>

@@ -1,4 +1,4 @@
-// The peers of string helpers in Qt.
+// The peers of string tools in Qt.
 #include <benchmark/benchmark.h>
 
 #include <QLocale>

@@ -1,6 +1,5 @@
 #include "Foundation/Core/Container/StringValueCollection.h"
 
-#include <memory>
 #include <utility>
 
 using foundation::detail::View;
@@ -48,7 +47,9 @@ BOOL Give(const Element* element, double& out) {
 
 CT_StringValueCollection::CT_StringValueCollection(const CT_StringValueCollection& other)
     : CT_StringValueCollection() {
-    for (const st_Element* element : other.elements_) Append(*element);
+    for (const st_Element* element : other.elements_) {
+        Append(std::make_unique<st_Element>(*element));
+    }
 }
 
 void CT_StringValueCollection::v_Clear() noexcept {
@@ -136,7 +137,7 @@ void CT_StringValueCollection::v_Merge(const CT_StringValueCollection* other, BO
     for (const st_Element* element : other->elements_) {
         st_Element* const present = merged.Find(View(element->key));
         if (present == nullptr) {
-            merged.Append(*element);
+            merged.Append(std::make_unique<st_Element>(*element));
         } else if (overwrite != FALSE) {
             *present = *element;
         }
@@ -168,10 +169,9 @@ auto CT_StringValueCollection::At(std::uint32_t position, et_Type type) const no
     return element != nullptr && element->type == type ? element : nullptr;
 }
 
-void CT_StringValueCollection::Append(const st_Element& element) {
-    auto copy = std::make_unique<st_Element>(element);
-    elements_.v_Insert(copy.get());
-    static_cast<void>(copy.release());
+void CT_StringValueCollection::Append(std::unique_ptr<st_Element> element) {
+    elements_.v_Insert(element.get());
+    static_cast<void>(element.release());
 }
 
 template <typename Value>
@@ -182,9 +182,9 @@ BOOL CT_StringValueCollection::Put(std::u16string_view key, Value value, bool ad
         return overwrite;
     }
     if (!add || own_key.empty()) return FALSE;
-    st_Element element;
-    element.key.v_Set(own_key.data(), static_cast<std::uint32_t>(own_key.size()));
-    Assign(element, value);
-    Append(element);
+    auto element = std::make_unique<st_Element>();
+    element->key.v_Set(own_key.data(), static_cast<std::uint32_t>(own_key.size()));
+    Assign(*element, value);
+    Append(std::move(element));
     return TRUE;
 }

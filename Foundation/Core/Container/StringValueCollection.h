@@ -11,6 +11,7 @@
 #define FOUNDATION_CORE_CONTAINER_STRINGVALUECOLLECTION_H
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 
 #include "Foundation/Core/Container/Array.h"
@@ -93,8 +94,7 @@ private:
     [[nodiscard]] const st_Element* Find(Text key, et_Type type) const noexcept;
     [[nodiscard]] const st_Element* At(std::uint32_t position) const noexcept;
     [[nodiscard]] const st_Element* At(std::uint32_t position, et_Type type) const noexcept;
-    // Appends a copy.
-    void Append(const st_Element& element);
+    void Append(std::unique_ptr<st_Element> element);
     void KeepLastValues();
     template <typename Value>
     BOOL Put(std::u16string_view key, Value value, bool add, bool overwrite);

@@ -2,11 +2,10 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <memory>
-#include <numeric>
 #include <optional>
 #include <vector>
 
+#include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Core/Container/StringValueCollection.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Scan.h"
@@ -26,6 +25,8 @@ constexpr TextView kHexDigits = u"0123456789ABCDEF";
 constexpr std::uint64_t kIntegerMark = 0x000402;
 constexpr std::uint64_t kDoubleMark = 0x000803;
 constexpr std::size_t kMarkBytes = 3;
+
+constexpr unsigned int kLargestHash = 0xFFFFFFFF;
 
 constexpr char16_t TypeUnit(Collection::et_Type type) {
     return static_cast<char16_t>(type + 1);
@@ -154,15 +155,15 @@ BOOL CT_StringValueCollection::b_Deserialize(const CT_UString& in) {
     TextView rest = View(in);
     while (!rest.empty()) {
         TextView key, value;
-        st_Element element;
+        auto element = std::make_unique<st_Element>();
         bool good = TakeField(rest, key) && TakeField(rest, value);
-        if (good) element.key = Unescaped(key);
-        good = good && element.key.n_GetLength() != 0 && ReadValue(value, element);
+        if (good) element->key = Unescaped(key);
+        good = good && element->key.n_GetLength() != 0 && ReadValue(value, *element);
         if (!good) {
             v_Clear();
             return FALSE;
         }
-        read.Append(element);
+        read.Append(std::move(element));
     }
     read.KeepLastValues();
     std::swap(elements_, read.elements_);
@@ -172,27 +173,36 @@ BOOL CT_StringValueCollection::b_Deserialize(const CT_UString& in) {
 // Of elements with equal keys the first one stays, with the value of the last one. Sorting finds
 // them in a time that hostile texts cannot make quadratic.
 void CT_StringValueCollection::KeepLastValues() {
-    const std::uint32_t count = n_GetCount();
-    std::vector<std::uint32_t, platform::Allocator<std::uint32_t>> order(count);
-    std::iota(order.begin(), order.end(), 1u);
-    const auto key = [this](std::uint32_t position) {
-        return View(elements_.o_GetAt(position)->key);
+    struct Place {
+        std::uint32_t hash, position;
     };
-    std::sort(order.begin(), order.end(), [&](std::uint32_t left, std::uint32_t right) {
+    const auto key = [this](const Place& place) {
+        return View(elements_.o_GetAt(place.position)->key);
+    };
+    std::vector<Place, platform::Allocator<Place>> places(n_GetCount());
+    for (std::uint32_t i = 0; i < places.size(); ++i) {
+        places[i].position = i + 1;
+        places[i].hash = CT_HashFunction::sn_HashCaseQCUZ(key(places[i]).data(), kLargestHash);
+    }
+    std::ranges::sort(places, [&](const Place& left, const Place& right) {
+        if (left.hash != right.hash) return left.hash < right.hash;
         const int compared = key(left).compare(key(right));
-        return compared != 0 ? compared < 0 : left < right;
+        return compared != 0 ? compared < 0 : left.position < right.position;
     });
-    Elements kept(CT_VoidArray::kDefaultGrowth, count);
+    Elements kept(CT_VoidArray::kDefaultGrowth, n_GetCount());
     st_Element* const none = nullptr;
-    for (std::size_t i = 0; i < order.size();) {
-        std::size_t end = i + 1;
-        while (end < order.size() && key(order[end]) == key(order[i])) ++end;
-        if (end - i > 1) {
-            std::swap(*elements_.o_GetAt(order[i]), *elements_.o_GetAt(order[end - 1]));
+    for (std::size_t first = 0, end = 0; first < places.size(); first = end) {
+        const Place& place = places[first];
+        for (end = first + 1; end < places.size() && places[end].hash == place.hash; ++end) {
+            if (key(places[end]) != key(place)) break;
         }
-        for (++i; i < end; ++i) {
-            delete elements_.o_GetAt(order[i]);
-            elements_.v_SetAt(none, order[i]);
+        if (end - first > 1) {
+            std::swap(*elements_.o_GetAt(place.position),
+                      *elements_.o_GetAt(places[end - 1].position));
+        }
+        for (std::size_t i = first + 1; i < end; ++i) {
+            delete elements_.o_GetAt(places[i].position);
+            elements_.v_SetAt(none, places[i].position);
         }
     }
     for (st_Element* const element : elements_) {

@@ -1,4 +1,4 @@
-// TextArgument: how the helper classes take UTF-16 text that they only read: zero-terminated text,
+// TextArgument: how the text classes take UTF-16 text that they only read: zero-terminated text,
 // a string, or a pointer to one; null counts as empty. Borrowed for the length of the call.
 #ifndef FOUNDATION_CORE_STRING_TEXTARGUMENT_H
 #define FOUNDATION_CORE_STRING_TEXTARGUMENT_H
