@@ -38,6 +38,7 @@ void CT_StringOrdinalMap::v_Append(const CT_StringOrdinalMap* other, std::uint32
 
 void CT_StringOrdinalMap::v_Map2String(CT_UString* out, char16_t separator) const {
     CT_UString text;
+    text.vv_SetGrowth(out->vn_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
         text.v_Append(strings_.At(i));
         text.v_Append(&separator, 1);
@@ -48,6 +49,7 @@ void CT_StringOrdinalMap::v_Map2String(CT_UString* out, char16_t separator) cons
 void CT_StringOrdinalMap::v_Map2String(CT_CString* out, char separator) const {
     CT_CString text(out->n_GetCodePage());
     CT_CString part(out->n_GetCodePage());
+    text.vv_SetGrowth(out->vn_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
         part.v_Set(qcuz_Get(i), strings_.At(i)->n_GetLength());
         text.v_Append(&part);

@@ -51,6 +51,7 @@ void CT_StringStringMap::v_Append(const CT_StringStringMap* other, std::uint32_t
 void CT_StringStringMap::v_Map2String(CT_UString* out, char16_t pair_separator,
                                       char16_t record_separator) const {
     CT_UString text;
+    text.vv_SetGrowth(out->vn_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
         text.v_Append(first_.At(i));
         text.v_Append(&pair_separator, 1);

@@ -131,6 +131,7 @@ bool ReadValue(TextView field, Collection::st_Element& element) {
 
 void CT_StringValueCollection::v_Serialize(CT_UString& out) const {
     CT_UString text;
+    text.vv_SetGrowth(out.vn_GetGrowth());
     for (const st_Element* element : elements_) {
         AppendEscaped(text, View(element->key));
         text.v_Append(kBar);

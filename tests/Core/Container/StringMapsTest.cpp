@@ -45,10 +45,11 @@ void Add(CT_StringStringMap& map, const CT_UString& text) {
 void Store(CT_StringOrdinalMap& map) {
     CT_UString wide;
     CT_CString narrow(1252u);
+    narrow.vv_SetGrowth(7);
     map.v_Map2String(&wide, u';');
     map.v_Map2String(&narrow, ';');
     EXPECT_EQ(narrow.n_GetLength(), wide.n_GetLength());
-    EXPECT_EQ(narrow.n_GetCodePage(), 1252u);
+    EXPECT_EQ(narrow.n_GetCodePage() + narrow.vn_GetGrowth(), 1252u + 7);
     map.v_String2Map(&wide, u';');
     map.v_String2Map(&narrow, ';');
 }

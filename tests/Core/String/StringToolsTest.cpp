@@ -13,6 +13,7 @@
 #include "Core/String/StringTexts.h"
 #include "Foundation/Core/Character/CharMappings.h"
 #include "Foundation/Core/String/FormattedString.h"
+#include "Foundation/Core/String/StringScanner.h"
 #include "Support/Memory.h"
 
 namespace {
@@ -135,6 +136,8 @@ TEST(StringToolsTest, ChangesNothingWithoutMemory) {
         [](auto& text) { CT_StringTools::sv_ReplaceAll(&text, u"e", u"a long replacement"); },
         [](auto& text) { CT_StringTools::sv_ReplaceAll(&text, u"te", u""); },
         [](auto& text) { CT_StringTools::sn_Replace(&text, u"text", text); },
+        [](auto& text) { CT_StringScanner::v_SubWord(&text, u"a word of some length", u".", 1); },
+        [](auto& text) { CT_StringScanner::v_RemoveItem(&text, u' ', 2); },
         [](auto& text) { CT_StringTools::sv_FormatNumber(&text, 1, 50, u',', u'.', 3); },
         [](auto& text) { CT_FormattedString::sv_AddDataR(text, u"Scale", 1.5); },
         [](auto& text) { CT_FormattedString::sv_AddData(text, text, text, &text); }};
