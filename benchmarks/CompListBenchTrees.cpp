@@ -58,9 +58,8 @@ private:
 const DictionaryEntry kTree("alphatree", []() -> std::unique_ptr<Dictionary> {
     return std::make_unique<Tree>();
 });
-const DictionaryEntry kMap("map", []() -> std::unique_ptr<Dictionary> {
-    return std::make_unique<Map>();
-});
+const DictionaryEntry kMap("map",
+                           []() -> std::unique_ptr<Dictionary> { return std::make_unique<Map>(); });
 
 }  // namespace
 }  // namespace bench

@@ -1,5 +1,6 @@
 // zelkor glossary: builds glossaries out of tables of words, searches and shows them.
 #include <Foundation/Core/Error/ErrorManager.h>
+#include <Foundation/Core/File/FileSystem.h>
 #include <Foundation/Core/File/Stream.h>
 #include <Foundation/Core/File/TextReader.h>
 #include <Foundation/Core/File/WinFile.h>
@@ -8,7 +9,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -111,10 +111,11 @@ void ReadInput(CT_BiLingualUWordList& list, const std::string& name, const Build
 
 // Keeps a slip in the order of the names from replacing a table of words, or any other file.
 void MayReplace(const std::string& name) {
-    if (!std::filesystem::exists(std::filesystem::u8path(name))) return;
+    const CT_UString path = FromUtf8(name);
+    if (CT_FileSystem::sb_IsExistent(&path) == FALSE) return;
     CT_BiLingualUWordList list;
     CT_ErrorManager& errors = *CT_ErrorManager::spco_Get();
-    const bool glossary = CT_GlossaryFile::sb_Load(&list, FromUtf8(name).qcuz_Get()) != FALSE ||
+    const bool glossary = CT_GlossaryFile::sb_Load(&list, path.qcuz_Get()) != FALSE ||
                           errors.n_GetErrorCode() != kNoGlossary;
     errors.v_ClearError();
     if (!glossary) throw Failure(name + ": is there and is no glossary; --force replaces it", 2);
