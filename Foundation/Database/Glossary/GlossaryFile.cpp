@@ -3,16 +3,20 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <span>
 
 #include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/File/PlatformName.h"
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Core/SymbolTable/BiLingualWordList.h"
 #include "Foundation/Database/RecordManager/RecordFormat.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"
+#include "Foundation/Platform/Files.h"
 
 using foundation::detail::Failed;
+using foundation::detail::PlatformName;
 using foundation::record_format::LoadU32;
 using foundation::record_format::StoreU32;
 
@@ -59,6 +63,34 @@ std::uint32_t Checksum(const Parts& parts) noexcept {
     return ~sum;
 }
 
+// The file that is written beside another one, and then takes its place or goes.
+class NewFile {
+public:
+    explicit NewFile(const char16_t* target) : target_(target), name_(target) {
+        name_.v_Append(u".new");
+        platform_name_.emplace(&name_);
+    }
+    ~NewFile() {
+        if (!placed_) platform::RemoveFile(platform_name_->Get());
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+
+    [[nodiscard]] const CT_UString* Name() const { return &name_; }
+    bool Replace() {
+        placed_ =
+            platform::RenameFile(platform_name_->Get(), PlatformName(&target_).Get(), true, false);
+        if (!placed_) foundation::detail::RecordSystemError(target_.qcuz_Get());
+        return placed_;
+    }
+
+private:
+    CT_UString target_;
+    CT_UString name_;
+    std::optional<PlatformName> platform_name_;
+    bool placed_ = false;
+};
+
 BOOL Refuse(const char16_t* file, unsigned int code, const char16_t* format,
             const char* source = __builtin_FILE(), unsigned int line = __builtin_LINE()) {
     foundation::detail::Record({code, format, source, line}, file);
@@ -82,14 +114,15 @@ BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t*
                       *list->pcco_GetTargetIndex()->pcco_GetBuffer()};
     const Head head = MakeHead(list->n_GetCount(), parts);
     const CT_Buffer head_part(head.data(), kHeadSize, 1);
-    const CT_UString name(file);
-    const CT_WinFile named(&name, kFileBufferSize);
+    NewFile fresh(file);
+    const CT_WinFile named(fresh.Name(), kFileBufferSize);
     CT_RecordManager records(&named);
     records.v_Create(kRecordHeaderSize, kBlockSize, kHeadKey);
     for (unsigned int i = 0; i < kPartCount; ++i) records.v_AddResource(i + 1, &parts[i]);
     records.v_AddResource(kHeadKey, &head_part);
+    records.v_Flush();
     records.v_Close(TRUE);
-    return Failed() ? FALSE : TRUE;
+    return !Failed() && fresh.Replace() ? TRUE : FALSE;
 }
 
 BOOL CT_GlossaryFile::sb_Load(CT_BiLingualUWordList* list, const char16_t* file) {

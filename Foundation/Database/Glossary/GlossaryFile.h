@@ -19,7 +19,8 @@ class CT_BiLingualUWordList;
 
 class FOUNDATION_API CT_GlossaryFile {
 public:
-    // Writes a new file, or in place of one that is there. What a failure leaves is not loaded.
+    // Writes a new file, beside an old one (`file`.new) whose place it takes when it is complete
+    // and stored. On failure the old file stays as it was.
     static BOOL sb_Save(const CT_BiLingualUWordList* list, const char16_t* file);
     // Puts the file's pairs in place of the list's own. On failure the list stays as it was.
     static BOOL sb_Load(CT_BiLingualUWordList* list, const char16_t* file);

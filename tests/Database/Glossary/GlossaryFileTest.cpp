@@ -143,16 +143,20 @@ TEST_F(GlossaryFileTest, TellsWhatIsWrongWithAFile) {
     EXPECT_CT_MESSAGE(31005, u"(31005): Corrupt data in " + name, Load(loaded));
 }
 
-TEST_F(GlossaryFileTest, AFailedWriteOrAllocationIsToldAndLeavesNothingHalfToLoad) {
-    BOOL saved = TRUE;
+TEST_F(GlossaryFileTest, AFailedWriteIsToldAndLeavesTheOldFile) {
+    const CT_BiLingualUWordList old;
+    BOOL saved = CT_GlossaryFile::sb_Save(&old, name.c_str());
     const auto save = [&] { saved = CT_GlossaryFile::sb_Save(&list, name.c_str()); };
     const auto check = [&](std::uint32_t) {
         EXPECT_FALSE(saved);
         EXPECT_TRUE(test::TakeError(112));
         CT_BiLingualUWordList loaded;
-        EXPECT_TRUE(Load(loaded) == FALSE || Contents(loaded) == Contents(list));
-        CT_ErrorManager::spco_Get()->v_ClearError();
+        EXPECT_TRUE(Load(loaded));
+        EXPECT_EQ(loaded.n_GetCount(), 0u);
+        EXPECT_EQ(folder.Names().size(), 1u);
     };
+    EXPECT_EQ(test::FailEachFileCall(platform::FileCall::kRename, 112, save, check), 1u);
+    CT_GlossaryFile::sb_Save(&old, name.c_str());
     EXPECT_GT(test::FailEachFileCall(platform::FileCall::kWrite, 112, save, check), 3u);
     EXPECT_GT(test::FailEachAllocation(save), 3u);
     const auto load = [&] {
