@@ -61,7 +61,7 @@ void CT_VoidTree::v_Add(const char16_t* key, const void* item) {
             std::memcpy(&unused_, Item(number), sizeof unused_);
         }
     }
-    std::memcpy(Item(number), item, item_size_);
+    if (item_size_ != 0) std::memcpy(Item(number), item, item_size_);
 }
 
 void CT_VoidTree::v_Add(const CT_UString* key, const void* item) {

@@ -24,9 +24,11 @@ std::basic_string_view<Unit> Units(const CT_Buffer& words) noexcept {
     return {static_cast<const Unit*>(words.qcv_Get()), words.n_GetUsedSize() / sizeof(Unit)};
 }
 
+// Of a word with its zero. More than a buffer can hold is as much as none can.
 template <typename Unit>
 std::uint32_t Bytes(const Unit* word) noexcept {
-    return static_cast<std::uint32_t>((std::char_traits<Unit>::length(word) + 1) * sizeof(Unit));
+    const std::size_t bytes = (std::char_traits<Unit>::length(word) + 1) * sizeof(Unit);
+    return static_cast<std::uint32_t>(std::min<std::size_t>(bytes, 0xFFFFFFFF));
 }
 
 // Room for so many bytes more in a block of its own.
