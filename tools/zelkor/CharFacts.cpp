@@ -70,6 +70,16 @@ constexpr PunctuationClass kPunctuation[] = {
     {"vowel", Properties::sb_IsVowel},
 };
 
+// With rules of their own for where lines may break.
+struct Writing {
+    const char* name;
+    unsigned int language_id;
+};
+constexpr Writing kWritings[] = {{"traditional Chinese", 0x0404},
+                                 {"simplified Chinese", 0x0804},
+                                 {"Japanese", 0x0411},
+                                 {"Korean", 0x0412}};
+
 std::string Text(const char16_t* text) {
     return ToUtf8(CT_UString(text));
 }
@@ -98,6 +108,15 @@ Values PunctuationClassesOf(char16_t unit) {
     Values values;
     for (const auto& [name, test] : kPunctuation) {
         if (test(unit)) values.emplace_back(name);
+    }
+    return values;
+}
+
+// The writings that do not let a line begin or end with it.
+Values WritingsWithout(BOOL (*may_stand)(char16_t, unsigned int), char16_t unit) {
+    Values values;
+    for (const auto& [name, language_id] : kWritings) {
+        if (!may_stand(unit, language_id)) values.emplace_back(name);
     }
     return values;
 }
@@ -202,6 +221,9 @@ std::vector<Fact> FactsOf(char32_t code) {
         {"processing", "processing", kTexts,
          NamesOfBits(Properties::sn2_GetTextProcessingInformation(unit), kProcessing)},
         {"punctuation", "punctuation", kTexts, PunctuationClassesOf(unit)},
+        {"no line start", "noLineStart", kTexts,
+         WritingsWithout(Properties::sb_CanStartLine, unit)},
+        {"no line end", "noLineEnd", kTexts, WritingsWithout(Properties::sb_CanEndLine, unit)},
         {"lower case", "lowerCase", kCharacter, MappedBy(Mappings::su_ToLower, unit)},
         {"upper case", "upperCase", kCharacter, MappedBy(Mappings::su_ToUpper, unit)},
         {"base", "base", kCharacter, MappedBy(Mappings::su_ToBase, unit)},

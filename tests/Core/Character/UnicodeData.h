@@ -1,4 +1,5 @@
 // The character database of Unicode 2.0 as published, for tests that derive whole tables from it.
+// It may be passed on together with the notice beside it, data/UnicodeData-2.0.14-ReadMe.txt.
 #ifndef TESTS_CORE_CHARACTER_UNICODEDATA_H
 #define TESTS_CORE_CHARACTER_UNICODEDATA_H
 
