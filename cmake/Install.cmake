@@ -29,4 +29,5 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/zelkor-foundation.pc.in
 install(FILES ${PROJECT_BINARY_DIR}/zelkor-foundation.pc
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE ${PROJECT_SOURCE_DIR}/docs/licenses/Unicode-3.0.txt
+  ${PROJECT_SOURCE_DIR}/docs/licenses/Globalize-MIT.txt
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zelkor-foundation)

@@ -117,7 +117,7 @@ def separator(text, before, after):
             break
         else:
             found, between = token[0] in before, ""
-    return between.strip() or between
+    return between
 
 
 def grouping(number_pattern):

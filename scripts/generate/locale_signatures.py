@@ -1,5 +1,6 @@
 """What the letters of a language need of a font, in the bits of the OpenType OS/2 table (ulUnicodeRange,
-ulCodePageRange); used by locales.py."""
+ulCodePageRange), and their texts in the letters of a code page; used by locales.py."""
+import unicodedata
 
 # Bit of ulUnicodeRange: its blocks. Those that no locale needs are left out.
 RANGES = {
@@ -20,6 +21,25 @@ PAGES = {1252: 0, 1250: 1, 1251: 2, 1253: 3, 1254: 4, 1255: 5, 1256: 6, 1257: 7,
          932: 17, 936: 18, 949: 19, 950: 20, 1361: 21, 866: 49, 862: 53, 857: 56, 855: 57, 852: 58,
          775: 59, 737: 60, 850: 62, 437: 63}
 CODECS = {949: "cp949", 950: "cp950", 936: "gbk", 932: "cp932", 1361: "johab", 874: "cp874"}
+
+
+# What a code page may have for a letter that it lacks: apostrophes, cedillas for commas, yeh, teh marbuta;
+# nothing for the hamza above.
+LIKE = {"\u02bb": "'", "\u02bc": "'", "\u02bf": "'", "ț": "ţ", "ș": "ş", "Ț": "Ţ", "Ș": "Ş", "\u06cc": "\u064a",
+        "\u06c3": "\u0629", "\u0654": ""}
+
+
+def fitted(text, page):
+    """The text with such letters, and with an accent behind its letter, where the page needs it."""
+    out = ""
+    for c in text:
+        if not writes(page, [ord(c)]):
+            letter, *accents = unicodedata.normalize("NFD", c)
+            forms = [unicodedata.normalize("NFC", letter + "".join(accents).replace(accent, "")) + accent
+                     for accent in accents]
+            c = next((form for form in [LIKE.get(c, c), *forms] if writes(page, map(ord, form))), c)
+        out += c
+    return out
 
 
 def writes(page, points):

@@ -239,15 +239,38 @@ def derived(out):
     }
 
 
+def no_break(text):
+    return text.replace("U+00A0", "\u00a0")
+
+
+# What conventions.tsv has, by locale. Separators of numbers go for amounts as well, and so do digits.
+def conventions():
+    columns, *rows = tsv("conventions.tsv")
+    also = {"SDECIMAL": "SMONDECIMALSEP", "STHOUSAND": "SMONTHOUSANDSEP",
+            "ICURRDIGITS": "IINTLCURRDIGITS"}
+    table = {}
+    for lcid, *cells in rows:
+        assert lcid not in table and len(cells) < len(columns), f"conventions.tsv: {lcid}"
+        given = {key: no_break(text) if text != "none" else ""
+                 for key, text in zip(columns[1:], cells) if text}
+        table[lcid] = given | {also[key]: text for key, text in given.items() if key in also}
+    return table
+
+
+# What overrides.tsv has for the locale; names with a star for one value after the other.
 def overrides(lcid):
-    fitting = [row for row in tsv("overrides.tsv") if row[0] in (lcid[2:], lcid)]
-    return {key: text.replace("U+00A0", "\u00a0")
-            for _, key, text in sorted(fitting, key=lambda row: len(row[0]))}
+    fitting, out = [row for row in tsv("overrides.tsv") if row[0] in (lcid[2:], lcid)], {}
+    for _, key, text in sorted(fitting, key=lambda row: len(row[0])):
+        names = [key]
+        if key.endswith("*"):
+            names = [key[:-1] + str(n) for n in range(1, text.count("|") + 2)]
+        out.update(zip(names, no_break(text).split("|") if key.endswith("*") else [no_break(text)]))
+    return out
 
 
 def read(cldr):
     places = {code: rest for code, *rest in tsv("territories.tsv")}
-    table = []
+    habits, table = conventions(), []
     for lcid, tag, abbreviation, language, full, *pages, long in tsv("rows.tsv"):
         territory = tag.rpartition("-")[2]
         row = {"lcid": lcid, "tag": tag, "abbreviation": abbreviation, "language": language,
@@ -256,13 +279,15 @@ def read(cldr):
         out = {}
         for fill in (names, numbers, dates, months):
             fill(cldr, row, out)
-        special = overrides(lcid)
-        for n in range(1, 13):
-            if f"SMONTHNAME{n}" in special:
-                special[f"GENITIVE{n}"] = special[f"SMONTHNAME{n}"]
+        special = {**habits.get(lcid, {}), **overrides(lcid)}
+        for n in range(1, 13):  # a language with one form of a month has one with other words too
+            if f"SMONTHNAME{n}" in special and out[f"SMONTHNAME{n}"] == out[f"GENITIVE{n}"]:
+                special.setdefault(f"GENITIVE{n}", special[f"SMONTHNAME{n}"])
         out.update(special)
         out = {**out, **derived(out), **special}
-        assert not set(special) - set(COLUMNS), f"unknown names in overrides.tsv for {lcid}"
+        assert not set(special) - set(COLUMNS + MONTHS), f"unknown names for {lcid}"
+        if pages[0] != "0":
+            out = {key: locale_signatures.fitted(text, int(pages[0])) for key, text in out.items()}
         characters = cldr.main("misc", tag, "characters")["characters"]["exemplarCharacters"]
         signature = locale_signatures.signature(lp.exemplars(characters), pages[:2])
         table.append((int(lcid, 16), out, signature))
