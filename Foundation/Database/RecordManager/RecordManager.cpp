@@ -164,7 +164,8 @@ bool CT_RecordManager::ReadFreeTable() {
     return true;
 }
 
-// Keys of a sound file ascend; those of a damaged one are put in order, so that each can be found.
+// Keys of a sound file ascend; those of a damaged one are put in order, so that each can be found,
+// and of entries that a killed process left twice one is kept.
 bool CT_RecordManager::ReadDirectory() {
     const unsigned int count = n_GetResourceCount();
     const std::uint64_t at = format::DirectoryAt(Get(format::kCapacityAt));
@@ -181,13 +182,27 @@ bool CT_RecordManager::ReadDirectory() {
     auto* const entries = static_cast<std::byte*>(scratch_.qv_Get());
     FromFile(entries, scratch_.n_GetUsedSize());
     const std::span<st_Resource> resources(reinterpret_cast<st_Resource*>(entries), count);
-    if (!std::ranges::is_sorted(resources, {}, &st_Resource::key)) {
-        std::ranges::sort(resources, {}, &st_Resource::key);
+    if (!std::ranges::is_sorted(resources, std::ranges::less_equal(), &st_Resource::key)) {
+        KeepOneOfEach(resources);
     }
     const CT_VoidArray sorted(&scratch_, sizeof(st_Resource));
     directory_.v_Set(&sorted);
     directory_.v_SetGrowth(kTableGrowth);
     return true;
+}
+
+void CT_RecordManager::KeepOneOfEach(std::span<st_Resource> resources) {
+    std::ranges::sort(resources, {}, [](const st_Resource& one) {
+        return std::uint64_t{one.key} << 32 | one.offset;
+    });
+    const auto rest = std::ranges::unique(resources, {}, &st_Resource::key);
+    if (rest.empty()) return;
+    const auto kept = static_cast<unsigned int>(resources.size() - rest.size());
+    scratch_.v_SetUsedSize(kept * format::kEntrySize);
+    Put(format::kResourceCountAt, kept);
+    if (open_mode_ != kModeReadWrite) return;
+    HeaderChanged();
+    Add(format::kResourceCounterAt, 1);
 }
 
 void CT_RecordManager::ForgetTables() {

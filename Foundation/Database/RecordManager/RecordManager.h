@@ -28,6 +28,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/Container/VoidArray.h"
@@ -187,6 +188,7 @@ private:
     bool ReadTables();
     bool ReadFreeTable();
     bool ReadDirectory();
+    void KeepOneOfEach(std::span<st_Resource> resources);
     void ForgetTables();
     void CloseFailed(unsigned int length);
     void JudgeLayout();

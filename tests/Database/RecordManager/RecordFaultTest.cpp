@@ -1,4 +1,4 @@
-// Failing calls and exhausted memory.
+// Failing calls, full disks and exhausted memory.
 #include <map>
 
 #include "RecordFiles.h"
@@ -100,6 +100,43 @@ TEST_F(RecordFaultTest, EveryFailingCallLeavesWhatWasStored) {
             ClearError();
         }
         EXPECT_GT(failed, mapping == Manager::kMapNever ? 60u : 6u);
+    }
+}
+
+TEST_F(RecordFaultTest, AFullDiskLosesNothingThatWasStored) {
+    for (std::uint32_t after = 0; after < 20; ++after) {
+        for (const std::uint32_t limit : {0u, 5u, 70u}) {
+            SCOPED_TRACE(testing::Message() << after << " " << limit);
+            Prepare();
+            {
+                const FullDisk full(after, limit);
+                Scenario(Manager::kMapNever);
+            }
+            VerifyFile();
+        }
+    }
+}
+
+TEST_F(RecordFaultTest, AMappingThatCannotGrowFailsTheAdditionAlone) {
+    for (const bool full : {false, true}) {
+        SCOPED_TRACE(full);
+        Prepare();
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapAlways);
+        platform::FailFileCall(platform::FileCall::kGrowView, 0, 8);  // then it is made anew
+        if (full) platform::FailFileCall(platform::FileCall::kCreateMapping, 0, 112);
+        const unsigned int large = Add(manager, Bytes(1, 3000000));
+        platform::ClearFileFaults();
+        EXPECT_TRUE(full ? TakeError(112) : NoError());
+        EXPECT_EQ(large == 0, full);
+        EXPECT_EQ(manager.b_GetMapping() == 0, full);
+        VerifyFlushed(manager);
+        EXPECT_NE(Add(manager, "another"), 0u);
+        if (!full) {
+            EXPECT_EQ(Get(manager, large), Bytes(1, 3000000));
+        }
+        manager.v_Close(TRUE);
+        VerifyFile();
     }
 }
 

@@ -80,6 +80,9 @@ void Verify(const Board& board, const CT_WinFile& file, const CT_RecordRepair* r
     Manager manager(&file);
     manager.v_Open(Manager::kModeRead, Manager::kMapAlways);
     ASSERT_TRUE(NoError());
+    for (unsigned int i = 2; i <= manager.n_GetResourceCount(); ++i) {
+        ASSERT_LT(manager.n_GetResourceKeyAt(i - 1), manager.n_GetResourceKeyAt(i));
+    }
     std::map<unsigned int, unsigned int> moved;
     for (unsigned int i = 1; repair != nullptr && i <= repair->n_GetMovedCount(); ++i) {
         moved[repair->so_GetMovedAt(i).old_reference] = repair->so_GetMovedAt(i).new_reference;
