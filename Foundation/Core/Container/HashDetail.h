@@ -37,8 +37,9 @@ template <bool kFolds, typename Unit>
 [[nodiscard]] constexpr HashedText HashAndLength(const Unit* text) noexcept {
     std::uint32_t hash = 0;
     std::size_t at = 0;
-    // Six units below 0x80 stay below 28 bits: nothing to fold, and a shorter chain of operations.
-    for (; at < 6 && Addend<kFolds>(text[at]) - 1 < 0x7F; ++at) {
+    // Six units below 0xF0 stay below 28 bits, so the seventh has nothing to fold either, and the
+    // chain of operations is shorter.
+    for (; at < 7 && Addend<kFolds>(text[at]) - 1 < 0xEF; ++at) {
         hash = (hash << 4) + Addend<kFolds>(text[at]);
     }
     // Folding is left to the next round, which shifts what was folded out of the word.

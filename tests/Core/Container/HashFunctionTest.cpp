@@ -34,7 +34,8 @@ TEST(HashFunctionTest, AgreeWithTheDefinitionForTextsInEveryForm) {
     test::Random random;
     std::deque<test::KeyText> texts;
     for (const char* const text : {"", "i", "\xE9", "zZ{`@["}) texts.emplace_back(text);
-    texts.emplace_back(std::string(300, 'z') + '\xFF');
+    for (const char byte : std::string("z\xEF\xF0\xFF"))
+        texts.emplace_back(std::string(300, byte) + '\xFF');
     while (texts.size() < 200) texts.emplace_back(random.Text(20));
     for (const test::KeyText& text : texts) {
         for (const unsigned int size : {1u, 13u, 4093u, 0x80000001u, 0xFFFFFFFFu}) {
