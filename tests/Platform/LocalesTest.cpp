@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <set>
 #include <sstream>
@@ -139,6 +140,27 @@ TEST_F(LocalesTest, EachThreadHasItsLocale) {
     EXPECT_TRUE(SetThreadLocale(0));
     SetDefaultLocales(0x0807, 0x0807);
     EXPECT_EQ(GetThreadLocale(), 0x0807u);
+}
+
+// An answer belongs to one of the defaults, never to the row of one and the sort order of the
+// other.
+TEST_F(LocalesTest, DefaultsMayChangeWhileThreadsAsk) {
+    std::vector<std::thread> threads;
+    std::atomic<int> asking = 3;
+    for (const LCID own : {0x0407u, 0x0411u, 0u}) {
+        threads.emplace_back([own, &asking] {
+            EXPECT_TRUE(SetThreadLocale(own));
+            for (int i = 0; i < 1'000'000; ++i) {
+                const LCID user = ResolveLocale(0), mine = GetThreadLocale();
+                EXPECT_TRUE(user == 0x0C07 || user == 0x00010407) << std::hex << user;
+                EXPECT_TRUE(mine == own || (own == 0 && (mine == 0x0C07 || mine == 0x00010407)));
+            }
+            --asking;
+        });
+    }
+    for (LCID user = 0x0C07; asking != 0; user ^= 0x0C07 ^ 0x00010407)
+        SetDefaultLocales(user, 0x0411);
+    for (std::thread& thread : threads) thread.join();
 }
 
 TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {

@@ -121,8 +121,9 @@ bool IsValidLocale(LCID lcid, std::uint32_t which) noexcept {
 }
 
 LCID ResolveLocale(LCID lcid) noexcept {
+    lcid = WithoutDefaults(lcid);  // once: another thread may be changing the defaults
     const std::optional<std::uint32_t> row = FindRow(lcid);
-    return row ? (WithoutDefaults(lcid) & 0xFFFF0000) | nls::kRowLanguages[*row] : 0;
+    return row ? (lcid & 0xFFFF0000) | nls::kRowLanguages[*row] : 0;
 }
 
 std::uint32_t LocaleCount() noexcept {
@@ -157,13 +158,14 @@ std::optional<std::u16string_view> LocaleText(LCID lcid, std::uint32_t type) noe
     const std::uint32_t number = type & ~nls::kTypeFlags;
     const std::optional<std::uint32_t> column = nls::ColumnOf(number);
     if (!column || !TakesFlags(number, type & kLocaleGenitiveNames)) return std::nullopt;
+    lcid = WithoutDefaults(lcid);
     const std::optional<std::uint32_t> row = FindRow(lcid);
     if (!row) return std::nullopt;
     if (number == kLocaleFontSignature) {
         return std::u16string_view(nls::kLocaleSignatures[*row], kSignatureUnits);
     }
     if (number == kSortNameType) {
-        if (const AlternateSort* sort = FindAlternate(WithoutDefaults(lcid))) return sort->name;
+        if (const AlternateSort* sort = FindAlternate(lcid)) return sort->name;
     }
     if ((type & kLocaleGenitiveNames) != 0 && IsMonthName(number)) {
         return nls::TextAt(*row, nls::kGenitiveMonthColumn + number - kLocaleMonthName1);
