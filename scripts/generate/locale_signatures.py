@@ -23,10 +23,8 @@ PAGES = {1252: 0, 1250: 1, 1251: 2, 1253: 3, 1254: 4, 1255: 5, 1256: 6, 1257: 7,
 CODECS = {949: "cp949", 950: "cp950", 936: "gbk", 932: "cp932", 1361: "johab", 874: "cp874"}
 
 
-# What a code page may have for a letter that it lacks: apostrophes, cedillas for commas, yeh, teh marbuta;
-# nothing for the hamza above.
-LIKE = {"\u02bb": "'", "\u02bc": "'", "\u02bf": "'", "ț": "ţ", "ș": "ş", "Ț": "Ţ", "Ș": "Ş", "\u06cc": "\u064a",
-        "\u06c3": "\u0629", "\u0654": ""}
+# What a code page may have for a letter that it lacks: apostrophes, cedillas for commas.
+LIKE = {"\u02bb": "'", "\u02bc": "'", "\u02bf": "'", "ț": "ţ", "ș": "ş", "Ț": "Ţ", "Ș": "Ş"}
 
 
 def fitted(text, page):

@@ -94,8 +94,8 @@ std::multimap<std::uint32_t, Text> Texts(LCID lcid) {
 TEST(LocaleTablesTest, TextsAreWellFormedAndWrittenInTheAnsiPage) {
     const std::set<std::uint32_t> may_be_empty{0x28, 0x29, 0x50, 0x100E, 0x100F};
     const std::set<std::uint32_t> may_end_in_a_blank{0x0F, 0x17, 0x1D};
-    const std::set<LCID> more_letters{0x042C, 0x082C, 0x042E, 0x043F,
-                                      0x0440, 0x0444, 0x0450, 0x0459};
+    const std::set<LCID> more_letters{0x0420, 0x0429, 0x042C, 0x082C, 0x042E,
+                                      0x043F, 0x0440, 0x0444, 0x0450, 0x0459};
     EachLocale([&](LCID lcid) {
         const auto page = static_cast<std::uint32_t>(Number(lcid, kLocaleAnsiCodePage));
         bool complete = true;

@@ -57,9 +57,9 @@ inline constexpr std::uint32_t kShortHebrewColumn = 37;
 
 // Starts of the texts, each of which ends in a zero.
 extern const std::uint16_t kLocaleOffsets[kLocaleRows][134];
-extern const char16_t kLocaleTexts[43240];
+extern const char16_t kLocaleTexts[43276];
 extern const std::uint16_t kMonthOffsets[kLocaleRows][50];
-extern const char16_t kMonthTexts[8639];
+extern const char16_t kMonthTexts[8650];
 
 // The words of a LocaleSignature, low halves first.
 extern const char16_t kLocaleSignatures[kLocaleRows][16];
