@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "Foundation/Core/Exception/NarrowText.h"
+#include "Foundation/Core/Exception/ExceptionDetail.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Runtime.h"

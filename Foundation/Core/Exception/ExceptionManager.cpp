@@ -6,7 +6,7 @@
 #include <new>
 #include <utility>
 
-#include "Foundation/Core/Exception/NarrowText.h"
+#include "Foundation/Core/Exception/ExceptionDetail.h"
 #include "Foundation/Core/File/PlatformName.h"
 #include "Foundation/Core/TestOut/TestOut.h"
 #include "Foundation/Platform/Dialogs.h"

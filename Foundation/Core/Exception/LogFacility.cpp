@@ -3,7 +3,7 @@
 #include <cstdarg>
 #include <cstddef>
 
-#include "Foundation/Core/Exception/NarrowText.h"
+#include "Foundation/Core/Exception/ExceptionDetail.h"
 #include "Foundation/Platform/Runtime.h"
 
 namespace {

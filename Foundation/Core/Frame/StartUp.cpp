@@ -7,7 +7,7 @@
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Frame/StringTable.h"
-#include "Foundation/Core/Frame/VersionResource.h"
+#include "Foundation/Core/Frame/VersionResourceDetail.h"
 #include "Foundation/Core/Language/Language.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/CString.h"

@@ -176,23 +176,19 @@ TEST(DLLObjectTest, LongNamesAreCutToTheField) {
 }
 
 TEST(DLLObjectTest, TraceLinesComeInSixPieces) {
-    const HINSTANCE module = platform::ModuleOf(reinterpret_cast<const void*>(&Routine));
     Client client(u"Filters", TRUE);
-    client.v_OnNotify(module, kProcessAttach);
-    char process[32], thread[32];
-    std::snprintf(process, sizeof process, "0x%X)\n", platform::CurrentProcessId());
-    std::snprintf(thread, sizeof thread, "0x%X)\n", platform::CurrentThreadId());
+    client.v_OnNotify(platform::ModuleOf(reinterpret_cast<const void*>(&Routine)), kProcessAttach);
+    const std::string begin = "*** Filters (" + test::Utf8(client.qcuz_GetPath());
     static constexpr const char* kReasons[] = {"): Process Detach (pid ", "): Process Attach (pid ",
                                                "): Thread Attach (tid ", "): Thread Detach (tid "};
     for (unsigned int reason = 0; reason < 5; ++reason) {
         const DebugOutput output;
         DLLObjectTestAccess::PrintMessage(client, reason);
-        using Pieces = std::vector<std::string>;
-        const std::string path = test::Utf8(client.qcuz_GetPath());
-        const char* const id = reason < 2 ? process : thread;
-        EXPECT_EQ(pieces, reason == 4
-                              ? Pieces{}
-                              : (Pieces{"*** ", "Filters", " (", path, kReasons[reason], id}));
+        char id[32];
+        std::snprintf(id, sizeof id, "0x%X)\n",
+                      reason < 2 ? platform::CurrentProcessId() : platform::CurrentThreadId());
+        EXPECT_EQ(pieces.size(), reason == 4 ? 0u : 6u);
+        EXPECT_EQ(output.Whole(), reason == 4 ? "" : begin + kReasons[reason] + id);
     }
     const DebugOutput output;
     DLLObjectTestAccess::PrintMessage(Client(u"", TRUE), 0);

@@ -1,6 +1,6 @@
 // What the sources of this folder share: 8-bit texts of code page 0.
-#ifndef FOUNDATION_CORE_EXCEPTION_NARROWTEXT_H
-#define FOUNDATION_CORE_EXCEPTION_NARROWTEXT_H
+#ifndef FOUNDATION_CORE_EXCEPTION_EXCEPTIONDETAIL_H
+#define FOUNDATION_CORE_EXCEPTION_EXCEPTIONDETAIL_H
 
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Core/String/UString.h"
