@@ -195,9 +195,11 @@ void CT_RecordManager::KeepOneOfEach(std::span<st_Resource> resources) {
     std::ranges::sort(resources, {}, [](const st_Resource& one) {
         return std::uint64_t{one.key} << 32 | one.offset;
     });
-    const auto rest = std::ranges::unique(resources, {}, &st_Resource::key);
-    if (rest.empty()) return;
-    const auto kept = static_cast<unsigned int>(resources.size() - rest.size());
+    const auto rest = std::unique(
+        resources.begin(), resources.end(),
+        [](const st_Resource& one, const st_Resource& other) { return one.key == other.key; });
+    const auto kept = static_cast<unsigned int>(rest - resources.begin());
+    if (kept == resources.size()) return;
     scratch_.v_SetUsedSize(kept * format::kEntrySize);
     Put(format::kResourceCountAt, kept);
     if (open_mode_ != kModeReadWrite) return;
