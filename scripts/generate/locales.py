@@ -283,6 +283,9 @@ def read(cldr):
         for n in range(1, 13):  # a language with one form of a month has one with other words too
             if f"SMONTHNAME{n}" in special and out[f"SMONTHNAME{n}"] == out[f"GENITIVE{n}"]:
                 special.setdefault(f"GENITIVE{n}", special[f"SMONTHNAME{n}"])
+        if special.pop("GENITIVE", None) == "SMONTHNAME":
+            special.update({f"GENITIVE{n}": special.get(f"SMONTHNAME{n}", out[f"SMONTHNAME{n}"])
+                            for n in range(1, 13)})
         out.update(special)
         out = {**out, **derived(out), **special}
         assert not set(special) - set(COLUMNS + MONTHS), f"unknown names for {lcid}"

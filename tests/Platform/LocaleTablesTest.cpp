@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "Foundation/Core/Character/CharMappings.h"
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/Nls/Locales.h"
@@ -143,20 +144,33 @@ TEST(LocaleTablesTest, NamesIdentifyTheLocale) {
 
 TEST(LocaleTablesTest, NamesOfDaysAndMonthsAreDistinct) {
     const struct {
-        std::uint32_t calendar, type, count, names;
+        std::uint32_t calendar, type, count;
     } lists[] = {
-        {1, 0x07, 7, 7},         {1, 0x15, 12, 12}, {1, 0x22, 12, 12},
-        {1, 0x10000015, 12, 12}, {6, 0x15, 13, 13},  // the thirteenth is empty
-        {8, 0x15, 13, 13},
+        {1, 0x07, 7},        {1, 0x15, 12}, {1, 0x22, 12},
+        {1, 0x10000015, 12}, {6, 0x15, 13},  // the thirteenth is empty
+        {8, 0x15, 13},
     };
     EachLocale([&](LCID lcid) {
-        for (const auto& [calendar, type, count, names] : lists) {
+        for (const auto& [calendar, type, count] : lists) {
             std::set<Text> found;
             for (std::uint32_t i = 0; i < count; ++i) {
                 found.insert(Text(*CalendarText(lcid, calendar, type + i)));
             }
-            EXPECT_EQ(found.size(), names) << calendar << " " << std::hex << type;
+            EXPECT_EQ(found.size(), count) << calendar << " " << std::hex << type;
             EXPECT_EQ(found.contains(u""), calendar == 6);
+        }
+        // The form beside a day number begins alike, and does not bring what the picture brings.
+        const Text picture = Value(lcid, kLocaleLongDate);
+        const std::size_t behind = picture.find(u"MMMM'");
+        const Text brought =
+            behind == Text::npos
+                ? Text(u"?")
+                : picture.substr(behind + 5, picture.find_first_of(u" '", behind + 5) - behind - 5);
+        for (std::uint32_t type = kLocaleMonthName1; type < kLocaleMonthName1 + 12; ++type) {
+            const Text alone = Value(lcid, type), beside = Value(lcid, type | kLocaleGenitiveNames);
+            EXPECT_EQ(CT_CharMappings::su_ToLower(alone[0]),
+                      CT_CharMappings::su_ToLower(beside[0]));
+            EXPECT_TRUE(alone == beside || brought.empty() || !beside.ends_with(brought));
         }
     });
 }

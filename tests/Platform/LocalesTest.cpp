@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -201,10 +200,10 @@ std::vector<std::string> Seen(Enumerate enumerate, std::size_t limit, Arguments.
 
 TEST_F(LocalesTest, EnumerationHandsOverEachLocaleOnce) {
     const auto installed = Seen(EnumSystemLocales, 1000, kLocaleInstalled);
-    EXPECT_EQ(std::set<std::string>(installed.begin(), installed.end()).size(), LocaleCount());
-    for (const std::string& text : installed) {
-        EXPECT_EQ(ResolveLocale(Hexadecimal(text)), Hexadecimal(text));
-        EXPECT_EQ(text.size(), 8u);
+    ASSERT_EQ(installed.size(), LocaleCount());
+    for (std::uint32_t i = 0; i < LocaleCount(); ++i) {
+        EXPECT_EQ(Hexadecimal(installed[i]), LocaleAt(i));
+        EXPECT_EQ(installed[i].size(), 8u);
     }
     EXPECT_EQ(Seen(EnumSystemLocales, 1000, kLocaleAlternateSorts).at(1), "00010407");
     EXPECT_EQ(Seen(EnumSystemLocales, 1000, kLocaleSupported | kLocaleAlternateSorts).size(),
@@ -230,9 +229,6 @@ TEST_F(LocalesTest, CalendarsAnswerInTheLanguageOfTheLocale) {
                   return CalendarText(subject & 0xFFFF, subject >> 16, type);
               });
     for (std::uint32_t calendar = 1; calendar <= kCalendarCount; ++calendar) {
-        for (std::uint32_t type = 1; type <= 0x30; ++type) {
-            EXPECT_TRUE(CalendarText(0x0409, calendar, type).has_value());
-        }
         std::uint32_t number = 0;
         EXPECT_EQ(GetCalendarInfo(0x0409, calendar, 1 | kLocaleReturnNumber, nullptr, 0, &number),
                   2);

@@ -57,7 +57,7 @@ inline constexpr std::uint32_t kShortHebrewColumn = 37;
 
 // Starts of the texts, each of which ends in a zero.
 extern const std::uint16_t kLocaleOffsets[kLocaleRows][134];
-extern const char16_t kLocaleTexts[43276];
+extern const char16_t kLocaleTexts[42875];
 extern const std::uint16_t kMonthOffsets[kLocaleRows][50];
 extern const char16_t kMonthTexts[8650];
 
