@@ -1,9 +1,8 @@
-// How a key is found. Apart from the rest, so that the ways that are short stay so.
+// How a key is found.
 
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Core/Container/ContainerDetail.h"
 #include "Foundation/Core/Container/HashDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
@@ -68,10 +67,4 @@ CT_VoidHashTable::Place CT_VoidHashTable::Find(const void* key) const {
 
 const CT_VoidHashTable::st_HashItem* CT_VoidHashTable::LookupOther(const void* key) const {
     return count_ == 0 ? nullptr : *FindHere(key).link;
-}
-
-BOOL CT_VoidHashTable::GetOther(const void* key, void* out) const {
-    const st_HashItem* const item = LookupOther(key);
-    GiveItem(out, item == nullptr ? nullptr : item->pcv_GetData(), data_size_);
-    return item == nullptr ? FALSE : TRUE;
 }

@@ -98,20 +98,12 @@ BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
     return TRUE;
 }
 
-BOOL CT_VoidHashTable::b_Get(const void* key, void* out) const {
-    if (rules_.path != Rules::Path::kNumber || count_ == 0) return GetOther(key, out);
-    const st_HashItem* const item = Lookup(key);
-    GiveItem(out, item == nullptr ? nullptr : item->pcv_GetData(), data_size_);
-    return item == nullptr ? FALSE : TRUE;
-}
-
 BOOL CT_VoidHashTable::b_Remove(const void* key, void* out) {
-    const Place place = count_ == 0 ? Place{} : Find(key);
-    const st_HashItem* const item = place.link == nullptr ? nullptr : *place.link;
-    GiveItem(out, item == nullptr ? nullptr : item->pcv_GetData(), data_size_);
-    if (item == nullptr) return FALSE;
-    Unlink(place.link, place.link == place.head);
-    return TRUE;
+    if (count_ == 0) return Give(nullptr, out);
+    const Place place = Find(key);
+    const BOOL found = Give(*place.link, out);
+    if (found != FALSE) Unlink(place.link, place.link == place.head);
+    return found;
 }
 
 void CT_VoidHashTable::v_RemoveAt(std::uint32_t slot, const st_HashItem* item) noexcept {
@@ -223,6 +215,15 @@ void CT_VoidHashTable::Rebuild(std::uint32_t tableSize) {
         }
     }
     slots_.Swap(fresh);
+}
+
+BOOL CT_VoidHashTable::Give(const st_HashItem* item, void* out) const noexcept {
+    if (item == nullptr) {
+        if (out != nullptr) ClearItem(out, data_size_);
+        return FALSE;
+    }
+    if (out != nullptr) CopyItem(out, item->pcv_GetData(), data_size_);
+    return TRUE;
 }
 
 void CT_VoidHashTable::Unlink(st_HashItem** link, bool isHead) noexcept {

@@ -79,7 +79,7 @@ public:
     // first gets 13 slots.
     BOOL b_Insert(const void* key, const void* data);
     // Whether the key is there. Unless null, `out` gets the data, or zeros when it is not.
-    BOOL b_Get(const void* key, void* out) const;
+    BOOL b_Get(const void* key, void* out) const { return Give(Lookup(key), out); }
     // As b_Get, and the item is removed. `key` may be the stored key itself.
     BOOL b_Remove(const void* key, void* out);
     // Removes an item of that slot's chain.
@@ -172,7 +172,8 @@ private:
         return item;
     }
     [[nodiscard]] const st_HashItem* LookupOther(const void* key) const;
-    BOOL GetOther(const void* key, void* out) const;
+    // Unless null, `out` gets the item's data, or zeros when there is none; whether there is.
+    BOOL Give(const st_HashItem* item, void* out) const noexcept;
     // Adds an item whose key is not there, and grows.
     void Add(const void* key, std::uint32_t hash, const void* data);
     void InsertAll(const CT_VoidHashTable& other);
