@@ -163,8 +163,9 @@ void CT_VoidHashTable::Add(const void* key, std::uint32_t hash, const void* data
 }
 
 void CT_VoidHashTable::InsertAll(const CT_VoidHashTable& other) {
+    const bool disagree = rules_.path == Rules::Path::kKnown && !rules_.filters;
     if (key_size_ != other.key_size_ || data_size_ != other.data_size_ || hash_ != other.hash_ ||
-        compare_ != other.compare_) {
+        compare_ != other.compare_ || disagree) {
         return InsertConverted(other);
     }
     // Keys that differ there differ here, so none is looked for: that keeps long chains linear.

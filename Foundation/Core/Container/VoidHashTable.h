@@ -31,7 +31,8 @@ public:
     // Answers the slot of a key, from 1 to the table size, which is at least 1. See
     // CT_HashFunction.
     using HashFunction = unsigned int (*)(const void* key, unsigned int tableSize);
-    // Compares the key stored with the key looked for: 0 when they are equal.
+    // Compares the key stored with the key looked for: 0 when they are equal. Functions of a
+    // caller's own must agree: equal keys have equal slots.
     using CompareFunction = int (*)(const void* stored, const void* wanted);
 
     // An item; the bytes of its key follow, then those of its data, without padding.
