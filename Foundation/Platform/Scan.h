@@ -21,7 +21,7 @@ inline constexpr std::size_t kNoHit = static_cast<std::size_t>(-1);
                                                   char16_t wanted) noexcept;
 
 // Index of the first occurrence of wanted[0, wanted_length), kNoHit when there is none; an empty
-// one is found at 0.
+// one is found at 0. Linear in both lengths, whatever the texts.
 [[nodiscard]] FOUNDATION_API std::size_t FindText(const char* text, std::size_t length,
                                                   const char* wanted,
                                                   std::size_t wanted_length) noexcept;

@@ -26,9 +26,9 @@ public:
     static std::uint32_t sn_Replace(CT_UString* string, Text find, Text replacement);
     static std::uint32_t sn_Replace(CT_CString* string, const CT_CString* find,
                                     const CT_CString* replacement);
-    // Replaces the occurrences that a search from left to right finds one behind the other, in one
-    // pass over the text; what a replacement brings in is not replaced again. An empty `find`
-    // changes nothing. The texts may be those of the string itself.
+    // Replaces the occurrences that a search from left to right finds one behind the other, in
+    // linear time; what a replacement brings in is not replaced again. An empty `find` changes
+    // nothing. The texts may be those of the string itself.
     static void sv_ReplaceAll(CT_UString* string, Text find, Text replacement);
 
     // First position, going in `direction` (1 or -1) from `from`, whose character is (FindNot: is

@@ -1,8 +1,11 @@
 #include "Foundation/Platform/Scan.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
+
+#include "Foundation/Platform/Nls/TwoWay.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -50,11 +53,39 @@ std::size_t PlainFindUnit(const Unit* text, std::size_t from, std::size_t length
     return kNoHit;
 }
 
+// Compares the wanted text with places whose first and last units agree. Whoever searches asks now
+// and then whether that has cost more than a few units for every unit passed: then nearly every
+// place agrees far into the wanted text, and the search goes on in a way that bears it.
 template <typename Unit>
-bool StartsHere(const Unit* text, const Unit* wanted, std::size_t wanted_length) {
-    return text[0] == wanted[0] && text[wanted_length - 1] == wanted[wanted_length - 1] &&
-           std::memcmp(text, wanted, wanted_length * sizeof(Unit)) == 0;
-}
+class Comparison {
+public:
+    Comparison(const Unit* wanted, std::size_t length) noexcept
+        : wanted_(wanted), length_(length) {}
+
+    bool Holds(const Unit* place) noexcept {
+        if (length_ <= kStep) {
+            compared_ += length_;
+            return std::memcmp(place, wanted_, length_ * sizeof(Unit)) == 0;
+        }
+        std::size_t step = kStep;
+        for (std::size_t at = 0; at < length_; at += step, step *= 2) {
+            step = std::min(step, length_ - at);
+            compared_ += step;
+            if (std::memcmp(place + at, wanted_ + at, step * sizeof(Unit)) != 0) return false;
+        }
+        return true;
+    }
+    [[nodiscard]] bool IsTooCostly(std::size_t passed) const noexcept {
+        return compared_ / 8 > passed + length_;
+    }
+
+private:
+    static constexpr std::size_t kStep = 32;
+
+    const Unit* wanted_;
+    std::size_t length_;
+    std::size_t compared_ = 0;
+};
 
 template <typename Unit>
 std::size_t PlainCommonLength(const Unit* left, const Unit* right, std::size_t from,
@@ -70,12 +101,19 @@ std::size_t FindTextIn(const Unit* text, std::size_t length, const Unit* wanted,
     if (wanted_length == 0) return 0;
     if (length < wanted_length) return kNoHit;
     const std::size_t starts = length - wanted_length + 1;
+    const Unit last_wanted = wanted[wanted_length - 1];
+    Comparison<Unit> comparison(wanted, wanted_length);
+    const auto go_on_linearly = [&](std::size_t from) {
+        const std::size_t hit =
+            detail::TwoWayFind(text + from, length - from, wanted, wanted_length);
+        return hit == kNoHit ? kNoHit : from + hit;
+    };
     std::size_t i = 0;
 #if defined(__SSE2__)
     // Candidates are where the first and the last unit of the wanted text both stand.
     using L = Line<Unit>;
     const __m128i first = L::Fill(wanted[0]);
-    const __m128i last = L::Fill(wanted[wanted_length - 1]);
+    const __m128i last = L::Fill(last_wanted);
     const auto candidates = [&](std::size_t at) {
         return _mm_and_si128(L::Equal(L::Load(text + at), first),
                              L::Equal(L::Load(text + at + wanted_length - 1), last));
@@ -83,7 +121,7 @@ std::size_t FindTextIn(const Unit* text, std::size_t length, const Unit* wanted,
     const auto verify = [&](std::size_t at, __m128i line) {
         for (std::uint32_t mask = L::Mask(line); mask != 0; mask = L::WithoutFirst(mask)) {
             const std::size_t hit = at + L::First(mask);
-            if (StartsHere(text + hit, wanted, wanted_length)) return hit;
+            if (comparison.Holds(text + hit)) return hit;
         }
         return kNoHit;
     };
@@ -94,6 +132,7 @@ std::size_t FindTextIn(const Unit* text, std::size_t length, const Unit* wanted,
         std::size_t hit = verify(i, low);
         if (hit == kNoHit) hit = verify(i + L::kUnits, high);
         if (hit != kNoHit) return hit;
+        if (comparison.IsTooCostly(i)) return go_on_linearly(i + 2 * L::kUnits);
     }
     for (; i + L::kUnits <= starts; i += L::kUnits) {
         const std::size_t hit = verify(i, candidates(i));
@@ -101,7 +140,9 @@ std::size_t FindTextIn(const Unit* text, std::size_t length, const Unit* wanted,
     }
 #endif
     for (; i < starts; ++i) {
-        if (StartsHere(text + i, wanted, wanted_length)) return i;
+        if (text[i] != wanted[0] || text[i + wanted_length - 1] != last_wanted) continue;
+        if (comparison.Holds(text + i)) return i;
+        if (comparison.IsTooCostly(i)) return go_on_linearly(i + 1);
     }
     return kNoHit;
 }

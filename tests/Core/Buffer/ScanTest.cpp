@@ -47,6 +47,38 @@ void Compare() {
     }
 }
 
+// Nearly periodic texts, in which most places agree far into what is wanted.
+template <typename Unit>
+void CompareRepetitive() {
+    using Text = std::basic_string<Unit>;
+    std::mt19937 random(12);
+    for (int i = 0; i < 2000; ++i) {
+        const std::vector<Unit> block = RandomText<Unit>(random, 1U << (i % 7), 2);
+        Text text;
+        while (text.size() < 3000) text.append(block.begin(), block.end()).push_back('a');
+        for (int spots = i % 3; spots > 0; --spots) text[random() % text.size()] = 'b';
+        Text wanted = text.substr(random() % text.size(), 2 + random() % 400);
+        if (i % 2 == 0) wanted[random() % wanted.size()] ^= 3;
+        const std::size_t hit = text.find(wanted);
+        ASSERT_EQ(platform::FindText(text.data(), text.size(), wanted.data(), wanted.size()),
+                  hit == Text::npos ? platform::kNoHit : hit);
+    }
+}
+
+TEST(ScanTest, RepetitiveTextsTakeLinearTime) {
+    CompareRepetitive<char>();
+    CompareRepetitive<char16_t>();
+    // Comparing at every place would take hours.
+    const std::u16string half(std::size_t{1} << 21, u'a');
+    const std::u16string wanted = half + u'b' + half;
+    std::u16string text(std::size_t{1} << 24, u'a');
+    EXPECT_EQ(platform::FindText(text.data(), text.size(), wanted.data(), wanted.size()),
+              platform::kNoHit);
+    text[text.size() - half.size() - 1] = u'b';
+    EXPECT_EQ(platform::FindText(text.data(), text.size(), wanted.data(), wanted.size()),
+              text.size() - wanted.size());
+}
+
 TEST(ScanTest, BytesAndUnitsAgreeWithTheStandardLibrary) {
     Compare<char>();
     Compare<char16_t>();
