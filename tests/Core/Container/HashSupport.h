@@ -82,9 +82,11 @@ struct KeyText {
     const CT_String* string_at = &cstring;  // of the kind that is converted
 };
 
-// Numbers that --gtest_random_seed decides.
+// Numbers that --gtest_random_seed decides; `seed` is shown where they lead to a failure.
 class Random {
 public:
+    const int seed = testing::UnitTest::GetInstance()->random_seed();
+
     // A number below `limit`.
     std::uint32_t operator()(std::size_t limit = std::size_t{1} << 32) {
         return static_cast<std::uint32_t>(numbers_() % limit);
@@ -96,8 +98,7 @@ public:
     }
 
 private:
-    std::mt19937 numbers_{
-        static_cast<std::uint32_t>(testing::UnitTest::GetInstance()->random_seed())};
+    std::mt19937 numbers_{static_cast<std::uint32_t>(seed)};
 };
 
 }  // namespace test

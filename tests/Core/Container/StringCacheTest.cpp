@@ -13,8 +13,8 @@ using Pairs = std::vector<std::pair<std::u16string, std::u16string>>;
 TEST(StringCacheTest, BehavesAsDefinedUnderRandomOperations) {
     for (const auto& [size, ways, buckets] :
          {std::array{12u, 4u, 3u}, {4, 4, 1}, {9, 1, 11}, {60, 10, 7}}) {
-        SCOPED_TRACE(size);
         test::Random random;
+        SCOPED_TRACE(testing::Message() << size << ", seed " << random.seed);
         CT_StringCache cache(size, ways);
         EXPECT_EQ(cache.n_GetSize(), buckets * ways);
         EXPECT_EQ(cache.n_GetCollisions(), ways);

@@ -195,8 +195,8 @@ void Thin(Table& table, Model& model, test::Random& random) {
 
 TEST_F(VoidHashTableTest, BehavesAsDefinedUnderRandomOperations) {
     for (const Keys& keys : kAllKeys) {
-        SCOPED_TRACE(&keys - kAllKeys);
         test::Random random;
+        SCOPED_TRACE(testing::Message() << &keys - kAllKeys << ", seed " << random.seed);
         Table table(8, keys.size, keys.hash, keys.compare, 13);
         Model model{&keys, Chains(13)};
         for (std::uint64_t step = 1; step <= 1200; ++step) {
