@@ -92,7 +92,7 @@ template <typename String, typename Less>
 void Sort(benchmark::State& state, Less less) {
     std::vector<String> words;
     std::uint32_t random = 1;
-    for (int i = 0; i < 20000; ++i) {
+    for (std::uint32_t i = 0; i < 20000; ++i) {
         std::u16string word;
         for (std::uint32_t length = 3 + i % 9; length != 0; --length) {
             random = random * 1664525 + 1013904223;
