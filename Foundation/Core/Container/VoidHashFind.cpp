@@ -31,12 +31,14 @@ bool IsSameText(const char16_t* stored, const char16_t* wanted, std::size_t leng
 
 }  // namespace
 
-template <typename Matches>
+template <bool kFilters, typename Matches>
 inline CT_VoidHashTable::Place CT_VoidHashTable::FindIn(std::uint32_t hash, Matches matches) const {
-    st_HashItem** const head = &HeadOf(hash);
+    const std::uint32_t index = IndexOf(hash);
+    st_HashItem** const head = &slots_[index];
+    if (kFilters && !slots_.MayHold(index, hash)) return {hash, head, nullptr};
     st_HashItem** link = head;
     while (*link != nullptr && !matches(*link)) link = &(*link)->following;
-    return {hash, head, link};
+    return {hash, head, *link == nullptr ? nullptr : link};
 }
 
 inline CT_VoidHashTable::Place CT_VoidHashTable::FindHere(const void* key) const {
@@ -44,21 +46,23 @@ inline CT_VoidHashTable::Place CT_VoidHashTable::FindHere(const void* key) const
         const auto* const text = ValueAt<const char16_t*>(key);
         const HashedText hashed = HashAndLength<false>(text);
         const std::uint32_t tag = TextTag(hashed);
-        return FindIn(tag, [text, tag, length = hashed.length](const st_HashItem* item) {
+        return FindIn<true>(tag, [text, tag, length = hashed.length](const st_HashItem* item) {
             return item->hash == tag &&
                    IsSameText(ValueAt<const char16_t*>(item->pcv_GetKey()), text, length);
         });
     }
     if (rules_.path == Rules::Path::kNumber) {
         const auto number = ValueAt<std::uint32_t>(key);
-        return FindIn(number, [number](const st_HashItem* item) { return item->hash == number; });
+        return FindIn<true>(number,
+                            [number](const st_HashItem* item) { return item->hash == number; });
     }
     const std::uint32_t hash =
         rules_.path == Rules::Path::kKnown ? rules_.hash(key) : hash_(key, n_GetTableSize()) - 1;
-    return FindIn(hash, [this, key, hash](const st_HashItem* item) {
+    const auto matches = [this, key, hash](const st_HashItem* item) {
         if (rules_.filters && item->hash != hash) return false;
         return rules_.compare(item->pcv_GetKey(), key) == 0;
-    });
+    };
+    return rules_.filters ? FindIn<true>(hash, matches) : FindIn<false>(hash, matches);
 }
 
 CT_VoidHashTable::Place CT_VoidHashTable::Find(const void* key) const {
@@ -66,5 +70,7 @@ CT_VoidHashTable::Place CT_VoidHashTable::Find(const void* key) const {
 }
 
 const CT_VoidHashTable::st_HashItem* CT_VoidHashTable::LookupOther(const void* key) const {
-    return count_ == 0 ? nullptr : *FindHere(key).link;
+    if (count_ == 0) return nullptr;
+    st_HashItem** const link = FindHere(key).link;
+    return link == nullptr ? nullptr : *link;
 }

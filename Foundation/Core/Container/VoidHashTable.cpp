@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "Foundation/Core/Container/ContainerDetail.h"
@@ -90,7 +91,7 @@ void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
 BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
     if (n_GetTableSize() == 0) Rebuild(kSizeInsteadOfNone);
     const Place place = Find(key);
-    if (*place.link == nullptr) {
+    if (place.link == nullptr) {
         Add(key, place.hash, data);
         return FALSE;
     }
@@ -101,7 +102,7 @@ BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
 BOOL CT_VoidHashTable::b_Remove(const void* key, void* out) {
     if (count_ == 0) return Give(nullptr, out);
     const Place place = Find(key);
-    const BOOL found = Give(*place.link, out);
+    const BOOL found = Give(place.link == nullptr ? nullptr : *place.link, out);
     if (found != FALSE) Unlink(place.link, place.link == place.head);
     return found;
 }
@@ -146,17 +147,15 @@ void CT_VoidHashTable::Add(const void* key, std::uint32_t hash, const void* data
     auto* const item = static_cast<st_HashItem*>(items_.Allocate());
     item->v_Set(key, key_size_, data, data_size_);
     item->hash = hash;
-    st_HashItem*& head = HeadOf(hash);
-    const bool collides = head != nullptr;
-    item->following = head;
-    head = item;
+    const std::uint32_t index = IndexOf(hash);
+    const bool collides = slots_.Push(index, item);
     ++count_;
     collisions_ += collides;
     if (collisions_ <= n_GetTableSize() / 4) return;
     try {
         v_Resize(0);
     } catch (...) {
-        Unlink(&head, true);
+        Unlink(&slots_[index], true);
         collisions_ -= collides;
         throw;
     }
@@ -209,10 +208,7 @@ void CT_VoidHashTable::Rebuild(std::uint32_t tableSize) {
         st_HashItem* following = nullptr;
         for (st_HashItem* item = slots_[slot]; item != nullptr; item = following) {
             following = item->following;
-            st_HashItem*& head = fresh.Of(item->hash & rules_.slot_bits);
-            collisions_ += head != nullptr;
-            item->following = head;
-            head = item;
+            collisions_ += fresh.Push(fresh.IndexOf(item->hash & rules_.slot_bits), item);
         }
     }
     slots_.Swap(fresh);
@@ -230,7 +226,11 @@ BOOL CT_VoidHashTable::Give(const st_HashItem* item, void* out) const noexcept {
 void CT_VoidHashTable::Unlink(st_HashItem** link, bool isHead) noexcept {
     st_HashItem* const item = *link;
     *link = item->following;
-    if (!isHead) --collisions_;
+    if (!isHead) {
+        --collisions_;
+    } else if (*link == nullptr) {
+        slots_.Forget(link);
+    }
     --count_;
     items_.Free(item);
 }
@@ -248,9 +248,10 @@ void CT_VoidHashTable::RemoveBehind(const st_HashItem* previous, std::uint32_t s
 
 CT_VoidHashTable::Slots::Slots(std::uint32_t size) : size_(size) {
     if (size == 0) return;
-    heads_ =
-        static_cast<st_HashItem**>(platform::AllocateZeroed(std::size_t{size} * sizeof(*heads_)));
-    if (heads_ == nullptr) ReportExhausted();
+    void* const block = platform::AllocateZeroed(std::size_t{size} * (sizeof(*heads_) + 1));
+    if (block == nullptr) ReportExhausted();
+    heads_ = static_cast<st_HashItem**>(block);
+    kinds_ = reinterpret_cast<std::uint8_t*>(heads_ + size);
     reciprocal_ = Reciprocal(size);
 }
 
@@ -260,12 +261,21 @@ CT_VoidHashTable::Slots::~Slots() {
 
 void CT_VoidHashTable::Slots::Swap(Slots& other) noexcept {
     std::swap(heads_, other.heads_);
+    std::swap(kinds_, other.kinds_);
     std::swap(size_, other.size_);
     std::swap(reciprocal_, other.reciprocal_);
 }
 
 void CT_VoidHashTable::Slots::Empty() noexcept {
     std::fill_n(heads_, size_, nullptr);
+    std::fill_n(kinds_, size_, std::uint8_t{0});
+}
+
+bool CT_VoidHashTable::Slots::Push(std::uint32_t index, st_HashItem* item) noexcept {
+    st_HashItem* const following = std::exchange(heads_[index], item);
+    item->following = following;
+    kinds_[index] = static_cast<std::uint8_t>(kinds_[index] | 1u << KindOf(item->hash));
+    return following != nullptr;
 }
 
 void CT_VoidHashTable::Slots::PrefetchFrom(std::uint32_t index) const noexcept {

@@ -126,7 +126,9 @@ private:
     };
     [[nodiscard]] static Rules RulesOf(HashFunction hash, CompareFunction compare) noexcept;
 
-    // The heads of the chains.
+    // The heads of the chains. A byte for each tells, in so many kinds of hashes as it has bits,
+    // which of them the chain may hold: most keys that are not there are missed without a look at
+    // an item.
     class Slots {
     public:
         explicit Slots(std::uint32_t size);
@@ -134,18 +136,30 @@ private:
         void Swap(Slots& other) noexcept;
         void Empty() noexcept;
         [[nodiscard]] std::uint32_t Size() const noexcept { return size_; }
-        // The head of the chain of a hash, or of an index from 0.
-        [[nodiscard]] st_HashItem*& Of(std::uint32_t hash) const noexcept {
-            return heads_[foundation::detail::Remainder(hash, size_, reciprocal_)];
+        // From 0.
+        [[nodiscard]] std::uint32_t IndexOf(std::uint32_t hash) const noexcept {
+            return foundation::detail::Remainder(hash, size_, reciprocal_);
         }
         [[nodiscard]] st_HashItem*& operator[](std::uint32_t index) const noexcept {
             return heads_[index];
         }
+        [[nodiscard]] bool MayHold(std::uint32_t index, std::uint32_t hash) const noexcept {
+            return (kinds_[index] >> KindOf(hash) & 1) != 0;
+        }
+        // Puts an item before the others of its chain; whether there are others.
+        bool Push(std::uint32_t index, st_HashItem* item) noexcept;
+        // An empty chain holds nothing.
+        void Forget(st_HashItem** head) noexcept { kinds_[head - heads_] = 0; }
         // Has the items of a slot that lies ahead brought nearer.
         void PrefetchFrom(std::uint32_t index) const noexcept;
 
     private:
+        [[nodiscard]] static std::uint32_t KindOf(std::uint32_t hash) noexcept {
+            return hash * 0x9E3779B1u >> 29;  // 0 to 7, by bits that the slot hardly depends on
+        }
+
         st_HashItem** heads_ = nullptr;
+        std::uint8_t* kinds_ = nullptr;  // behind the heads, in the same block
         std::uint32_t size_ = 0;
         std::uint64_t reciprocal_ = 0;  // of the size
     };
@@ -154,21 +168,23 @@ private:
     struct Place {
         std::uint32_t hash;  // for foreign functions the slot less 1
         st_HashItem** head;  // of its chain
-        st_HashItem** link;  // to its item, or the null one at the end of the chain
+        st_HashItem** link;  // to its item; null when there is none
     };
     [[nodiscard]] Place Find(const void* key) const;
     [[nodiscard]] Place FindHere(const void* key) const;
-    template <typename Matches>
+    template <bool kFilters, typename Matches>
     [[nodiscard]] Place FindIn(std::uint32_t hash, Matches matches) const;
-    [[nodiscard]] st_HashItem*& HeadOf(std::uint32_t hash) const noexcept {
-        return slots_.Of(hash & rules_.slot_bits);
+    [[nodiscard]] std::uint32_t IndexOf(std::uint32_t hash) const noexcept {
+        return slots_.IndexOf(hash & rules_.slot_bits);
     }
     // The item of a key, or null; numbers are found here and now.
     [[nodiscard]] const st_HashItem* Lookup(const void* key) const {
         if (rules_.path != Rules::Path::kNumber || count_ == 0) return LookupOther(key);
         std::uint32_t number;
         std::memcpy(&number, key, sizeof(number));
-        const st_HashItem* item = slots_.Of(number);
+        const std::uint32_t index = slots_.IndexOf(number);
+        if (!slots_.MayHold(index, number)) return nullptr;
+        const st_HashItem* item = slots_[index];
         while (item != nullptr && item->hash != number) item = item->following;
         return item;
     }
