@@ -132,6 +132,8 @@ private:
     class Slots {
     public:
         explicit Slots(std::uint32_t size);
+        Slots(const Slots&) = delete;
+        Slots& operator=(const Slots&) = delete;
         ~Slots();
         void Swap(Slots& other) noexcept;
         void Empty() noexcept;
@@ -148,7 +150,8 @@ private:
         }
         // Puts an item before the others of its chain; whether there are others.
         bool Push(std::uint32_t index, st_HashItem* item) noexcept;
-        // An empty chain holds nothing.
+        // For a chain that became empty. Where items remain, what went is noted until the next
+        // rebuild.
         void Forget(st_HashItem** head) noexcept { kinds_[head - heads_] = 0; }
         // Has the items of a slot that lies ahead brought nearer.
         void PrefetchFrom(std::uint32_t index) const noexcept;
@@ -171,7 +174,7 @@ private:
         st_HashItem** link;  // to its item; null when there is none
     };
     [[nodiscard]] Place Find(const void* key) const;
-    [[nodiscard]] Place FindHere(const void* key) const;
+    [[nodiscard]] Place FindHere(const void* key) const;  // the same, inline
     template <bool kFilters, typename Matches>
     [[nodiscard]] Place FindIn(std::uint32_t hash, Matches matches) const;
     [[nodiscard]] std::uint32_t IndexOf(std::uint32_t hash) const noexcept {
