@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,6 +35,11 @@ struct BuildOptions {
     bool comments = false;
     bool force = false;
 };
+
+// The number with the word for one or for more.
+std::string Counted(unsigned int count, const char* one, const char* more) {
+    return Grouped(count) + (count == 1 ? one : more);
+}
 
 // What became of the lines of the inputs.
 struct BuildCounts {
@@ -66,7 +72,11 @@ bool IsThere(const CT_BiLingualUWordList& list, const Pair& pair) {
 
 void ReadLines(CT_BiLingualUWordList& list, CT_Stream& stream, const std::string& name,
                const BuildOptions& options, BuildCounts& counts) {
-    CT_StreamTextReader reader(&stream, ParseEncoding(options.from), TRUE);
+    const CT_Codepage encoding = ParseEncoding(options.from);
+    if (encoding.eo_Get() == CT_Codepage::kUtf16BigEndian) {
+        throw Failure(options.from + " is not read here; zelkor convert makes UTF-8 of it", 2);
+    }
+    CT_StreamTextReader reader(&stream, encoding, TRUE);
     ThrowRecordedError();
     const unsigned int size = stream.n_GetSize();
     Progress progress(name, size);
@@ -84,6 +94,8 @@ void ReadLines(CT_BiLingualUWordList& list, CT_Stream& stream, const std::string
         if (const char* const fault = Split(text, pair); fault != nullptr) {
             if (++counts.refused <= kMostComplaints) {
                 std::fprintf(stderr, "zelkor: %s:%u: not added, %s\n", name.c_str(), number, fault);
+            } else if (counts.refused == kMostComplaints + 1) {
+                std::fputs("zelkor: ... further lines are counted only\n", stderr);
             }
         } else if (IsThere(list, pair)) {
             ++counts.repeated;
@@ -126,16 +138,18 @@ void Build(const BuildOptions& options) {
     CT_BiLingualUWordList list(TRUE);
     BuildCounts counts;
     for (const std::string& input : options.inputs) ReadInput(list, input, options, counts);
+    const std::string refused =
+        Counted(counts.refused, " line is no pair of words", " lines are no pairs of words");
+    if (list.n_GetCount() == 0 && counts.refused != 0) {
+        throw Failure(refused + "; " + options.output + " is not written");
+    }
     CT_GlossaryFile::sb_Save(&list, FromUtf8(options.output).qcuz_Get());
     ThrowRecordedError();
-    std::printf("%s: %s pairs", options.output.c_str(), Grouped(list.n_GetCount()).c_str());
+    std::printf("%s: %s", options.output.c_str(),
+                Counted(list.n_GetCount(), " pair", " pairs").c_str());
     if (counts.repeated != 0) std::printf("; %s repeated", Grouped(counts.repeated).c_str());
     std::putchar('\n');
-    if (counts.refused != 0) {
-        throw Failure(Grouped(counts.refused) +
-                      (counts.refused == 1 ? " line is no pair" : " lines are no pairs") +
-                      " of words");
-    }
+    if (counts.refused != 0) throw Failure(refused);
 }
 
 CT_BiLingualUWordList Load(const std::string& name) {
@@ -155,42 +169,52 @@ std::string Utf8(const char16_t* word) {
 
 enum class Side { kBoth, kSource, kTarget };
 
-// The translations of a word, each once, in the order of their pairs; none when it is not there.
-std::vector<std::u16string> Translations(const CT_BiLingualUWordList& list,
-                                         const std::u16string& word, Side side, bool all) {
-    std::vector<std::u16string> found;
-    const auto add = [&found](const char16_t* translation) {
-        if (std::ranges::find(found, translation) == found.end()) found.emplace_back(translation);
+using Translations = std::vector<std::u16string>;
+
+// The translations of each word, each once, in the order of their pairs; none when the word is not
+// there. The packed lists know the first ones; all of them take one walk over the pairs.
+std::map<std::u16string, Translations, std::less<>> Translate(
+    const CT_BiLingualUWordList& list, const std::vector<std::u16string>& words, Side side,
+    bool all) {
+    std::map<std::u16string, Translations, std::less<>> found;
+    const auto add = [](Translations& translations, const char16_t* word) {
+        if (word != nullptr && std::ranges::find(translations, word) == translations.end()) {
+            translations.emplace_back(word);
+        }
     };
-    const char16_t* const target =
-        side == Side::kTarget ? nullptr : list.qcuz_FindSource(word.c_str());
-    const char16_t* const source =
-        side == Side::kSource ? nullptr : list.qcuz_FindTarget(word.c_str());
-    if (!all) {
-        if (target != nullptr) add(target);
-        if (source != nullptr) add(source);
-        return found;
+    for (const std::u16string& word : words) {
+        Translations& first = found[word];
+        if (all) continue;
+        if (side != Side::kTarget) add(first, list.qcuz_FindSource(word.c_str()));
+        if (side != Side::kSource) add(first, list.qcuz_FindTarget(word.c_str()));
     }
-    if (target == nullptr && source == nullptr) return found;
-    const char16_t* words[2] = {};
-    for (CT_BiUWordListIterator pairs(&list); pairs.b_Next() != FALSE;) {
-        pairs.v_Get(&words[0], &words[1]);
-        if (target != nullptr && word == words[0]) add(words[1]);
-        if (source != nullptr && word == words[1]) add(words[0]);
+    const auto collect = [&](const char16_t* word, const char16_t* translation) {
+        const auto entry = found.find(std::u16string_view(word));
+        if (entry != found.end()) add(entry->second, translation);
+    };
+    const char16_t* source = nullptr;
+    const char16_t* target = nullptr;
+    for (CT_BiUWordListIterator pairs(&list); all && pairs.b_Next() != FALSE;) {
+        pairs.v_Get(&source, &target);
+        if (side != Side::kTarget) collect(source, target);
+        if (side != Side::kSource) collect(target, source);
     }
     return found;
 }
 
 void Find(const std::string& name, const std::vector<std::string>& words, Side side, bool all) {
     const CT_BiLingualUWordList list = Load(name);
+    std::vector<std::u16string> texts;
+    for (const std::string& word : words) texts.emplace_back(FromUtf8(word).qcuz_Get());
+    const auto found = Translate(list, texts, side, all);
     bool missing = false;
-    for (const std::string& word : words) {
-        const auto found = Translations(list, FromUtf8(word).qcuz_Get(), side, all);
-        for (const std::u16string& each : found) {
-            std::printf("%s\t%s\n", word.c_str(), Utf8(each.c_str()).c_str());
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const Translations& translations = found.at(texts[i]);
+        for (const std::u16string& each : translations) {
+            std::printf("%s\t%s\n", words[i].c_str(), Utf8(each.c_str()).c_str());
         }
-        if (found.empty()) std::printf("%s\t-\n", word.c_str());
-        missing = missing || found.empty();
+        if (translations.empty()) std::printf("%s\t-\n", words[i].c_str());
+        missing = missing || translations.empty();
     }
     if (missing) throw Failure("");
 }
@@ -223,7 +247,7 @@ void Info(const std::string& name) {
                 Grouped(std::uint64_t{sources.n_GetEnd()} + targets.n_GetEnd()).c_str());
     std::printf("offsets         %s\n", sources.b_HasLongOffsetSupport() != FALSE
                                             ? "4 bytes"
-                                            : "2 bytes (some words may not be found)");
+                                            : "2 bytes (--first may not find some words)");
 }
 
 void AddBuild(CLI::App& parent) {

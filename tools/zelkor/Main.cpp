@@ -47,7 +47,9 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
-        return Run(argc, argv);
+        const int status = Run(argc, argv);
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
+        throw zelkor::Failure("the standard output could not be written");
     } catch (const zelkor::Failure& failure) {
         if (*failure.what() != 0) std::fprintf(stderr, "zelkor: %s\n", failure.what());
         return failure.status();

@@ -35,8 +35,8 @@ public:
     // Throws when memory runs out; nothing has changed then.
     [[nodiscard]] std::uint32_t& Insert(const char16_t* key);
 
-    // Removes a key and the nodes that only it needed. Answers its payload, kNone when it was not
-    // there.
+    // Removes a key and the nodes that only it needed, also right below a node with a payload.
+    // Answers its payload, kNone when it was not there.
     std::uint32_t Remove(const char16_t* key) noexcept;
 
     // visit(key, payload) for every key of 1 to kLongestVisited characters, depth first, children

@@ -41,7 +41,8 @@ public:
 
     // A new iterator at the same place; the caller owns it.
     [[nodiscard]] virtual CT_Iterator* pco_Clone() const = 0;
-    // Goes to the place of another iterator, of its container; one of another kind changes nothing.
+    // Goes to the place of another iterator, in that one's container; one of another kind changes
+    // nothing.
     virtual void v_Set(const CT_Iterator* other) = 0;
     // Goes home.
     virtual void v_Set() = 0;

@@ -29,13 +29,18 @@ char16_t* Key(const CT_Symbol* symbol) {
 
 }  // namespace
 
-// Removing through it clears the identifier index too.
+// Removing through it clears the identifier index of its table too.
 class CT_SymbolTable::NameIterator : public Iterator {
 public:
     explicit NameIterator(CT_SymbolTable* table) noexcept
         : Iterator(&table->names_), table_(table) {}
 
     [[nodiscard]] NameIterator* pco_Clone() const override { return new NameIterator(*this); }
+    using Iterator::v_Set;
+    void v_Set(const CT_Iterator<CT_Symbol*>* other) override {
+        const auto* const same = dynamic_cast<const NameIterator*>(other);
+        if (same != nullptr) *this = *same;
+    }
     CT_Symbol* o_Remove() override {
         CT_Symbol* const symbol = Iterator::o_Remove();
         if (symbol != nullptr) table_->Forget(symbol);

@@ -42,23 +42,37 @@ using Head = std::array<std::byte, kHeadSize>;
 using Parts = std::array<CT_Buffer, kPartCount>;
 
 // CRC-32 of ISO 3309: polynomial 0xEDB88320, reflected, all bits inverted before and after.
+// Table i is of a byte that i more bytes follow: eight tables take eight bytes at a time.
+constexpr unsigned int kStep = 8;
 constexpr auto kChecksums = [] {
-    std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t byte = 0; byte < table.size(); ++byte) {
+    std::array<std::array<std::uint32_t, 256>, kStep> tables{};
+    for (std::uint32_t byte = 0; byte < 256; ++byte) {
         std::uint32_t value = byte;
-        for (int bit = 0; bit < 8; ++bit) value = value >> 1 ^ ((value & 1) != 0 ? 0xEDB88320 : 0);
-        table[byte] = value;
+        for (std::size_t table = 0; table < kStep; ++table) {
+            for (int bit = 0; bit < 8; ++bit) {
+                value = value >> 1 ^ ((value & 1) != 0 ? 0xEDB88320 : 0);
+            }
+            tables[table][byte] = value;
+        }
     }
-    return table;
+    return tables;
 }();
 
 // Of all parts, one behind the other.
 std::uint32_t Checksum(const Parts& parts) noexcept {
     std::uint32_t sum = 0xFFFFFFFF;
     for (const CT_Buffer& part : parts) {
-        const std::span bytes(static_cast<const std::uint8_t*>(part.qcv_Get()),
-                              part.n_GetUsedSize());
-        for (const std::uint8_t byte : bytes) sum = kChecksums[(sum ^ byte) & 0xFF] ^ sum >> 8;
+        std::span bytes(static_cast<const std::byte*>(part.qcv_Get()), part.n_GetUsedSize());
+        for (; bytes.size() >= kStep; bytes = bytes.subspan(kStep)) {
+            const std::uint32_t words[] = {LoadU32(bytes.data()) ^ sum, LoadU32(bytes.data() + 4)};
+            sum = 0;
+            for (unsigned int i = 0; i < kStep; ++i) {
+                sum ^= kChecksums[kStep - 1 - i][words[i / 4] >> i % 4 * 8 & 0xFF];
+            }
+        }
+        for (const std::byte byte : bytes) {
+            sum = kChecksums[0][(sum ^ static_cast<std::uint32_t>(byte)) & 0xFF] ^ sum >> 8;
+        }
     }
     return ~sum;
 }
