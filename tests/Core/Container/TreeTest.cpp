@@ -1,10 +1,10 @@
-// Both character trees beside a plain one that follows the same rules node by node.
+// Both character trees beside maps that follow the same rules node by node.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <memory>
-#include <optional>
 #include <random>
 #include <string>
 #include <utility>
@@ -21,35 +21,6 @@ namespace {
 
 using Printed = std::vector<std::pair<std::u16string, std::uint32_t>>;
 
-// Children in the order of their creation; the last takes the place of one that goes.
-struct Plain {
-    char16_t character = 0;
-    std::optional<std::uint32_t> value;
-    std::vector<Plain> branches;
-
-    Plain* At(const char16_t* key, bool make) {
-        if (*key == 0) return this;
-        auto branch = std::ranges::find(branches, *key, &Plain::character);
-        if (branch == branches.end()) {
-            if (!make) return nullptr;
-            branch = branches.insert(branch, {*key, {}, {}});
-        }
-        return branch->At(key + 1, make);
-    }
-    void Prune(const char16_t* key) {
-        const auto branch = std::ranges::find(branches, *key, &Plain::character);
-        if (*key == 0 || branch == branches.end()) return;
-        branch->Prune(key + 1);
-        if (branch->value || !branch->branches.empty()) return;
-        std::swap(*branch, branches.back());
-        branches.pop_back();
-    }
-    void Print(Printed& out, const std::u16string& key = {}) const {
-        if (!key.empty() && value) out.emplace_back(key, *value);
-        for (const Plain& branch : branches) branch.Print(out, key + branch.character);
-    }
-};
-
 Printed printed;
 
 void Print(void* key, void* item) {
@@ -62,6 +33,55 @@ Printed Contents(const CT_VoidTree& tree) {
     CT_VoidTree::v_SetDebugPrint(Print);
     tree.v_DebugPrint();
     return std::exchange(printed, {});
+}
+
+// Both trees, and what they hold: the keys with their values; of each node its branches in the
+// order of their creation, where the last takes the place of one that goes.
+struct Trees {
+    CT_VoidTree items{sizeof(std::uint32_t)};
+    CT_AlphaTree values;
+    std::map<std::u16string, std::uint32_t> known;
+    std::map<std::u16string, std::u16string> branches;
+
+    void Add(const std::u16string& key, std::uint32_t value) {
+        items.v_Add(key.c_str(), &value);
+        values.v_Add(key.c_str(), value);
+        known[key] = value;
+        for (std::size_t i = 0; i < key.size(); ++i) {
+            std::u16string& row = branches[key.substr(0, i)];
+            if (row.find(key[i]) == row.npos) row += key[i];
+        }
+    }
+    BOOL Remove(std::u16string key) {
+        const BOOL there = known.erase(key) != 0 ? TRUE : FALSE;
+        EXPECT_EQ(items.b_Remove(key.c_str()), there);
+        EXPECT_EQ(values.b_Remove(key.c_str()), there);
+        while (!key.empty() && there && !known.contains(key) && branches[key].empty()) {
+            const char16_t last = key.back();
+            key.pop_back();
+            std::u16string& row = branches[key];
+            row[row.find(last)] = row.back();
+            row.pop_back();
+        }
+        return there;
+    }
+    void Print(Printed& out, const std::u16string& key = {}) {
+        const bool prints = !key.empty() && key.size() <= 255;
+        if (prints && known.contains(key)) out.emplace_back(key, known[key]);
+        for (const char16_t branch : branches[key]) Print(out, key + branch);
+    }
+    void ExpectSame() {
+        Printed all;
+        Print(all);
+        ASSERT_EQ(Contents(items), all);
+        ASSERT_EQ(items.n_Entries(), known.size());
+        ASSERT_EQ(values.n_Entries(), known.size());
+        for (const auto& [key, value] : known) ASSERT_EQ(values.n_Search(key.c_str()), value);
+    }
+};
+
+std::u16string Key(unsigned first, unsigned second) {
+    return {static_cast<char16_t>(first + 1), static_cast<char16_t>(second + 1)};
 }
 
 // What a tree prints into a file.
@@ -77,55 +97,36 @@ std::u16string Output(Tree& tree) {
     return text;
 }
 
-TEST(TreeTest, FollowsThePlainTreeThroughRandomChanges) {
+TEST(TreeTest, FollowTheirRulesThroughRandomChanges) {
     struct Shape {
         unsigned letters, length, operations;
     };
-    unsigned removed = 0;
+    int removed = 0;
     for (const auto [letters, length, operations] :
          {Shape{2, 6, 4000}, {5, 4, 4000}, {700, 2, 6000}, {40, 40, 2000}}) {
         SCOPED_TRACE(letters);
         std::mt19937 random(letters);
-        CT_VoidTree items(sizeof(std::uint32_t));
-        CT_AlphaTree values;
-        Plain plain;
-        std::vector<std::u16string> known;
+        Trees trees;
+        std::vector<std::u16string> used;
         for (unsigned i = 0; i < operations; ++i) {
             std::u16string key(random() % (length + 1), u'\0');
             for (char16_t& unit : key) unit = static_cast<char16_t>(0xFFFF - random() % letters);
-            if (!known.empty() && random() % 2 == 0) {  // a known key, or its beginning
-                key = known[random() % known.size()];
+            if (!used.empty() && random() % 2 == 0) {  // a used key, or its beginning
+                key = used[random() % used.size()];
                 if (random() % 4 == 0) key.resize(random() % (key.size() + 1));
             }
             if (random() % operations > i) {  // grows at first, then goes down to nothing
-                items.v_Add(key.c_str(), &i);
-                values.v_Add(key.c_str(), i);
-                plain.At(key.c_str(), true)->value = i;
-                known.push_back(key);
+                trees.Add(key, i);
+                used.push_back(key);
             } else {
-                Plain* const place = plain.At(key.c_str(), false);
-                const BOOL there = place != nullptr && place->value ? TRUE : FALSE;
-                if (there != FALSE) place->value.reset();
-                plain.Prune(key.c_str());
-                removed += static_cast<unsigned>(there);
-                ASSERT_EQ(items.b_Remove(key.c_str()), there);
-                ASSERT_EQ(values.b_Remove(key.c_str()), there);
+                removed += trees.Remove(key);
+                ASSERT_EQ(trees.values.n_Search(key.c_str()), CT_AlphaTree::kNotFound);
+                ASSERT_FALSE(trees.items.b_Search(key.c_str(), nullptr));
             }
-            const Plain* const place = plain.At(key.c_str(), false);
-            std::uint32_t found = CT_AlphaTree::kNotFound;
-            const BOOL there = items.b_Search(key.c_str(), &found);
-            ASSERT_EQ(there, place != nullptr && place->value ? TRUE : FALSE);
-            ASSERT_TRUE(there == FALSE || found == *place->value);
-            ASSERT_EQ(values.n_Search(key.c_str()), found);
-            if (i % 97 != 0 && i + 1 != operations) continue;
-            Printed all;
-            plain.Print(all);
-            ASSERT_EQ(Contents(items), all);
-            ASSERT_EQ(items.n_Entries(), all.size() + (plain.value ? 1 : 0));
-            ASSERT_EQ(values.n_Entries(), items.n_Entries());
+            if (i % 53 == 0 || i + 1 == operations) trees.ExpectSame();
         }
     }
-    EXPECT_GT(removed, 2000u);
+    EXPECT_GT(removed, 2000);
 }
 
 TEST(TreeTest, TakesTextsOfEveryKindAsKeysAndCopiesItemsWhole) {
@@ -137,28 +138,23 @@ TEST(TreeTest, TakesTextsOfEveryKindAsKeysAndCopiesItemsWhole) {
     EXPECT_EQ(values.n_Search(static_cast<const char16_t*>(nullptr)), 7u);
     EXPECT_EQ(values.n_Search(u"wort"), 8u);
     values.v_Add(u"wort", CT_AlphaTree::kNotFound);  // no value: the key goes
-    EXPECT_EQ(values.n_Search(&word), CT_AlphaTree::kNotFound);
-    EXPECT_EQ(values.n_Entries(), 1u);
-
+    EXPECT_TRUE(values.n_Search(&word) == CT_AlphaTree::kNotFound && values.n_Entries() == 1);
     items.v_Add(&word, "abc");
     items.v_Add(&empty, "def");
     char out[] = "12345";
-    EXPECT_TRUE(items.b_Search(u"wort", out + 1) && items.b_Search(&empty, nullptr));
-    EXPECT_FALSE(items.b_Search(u"wor", out));
+    EXPECT_TRUE(items.b_Search(u"wort", out + 1) && !items.b_Search(u"wor", out));
     EXPECT_STREQ(out, "1abc5");
     EXPECT_TRUE(items.b_Remove(&word) && items.b_Remove(&empty) && !items.b_Remove(&word));
 }
 
 TEST(TreeTest, DeepAndWideTreesTakeNoStackAndNoSquareOfTime) {
-    constexpr std::size_t kDepth = 100000;
-    std::u16string key(kDepth, u'x');
+    std::u16string key(100000, u'x');
     CT_AlphaTree values;
-    CT_VoidTree items(8);
-    const std::uint64_t item = 1;
+    CT_VoidTree items(4);
     for (std::uint32_t i = 0; i < 10; ++i) {  // branches off along the way
         key[i * 9970] = u'y';
         values.v_Add(key.c_str(), i);
-        items.v_Add(key.c_str(), &item);
+        items.v_Add(key.c_str(), &i);
     }
     EXPECT_EQ(values.n_Search(key.c_str()), 9u);
     EXPECT_EQ(Contents(items), Printed());  // nothing within the length that is printed
@@ -166,80 +162,60 @@ TEST(TreeTest, DeepAndWideTreesTakeNoStackAndNoSquareOfTime) {
     EXPECT_EQ(values.n_Search(key.c_str()), CT_AlphaTree::kNotFound);
     EXPECT_EQ(values.n_Entries(), 9u);
     values.v_Set();
-    for (std::uint32_t unit = 1; unit <= 0xFFFF; ++unit) {  // as many branches as there can be
-        const char16_t wide[] = {static_cast<char16_t>(unit), 0};
-        values.v_Add(wide, unit);
-    }
-    EXPECT_EQ(values.n_Entries(), 0xFFFFu);
-    EXPECT_EQ(values.n_Search(u"\uFFFF"), 0xFFFFu);
+    for (unsigned unit = 0; unit < 0xFFFF; ++unit) values.v_Add(Key(unit, 0).c_str(), unit);
+    EXPECT_EQ(values.n_Entries(), 0xFFFFu);  // as many branches as there can be
+    EXPECT_EQ(values.n_Search(u"\uFFFF\1"), 0xFFFEu);
 }
 
 TEST(TreeTest, PrintsKeysOfUpTo255Characters) {
-    const std::u16string longest(255, u'k'), longer(256, u'k');
-    CT_AlphaTree values;
-    CT_VoidTree items(4);
-    const std::uint32_t numbers[] = {1, 2, 3, 4};
-    const char16_t* const keys[] = {u"", u"b", longest.c_str(), longer.c_str()};
-    for (std::size_t i = 0; i < 4; ++i) {
-        values.v_Add(keys[i], numbers[i]);
-        items.v_Add(keys[i], &numbers[i]);
+    const std::u16string longest(255, u'k');
+    Trees trees;
+    for (const auto& key : {std::u16string(), std::u16string(u"b"), longest, longest + u'k'}) {
+        trees.Add(key, 7);
     }
-    EXPECT_EQ(test::Utf8(Output(values)), test::Utf8(u"\uFEFF#b : 2\n#" + longest + u" : 3\n"));
-    EXPECT_EQ(Contents(items), (Printed{{u"b", 2}, {longest, 3}}));
+    EXPECT_EQ(test::Utf8(Output(trees.values)),
+              test::Utf8(u"\uFEFF#b : 7\n#" + longest + u" : 7\n"));
+    EXPECT_EQ(Contents(trees.items), (Printed{{u"b", 7}, {longest, 7}}));
     const CT_VoidTree another(1);  // resets the routine of all trees
-    const std::u16string text = Output(items);
+    const std::u16string text = Output(trees.items);
     EXPECT_EQ(text.substr(0, 5), u"\uFEFF#b: ");
     EXPECT_EQ(std::count(text.begin(), text.end(), u'\n'), 2);
+    CT_VoidTree::v_SetDebugPrint(Print);
+    trees.items.v_Set();  // does so too
+    trees.items.v_Add(u"c", &text);
+    EXPECT_TRUE(Output(trees.items).starts_with(u"\uFEFF#c: ") && printed.empty());
 }
 
 // Families of one branch more than a block has, and as many that took the blocks which those left;
-// a long key takes what room there is.
+// some key is as long as there is room for nodes.
 TEST(TreeTest, BranchesCanLeaveWhereThePoolIsFull) {
-    for (const char16_t most : u"\5\11\21\41") {
-        if (most == 0) break;
-        const auto fill = [most](CT_AlphaTree& tree, std::size_t length) {
-            for (char16_t family = 1; family <= 8; ++family) {
-                for (char16_t branch = 1; branch <= most - (family > 4 ? 1 : 0); ++branch) {
-                    const char16_t key[] = {family, branch, 0};
-                    tree.v_Add(key, branch);
-                }
+    for (const unsigned most : {5U, 9U, 17U, 33U}) {
+        for (unsigned length = 1; length < 20 * most; length += most / 2) {
+            Trees trees;
+            for (unsigned i = 0; i < 8 * most; ++i) {
+                const unsigned family = i / most, branch = i % most;
+                if (family < 4 || branch != 0) trees.Add(Key(family, branch), i);
             }
-            std::u16string key;
-            const std::size_t bytes = tree.Bytes();
-            for (; key.size() < length && tree.Bytes() == bytes; key += u'k') {
-                tree.v_Add(key.c_str(), 1);
-            }
-            return key.size();
-        };
-        CT_AlphaTree overfull, tree;
-        const std::size_t length = fill(overfull, 100000) - 1;
-        fill(tree, length);
-        for (char16_t branch = 1; branch < most; ++branch) {
-            for (char16_t family = 1; family <= 8; ++family) {
-                const char16_t key[] = {family, branch, 0};
-                ASSERT_TRUE(tree.b_Remove(key));
-            }
-            for (char16_t left = most; --left > branch;) {
-                const char16_t key[] = {static_cast<char16_t>(left % 8 + 1), left, 0};
-                ASSERT_EQ(tree.n_Search(key), left);
+            trees.Add(std::u16string(length, u'k'), length);
+            for (unsigned branch = 1; branch < most; ++branch) {
+                for (unsigned family = 0; family < 8; ++family) trees.Remove(Key(family, branch));
+                if (branch % 4 == 0) trees.ExpectSame();
             }
         }
-        EXPECT_EQ(tree.n_Entries(), 4 + length);
     }
 }
 
 TEST(TreeTest, UsesAgainWhatRemovingLeaves) {
     CT_VoidTree items(100);
     const char item[100] = {};
-    const auto round = [&](char16_t first) {
-        const std::u16string keys[] = {{first, u'a', u'b', u'c'}, {first, u'a'}, {first, u'x'}};
+    items.v_Add(u"stays", item);
+    std::uint64_t before = 0;
+    for (unsigned i = 0; i < 10000; ++i) {
+        if (i == 100) before = platform::AllocationCount();
+        const std::u16string keys[] = {Key(i, 1) + u"bc", Key(i, 1), Key(i, 2)};
         for (const auto& key : keys) items.v_Add(key.c_str(), item);
         for (const auto& key : keys) items.b_Remove(key.c_str());
-    };
-    items.v_Add(u"stays", item);
-    for (char16_t unit = 1; unit < 100; ++unit) round(unit);
-    const std::uint64_t before = platform::AllocationCount();
-    for (char16_t unit = 100; unit < 10000; ++unit) round(unit);
+    }
     EXPECT_EQ(platform::AllocationCount(), before);
 }
 
@@ -247,9 +223,7 @@ TEST(TreeTest, StaysAsItWasWhenMemoryRunsOut) {
     const std::vector<std::uint32_t> item(1000);
     const auto make = [&] {
         auto tree = std::make_unique<CT_VoidTree>(4000u);
-        for (const char16_t* word : {u"", u"ab", u"abc", u"b", u"c", u"d"}) {
-            tree->v_Add(word, item.data());
-        }
+        for (unsigned i = 0; i < 6; ++i) tree->v_Add(Key(i / 2, i).c_str(), item.data());
         return tree;
     };
     const auto read = [](const auto& tree) {

@@ -29,6 +29,13 @@ CT_Symbol* New(const char16_t* name, std::uint32_t id = CT_Symbol::kNoId) {
 
 using Owned = std::unique_ptr<CT_Symbol>;
 
+CT_Symbol* GiveByIterator(CT_SymbolTable& table, const CT_Symbol* wanted) {
+    const std::unique_ptr<CT_Iterator<CT_Symbol*>> symbols(table.pco_GiveIterator());
+    while (symbols->b_Next() != FALSE && symbols->o_Get() != wanted) {
+    }
+    return symbols->o_Remove();
+}
+
 TEST(SymbolTableTest, KeepsToTwoMapsThroughRandomChanges) {
     for (const BOOL case_sensitive : {FALSE, TRUE}) {
         std::mt19937 random(11);
@@ -36,62 +43,34 @@ TEST(SymbolTableTest, KeepsToTwoMapsThroughRandomChanges) {
         std::map<std::u16string, CT_Symbol*> names;
         std::map<std::uint32_t, CT_Symbol*> ids;
         std::uint32_t last = 0;
-        const auto key = [&](std::u16string name) {
-            if (case_sensitive == FALSE) {
-                std::replace(name.begin(), name.end(), u'A', u'a');
-            }
-            return name;
-        };
-        const auto name_of = [](const CT_Symbol* symbol) {
-            return std::u16string(symbol->pcco_GetName()->qcuz_Get());
-        };
-        const auto forget = [&](CT_Symbol* symbol) {
-            std::erase_if(names, [&](const auto& entry) { return entry.second == symbol; });
-            std::erase_if(ids, [&](const auto& entry) { return entry.second == symbol; });
-        };
         for (int i = 0; i < 6000; ++i) {
-            std::u16string name(random() % 4, u'\0');
-            for (char16_t& unit : name) unit = u"aAäÄb"[random() % 5];
+            std::u16string name(random() % 4, u'\0'), key;
+            for (char16_t& unit : name) {
+                unit = u"aAäÄb"[random() % 5];
+                key += unit == u'A' && case_sensitive == FALSE ? u'a' : unit;
+            }
             auto id = static_cast<std::uint32_t>(random() % 100);
-            const auto named = names.find(key(name));
-            const auto numbered = ids.find(id);
-            CT_Symbol* const by_name = named == names.end() ? nullptr : named->second;
-            CT_Symbol* const by_id = numbered == ids.end() ? nullptr : numbered->second;
+            CT_Symbol* const by_name = names.contains(key) ? names[key] : nullptr;
+            CT_Symbol* const by_id = ids.contains(id) ? ids[id] : nullptr;
             ASSERT_EQ(table.pco_Get(name.c_str()), by_name);
             ASSERT_EQ(table.pco_Get(id), by_id);
-            switch (random() % 8) {
-                default: {
-                    CT_Symbol* const symbol = New(name.c_str(), id % 3 == 0 ? ~0u : id);
-                    if (id % 3 == 0) {
-                        while (ids.contains(++last)) {
-                        }
-                        id = last;
-                    }
-                    last = std::max(last, id);
-                    ASSERT_EQ(table.b_Take(symbol), by_name != nullptr ? TRUE : FALSE);
-                    ASSERT_EQ(symbol->n4_GetId(), id);
-                    ASSERT_EQ(name_of(symbol), name);
-                    names[key(name)] = symbol;
-                    ids[id] = symbol;
-                    break;
-                }
-                case 0:
-                    ASSERT_EQ(Owned(table.pco_Give(name.c_str())).get(), by_name);
-                    forget(by_name);
-                    break;
-                case 1:
-                    ASSERT_EQ(Owned(table.pco_Give(id)).get(), by_id);
-                    forget(by_id);
-                    break;
-                case 2: {
-                    const std::unique_ptr<CT_Iterator<CT_Symbol*>> symbols(
-                        table.pco_GiveIterator());
-                    while (symbols->b_Next() != FALSE && symbols->o_Get() != by_name) {
-                    }
-                    ASSERT_EQ(symbols->b_AtEnd(), by_name == nullptr ? TRUE : FALSE);
-                    ASSERT_EQ(Owned(symbols->o_Remove()).get(), by_name);
-                    forget(by_name);
-                }
+            if (const unsigned way = random() % 8; way > 2) {
+                CT_Symbol* const symbol = New(name.c_str(), id % 3 == 0 ? CT_Symbol::kNoId : id);
+                if (id % 3 == 0) id = last + 1;
+                last = std::max(last, id);
+                ASSERT_EQ(table.b_Take(symbol), by_name != nullptr ? TRUE : FALSE);
+                ASSERT_EQ(symbol->n4_GetId(), id);
+                ASSERT_EQ(symbol->pcco_GetName()->qcuz_Get(), name);
+                names[key] = ids[id] = symbol;
+            } else {
+                CT_Symbol* const wanted = way == 0 ? by_id : by_name;
+                const Owned given(way == 0   ? table.pco_Give(id)
+                                  : way == 1 ? table.pco_Give(name.c_str())
+                                             : GiveByIterator(table, wanted));
+                ASSERT_EQ(given.get(), wanted);
+                const auto gone = [&](const auto& entry) { return entry.second == wanted; };
+                std::erase_if(names, gone);
+                std::erase_if(ids, gone);
             }
             std::set<const CT_Symbol*> reachable;
             for (const auto& [ignored, symbol] : names) reachable.insert(symbol);
@@ -127,16 +106,13 @@ TEST(SymbolTableTest, HandsOutIdentifiersThatAreFree) {
 }
 
 TEST(SymbolTableTest, IteratorsCloneCompareAndGoWhereOthersAre) {
-    class OtherKind : public CT_HashIterator<std::uint32_t, CT_Symbol*> {
-    public:
-        using CT_HashIterator::CT_HashIterator;
-    };
-    CT_SymbolTable table;
+    CT_SymbolTable table, second;
     for (const char16_t* name : {u"a", u"b", u"c", u"d"}) table.b_Take(New(name));
+    second.b_Take(New(u"else"));
     const std::unique_ptr<CT_SymbolTable::Iterator> first(table.pco_GiveIterator());
     const CT_HashTable<std::uint32_t, CT_Symbol*> numbers(&CT_VoidHashTable::sn_HashInteger,
                                                           &CT_VoidHashTable::si_CompareInteger);
-    OtherKind other(&numbers);
+    CT_HashIterator<std::uint32_t, CT_Symbol*> other(&numbers);
     EXPECT_TRUE(first->b_AtHome() && !first->b_AtEnd() && first->b_Next() && first->b_Next());
     const std::unique_ptr<CT_Iterator<CT_Symbol*>> clone(first->pco_Clone());
     EXPECT_TRUE(clone->b_IsEqual(first.get()) && first->b_IsEqual(clone.get()));
@@ -146,12 +122,18 @@ TEST(SymbolTableTest, IteratorsCloneCompareAndGoWhereOthersAre) {
     clone->v_Set(&other);  // of another kind: nothing changes
     EXPECT_TRUE(clone->b_AtHome() && !clone->b_IsEqual(first.get()));
     clone->v_Set(first.get());
-    CT_Symbol* const second = first->o_Get();
-    const Owned removed(clone->o_Remove());  // a clone gives away as the original does
-    EXPECT_EQ(removed.get(), second);
+    CT_Symbol* const current = first->o_Get();
+    Owned removed(clone->o_Remove());  // a clone gives away as the original does
+    EXPECT_EQ(removed.get(), current);
     EXPECT_EQ(table.pco_Get(removed->n4_GetId()), nullptr);
     EXPECT_TRUE(clone->n_GetCount() == 3 && !clone->b_AtEnd() && clone->b_Next());
     EXPECT_TRUE(!clone->b_Next() && clone->b_AtEnd() && clone->o_Remove() == nullptr);
+    const std::unique_ptr<CT_SymbolTable::Iterator> there(second.pco_GiveIterator());
+    there->b_Next();
+    clone->v_Set(there.get());  // goes over to the other table, and gives away there
+    removed.reset(clone->o_Remove());
+    EXPECT_EQ(second.pco_Get(removed->n4_GetId()), nullptr);
+    EXPECT_NE(table.pco_Get(removed->n4_GetId()), nullptr);
 }
 
 TEST(SymbolTableTest, StaysAsItWasWhenMemoryRunsOut) {
@@ -162,9 +144,9 @@ TEST(SymbolTableTest, StaysAsItWasWhenMemoryRunsOut) {
     };
     const auto read = [](const auto& table) {
         std::u16string all;
-        for (std::uint32_t i = 0; i < 20; ++i) {
-            const CT_Symbol* const found = table->pco_Get(i);
-            if (found != nullptr) all += found->pcco_GetName()->qcuz_Get();
+        for (std::uint32_t id = 1; id < 20; ++id) {
+            const CT_Symbol* const found = table->pco_Get(id);
+            all += found == nullptr ? u"-" : found->pcco_GetName()->qcuz_Get();
         }
         return std::make_tuple(all, table->n_GetCount(), table->pco_Get(u"C")->n4_GetId());
     };
