@@ -25,7 +25,6 @@ public:
     [[nodiscard]] HINSTANCE h_GetInstance() const { return instance_; }
     [[nodiscard]] const char16_t* qcuz_GetName() const { return name_; }
     [[nodiscard]] const char16_t* qcuz_GetPath() const { return path_; }
-    // The version builds its texts when they are first read: one thread at a time.
     [[nodiscard]] const CT_AppVersion* pcco_GetVersion() const { return &version_; }
 
 protected:

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "Foundation/System/Ipc/CriticalSection.h"
+
 namespace {
 
 const char16_t* LabelOf(unsigned int beta_level) {
@@ -10,7 +12,23 @@ const char16_t* LabelOf(unsigned int beta_level) {
     return beta_level < std::size(kLabels) ? kLabels[beta_level] : u"";
 }
 
+constinit CT_CriticalSection section;  // guards the texts of all objects
+
 }  // namespace
+
+// The texts are left behind: another thread may be building them.
+CT_AppVersion& CT_AppVersion::operator=(const CT_AppVersion& other) noexcept {
+    edition_ = other.edition_;
+    major_ = other.major_;
+    minor_ = other.minor_;
+    maintenance_ = other.maintenance_;
+    build_ = other.build_;
+    beta_level_ = other.beta_level_;
+    short_name_ = other.short_name_;
+    long_name_ = other.long_name_;
+    texts_stale_ = TRUE;
+    return *this;
+}
 
 void CT_AppVersion::v_Init() {
     edition_ = 7;
@@ -23,6 +41,7 @@ void CT_AppVersion::v_Init() {
 }
 
 void CT_AppVersion::v_Update() const {
+    const CT_CriticalSectionMarker lock(section);
     if (!texts_stale_) return;
     product_version_.v_Format(u"%d.%d.%d.%d%s%s", major_, minor_, maintenance_, build_,
                               LabelOf(beta_level_), u"");

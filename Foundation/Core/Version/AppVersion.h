@@ -1,7 +1,7 @@
 // CT_AppVersion: the product version of this library build, as numbers and as display texts.
 //
 // Errors: records none; running out of memory throws CT_SmartHeapException.
-// Threads: one object, one thread; reading a text may build it first.
+// Threads: any may read; whoever changes an object has it alone.
 #ifndef FOUNDATION_CORE_VERSION_APPVERSION_H
 #define FOUNDATION_CORE_VERSION_APPVERSION_H
 
@@ -13,8 +13,9 @@ class FOUNDATION_API CT_AppVersion {
 public:
     // Edition 7, version 7.0.0, build 615, a release, without product names.
     CT_AppVersion() { v_Init(); }
-    CT_AppVersion(const CT_AppVersion&) = default;
-    CT_AppVersion& operator=(const CT_AppVersion&) = default;
+    // A copy builds its own texts when they are first read.
+    CT_AppVersion(const CT_AppVersion& other) noexcept { *this = other; }
+    CT_AppVersion& operator=(const CT_AppVersion& other) noexcept;
     ~CT_AppVersion() = default;
 
     [[nodiscard]] unsigned int n_GetEdition() const { return edition_; }
@@ -38,7 +39,7 @@ public:
 
 private:
     void v_Init();
-    void v_Update() const;
+    void v_Update() const;  // builds the texts if they are stale
     friend struct AppVersionTestAccess;
 
     mutable BOOL texts_stale_ = TRUE;

@@ -227,6 +227,15 @@ TEST(AppVersionTest, TextsFollowTheNumbers) {
                   std::string("7.0.0.615") + labels[level]);
         EXPECT_EQ(copy.b_GetBeta(), level != 0);
     }
+    const CT_AppVersion shared;
+    std::vector<std::thread> readers(4);
+    for (std::thread& reader : readers) {
+        reader = std::thread([&shared] {
+            EXPECT_EQ(CT_AppVersion(shared).pcco_GetProductVersion()->n_GetLength(), 9u);
+            EXPECT_EQ(shared.pcco_GetProductEdition()->n_GetLength(), 19u);
+        });
+    }
+    for (std::thread& reader : readers) reader.join();
     const CT_UString name(u"Tool");
     version.v_SetLongProductName(&name);
     EXPECT_EQ(test::Utf8(version.pcco_GetLongProductName()->qcuz_Get()), "Tool");
