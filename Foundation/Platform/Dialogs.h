@@ -37,6 +37,7 @@ using MessageBoxHandler = int (*)(const char16_t* text, const char16_t* caption,
 // Installs a handler (null: the default) and returns the one before (null: it was the default).
 // The default prints caption and text to the standard error and answers with the button that goes
 // on as if nothing had been asked: Ignore, Continue or OK where there is one, else No or Cancel.
+// Where there was a choice the answer is printed, too: "-> Ignore".
 FOUNDATION_API MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) noexcept;
 FOUNDATION_API int ShowMessageBox(const char16_t* text, const char16_t* caption,
                                   std::uint32_t flags);

@@ -15,12 +15,22 @@ constinit std::atomic<MessageBoxHandler> box_handler{nullptr};
 constinit std::atomic<DebugOutputSink> debug_sink{nullptr};
 constinit std::atomic<FatalHandler> fatal_handler{nullptr};
 
-// The answer of the button that goes on as if nothing had been asked, by the kinds of boxes.
-int AnswerIgnored(std::uint32_t flags) {
-    constexpr int kAnswers[] = {kAnswerOk, kAnswerOk,     kAnswerIgnore,  kAnswerCancel,
-                                kAnswerNo, kAnswerCancel, kAnswerContinue};
+struct Button {
+    int answer;
+    const char16_t* note;  // what is printed of the answer; null where there is no choice
+};
+
+// The button that goes on as if nothing had been asked, by the kinds of boxes.
+Button ButtonPressed(std::uint32_t flags) {
+    static constexpr Button kButtons[] = {{kAnswerOk, nullptr},
+                                          {kAnswerOk, u"-> OK\n"},
+                                          {kAnswerIgnore, u"-> Ignore\n"},
+                                          {kAnswerCancel, u"-> Cancel\n"},
+                                          {kAnswerNo, u"-> No\n"},
+                                          {kAnswerCancel, u"-> Cancel\n"},
+                                          {kAnswerContinue, u"-> Continue\n"}};
     const std::uint32_t kind = flags & kBoxButtonMask;
-    return kind < std::size(kAnswers) ? kAnswers[kind] : kAnswerOk;
+    return kButtons[kind < std::size(kButtons) ? kind : 0];
 }
 
 }  // namespace
@@ -37,7 +47,9 @@ int ShowMessageBox(const char16_t* text, const char16_t* caption, std::uint32_t 
     if (*caption != 0) WriteText(StandardStream::kError, u": ");
     WriteText(StandardStream::kError, text);
     WriteText(StandardStream::kError, u"\n");
-    return AnswerIgnored(flags);
+    const Button pressed = ButtonPressed(flags);
+    if (pressed.note != nullptr) WriteText(StandardStream::kError, pressed.note);
+    return pressed.answer;
 }
 
 DebugOutputSink SetDebugOutputSink(DebugOutputSink sink) noexcept {

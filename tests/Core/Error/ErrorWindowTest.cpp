@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Platform/Modules.h"
@@ -84,15 +85,17 @@ TEST_F(ErrorWindowDeathTest, AbortEndsTheProcessAtOnce) {
 }
 
 TEST(MessageBoxTest, WithoutAHandlerTheBoxIsPrintedAndIgnored) {
-    const std::pair<std::uint32_t, int> cases[] = {{0, platform::kAnswerOk},
-                                                   {0x10002, platform::kAnswerIgnore},
-                                                   {3, platform::kAnswerCancel},
-                                                   {4, platform::kAnswerNo},
-                                                   {6, platform::kAnswerContinue}};
-    for (const auto& [flags, expected] : cases) {
+    const std::tuple<std::uint32_t, int, std::string> cases[] = {
+        {0, platform::kAnswerOk, ""},
+        {1, platform::kAnswerOk, "-> OK\n"},
+        {0x10002, platform::kAnswerIgnore, "-> Ignore\n"},
+        {3, platform::kAnswerCancel, "-> Cancel\n"},
+        {4, platform::kAnswerNo, "-> No\n"},
+        {6, platform::kAnswerContinue, "-> Continue\n"}};
+    for (const auto& [flags, expected, note] : cases) {
         testing::internal::CaptureStderr();
         EXPECT_EQ(platform::ShowMessageBox(u"gr\u00FCn\xD800", u"Frage", flags), expected);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "Frage: gr\u00FCn?\n");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "Frage: gr\u00FCn?\n" + note);
     }
 }
 
