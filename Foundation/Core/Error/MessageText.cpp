@@ -10,7 +10,11 @@ namespace foundation::detail {
 std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, va_list arguments) {
     if (format == nullptr) format = u"";
     const int written = platform::FormatText(out, size - 1, format, arguments);
-    const std::size_t length = written < 0 ? size - 1 : static_cast<std::size_t>(written);
+    std::size_t length = static_cast<std::size_t>(written);
+    if (written < 0) {
+        length = size - 1;
+        if (length != 0 && (out[length - 1] & 0xFC00) == 0xD800) --length;
+    }
     out[length] = 0;
     return length;
 }

@@ -1,4 +1,4 @@
-// What the sources of this folder share: texts in areas of a fixed size.
+// Texts in areas of a fixed size: what error messages, log messages and test output share.
 #ifndef FOUNDATION_CORE_ERROR_MESSAGETEXT_H
 #define FOUNDATION_CORE_ERROR_MESSAGETEXT_H
 
@@ -7,8 +7,8 @@
 
 namespace foundation::detail {
 
-// Formats into `out`, cut to `size` units with the zero; answers the length. A null format is an
-// empty one; the size is at least 1.
+// Formats into `out`, cut to `size` units with the zero and never between surrogates; answers the
+// length. A null format is an empty one; the size is at least 1.
 std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, va_list arguments);
 
 // Leaves of a text, in its own place, what the older family of platforms sees of it: a text that

@@ -3,19 +3,13 @@
 #include <cstdarg>
 #include <cstddef>
 
+#include "Foundation/Core/Error/MessageText.h"
 #include "Foundation/Core/Exception/ExceptionDetail.h"
 #include "Foundation/Platform/Runtime.h"
 
 namespace {
 
 constexpr std::size_t kAreaSize = 1024;
-
-// Formats into the area, cut to fit; a null format is empty.
-template <typename Unit>
-void FormatCut(Unit (&area)[kAreaSize], const Unit* format, va_list arguments) {
-    area[0] = area[kAreaSize - 1] = 0;
-    if (format != nullptr) platform::FormatText(area, kAreaSize - 1, format, arguments);
-}
 
 const char16_t* TextOf(const CT_UString* string) {
     return string != nullptr ? string->qcuz_Get() : nullptr;
@@ -33,10 +27,10 @@ void CT_LogFacility::vv_Log(const CT_UString* message, const CT_UString* source,
 void CT_LogFacility::vv_Logf(const char* source, const char* category, et_Severity severity,
                              std::int32_t value, const char* format, ...) {
     using foundation::detail::WidenQuietly;
-    char area[kAreaSize];
+    char area[kAreaSize] = {};
     va_list arguments;
     va_start(arguments, format);
-    FormatCut(area, format, arguments);
+    if (format != nullptr) platform::FormatText(area, kAreaSize - 1, format, arguments);
     va_end(arguments);
     const CT_UString message = WidenQuietly(area);
     const CT_UString wide_source = WidenQuietly(source);
@@ -49,7 +43,7 @@ void CT_LogFacility::vv_Logf(const char16_t* source, const char16_t* category, e
     char16_t area[kAreaSize];
     va_list arguments;
     va_start(arguments, format);
-    FormatCut(area, format, arguments);
+    foundation::detail::FormatCut(area, kAreaSize, format, arguments);
     va_end(arguments);
     vv_Log(area, source, category, severity, value);
 }

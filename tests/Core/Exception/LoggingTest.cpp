@@ -83,6 +83,8 @@ TEST(LogFacilityTest, EveryFormEndsInTheAbstractOne) {
         log.vv_Logf("", "", kOdd, 0, "%s", std::string(length, 'x').c_str());
         EXPECT_EQ(recorder.heard, cut + "|||77|0");
     }
+    log.vv_Logf(u"", u"", kOdd, 0, u"%1022s\U0001F600", u"");  // no half pair at the cut
+    EXPECT_EQ(recorder.heard, std::string(1022, ' ') + "|||77|0");
     EXPECT_GT(test::FailEachAllocation([&] { log.vv_Logf("source", "category", kOdd, 0, "text"); }),
               2u);
     const std::uint64_t before = platform::AllocationCount();
