@@ -38,12 +38,24 @@ void TellMissing(const char16_t* item, unsigned int line = __builtin_LINE()) {
     TellError(text);
 }
 
+// A copy of the label; null for none.
+char16_t* CopyLabel(const char16_t* label) {
+    if (label == nullptr) return nullptr;
+    const std::size_t size = platform::TextLength(label) + 1;
+    auto* const copy = static_cast<char16_t*>(platform::Allocate(size * sizeof(char16_t)));
+    if (copy != nullptr) std::copy_n(label, size, copy);
+    return copy;
+}
+
 // Makes or empties the file; null when it cannot be.
 HANDLE CreateTextFile(std::u16string_view name) {
     char16_t path[kAreaSize];
     std::size_t length = 0;
     const platform::PathParts parts = platform::SplitPath(name);
-    if (parts.drive.empty() && parts.directory.empty()) length = platform::TemporaryFolder(path);
+    if (parts.drive.empty() && parts.directory.empty()) {
+        length = platform::TemporaryFolder(path);
+        if (length == 0) return nullptr;
+    }
     if (length + name.size() >= kAreaSize) return nullptr;
     *std::ranges::copy(name, path + length).out = 0;
     if (foundation::detail::IsOlderFamily()) foundation::detail::PassNarrow(path);
@@ -74,8 +86,9 @@ void CT_TestOut::v_Set() noexcept {
 }
 
 void CT_TestOut::v_Set(const char16_t* file, const char16_t* label, unsigned int outputType) {
+    char16_t* const copy = CopyLabel(label);  // first: it may be the label of now
     v_Set();
-    if (label != nullptr) v_SetLabel(label);
+    label_ = copy;
     if (file == nullptr) TellMissing(u"qcuz_file");
     v_Open(file);
     output_type_ = outputType;
@@ -118,10 +131,7 @@ void CT_TestOut::v_SetLabel(const char16_t* label) {
         TellMissing(u"qcuz_label");
         return;
     }
-    const std::size_t size = platform::TextLength(label) + 1;
-    auto* const copy = static_cast<char16_t*>(platform::Allocate(size * sizeof(char16_t)));
-    if (copy != nullptr) std::copy_n(label, size, copy);
-    platform::Free(std::exchange(label_, copy));
+    platform::Free(std::exchange(label_, CopyLabel(label)));
 }
 
 // ---- Output -----------------------------------------------------------------------------------

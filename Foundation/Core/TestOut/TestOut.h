@@ -32,7 +32,8 @@ public:
     CT_TestOut& operator=(const CT_TestOut&) = delete;
     ~CT_TestOut();
 
-    // Closes what is open and starts anew, as the constructors do.
+    // Closes what is open and starts anew, as the constructors do. The label may be the one of now;
+    // without memory for it nothing changes.
     void v_Set() noexcept;
     void v_Set(const char16_t* file, const char16_t* label, unsigned int outputType);
 

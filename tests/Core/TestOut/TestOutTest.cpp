@@ -79,7 +79,8 @@ TEST(TestOutTest, StandardStreamsAndFilesFollowEachOther) {
         CT_TestOut out;
         EXPECT_EQ(out.quz_GetLabel(), nullptr);
         out.v_Out(u"one,");
-        out.v_SetLabel(u">");
+        out.v_Set(u"stdout", u">", 1);
+        out.v_Set(u"stdout", out.quz_GetLabel(), 1);
         out.v_Open(u"stderr");
         out.v_Out(u"two,");
         out.v_Open(folder.Name(u"none\\out.txt").c_str());
