@@ -192,15 +192,20 @@ TEST(TreeTest, BranchesCanLeaveWhereThePoolIsFull) {
     for (const unsigned most : {5U, 9U, 17U, 33U}) {
         for (unsigned length = 1; length < 20 * most; length += most / 2) {
             Trees trees;
-            for (unsigned i = 0; i < 8 * most; ++i) {
-                const unsigned family = i / most, branch = i % most;
-                if (family < 4 || branch != 0) trees.Add(Key(family, branch), i);
-            }
+            const auto fill = [&] {
+                for (unsigned i = 0; i < 8 * most; ++i) {
+                    const unsigned family = i / most, branch = i % most;
+                    if (family < 4 || branch != 0) trees.Add(Key(family, branch), i);
+                }
+            };
+            fill();
             trees.Add(std::u16string(length, u'k'), length);
             for (unsigned branch = 1; branch < most; ++branch) {
                 for (unsigned family = 0; family < 8; ++family) trees.Remove(Key(family, branch));
                 if (branch % 4 == 0) trees.ExpectSame();
             }
+            fill();
+            trees.ExpectSame();
         }
     }
 }
