@@ -190,7 +190,8 @@ TEST(BiLingualWordListTest, StaysAsItWasWhenMemoryRunsOut) {
     const auto insert = [&](auto& list) { list.v_Insert(key.c_str(), key.c_str()); };
     const auto clear = [](auto& list) { list.v_Set(); };
     const auto assign = [](auto& list) {
-        const CT_BiLingualUWordList other = Sample();
+        CT_BiLingualUWordList other;
+        other.v_Insert(u"neu", u"new");
         list.v_Set(&other);
     };
     EXPECT_GT(test::ExpectUnchangedWithoutMemory(Sample, insert, read), 3u);
