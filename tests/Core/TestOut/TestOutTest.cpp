@@ -12,6 +12,7 @@
 #include "Foundation/Platform/Files.h"
 #include "Support/Dialogs.h"
 #include "Support/Errors.h"
+#include "Support/Faults.h"
 #include "Support/TempFolder.h"
 
 namespace {
@@ -93,6 +94,8 @@ TEST(TestOutTest, StandardStreamsAndFilesFollowEachOther) {
         setenv("TMPDIR", folder.Native().c_str(), 1);
         out.v_Open(u"bare.txt");  // in the folder for temporary files
         unsetenv("TMPDIR");
+        const test::FileFault no_folder(platform::FileCall::kTemporary, 0, 3);
+        out.v_Open(u"lost.txt");
         out.v_SetOutputType(0);
         out.v_Set();
         out.v_Out(u"six,");
@@ -105,7 +108,9 @@ TEST(TestOutTest, StandardStreamsAndFilesFollowEachOther) {
     EXPECT_EQ(folder.Read(u"out.txt") + folder.Read(u"bare.txt"), "\xFF\xFE\xFF\xFE");
     streams.Expect(Bytes(u"one,>three,>five,six,"), Bytes(u">two,") + "Could not open " +
                                                         test::Utf8(folder.Name(u"none\\out.txt")) +
-                                                        "\nUsing stdout instead.\n");
+                                                        "\nUsing stdout instead.\n"
+                                                        "Could not open lost.txt\n"
+                                                        "Using stdout instead.\n");
 }
 
 TEST(TestOutTest, MissingArgumentsAreToldAndDoNotStop) {
