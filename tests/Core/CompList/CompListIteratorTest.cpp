@@ -14,12 +14,7 @@
 
 namespace {
 
-using test::Adopted;
-using test::Bytes;
-using test::ImageOf;
-using test::Shape;
-using test::Word;
-using test::Words;
+using namespace test;
 
 using Entries = std::vector<std::pair<Word, unsigned>>;
 
@@ -71,7 +66,7 @@ TEST(CompListIteratorTest, VisitsEveryWordOnceAlternativesFromTheLast) {
             Entries added;
             for (unsigned i = 0; i < 500; ++i) {
                 const Word word = words.Next();
-                if (test::Add(list, word, i) && !word.empty()) added.emplace_back(word, i);
+                if (Add(list, word, i) && !word.empty()) added.emplace_back(word, i);
             }
             Entries expected;
             AppendInOrder(added, 0, expected);
@@ -140,19 +135,29 @@ TEST(CompListIteratorTest, StartsAnewOnAnotherListAndNeedsNoHandle) {
     EXPECT_FALSE(iterator.b_GetNext(&word, &handle));
 }
 
-TEST(CompListIteratorTest, EndsOnDamagedImages) {
-    test::PlainCompList plain = Shape{2, 1, false, false}.Plain();
-    Words words(5, u"abz", 4);
-    for (unsigned i = 0; i < 60; ++i) plain.Add(words.Next(), i);
-    test::Damage(plain.Image(), [](const Bytes& image) {
-        ASSERT_LE(Enumerate(Adopted(image)).size(), image.size());
+TEST(CompListIteratorTest, DamagedImagesAreReadToAnEndAndNeverChanged) {
+    const auto test_words = [] { return Words(5, u"abz", 4); };
+    Words words = test_words();
+    const Bytes good = Shape{2, 1, true, false}.Plain(words, 60).Image();
+    Damage(good, [&](const Bytes& image) {
+        CT_CompList list = Adopted(image);
+        ASSERT_LE(Enumerate(list).size(), image.size());
+        Words keys = test_words();
+        for (unsigned i = 0; i < 60; ++i) {
+            const Word key = keys.Next();
+            unsigned matched = 0;
+            (void)list.n_Search(key.c_str(), &matched);
+            ASSERT_LE(matched, key.size());
+        }
+        const bool added = list.b_Add(u"zzzzzzzz", 1) != FALSE;
+        ASSERT_TRUE(added ? list.b_Search(u"zzzzzzzz") != FALSE : ImageOf(list) == image);
     });
 }
 
 // Each marker leads right behind itself, so that every path forks and joins again: without a bound
 // a list of this size has 2^200 words.
 TEST(CompListIteratorTest, EndsOnAnImageWhosePathsJoin) {
-    Bytes image = test::PlainCompList(1, 1, false, false).Image();
+    Bytes image = PlainCompList(1, 1, false, false).Image();
     image.pop_back();
     for (int i = 0; i < 200; ++i) image.insert(image.end(), {'a', 13, 3, 0});
     image.insert(image.end(), {'a', 26, 1, 25});

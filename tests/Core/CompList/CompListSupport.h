@@ -51,17 +51,6 @@ inline BOOL Add(CT_CompList& list, const Word& word, std::uint32_t handle) {
     return list.b_Add(std::string(word.begin(), word.end()).c_str(), handle);
 }
 
-struct Shape {
-    unsigned element, handle;
-    bool empty_string, long_offset;
-
-    CT_CompList New() const {
-        return CT_CompList(static_cast<CT_CompList::et_ElementSize>(element), handle,
-                           empty_string ? TRUE : FALSE, long_offset ? TRUE : FALSE, 128, 0);
-    }
-    PlainCompList Plain() const { return {element, handle, empty_string, long_offset}; }
-};
-
 // Words over an alphabet: short ones, and ones that branch off or continue an earlier word.
 class Words {
 public:
@@ -86,6 +75,22 @@ private:
     Word alphabet_;
     unsigned longest_;
     std::vector<Word> earlier_;
+};
+
+struct Shape {
+    unsigned element, handle;
+    bool empty_string, long_offset;
+
+    CT_CompList New() const {
+        return CT_CompList(static_cast<CT_CompList::et_ElementSize>(element), handle,
+                           empty_string ? TRUE : FALSE, long_offset ? TRUE : FALSE, 128, 0);
+    }
+    PlainCompList Plain() const { return {element, handle, empty_string, long_offset}; }
+    PlainCompList Plain(Words& words, unsigned count) const {
+        PlainCompList list = Plain();
+        for (unsigned i = 0; i < count; ++i) list.Add(words.Next(), i);
+        return list;
+    }
 };
 
 }  // namespace test

@@ -22,48 +22,20 @@ public:
           image_(132 + element_size, 0) {
         SetNumber(0, 4, 19970101);
         SetNumber(4, 4, 132 + element_size);
-        SetNumber(8, 4, 0);
         SetNumber(12, 4, 0xFFFFFFFF);
-        image_[125] = static_cast<std::uint8_t>(element_size);
-        image_[126] = static_cast<std::uint8_t>(handle_size);
-        image_[127] = static_cast<std::uint8_t>((empty_string ? 1 : 0) | (long_offset ? 2 : 0));
-        image_[128] = 1;
-        image_[132] = 25;
+        SetNumber(125, 1, element_size);
+        SetNumber(126, 1, handle_size);
+        SetNumber(127, 2, (empty_string ? 1 : 0) | (long_offset ? 2 : 0) | 0x100);
+        SetNumber(132, 1, 25);
     }
 
     bool Add(const Word& word, std::uint32_t handle) {
-        const bool empty = word.empty();
-        if (empty && (image_[127] & 1) == 0) return false;
+        if (word.empty() && (image_[127] & 1) == 0) return false;
         if (word.find_first_of(Word{10, 13, 25, 26}) != Word::npos) return false;
-        const std::vector<std::uint8_t> before = image_;
-        overflow_ = false;
-        if (empty) {
-            SetNumber(12, 4, handle);
-        } else {
-            const Stop stop = Walk(word);
-            if (stop.kind == Stop::kFound) return false;
-            if (stop.kind == Stop::kBeginning) {
-                Open(stop.at, element_ + handle_);
-                SetNumber(stop.at, element_, 10);
-                SetNumber(stop.at + element_, handle_, handle);
-            } else if (stop.kind == Stop::kBranchEnd) {
-                SetNumber(stop.at, element_, 10);
-                WriteRest(stop.at + element_ + handle_, word, stop.matched, handle);
-            } else if (stop.kind == Stop::kStreamEnd) {
-                WriteRest(stop.at, word, stop.matched, handle);
-                SetJump(word[0], stop.at);
-            } else {
-                Open(stop.at, element_ + offset_);
-                SetNumber(stop.at, element_, 13);
-                const std::size_t end = image_.size() - element_;
-                WriteRest(end, word, stop.matched, handle);
-                if (offset_ == 2 && end - stop.at > 0xFFFF) overflow_ = true;
-                SetNumber(stop.at + element_, offset_, static_cast<std::uint32_t>(end - stop.at));
-                if (stop.matched == 0) SetJump(word[0], end);
-            }
-        }
-        if (overflow_) {
-            image_ = before;
+        const PlainCompList before = *this;
+        if (word.empty()) SetNumber(12, 4, handle);
+        if (!word.empty() && !Insert(word, handle)) {
+            *this = before;
             return false;
         }
         SetNumber(120, 4, Number(120, 4) + 1);
@@ -90,8 +62,6 @@ private:
         std::size_t matched;
     };
 
-    std::uint32_t Element(std::size_t at) const { return Number(at, element_); }
-
     std::uint32_t Number(std::size_t at, unsigned width) const {
         std::uint32_t value = 0;
         for (unsigned i = 0; i < width; ++i) value |= std::uint32_t{image_[at + i]} << (8 * i);
@@ -105,17 +75,16 @@ private:
     }
 
     Stop Walk(const Word& word) const {
-        std::size_t at = 132;
-        std::size_t i = 0;
+        std::size_t at = 132, i = 0;
         if (word[0] >= 'a' && word[0] <= 'z') {
             const std::size_t jump = Number(16 + 4 * (word[0] - 'a'), 4);
             if (jump != 0) at = jump;
         }
         for (;;) {
-            std::uint32_t element = Element(at);
+            std::uint32_t element = Number(at, element_);
             if (i == word.size()) {
                 if (element == 13) at += element_ + offset_;
-                element = Element(at);
+                element = Number(at, element_);
                 return {element == 10 || element == 26 ? Stop::kFound : Stop::kBeginning, at, i};
             }
             const bool marker = element == 10 || element == 13 || element == 25 || element == 26;
@@ -130,7 +99,7 @@ private:
                 return {element == 26 ? Stop::kBranchEnd : Stop::kStreamEnd, at, i};
             } else {
                 at += element_;
-                if (Element(at) != 13) return {Stop::kNoAlternative, at, i};
+                if (Number(at, element_) != 13) return {Stop::kNoAlternative, at, i};
                 at += Number(at + element_, offset_);
             }
         }
@@ -139,13 +108,10 @@ private:
     // Opens room and moves the targets of all markers before it that lie at or behind it.
     void Open(std::size_t at, std::size_t count) {
         for (std::size_t p = 132; p < at;) {
-            const std::uint32_t element = Element(p);
+            const std::uint32_t element = Number(p, element_);
             if (element == 13) {
-                const std::uint32_t distance = Number(p + element_, offset_);
-                if (p + distance >= at) {
-                    if (offset_ == 2 && distance + count > 0xFFFF) overflow_ = true;
-                    SetNumber(p + element_, offset_, static_cast<std::uint32_t>(distance + count));
-                }
+                const std::size_t distance = Number(p + element_, offset_);
+                if (p + distance >= at) SetOffset(p + element_, distance + count);
                 p += element_ + offset_;
             } else {
                 p += element_ + (element == 10 || element == 26 ? handle_ : 0);
@@ -153,25 +119,50 @@ private:
         }
         for (std::size_t jump = 16; jump < 120; jump += 4) {
             const std::uint32_t target = Number(jump, 4);
-            if (target != 0 && target >= at) {
-                SetNumber(jump, 4, static_cast<std::uint32_t>(target + count));
-            }
+            if (target >= at) SetNumber(jump, 4, static_cast<std::uint32_t>(target + count));
         }
         image_.insert(image_.begin() + static_cast<std::ptrdiff_t>(at), count, 0);
         SetNumber(4, 4, static_cast<std::uint32_t>(image_.size()));
     }
 
-    void WriteRest(std::size_t at, const Word& word, std::size_t from, std::uint32_t handle) {
-        Open(at, (word.size() - from) * element_ + element_ + handle_);
-        for (; from < word.size(); ++from, at += element_) SetNumber(at, element_, word[from]);
-        SetNumber(at, element_, 26);
-        SetNumber(at + element_, handle_, handle);
+    // False for a word that is there, or whose insertion makes an offset too large.
+    bool Insert(const Word& word, std::uint32_t handle) {
+        const Stop stop = Walk(word);
+        if (stop.kind == Stop::kFound) return false;
+        if (stop.kind == Stop::kBeginning) {
+            Open(stop.at, element_ + handle_);
+            SetNumber(stop.at, element_, 10);
+            SetNumber(stop.at + element_, handle_, handle);
+            return !overflow_;
+        }
+        std::size_t rest = stop.at;
+        if (stop.kind == Stop::kBranchEnd) {
+            SetNumber(stop.at, element_, 10);
+            rest += element_ + handle_;
+        } else if (stop.kind == Stop::kNoAlternative) {
+            Open(stop.at, element_ + offset_);
+            rest = image_.size() - element_;
+        }
+        Open(rest, (word.size() - stop.matched + 1) * element_ + handle_);
+        std::size_t at = rest;
+        for (const char16_t unit : word.substr(stop.matched) + u'\x1A') {
+            SetNumber(at, element_, unit);
+            at += element_;
+        }
+        SetNumber(at, handle_, handle);
+        if (stop.kind == Stop::kNoAlternative) {
+            SetNumber(stop.at, element_, 13);
+            SetOffset(stop.at + element_, rest - stop.at);
+        }
+        if (stop.matched == 0 && word[0] >= 'a' && word[0] <= 'z') {
+            SetNumber(16 + 4 * (word[0] - 'a'), 4, static_cast<std::uint32_t>(rest));
+        }
+        return !overflow_;
     }
 
-    void SetJump(char16_t first, std::size_t at) {
-        if (first >= 'a' && first <= 'z') {
-            SetNumber(16 + 4 * (first - 'a'), 4, static_cast<std::uint32_t>(at));
-        }
+    void SetOffset(std::size_t at, std::size_t distance) {
+        if (offset_ == 2 && distance > 0xFFFF) overflow_ = true;
+        SetNumber(at, offset_, static_cast<std::uint32_t>(distance));
     }
 
     unsigned element_, handle_, offset_;
