@@ -53,23 +53,20 @@ TEST(FormatsTest, FollowsTheConventionsGiven) {
     EXPECT_EQ(Formatted(u"-1234.5678", words), "1' 234 point 568 minus");
 }
 
-// Whole numbers of thousandths, rounded by arithmetic.
+// Thousandths as a decimal number, cut behind some digits.
+std::string Decimal(int thousandths, std::size_t digits) {
+    std::string fraction = std::to_string(1000 + thousandths % 1000);
+    fraction[0] = '.';
+    return std::to_string(thousandths / 1000) + fraction.substr(0, digits == 0 ? 0 : digits + 1);
+}
+
 TEST(FormatsTest, RoundsHalfAwayFromZero) {
-    for (int thousandths = 0; thousandths <= 20000; ++thousandths) {
-        const std::u16string fraction = test::Utf16(std::to_string(1000 + thousandths % 1000));
-        std::u16string number = test::Utf16(std::to_string(thousandths / 1000));
-        number.append(u".").append(fraction, 1);
+    for (int number = 0; number <= 20000; ++number) {
         int unit = 1000;
         for (std::uint32_t digits = 0; digits <= 3; ++digits, unit /= 10) {
-            const int rounded = (thousandths + unit / 2) / unit;
-            const int whole = 1000 / unit;
-            std::string wanted = std::to_string(rounded / whole);
-            if (digits != 0) {
-                wanted.append(".").append(std::to_string(whole + rounded % whole), 1);
-            }
-            NumberFormat format;
-            format.digits = digits;
-            ASSERT_EQ(Formatted(number, format), wanted) << test::Utf8(number);
+            const int rounded = (number + unit / 2) / unit * unit;
+            const std::string text = Decimal(number, 3);
+            ASSERT_EQ(Formatted(test::Utf16(text), {.digits = digits}), Decimal(rounded, digits));
         }
     }
 }

@@ -8,7 +8,6 @@
 #ifndef FOUNDATION_CORE_CONTAINER_STRINGNUMBERMAP_H
 #define FOUNDATION_CORE_CONTAINER_STRINGNUMBERMAP_H
 
-#include <concepts>
 #include <cstdint>
 
 #include "Foundation/Core/Container/OwnedStrings.h"

@@ -1,10 +1,8 @@
 #include "Foundation/Core/String/FormatString.h"
 
-#include <algorithm>
 #include <array>
 
 #include "Foundation/Core/Language/LocaleInfo.h"
-#include "Foundation/Core/String/StringCore.h"
 #include "Foundation/Platform/Nls/Formats.h"
 #include "Foundation/Platform/Runtime.h"
 

@@ -13,6 +13,7 @@ using platform::UnitSet;
 
 constexpr UnitSet kBrackets(u"<>");
 constexpr UnitSet kEquals(u"=");
+constexpr UnitSet kExponents(u"eEdD");
 
 // Places for any double with six decimals.
 using NumberText = std::array<char16_t, 512>;
@@ -86,12 +87,14 @@ bool ReadInteger(View text, int& value) {
 }
 
 // As the runtime's scanning of %lf, which takes an exponent's letter without digits for no number
-// at all. What follows the value is no part of a number: ">", "=" or the end of the record.
+// at all. What follows the value is no part of a number: a bracket, "=" or the end of the record.
 bool ReadReal(View text, double& value) {
-    if (text.empty()) return false;
     const platform::ReadReal read = platform::ReadDouble(text.data());
-    const char16_t next = platform::ToLower(text.data()[read.consumed]);
-    if (read.consumed == 0 || next == u'e' || next == u'd') return false;
+    const View number = text.substr(0, read.consumed);
+    const bool has_exponent = kExponents.FirstMember(number) != number.size();
+    if (number.empty() || (!has_exponent && kExponents.Has(text.data()[number.size()]))) {
+        return false;
+    }
     value = read.value;
     return true;
 }

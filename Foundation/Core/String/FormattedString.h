@@ -29,7 +29,7 @@ public:
     // The value of a key, up to an "=" in it; FALSE and an empty value when the key is absent.
     static BOOL sb_GetData(Text record, Text key, CT_UString* value);
     // TRUE when the key is there. The number changes only when the value begins with one, after
-    // white space; integers outside 32 bits become the nearest limit.
+    // white space; integers lose what is beyond 32 bits.
     static BOOL sb_GetDataI(Text record, Text key, int* value);
     static BOOL sb_GetDataR(Text record, Text key, double* value);
 };

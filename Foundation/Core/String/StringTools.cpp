@@ -19,12 +19,13 @@ constexpr std::uint32_t kNotFound = CT_StringTools::kNotFound;
 constexpr std::uint32_t kWholeNumber = 0xFFFFFFFF;  // as a field width
 constexpr std::uint32_t kWholeNumberField = 16;
 
-// From `from` to before `end`, which is the text's length, or backwards to kNotFound.
+// From `from` to before `end`, which is the text's length, or backwards to kNotFound: the position
+// before the first one.
 std::uint32_t Search(WideView text, WideView characters, std::uint32_t from, std::uint32_t end,
                      bool member) {
     const platform::UnitSet set(characters);
     if (end == kNotFound) {
-        const WideView part = text.substr(0, std::size_t{from} + 1);
+        const WideView part = text.substr(0, from + 1);
         const std::size_t hit = member ? set.LastMember(part) : set.LastOther(part);
         return hit == platform::kNoHit ? kNotFound : static_cast<std::uint32_t>(hit);
     }

@@ -110,15 +110,12 @@ TYPED_TEST(StringMapsTest, ChangeAndLeakNothingWithoutMemory) {
         [&](TypeParam& map) { Add(map, item); }, [&](TypeParam& map) { map.v_Set(&original); },
         [](TypeParam& map) { map.v_Append(&map, 9); }, [](TypeParam& map) { map.v_RemoveAt(1); },
         [](TypeParam& map) { Store(map); }};
+    std::uint64_t failures = 0;
     for (const auto& change : changes) {
         const auto make = [&] { return TypeParam(original); };
-        test::ExpectUnchangedWithoutMemory(make, change, All<TypeParam>);
-        EXPECT_GT(test::FailEachAllocation([&] {
-                      TypeParam map(original);
-                      change(map);
-                  }),
-                  7u);
+        failures += test::ExpectUnchangedWithoutMemory(make, change, All<TypeParam>);
     }
+    EXPECT_GT(failures, 25u);
 }
 
 TEST(StringOrdinalMapTest, InsertsAndFindsByPosition) {

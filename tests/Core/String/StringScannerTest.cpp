@@ -19,30 +19,25 @@ using test::Of;
 using test::String;
 
 void ExpectParts(const Text& text, const Text& separators, bool words) {
+    using Scanner = CT_StringScanner;
     const std::vector<test::Place> parts = test::Split(text, separators, words);
     const CT_UString string = String(text);
-    const std::uint32_t count = words ? CT_StringScanner::n_WordCount(string, separators.c_str())
-                                      : CT_StringScanner::n_ItemCount(string, separators[0]);
+    const char16_t *const set = separators.c_str(), one = separators[0];
+    const auto count =
+        words ? Scanner::n_WordCount(string, set) : Scanner::n_ItemCount(string, one);
     ASSERT_EQ(count, parts.size());
     for (std::uint32_t n = 0; n <= count + 1; ++n) {
-        Text wanted, rest = text;
-        if (n - 1 < count) {
-            wanted = text.substr(parts[n - 1].begin, parts[n - 1].length);
-            rest.erase(parts[n - 1].begin, parts[n - 1].length);
-        }
-        CT_UString part(u"before"), remaining = string, own = string;
+        const test::Place part = n - 1 < count ? parts[n - 1] : test::Place{text.size(), 0};
+        CT_UString own = string, rest = string;
         if (words) {
-            CT_StringScanner::v_SubWord(&part, string, separators.c_str(), n);
-            CT_StringScanner::v_SubWord(&own, own, separators.c_str(), n);
-            CT_StringScanner::v_RemoveWord(&remaining, separators.c_str(), n);
+            Scanner::v_SubWord(&own, own, set, n);
+            Scanner::v_RemoveWord(&rest, set, n);
         } else {
-            CT_StringScanner::v_Item(&part, string, separators[0], n);
-            CT_StringScanner::v_Item(&own, own, separators[0], n);
-            CT_StringScanner::v_RemoveItem(&remaining, separators[0], n);
+            Scanner::v_Item(&own, own, one, n);
+            Scanner::v_RemoveItem(&rest, one, n);
         }
-        ASSERT_EQ(Of(part), wanted) << n;
-        ASSERT_EQ(Of(own), wanted) << n;
-        ASSERT_EQ(Of(remaining), rest) << n;
+        ASSERT_EQ(Of(own), text.substr(part.begin, part.length)) << n;
+        ASSERT_EQ(Of(rest), Text(text).erase(part.begin, part.length)) << n;
     }
 }
 
@@ -60,19 +55,18 @@ void ExpectTokens(const Text& text, const Text& separators) {
     ASSERT_FALSE(tokens.b_MoveNext());
 }
 
+// Also from behind the text, and from 0xFFFFFFFF, one before its first character.
 void ExpectFound(const Text& text, const Text& set) {
-    const CT_UString string = String(text);
-    for (std::uint32_t from = 0; from <= text.size() + 1; ++from) {
-        const std::size_t last = std::min<std::size_t>(from, text.size() - 1);
-        const auto position = [](std::size_t found) { return static_cast<std::uint32_t>(found); };
-        const auto any = text.find_first_of(set, from), no = text.find_first_not_of(set, from);
-        const auto last_any = text.empty() ? Text::npos : text.find_last_of(set, last);
-        const auto last_no = text.empty() ? Text::npos : text.find_last_not_of(set, last);
+    const CT_UString string = String(text), units = String(set);
+    for (std::uint32_t from = 0xFFFFFFFF; from != text.size() + 2; ++from) {
+        const auto expect = [&](auto* find, std::size_t ahead, std::size_t back) {
+            ASSERT_EQ(find(units, string, from, 1), static_cast<std::uint32_t>(ahead)) << from;
+            ASSERT_EQ(find(units, string, from, -1), static_cast<std::uint32_t>(back)) << from;
+        };
+        const Text head = text.substr(0, from + 1);
         using Tools = CT_StringTools;
-        ASSERT_EQ(Tools::sn_FindAny(set.c_str(), string, from, 1), position(any)) << from;
-        ASSERT_EQ(Tools::sn_FindNot(set.c_str(), string, from, 1), position(no)) << from;
-        ASSERT_EQ(Tools::sn_FindAny(set.c_str(), string, from, -1), position(last_any)) << from;
-        ASSERT_EQ(Tools::sn_FindNot(set.c_str(), string, from, -1), position(last_no)) << from;
+        expect(Tools::sn_FindAny, text.find_first_of(set, from), head.find_last_of(set));
+        expect(Tools::sn_FindNot, text.find_first_not_of(set, from), head.find_last_not_of(set));
     }
 }
 

@@ -1,4 +1,4 @@
-// Replacing, comparing parts, fixed-point numbers, tagged records.
+// Replacing, comparing parts, fixed-point numbers, tagged records, numbers of locales.
 #include "Foundation/Core/String/StringTools.h"
 
 #include <gtest/gtest.h>
@@ -12,8 +12,10 @@
 #include "Core/String/PlainTexts.h"
 #include "Core/String/StringTexts.h"
 #include "Foundation/Core/Character/CharMappings.h"
+#include "Foundation/Core/String/FormatString.h"
 #include "Foundation/Core/String/FormattedString.h"
 #include "Foundation/Core/String/StringScanner.h"
+#include "Foundation/Platform/Nls/Locales.h"
 #include "Support/Memory.h"
 
 namespace {
@@ -174,6 +176,7 @@ TEST(FormattedStringTest, ReadsValuesAsTheRuntimeScansThem) {
              R"(<K=1><K=2><L=3>|2|2|2 / <K=>||-777|-777 / <K=5=6>|5|5|5 / <=K==5>|5|5|5 / K=5|5|5|5
 >K<||-777|-777 / <KK=5><k=6> /  / <K= 010>| 010|10|10 / <K=x>|x|-777|-777
 <K=1e3>|1e3|1|1000 / <K=1e>|1e|1|-777 / <K=1e+>|1e+|1|-777 / <K=-1.5.2>|-1.5.2|-1|-1.5
+<K=5e4e>|5e4e|5|50000 / <K=1D2d>|1D2d|1|100 / <K=1d>|1d|1|-777
 <K=.5>|.5|-777|.5 / <K=0x10>|0x10|0|0 / <K=+7>|+7|7|7 / <K=- 7>|- 7|-777|-777
 <K=2147483648>|2147483648|-2147483648|2147483648
 <K=-2147483649>|-2147483649|2147483647|-2147483649 / <K=4294967296>|4294967296|0|4294967296)")) {
@@ -189,6 +192,33 @@ TEST(FormattedStringTest, ReadsValuesAsTheRuntimeScansThem) {
         EXPECT_EQ(integer, found ? std::stoi(fields[2]) : -777);
         EXPECT_EQ(real, found ? std::stod(fields[3]) : -777);
     }
+}
+
+std::string Formatted(auto value, LCID locale, std::uint32_t decimals, auto grouping) {
+    CT_UString out(u"before");
+    const BOOL done = CT_FormatString::sb_FormatNumber(&out, value, locale, decimals, grouping);
+    EXPECT_EQ(done, out.n_GetLength() != 0);
+    return test::Ascii<test::Wide>(out);
+}
+
+TEST(FormatStringTest, FollowsTheLocale) {
+    platform::SetDefaultLocales(0x0407, 0x0409);
+    EXPECT_EQ(Formatted(1234567u, 0, 2, 3u), "1.234.567,00");
+    EXPECT_EQ(Formatted(-1234.5f, 0, 1, u"3;0"), "-1.234,5");
+    platform::SetDefaultLocales(0, 0);
+    EXPECT_EQ(Formatted(4294967295u, 0x0409, 0, u"3;2;0"), "4,29,49,67,295");
+    EXPECT_EQ(Formatted(1234567u, 0x0409, 1, u"3"), "1234,567.0");
+    EXPECT_EQ(Formatted(-0.125f, 0x0409, 2, 3u), "-0.13");
+    EXPECT_EQ(Formatted(-0.0f, 0x0409, 2, 3u), "0.00");
+    EXPECT_EQ(Formatted(0.5f, 0x043A, 1, 3u), "0,5");  // Maltese, from the library's own list
+    using Limits = std::numeric_limits<float>;
+    EXPECT_EQ(Formatted(Limits::lowest(), 0x0409, 9, 1u).size(), 1u + 39 + 38 + 10);
+    for (const float value : {Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN()}) {
+        EXPECT_EQ(Formatted(value, 0x0409, 2, 3u), "");
+    }
+    EXPECT_EQ(Formatted(5u, 0x0409, 10, 3u), "");
+    EXPECT_EQ(Formatted(5u, 0x0409, 0, u"3;"), "");
+    EXPECT_EQ(Formatted(5u, 0xFFFF, 0, 3u), "");
 }
 
 }  // namespace
