@@ -170,6 +170,13 @@ TEST(StringNumberMapTest, FirstPairCounts) {
     map.v_Remove(0);
     map.v_Remove(9);
     EXPECT_EQ(All(map), "x7,new2,x1,");
+    // Strings and numbers stay side by side, as the next pair shows.
+    const auto append = [](CT_StringNumberMap& pairs) { pairs.v_Append(&pairs, 2); };
+    const auto read = [](CT_StringNumberMap pairs) {
+        pairs.v_Insert(u"z", 5);
+        return All(pairs);
+    };
+    EXPECT_GT(test::ExpectUnchangedWithoutMemory([&] { return map; }, append, read), 1u);
 }
 
 TEST(StringNumberMapTest, ReadsRecordsCutAtAnyByte) {

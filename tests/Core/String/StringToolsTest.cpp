@@ -208,7 +208,8 @@ TEST(FormatStringTest, FollowsTheLocale) {
     platform::SetDefaultLocales(0, 0);
     EXPECT_EQ(Formatted(4294967295u, 0x0409, 0, u"3;2;0"), "4,29,49,67,295");
     EXPECT_EQ(Formatted(1234567u, 0x0409, 1, u"3"), "1234,567.0");
-    EXPECT_EQ(Formatted(-0.125f, 0x0409, 2, 3u), "-0.13");
+    EXPECT_EQ(Formatted(-0.125f, 0x0401, 2, 3u), "0.13-");
+    EXPECT_EQ(Formatted(-1234.5f, 0x041A, 1, 3u), "- 1.234,5");
     EXPECT_EQ(Formatted(-0.0f, 0x0409, 2, 3u), "0.00");
     EXPECT_EQ(Formatted(0.5f, 0x043A, 1, 3u), "0,5");  // Maltese, from the library's own list
     using Limits = std::numeric_limits<float>;
