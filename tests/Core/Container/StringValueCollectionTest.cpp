@@ -28,10 +28,10 @@ std::string Shown(auto number) {
     return std::to_string(number);
 }
 
-// The value of one type, which both ways of asking must give.
+// The value of one type, which both ways of asking must give in place of what was there.
 template <typename Value>
 std::string Get(const Collection& collection, std::uint32_t i, const CT_UString& key, int type) {
-    Value by_position = Value(7), by_key = Value(7);
+    Value by_position(7), by_key(7);
     const BOOL found = collection.eo_GetTypeAt(i) == type;
     EXPECT_EQ(collection.b_GetValueAt(i, by_position), found);
     EXPECT_EQ(collection.b_GetValue(key, by_key), found);
