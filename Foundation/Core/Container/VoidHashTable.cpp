@@ -14,6 +14,7 @@ using namespace foundation::detail;
 namespace {
 
 constexpr std::uint32_t kSizeInsteadOfNone = 13;
+constexpr std::uint32_t kMostToDouble = 0xFFFFFFFB / 2;  // the largest prime of 32 bits
 
 constinit _SHI_Pool pool(sizeof(CT_VoidHashTable), 128);
 
@@ -82,14 +83,16 @@ void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
     if (other == this) return;
     CT_VoidHashTable copy(data_size_, key_size_, hash_, compare_, other->n_GetTableSize());
     copy.InsertAll(*other);
-    std::swap(count_, copy.count_);
-    std::swap(collisions_, copy.collisions_);
-    slots_.Swap(copy.slots_);
-    items_.Swap(copy.items_);
+    Exchange(copy);
 }
 
 BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
-    if (n_GetTableSize() == 0) Rebuild(kSizeInsteadOfNone);
+    if (n_GetTableSize() == 0) {
+        CT_VoidHashTable table(data_size_, key_size_, hash_, compare_, kSizeInsteadOfNone);
+        table.b_Insert(key, data);
+        Exchange(table);
+        return FALSE;
+    }
     const Place place = Find(key);
     if (place.link == nullptr) {
         Add(key, place.hash, data);
@@ -114,7 +117,7 @@ void CT_VoidHashTable::v_RemoveAt(std::uint32_t slot, const st_HashItem* item) n
 void CT_VoidHashTable::v_Resize(std::uint32_t tableSize) {
     if (tableSize == 0) tableSize = n_GetTableSize();
     if (collisions_ >= tableSize / 4) {
-        if (tableSize > 0x7FFFFFFF) ReportExhausted();
+        if (tableSize > kMostToDouble) ReportExhausted();
         tableSize = n_GetNextPrim(2 * tableSize);
     }
     Rebuild(tableSize);
@@ -162,24 +165,21 @@ void CT_VoidHashTable::Add(const void* key, std::uint32_t hash, const void* data
 }
 
 void CT_VoidHashTable::InsertAll(const CT_VoidHashTable& other) {
-    const bool disagree = rules_.path == Rules::Path::kKnown && !rules_.filters;
     if (key_size_ != other.key_size_ || data_size_ != other.data_size_ || hash_ != other.hash_ ||
-        compare_ != other.compare_ || disagree) {
-        return InsertConverted(other);
+        compare_ != other.compare_ || !rules_.filters) {
+        return InsertEach(other);
     }
     // Keys that differ there differ here, so none is looked for: that keeps long chains linear.
     for (std::uint32_t slot = 0; slot < other.slots_.Size(); ++slot) {
         other.slots_.PrefetchFrom(slot);
         for (const st_HashItem* item = other.slots_[slot]; item != nullptr;
              item = item->following) {
-            const void* const key = item->pcv_GetKey();
-            const bool rehashes = rules_.path == Rules::Path::kForeign;
-            Add(key, rehashes ? hash_(key, n_GetTableSize()) - 1 : item->hash, item->pcv_GetData());
+            Add(item->pcv_GetKey(), item->hash, item->pcv_GetData());
         }
     }
 }
 
-void CT_VoidHashTable::InsertConverted(const CT_VoidHashTable& other) {
+void CT_VoidHashTable::InsertEach(const CT_VoidHashTable& other) {
     using Bytes = std::vector<std::byte, platform::Allocator<std::byte>>;
     Bytes key(std::size_t{key_size_} + 1), data(std::size_t{data_size_} + 1);
     for (std::uint32_t slot = 0; slot < other.slots_.Size(); ++slot) {
@@ -190,6 +190,13 @@ void CT_VoidHashTable::InsertConverted(const CT_VoidHashTable& other) {
             b_Insert(key.data(), data.data());
         }
     }
+}
+
+void CT_VoidHashTable::Exchange(CT_VoidHashTable& other) noexcept {
+    std::swap(count_, other.count_);
+    std::swap(collisions_, other.collisions_);
+    slots_.Swap(other.slots_);
+    items_.Swap(other.items_);
 }
 
 void CT_VoidHashTable::Rebuild(std::uint32_t tableSize) {

@@ -31,8 +31,8 @@ public:
     // Answers the slot of a key, from 1 to the table size, which is at least 1. See
     // CT_HashFunction.
     using HashFunction = unsigned int (*)(const void* key, unsigned int tableSize);
-    // Compares the key stored with the key looked for: 0 when they are equal. Functions of a
-    // caller's own must agree: equal keys have equal slots.
+    // Compares the key stored with the key looked for: 0 when they are equal. Neither function may
+    // change the table that calls it; looking up in it is fine.
     using CompareFunction = int (*)(const void* stored, const void* wanted);
 
     // An item; the bytes of its key follow, then those of its data, without padding.
@@ -197,7 +197,10 @@ private:
     // Adds an item whose key is not there, and grows.
     void Add(const void* key, std::uint32_t hash, const void* data);
     void InsertAll(const CT_VoidHashTable& other);
-    void InsertConverted(const CT_VoidHashTable& other);
+    // By b_Insert, as tables of different sizes or functions and those whose functions are not
+    // known to agree need it.
+    void InsertEach(const CT_VoidHashTable& other);
+    void Exchange(CT_VoidHashTable& other) noexcept;
     void Rebuild(std::uint32_t tableSize);
     // Removes the item that `link`, the head of its chain or a link in it, leads to.
     void Unlink(st_HashItem** link, bool isHead) noexcept;
