@@ -22,7 +22,8 @@ public:
     // Not valid: all numbers 0, all texts empty.
     CT_ModuleVersion() = default;
     // The version that the module registered (null: the program's); not valid when it has none. Of
-    // several texts with one name the first counts; standard names are known in any case.
+    // several texts with one name the first that is not empty counts; standard names are known in
+    // any case.
     explicit CT_ModuleVersion(HINSTANCE module);
     CT_ModuleVersion(const CT_ModuleVersion&) = default;
     // Running out of memory leaves this object as it was.
