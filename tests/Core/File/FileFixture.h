@@ -21,6 +21,9 @@ class FileTest : public ::testing::Test {
 protected:
     ~FileTest() override { platform::ClearFileFaults(); }
 
+    static std::string Content(const CT_Buffer& buffer) {
+        return {static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()};
+    }
     CT_UString Name(std::u16string_view leaf) const {
         return CT_UString(folder_.Name(leaf).c_str());
     }
@@ -36,8 +39,7 @@ protected:
     std::unique_ptr<CT_WinFile> Opened(std::string_view content, unsigned int access,
                                        unsigned int share = 0) const {
         folder_.Write(u"file", content);
-        const CT_UString name = Name(u"file");
-        auto file = std::make_unique<CT_WinFile>(&name, 16384);
+        auto file = std::make_unique<CT_WinFile>(&name_, 16384);
         Open(*file, access, 1, share);
         return file;
     }
@@ -57,7 +59,9 @@ protected:
         return code;
     }
 
-    TempFolder folder_;
+    const TempFolder folder_;
+    const CT_UString name_ = Name(u"file");
+    CT_WinFile file_{&name_, 16384};  // not opened
 };
 
 }  // namespace test

@@ -34,18 +34,15 @@ TEST_F(StreamTest, ABufferIsReadOverwrittenAndExtended) {
     EXPECT_TRUE(stream.b_IsEof());
     stream.v_SetOffset(11);
     EXPECT_EQ(stream.n_Write(Data("!!"), 2), 2u);
-    EXPECT_EQ(std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()),
-              "0123xy6789a!!");
+    EXPECT_EQ(Content(buffer), "0123xy6789a!!");
     stream.v_Close();
     EXPECT_EQ(stream.n_GetOffset(), 0u);
     EXPECT_EQ(stream.eo_GetMode(), CT_Stream::kClosed);
 }
 
 TEST_F(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
-    const CT_UString path = Name(u"stream.bin");
-    CT_WinFile file(&path, 16384);
     {
-        CT_FileStream stream(&file);
+        CT_FileStream stream(&file_);
         EXPECT_CT_ERROR(60003, stream.v_Open(CT_Stream::kClosed));
         EXPECT_CT_ERROR(2, stream.v_Open(CT_Stream::kRead));
         stream.v_Open(CT_Stream::kWrite);
@@ -53,8 +50,8 @@ TEST_F(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
         EXPECT_EQ(stream.n_Write(Data("hello"), 5), 5u);
         EXPECT_EQ(stream.n_GetSize(), 5u);
     }
-    EXPECT_FALSE(file.b_IsOpen());
-    CT_FileStream stream(&file);
+    EXPECT_FALSE(file_.b_IsOpen());
+    CT_FileStream stream(&file_);
     stream.v_Open(CT_Stream::kRead);
     EXPECT_EQ(stream.eo_GetMode(), CT_Stream::kRead);
     stream.v_SetOffset(3);
@@ -66,9 +63,7 @@ TEST_F(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
 
 // A seek takes a signed distance, so offsets from 2 GiB on were refused.
 TEST_F(StreamTest, FileOffsetsReachBeyondTwoGibibytes) {
-    const CT_UString path = Name(u"far.bin");
-    CT_WinFile file(&path, 16384);
-    CT_FileStream stream(&file);
+    CT_FileStream stream(&file_);
     for (const unsigned int offset : {0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFBu}) {
         SCOPED_TRACE(offset);
         stream.v_Open(CT_Stream::kWrite);

@@ -1,6 +1,5 @@
 // Text readers and writers, inputs and outputs when memory runs out.
-
-#include <functional>
+#include <initializer_list>
 
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
@@ -36,58 +35,46 @@ void ReadBlocks(CT_Input& input) {
 class TextMemoryTest : public test::FileTest {};
 
 TEST_F(TextMemoryTest, ExhaustionAtAnyAllocationLeaksNothingAndLeavesNoError) {
-    const CT_UString path = Name(u"text.txt");
-    const std::function<void()> operations[] = {
-        [&] {
-            CT_WinFile file(&path, 16384);
-            CT_FileOutput output(&file);
-            AppendOneOfEach(output);
-        },
-        [&] {
-            CT_FileOutput output(&path);
-            AppendOneOfEach(output);
-        },
-        [] {
-            CT_MemoryOutput output;
-            AppendOneOfEach(output);
-            const CT_Buffer content("shared", 6, 32);
-            output.v_Set(&content);
-            AppendOneOfEach(output);
-        },
-        [] {
-            CT_UString wide;
-            CT_CString narrow;
-            CT_StringOutput output(wide);
-            AppendOneOfEach(output);
-            output.v_Set(narrow);
-            AppendOneOfEach(output);
-        },
-        [&] {
-            CT_WinFile file(&path, 16384);
-            CT_FileTextWriter writer(file, CT_Codepage::kUtf8);
-            writer.v_WriteFormatted(u"%700d", 1);
-            writer.v_WriteLine(u"");
-            writer.v_WriteLine(u"two");
-            writer.v_Close();
-            CT_FileTextReader reader(file, CT_Codepage::kUnknown, TRUE);
-            CT_UString line;
-            for (const unsigned int length : {700u, 3u}) {
-                EXPECT_TRUE(reader.b_ReadLine(line));
-                EXPECT_EQ(line.n_GetLength(), length);
-            }
-            EXPECT_FALSE(reader.b_ReadLine(line));
-        },
-        [&] {
-            CT_FileInput input(256, &path);
-            ReadBlocks(input);
-            CT_MappedFileInput mapped(256, &path);
-            ReadBlocks(mapped);
-        },
-    };
-    for (const auto& operation : operations) {
-        SCOPED_TRACE(&operation - operations);
-        EXPECT_GT(test::FailEachAllocation(operation), 0u);
-    }
+    const CT_UString other = Name(u"other");
+    const std::uint64_t failed = test::FailEachAllocation([&] {
+        CT_UString wide;
+        CT_CString narrow;
+        CT_WinFile file(&other, 16384);
+        CT_FileOutput to_file(&file), to_path(&name_);
+        CT_MemoryOutput to_memory;
+        CT_StringOutput to_string(wide);
+        for (CT_Output* output :
+             std::initializer_list<CT_Output*>{&to_file, &to_path, &to_memory, &to_string}) {
+            AppendOneOfEach(*output);
+        }
+        const CT_Buffer content("shared", 6, 32);
+        to_memory.v_Set(&content);
+        AppendOneOfEach(to_memory);
+        to_string.v_Set(narrow);
+        AppendOneOfEach(to_string);
+    });
+    EXPECT_GT(failed, 10u);
+    test::FailEachAllocation([this] {
+        CT_WinFile file(&name_, 16384);
+        CT_FileTextWriter writer(file, CT_Codepage::kUtf8);
+        writer.v_WriteFormatted(u"%700d", 1);
+        writer.v_WriteLine(u"");
+        writer.v_WriteLine(u"two");
+        writer.v_Close();
+        CT_FileTextReader reader(file, CT_Codepage::kUnknown, TRUE);
+        CT_UString line;
+        for (const unsigned int length : {700u, 3u}) {
+            EXPECT_TRUE(reader.b_ReadLine(line));
+            EXPECT_EQ(line.n_GetLength(), length);
+        }
+        EXPECT_FALSE(reader.b_ReadLine(line));
+    });
+    test::FailEachAllocation([this] {
+        CT_FileInput input(256, &name_);
+        ReadBlocks(input);
+        CT_MappedFileInput mapped(256, &name_);
+        ReadBlocks(mapped);
+    });
 }
 
 // A flush that runs out of memory between two chunks wrote the first once more when repeated.
@@ -103,8 +90,7 @@ TEST_F(TextMemoryTest, AnInterruptedFlushGoesOnWhereItStopped) {
         EXPECT_THROW(writer.v_Flush(), CT_SmartHeapException);
         platform::FailAllocation(0);
         writer.v_Flush();
-        EXPECT_EQ(std::string(static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()),
-                  text);
+        EXPECT_EQ(Content(buffer), text);
     }
 }
 

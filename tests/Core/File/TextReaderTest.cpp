@@ -12,6 +12,7 @@ namespace {
 using namespace std::string_literals;
 using Value = CT_Codepage::et_Codepage;
 using enum CT_Codepage::et_Codepage;
+constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
 
 struct Text {
     Value encoding;
@@ -36,7 +37,7 @@ Text ReadAll(const std::string& bytes, Value encoding, BOOL sniff = TRUE, unsign
 
 class TextReaderTest : public test::FileTest {};
 
-TEST_F(TextReaderTest, MarksSetTheEncodingAndAreSkipped) {
+TEST_F(TextReaderTest, MarksSetTheEncodingAndEveryFormOfLineEndEndsALine) {
     struct Case {
         std::string bytes;
         Value given;
@@ -56,6 +57,13 @@ TEST_F(TextReaderTest, MarksSetTheEncodingAndAreSkipped) {
         {"abc", kUtf16, TRUE, kUtf16, u"\x6261|"},
         {"", kUnknown, TRUE, kPseudoAnsi, u""},
         {"\xFC", kNotSet, TRUE, kPseudoAnsi, u"ü|"},
+        // Line ends
+        {"a\r\nb\n\rc\rd\ne", kUtf8, TRUE, kUtf8, u"a|b|c|d|e|"},
+        {"a\r\rb", kUtf8, TRUE, kUtf8, u"a||b|"},
+        {"\n\nb\n", kUtf8, TRUE, kUtf8, u"||b|"},
+        {"\r\n\r\n", kUtf8, TRUE, kUtf8, u"||"},
+        {"\r\n\n\r\r", kUtf8, TRUE, kUtf8, u"|||"},
+        {"a\r", kUtf8, TRUE, kUtf8, u"a|"},
     };
     for (const auto& [bytes, given, sniff, found, lines] : cases) {
         SCOPED_TRACE(testing::PrintToString(bytes));
@@ -68,23 +76,8 @@ TEST_F(TextReaderTest, MarksSetTheEncodingAndAreSkipped) {
     EXPECT_EQ(text.lines, u"ï»¿a|");
 }
 
-TEST_F(TextReaderTest, EveryFormOfLineEndEndsOneLine) {
-    const std::pair<const char*, const char16_t*> cases[] = {{"a\r\nb\n\rc\rd\ne", u"a|b|c|d|e|"},
-                                                             {"a\r\rb", u"a||b|"},
-                                                             {"\n\nb\n", u"||b|"},
-                                                             {"\r\n\r\n", u"||"},
-                                                             {"\r\n\n\r\r", u"|||"},
-                                                             {"last", u"last|"},
-                                                             {"a\r", u"a|"}};
-    for (const auto& [bytes, lines] : cases) {
-        SCOPED_TRACE(testing::PrintToString(bytes));
-        EXPECT_EQ(ReadAll(bytes, kUtf8).lines, lines);
-    }
-}
-
 // A line end, a character and a surrogate pair at every place around a block's end.
 TEST_F(TextReaderTest, NothingIsLostWhereBlocksMeet) {
-    constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
     for (unsigned int before = kBlock - 5; before <= kBlock + 1; ++before) {
         SCOPED_TRACE(before);
         const std::u16string wide(before, u'x');
@@ -96,7 +89,6 @@ TEST_F(TextReaderTest, NothingIsLostWhereBlocksMeet) {
 }
 
 TEST_F(TextReaderTest, DamagedTextIsReplacedOrEndsItsBlock) {
-    constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
     EXPECT_EQ(ReadAll("a\xFF\x62\xC3", kUtf8).lines, u"a\xFFFD\x62\xFFFD|");
     // A short strict block ends the text; a full one is left 3 bytes before its end.
     EXPECT_EQ(ReadAll("ab\x81", kShiftJis).lines, u"");
@@ -121,11 +113,9 @@ TEST_F(TextReaderTest, DamagedTextIsReplacedOrEndsItsBlock) {
 }
 
 TEST_F(TextReaderTest, WindowsXpReadsUtf8Strictly) {
-    constexpr unsigned int kBlock = CT_StreamTextReader::kBlockSize;
     const test::ForcedVersion xp(2, 5, 1);
     EXPECT_EQ(ReadAll("a\xFF\x62", kUtf8).lines, u"");
-    const std::string cut(kBlock - 1, 'x');
-    EXPECT_EQ(ReadAll(cut + "\u00E9y", kUtf8).lines,
+    EXPECT_EQ(ReadAll(std::string(kBlock - 1, 'x') + "\u00E9y", kUtf8).lines,
               std::u16string(kBlock - 1, u'x') + u"\u00E9y|");
 }
 
@@ -148,28 +138,25 @@ TEST_F(TextReaderTest, CharactersAndLinesMix) {
 }
 
 TEST_F(TextReaderTest, FailuresOfTheFileAreKeptOrToldApart) {
-    const CT_UString path = Name(u"in.txt");
-    CT_WinFile file(&path, 16384);
     {
-        CT_FileTextReader missing(file, kUtf8, TRUE);
-        EXPECT_EQ(CT_ErrorManager::spco_Get()->n_GetErrorCode(), 2u);
-        CT_ErrorManager::spco_Get()->v_ClearError();
+        CT_FileTextReader missing(file_, kUtf8, TRUE);
+        EXPECT_EQ(Taken(), 2u);
         CT_UString line;
         EXPECT_FALSE(missing.b_ReadLine(line));
     }
-    folder_.Write(u"in.txt", "one\ntwo");
+    folder_.Write(u"file", "one\ntwo");
     // A failed read in search of the mark stays set, one in the text ends it without an error.
     for (const unsigned int passed : {0u, 1u}) {
         SCOPED_TRACE(passed);
         platform::FailFileCall(platform::FileCall::kRead, passed, 23);
-        CT_FileTextReader reader(file, kUnknown, TRUE);
+        CT_FileTextReader reader(file_, kUnknown, TRUE);
         EXPECT_EQ(CT_ErrorManager::spco_Get()->b_IsSetError(), passed == 0 ? TRUE : FALSE);
         CT_UString line;
         EXPECT_FALSE(reader.b_ReadLine(line));
         EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
         platform::ClearFileFaults();
     }
-    EXPECT_FALSE(file.b_IsOpen());
+    EXPECT_FALSE(file_.b_IsOpen());
 }
 
 }  // namespace

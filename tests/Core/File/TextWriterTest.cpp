@@ -12,10 +12,6 @@ using enum CT_Codepage::et_Codepage;
 
 class TextWriterTest : public test::FileTest {
 protected:
-    std::string Content() const {
-        return {static_cast<const char*>(buffer_.qcv_Get()), buffer_.n_GetUsedSize()};
-    }
-
     CT_Buffer buffer_;
     CT_BufferStream stream_{&buffer_};
 };
@@ -36,7 +32,7 @@ TEST_F(TextWriterTest, TextIsEncodedWithTheMarkOfItsEncoding) {
         CT_StreamTextWriter writer(&stream_, encoding);
         writer.v_Write(text);
         writer.v_Close();
-        EXPECT_EQ(Content(), bytes);
+        EXPECT_EQ(Content(buffer_), bytes);
         EXPECT_FALSE(stream_.b_IsOpen());
     }
 }
@@ -48,7 +44,7 @@ TEST_F(TextWriterTest, AStreamThatHoldsDataGetsNoMark) {
     CT_StreamTextWriter writer(&stream_, kUtf8);
     writer.v_Write(u"y");
     writer.v_Flush();
-    EXPECT_EQ(Content(), "xy");
+    EXPECT_EQ(Content(buffer_), "xy");
 }
 
 TEST_F(TextWriterTest, PendingTextIsWrittenBeforeTheUnitThatDoesNotFit) {
@@ -59,7 +55,7 @@ TEST_F(TextWriterTest, PendingTextIsWrittenBeforeTheUnitThatDoesNotFit) {
     writer.v_Write(u'y');
     EXPECT_EQ(buffer_.n_GetUsedSize(), kPending);
     writer.v_Flush();
-    EXPECT_EQ(Content(), std::string(kPending, 'x') + "y");
+    EXPECT_EQ(Content(buffer_), std::string(kPending, 'x') + "y");
     // Without a stream text piles up to the limit and what comes then is dropped.
     stream_.v_Close();
     writer.v_Write(std::u16string(kPending + 10, u'z').c_str());
@@ -79,7 +75,7 @@ TEST_F(TextWriterTest, SurrogatePairsStayTogether) {
         for (unsigned int i = 0; i < before; ++i) writer.v_Write(u'x');
         for (const char16_t* unit = u"\U0001F600yz"; *unit != 0; ++unit) writer.v_Write(*unit);
         writer.v_Close();
-        EXPECT_EQ(Content(), "\xEF\xBB\xBF" + std::string(before, 'x') + "\U0001F600yz");
+        EXPECT_EQ(Content(buffer_), "\xEF\xBB\xBF" + std::string(before, 'x') + "\U0001F600yz");
     }
 }
 
@@ -102,32 +98,26 @@ TEST_F(TextWriterTest, LinesEndInCrLfAndNullWritesNothing) {
     CT_StringTextWriter to_string(text);
     write(to_string);
     EXPECT_EQ(test::Utf8(text.qcuz_Get()), "a\r\nline\r\nline\r\n\r\nblineline5-end\r\n");
-    const CT_UString path = Name(u"out.txt");
-    CT_WinFile file(&path, 16384);
-    CT_FileTextWriter to_file(file, kWindows1252);
+    CT_FileTextWriter to_file(file_, kWindows1252);
     write(to_file);
     to_file.v_Close();
-    EXPECT_EQ(folder_.Read(u"out.txt"), test::Utf8(text.qcuz_Get()));
+    EXPECT_EQ(Get(u"file"), test::Utf8(text.qcuz_Get()));
 }
 
 TEST_F(TextWriterTest, AFileWriterThatIsNotClosedLosesPendingText) {
-    const CT_UString path = Name(u"out.txt");
     for (const bool close : {false, true}) {
-        CT_WinFile file(&path, 16384);
         {
-            CT_FileTextWriter writer(file, kUtf8);
+            CT_FileTextWriter writer(file_, kUtf8);
             writer.v_WriteLine(u"text");
             if (close) writer.v_Close();
         }
-        EXPECT_FALSE(file.b_IsOpen());
-        EXPECT_EQ(folder_.Read(u"out.txt"), close ? "\xEF\xBB\xBFtext\r\n" : "\xEF\xBB\xBF");
+        EXPECT_FALSE(file_.b_IsOpen());
+        EXPECT_EQ(Get(u"file"), close ? "\xEF\xBB\xBFtext\r\n" : "\xEF\xBB\xBF");
     }
 }
 
 TEST_F(TextWriterTest, AFailedWriteStaysSetAndWritingGoesOnOnceItIsCleared) {
-    const CT_UString path = Name(u"out.txt");
-    CT_WinFile file(&path, 16384);
-    CT_FileTextWriter writer(file, kWindows1252);
+    CT_FileTextWriter writer(file_, kWindows1252);
     writer.v_Write((std::u16string(2048, u'a') + std::u16string(2048, u'b') + u"c").c_str());
     platform::FailFileCall(platform::FileCall::kWrite, 1, 112);
     writer.v_Flush();
@@ -137,7 +127,7 @@ TEST_F(TextWriterTest, AFailedWriteStaysSetAndWritingGoesOnOnceItIsCleared) {
     CT_ErrorManager::spco_Get()->v_ClearError();
     writer.v_Write(u"d");
     writer.v_Close();
-    EXPECT_EQ(folder_.Read(u"out.txt"), std::string(2048, 'a') + "d");
+    EXPECT_EQ(Get(u"file"), std::string(2048, 'a') + "d");
 }
 
 }  // namespace

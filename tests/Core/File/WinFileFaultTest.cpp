@@ -8,12 +8,11 @@ using platform::FileCall;
 
 class WinFileFaultTest : public test::FileTest {
 protected:
-    WinFileFaultTest() : name_(Name(u"file")), file_(&name_, 16384) {
+    WinFileFaultTest() {
         folder_.Write(u"file", "0123456789");
         folder_.Write(u"source", "abcdefgh");
     }
-    const CT_UString name_, source_name_ = Name(u"source");
-    CT_WinFile file_;
+    const CT_UString source_name_ = Name(u"source");
 };
 
 TEST_F(WinFileFaultTest, OffsetAndFilePointerStillAgreeAfterFailures) {

@@ -17,8 +17,7 @@ protected:
     unsigned int Second(unsigned int access, unsigned int share,
                         const std::function<void(CT_WinFile&)>& work = {}) {
         const auto second = [&] {
-            const CT_UString name = Name(u"file");
-            CT_WinFile file(&name, 0);
+            CT_WinFile file(&name_, 0);
             Open(file, access, 1, share);
             if (work) work(file);
             return Taken();
@@ -79,7 +78,7 @@ TEST_F(WinFileShareTest, LockedRangesAreClosedToOthers) {
 }
 
 TEST_F(WinFileShareTest, KillLosesNothingAndFreesTheFiles) {
-    const CT_UString a = Name(u"a"), b = Name(u"b"), target = Name(u"file");
+    const CT_UString a = Name(u"a"), b = Name(u"b");
     const std::string content(20000, 's');
     for (useconds_t after = 500; after < 8000; after += 500) {
         folder_.Remove(u"b");
@@ -95,7 +94,7 @@ TEST_F(WinFileShareTest, KillLosesNothingAndFreesTheFiles) {
         folder_.Write(u"a", content);
         folder_.Write(u"file", "begin");
         const auto append = [&] {
-            CT_WinFile file(&target, 0), source(&a, 0);
+            CT_WinFile file(&name_, 0), source(&a, 0);
             file.v_Append(&source, 100);
         };
         KillDuring(append, after);

@@ -13,10 +13,7 @@ using test::Utf8;
 
 constexpr unsigned int kMiB = 0x100000;
 
-class WinFileTest : public test::FileTest {
-protected:
-    const CT_UString name_ = Name(u"file");
-};
+class WinFileTest : public test::FileTest {};
 
 TEST_F(WinFileTest, NamePartsFollowEachOther) {
     CT_UString name(u"C:\\dir\\a.b"), part(u"new.c");
@@ -49,8 +46,7 @@ TEST_F(WinFileTest, ModesOfOpening) {
         {"x", 2, 4, 0, 87, 0, "x"},
         {"x", 1, 1, 4, 87, 0, "x"},
     };
-    CT_WinFile missing(&name_, 0);
-    Open(missing, 1, 1);
+    Open(file_, 1, 1);
     EXPECT_TRUE(test::TakeError(
         2, u"(2): The system cannot find the file specified. [" + folder_.Name(u"file") + u"]",
         "File/WinFile.cpp"));
@@ -147,18 +143,17 @@ TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
     folder_.Write(u"file", "");
     struct _stat information;
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB);
-    CT_WinFile file(&name_, 0);
-    EXPECT_CT_ERROR(223, Open(file, 3, 1));
-    EXPECT_CT_ERROR(27, file.v_GetFileInformation(&information));
+    EXPECT_CT_ERROR(223, Open(file_, 3, 1));
+    EXPECT_CT_ERROR(27, file_.v_GetFileInformation(&information));
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB - 3);
-    Open(file, 3, 3);
-    EXPECT_EQ(file.vn_GetOffset(), 0xFFFFFFFDu);
-    EXPECT_CT_ERROR(223, file.vn_Write("abc", 3));  // not the file's first bytes
-    EXPECT_EQ(file.vn_Write("a", 1), 1u);
-    EXPECT_EQ(Read(file, 5), "");  // so far out a change of direction takes several moves
-    EXPECT_CT_ERROR(223, Seek(file, 1, 1));
-    EXPECT_EQ(file.vn_GetOffset(), 0xFFFFFFFEu);
-    EXPECT_CT_ERROR(223, file.v_CreateMap(1));
+    Open(file_, 3, 3);
+    EXPECT_EQ(file_.vn_GetOffset(), 0xFFFFFFFDu);
+    EXPECT_CT_ERROR(223, file_.vn_Write("abc", 3));  // not the file's first bytes
+    EXPECT_EQ(file_.vn_Write("a", 1), 1u);
+    EXPECT_EQ(Read(file_, 5), "");  // so far out a change of direction takes several moves
+    EXPECT_CT_ERROR(223, Seek(file_, 1, 1));
+    EXPECT_EQ(file_.vn_GetOffset(), 0xFFFFFFFEu);
+    EXPECT_CT_ERROR(223, file_.v_CreateMap(1));
     EXPECT_EQ(std::filesystem::file_size(folder_.Native(u"file")), k4GiB - 2);
 }
 
@@ -183,28 +178,27 @@ TEST_F(WinFileTest, RenamesRemovesAndCopiesByName) {
 }
 
 TEST_F(WinFileTest, AttributesAndInformation) {
-    CT_WinFile file(&name_, 0);
-    file.vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareRead, 0x09, 0x38);
-    EXPECT_EQ(file.n_GetAttributes() & 0x2u, 0x2u);  // hidden
-    EXPECT_EQ(file.n_GetOpenAttribut() << 8 | file.n_GetOpenFlag(), 0x0938u);
-    file.vn_Write("12345", 5);
-    file.vv_Flush();
-    Seek(file, 0, 4);
-    file.v_SetEndOfFile();
+    file_.vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareRead, 0x09, 0x38);
+    EXPECT_EQ(file_.n_GetAttributes() & 0x2u, 0x2u);  // hidden
+    EXPECT_EQ(file_.n_GetOpenAttribut() << 8 | file_.n_GetOpenFlag(), 0x0938u);
+    file_.vn_Write("12345", 5);
+    file_.vv_Flush();
+    Seek(file_, 0, 4);
+    file_.v_SetEndOfFile();
     BY_HANDLE_FILE_INFORMATION by_handle{};
     struct _stat information {};
-    file.v_GetFileInfo(&by_handle);
-    file.v_GetFileInformation(&information);
+    file_.v_GetFileInfo(&by_handle);
+    file_.v_GetFileInformation(&information);
     EXPECT_EQ(by_handle.nFileSizeLow + information.st_size, 8u);
     EXPECT_EQ(information.st_mode & 0xF000, 0x8000);
     EXPECT_LE(std::abs(information.st_atime - std::time(nullptr)), 5);
-    file.vv_Close();
-    EXPECT_EQ(file.n_GetOpenAttribut() | file.n_GetOpenFlag(), 0u);
-    EXPECT_CT_ERROR(6, file.vv_Close());
-    EXPECT_EQ(file.n_GetAttributes(), 0xFFFFFFFFu);  // it was deleted on closing
+    file_.vv_Close();
+    EXPECT_EQ(file_.n_GetOpenAttribut() | file_.n_GetOpenFlag(), 0u);
+    EXPECT_CT_ERROR(6, file_.vv_Close());
+    EXPECT_EQ(file_.n_GetAttributes(), 0xFFFFFFFFu);  // it was deleted on closing
     EXPECT_EQ(Taken(), 2u);
     EXPECT_CT_MESSAGE(2, u"(2): File \"" + folder_.Name(u"file") + u"\": _wstat returned error 2",
-                      file.v_GetFileInformation(&information));
+                      file_.v_GetFileInformation(&information));
 }
 
 }  // namespace
