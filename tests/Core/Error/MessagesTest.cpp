@@ -1,4 +1,4 @@
-// CT_DatabaseError and CT_LoadString.
+// CT_DatabaseError, CT_LoadString, and the error-location box: caption, text, cutting, its Abort.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -8,11 +8,16 @@
 #include "Foundation/Core/Error/LoadString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Modules.h"
+#include "Support/Dialogs.h"
 #include "Support/Errors.h"
 #include "Support/Platform.h"
 #include "Support/Text.h"
 
 namespace {
+
+CT_ErrorManager& Errors() {
+    return *CT_ErrorManager::spco_Get();
+}
 
 TEST(DatabaseErrorTest, FormatsTheMessageOfACode) {
     const std::pair<unsigned int, const char*> cases[] = {
@@ -76,9 +81,93 @@ TEST(LoadStringTest, TheOlderFamilyHasEightBitTexts) {
     EXPECT_EQ(test::Utf8(text.qcuz_Get()), "gr\u00FCn ? \u4E00");
     CT_LoadString::sv_LoadString(&text, nullptr, 2);
     EXPECT_EQ(text.n_GetLength(), 2047u);
-    CT_ErrorManager::spco_Get()->v_SetError(5, nullptr, 60012, u"\u4E00");
+    Errors().v_SetError(5, nullptr, 60012, u"\u4E00");
     EXPECT_TRUE(test::TakeError(5, u"(5): Semantic error: \u4E00"));
     platform::RegisterStringTable(nullptr, {});
+}
+
+// ---- Boxes --------------------------------------------------------------------------------------
+
+constexpr platform::StringResource kTexts[] = {{7, u"Titel"}};
+
+class ErrorWindowTest : public testing::Test {
+protected:
+    void SetUp() override { platform::RegisterStringTable(module_, kTexts); }
+    void TearDown() override {
+        platform::RegisterStringTable(module_, {});
+        Errors().v_ClearError();
+    }
+
+    HINSTANCE module_ = platform::ModuleOf(&kTexts);
+    test::MessageBoxes boxes_;
+};
+
+TEST_F(ErrorWindowTest, ShowsMessageAndLocationsInnermostFirst) {
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"x", 0), 0);
+    EXPECT_EQ(boxes_.count, 0);  // no error, no box
+    Errors().v_SetError(9, module_, 8);
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, nullptr, 2), platform::kAnswerIgnore);
+    EXPECT_EQ(boxes_.text, "(9): ");  // no locations: the message alone
+    EXPECT_EQ(boxes_.caption, "Titel");
+    EXPECT_EQ(boxes_.flags, 0x10002u);
+
+    Errors().v_AddLocation("File/WinFile.cpp", 281);
+    Errors().v_AddLocation("C:\\src\\a/b.cpp", 3);
+    Errors().v_AddLocation("bare.cpp", 12);
+    boxes_.answer = platform::kAnswerRetry;
+    EXPECT_EQ(Errors().i_ErrorLocationWindow(7, u"Given", 0), platform::kAnswerRetry);
+    EXPECT_EQ(boxes_.text,
+              "(9): \n\nWinFile.cpp: line 281\na/b.cpp: line 3\n(unknown file): line 12");
+    EXPECT_EQ(boxes_.caption, "Given");
+    Errors().v_HoldError();  // a held error is shown too; an unknown title is empty
+    Errors().i_ErrorLocationWindow(99, nullptr, 0);
+    EXPECT_EQ(boxes_.caption, "");
+    EXPECT_EQ(boxes_.text.size(), 5 + 2 + 21 + 1 + 15 + 1 + 23u);
+}
+
+TEST_F(ErrorWindowTest, CaptionAndTextShareOneArea) {
+    Errors().v_SetMessageError(std::u16string(900, u'm').c_str());
+    Errors().v_AddLocation("a/file.cpp", 1);
+    for (const std::size_t caption : {0u, 105u, 500u, 1021u, 1023u, 2000u}) {
+        SCOPED_TRACE(caption);
+        Errors().i_ErrorLocationWindow(0, std::u16string(caption, u'c').c_str(), 0);
+        const std::size_t kept = std::min<std::size_t>(caption, 1023);
+        const std::size_t whole = 900 + 2 + 16;  // "file.cpp: line 1"
+        EXPECT_EQ(boxes_.caption.size(), kept);
+        EXPECT_EQ(boxes_.text.size(), std::min<std::size_t>(whole, kept >= 1022 ? 0 : 1022 - kept));
+    }
+}
+
+TEST_F(ErrorWindowTest, TheOlderFamilySeesEightBitText) {
+    const test::ForcedVersion older(1, 4, 10);
+    Errors().v_SetMessageError(u"gr\u00FCn \u4E00");
+    Errors().i_ErrorLocationWindow(0, u"\u4E8C!", 0);
+    EXPECT_EQ(boxes_.text, "gr\u00FCn ?");
+    EXPECT_EQ(boxes_.caption, "?!");
+}
+
+using ErrorWindowDeathTest = ErrorWindowTest;
+TEST_F(ErrorWindowDeathTest, AbortEndsTheProcessAtOnce) {
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    Errors().v_SetError(9, u"fatal");
+    boxes_.answer = platform::kAnswerAbort;
+    EXPECT_EXIT(Errors().i_ErrorLocationWindow(0, u"x", 0), testing::KilledBySignal(6),
+                "Aborted from an error box");
+}
+
+TEST(MessageBoxTest, WithoutAHandlerTheBoxIsPrintedAndIgnored) {
+    const std::tuple<std::uint32_t, int, std::string> cases[] = {
+        {0, platform::kAnswerOk, ""},
+        {1, platform::kAnswerOk, "-> OK\n"},
+        {0x10002, platform::kAnswerIgnore, "-> Ignore\n"},
+        {3, platform::kAnswerCancel, "-> Cancel\n"},
+        {4, platform::kAnswerNo, "-> No\n"},
+        {6, platform::kAnswerContinue, "-> Continue\n"}};
+    for (const auto& [flags, expected, note] : cases) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(platform::ShowMessageBox(u"gr\u00FCn\xD800", u"Frage", flags), expected);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "Frage: gr\u00FCn?\n" + note);
+    }
 }
 
 }  // namespace
