@@ -88,9 +88,7 @@ void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
 
 BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
     if (n_GetTableSize() == 0) {
-        CT_VoidHashTable table(data_size_, key_size_, hash_, compare_, kSizeInsteadOfNone);
-        table.b_Insert(key, data);
-        Exchange(table);
+        InsertFirst(key, data);
         return FALSE;
     }
     const Place place = Find(key);
@@ -144,6 +142,12 @@ std::uint32_t CT_VoidHashTable::n_GetNextPrim(std::uint32_t n) noexcept {
     };
     while (!is_prime(n)) ++n;
     return n;
+}
+
+void CT_VoidHashTable::InsertFirst(const void* key, const void* data) {
+    CT_VoidHashTable table(data_size_, key_size_, hash_, compare_, kSizeInsteadOfNone);
+    table.b_Insert(key, data);
+    Exchange(table);
 }
 
 void CT_VoidHashTable::Add(const void* key, std::uint32_t hash, const void* data) {

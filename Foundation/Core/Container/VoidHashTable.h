@@ -194,6 +194,8 @@ private:
     [[nodiscard]] const st_HashItem* LookupOther(const void* key) const;
     // Unless null, `out` gets the item's data, or zeros when there is none; whether there is.
     BOOL Give(const st_HashItem* item, void* out) const noexcept;
+    // Makes slots where there are none.
+    void InsertFirst(const void* key, const void* data);
     // Adds an item whose key is not there, and grows.
     void Add(const void* key, std::uint32_t hash, const void* data);
     void InsertAll(const CT_VoidHashTable& other);
