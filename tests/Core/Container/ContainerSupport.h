@@ -19,6 +19,11 @@ inline std::vector<int> Ints(const CT_VoidArray& array) {
     return items;
 }
 
+// The place of an item in the array's own storage, counted from 1.
+inline const int* Own(const CT_VoidArray& array, std::size_t index) {
+    return static_cast<const int*>(array.pcco_GetBuffer()->qcv_Get()) + index - 1;
+}
+
 inline void Append(CT_VoidArray& array, std::initializer_list<int> items) {
     for (const int item : items) array.v_Insert(&item);
 }

@@ -12,6 +12,7 @@ namespace {
 
 using test::Append;
 using test::Ints;
+using test::Own;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
@@ -19,10 +20,6 @@ CT_VoidArray Make(std::initializer_list<int> items) {
     CT_VoidArray array(sizeof(int));
     Append(array, items);
     return array;
-}
-
-const int* Own(const CT_VoidArray& array, std::size_t index) {
-    return static_cast<const int*>(array.pcco_GetBuffer()->qcv_Get()) + index - 1;
 }
 
 TEST(VoidArrayTest, GrowsByItsStepAsTheBufferRounds) {
@@ -122,10 +119,10 @@ TEST(VoidArrayTest, EditsSharedAndUnsharedStorageAlike) {
             edit(array);
             EXPECT_THAT(Ints(array), ElementsAreArray(after));
             EXPECT_THAT(Ints(share), ElementsAre(1, 2, 3, 4, 5));
-            CT_VoidArray alone = Make({1, 2, 3, 4, 5});
-            edit(alone);
-            EXPECT_THAT(Ints(alone), ElementsAreArray(after));
         }
+        CT_VoidArray alone = Make({1, 2, 3, 4, 5});
+        edit(alone);
+        EXPECT_THAT(Ints(alone), ElementsAreArray(after));
     }
 }
 
@@ -136,7 +133,7 @@ TEST(VoidArrayTest, MovingTakesTheItemsOutOfTheSource) {
     EXPECT_THAT(Ints(source), ElementsAre(9));
     target.v_AtInsertMove(&source, 1, CT_VoidArray::kRest, 5);
     EXPECT_THAT(Ints(target), ElementsAre(1, 7, 8, 2, 9));
-    EXPECT_EQ(source.n_GetCount(), 0u);
+    EXPECT_THAT(Ints(source), ElementsAre());
 }
 
 TEST(VoidArrayTest, FindsAndComparesItemsOfEverySize) {
@@ -168,7 +165,6 @@ TEST(VoidArrayTest, FindsAndComparesItemsOfEverySize) {
 TEST(VoidArrayTest, WholeItemsCountInARaggedBuffer) {
     CT_Buffer buffer("aabbc", 5, 32);
     CT_VoidArray array(&buffer, 2);
-    EXPECT_EQ(array.n_GetCount(), 2u);
     array.v_Insert("dd");
     EXPECT_EQ(array.n_GetCount(), 3u);
     EXPECT_EQ(array.n_Find("dd"), 3u);

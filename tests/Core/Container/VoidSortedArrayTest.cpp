@@ -43,6 +43,10 @@ void PlainSort(std::vector<Tagged>& items, std::size_t lo, std::size_t hi) {
     if (last + 1 < hi) PlainSort(items, last + 1, hi);
 }
 
+std::vector<int> Items(const CT_VoidSortedArray& array) {
+    return Ints(*array.pcco_GetArray());
+}
+
 CT_VoidSortedArray Sorted(std::initializer_list<int> items) {
     CT_VoidArray array(sizeof(int));
     Append(array, items);
@@ -114,7 +118,7 @@ TEST(VoidSortedArrayTest, HostileOrdersDoNotDeepenTheStack) {
     EXPECT_LT(*Adversary::frames.rbegin() - *Adversary::frames.begin(), 32'768u);
     // A comparison without any sense still ends and keeps every item.
     const CT_VoidSortedArray senseless(&array, [](const void*, const void*) { return 1; });
-    std::vector<int> items = Ints(*senseless.pcco_GetArray());
+    std::vector<int> items = Items(senseless);
     std::ranges::sort(items);
     EXPECT_EQ(items, Ints(array));
 }
@@ -151,7 +155,7 @@ TEST(VoidSortedArrayTest, StaysSortedUnderEveryChange) {
             model.erase(model.begin() + (index - 1));
         }
         std::ranges::sort(model);
-        ASSERT_EQ(Ints(*array.pcco_GetArray()), model);
+        ASSERT_EQ(Items(array), model);
         const std::uint32_t found = array.n_Find(&item);
         ASSERT_EQ(found != 0, std::ranges::binary_search(model, item));
         ASSERT_TRUE(found == 0 || model[found - 1] == item);
@@ -161,15 +165,11 @@ TEST(VoidSortedArrayTest, StaysSortedUnderEveryChange) {
 TEST(VoidSortedArrayTest, OwnItemsAndSharesSurviveChanges) {
     CT_VoidSortedArray array = Sorted({3, 1, 2});
     const CT_VoidSortedArray share(&array);
-    const auto own = [&array](std::size_t index) {
-        return static_cast<const int*>(array.pcco_GetArray()->pcco_GetBuffer()->qcv_Get()) + index -
-               1;
-    };
-    array.v_SetAt(own(3), 1);
-    EXPECT_THAT(Ints(*array.pcco_GetArray()), ElementsAre(2, 3, 3));
-    array.v_SetAt(own(1), 3);
-    EXPECT_THAT(Ints(*array.pcco_GetArray()), ElementsAre(2, 2, 3));
-    EXPECT_THAT(Ints(*share.pcco_GetArray()), ElementsAre(1, 2, 3));
+    array.v_SetAt(test::Own(*array.pcco_GetArray(), 3), 1);
+    EXPECT_THAT(Items(array), ElementsAre(2, 3, 3));
+    array.v_SetAt(test::Own(*array.pcco_GetArray(), 1), 3);
+    EXPECT_THAT(Items(array), ElementsAre(2, 2, 3));
+    EXPECT_THAT(Items(share), ElementsAre(1, 2, 3));
     EXPECT_FALSE(array.b_IsEqual(&share));
     array.v_Set(&share);
     EXPECT_TRUE(array.b_IsEqual(&share));
@@ -184,13 +184,12 @@ TEST(VoidSortedArrayTest, StaysAsItWasWhenMemoryRunsOut) {
     CT_VoidArray unsorted(sizeof(int));
     Append(unsorted, {9, 8, 7});
     const int item = 3;
-    const auto read = [](const CT_VoidSortedArray& a) { return Ints(*a.pcco_GetArray()); };
     const auto make = [&] { return CT_VoidSortedArray(&origin); };
     const std::function<void(CT_VoidSortedArray&)> changes[] = {
         [&](auto& array) { array.v_Insert(&item); }, [&](auto& array) { array.v_SetAt(&item, 3); },
         [&](auto& array) { array.v_Set(&unsorted); }};
     for (const auto& change : changes) {
-        EXPECT_GT(test::ExpectUnchangedWithoutMemory(make, change, read), 0u);
+        EXPECT_GT(test::ExpectUnchangedWithoutMemory(make, change, Items), 0u);
     }
 
     static bool fail;
@@ -202,7 +201,7 @@ TEST(VoidSortedArrayTest, StaysAsItWasWhenMemoryRunsOut) {
     EXPECT_THROW(moody.v_Insert(&item), std::runtime_error);
     EXPECT_THROW(moody.v_Set(&unsorted), std::runtime_error);
     fail = false;
-    EXPECT_THAT(read(moody), ElementsAre(2, 4, 6));
+    EXPECT_THAT(Items(moody), ElementsAre(2, 4, 6));
 }
 
 }  // namespace

@@ -14,7 +14,6 @@
 #include "Foundation/Core/Frame/DLLObject.h"
 #include "Foundation/Core/Frame/Init.h"
 #include "Foundation/Core/Frame/SmartHeap.h"
-#include "Foundation/Core/String/Compare.h"
 #include "Foundation/Core/Version/AppVersion.h"
 #include "Foundation/Core/Version/ModuleVersion.h"
 #include "Foundation/Platform/Files.h"
@@ -47,6 +46,10 @@ using test::DebugOutput;
 
 const std::vector<std::string>& pieces = DebugOutput::pieces;
 
+std::string Utf8(const CT_UString* text) {
+    return test::Utf8(text->qcuz_Get());
+}
+
 std::string FileOf(const void* address) {
     char16_t path[platform::kMaxNativePath];
     platform::ModuleFileName(platform::ModuleOf(address), path, platform::kMaxNativePath);
@@ -58,7 +61,7 @@ std::string FileOf(const void* address) {
 TEST(ModuleTest, TheLoadedLibraryKnowsItself) {
     const HINSTANCE instance = CT_BasisDLLMain::sh_GetInstance();
     EXPECT_EQ(instance, platform::ModuleOf(reinterpret_cast<const void*>(&DllMain)));
-    const std::string name = test::Utf8(CT_BasisDLLMain::spcco_GetModuleName()->qcuz_Get());
+    const std::string name = Utf8(CT_BasisDLLMain::spcco_GetModuleName());
     EXPECT_TRUE(name.starts_with("C:\\")) << name;
     EXPECT_NE(name.find("\\libzelkor-foundation.so"), name.npos) << name;
 
@@ -99,7 +102,7 @@ TEST(ModuleTest, WithoutAThreadSlotAttachingFailsAndSaysSo) {
         const DebugOutput output;
         EXPECT_FALSE(DllMain(instance, kProcessAttach, nullptr));
         ASSERT_EQ(pieces.size(), 2u);
-        EXPECT_EQ(pieces[0], test::Utf8(CT_BasisDLLMain::spcco_GetModuleName()->qcuz_Get()));
+        EXPECT_EQ(pieces[0], Utf8(CT_BasisDLLMain::spcco_GetModuleName()));
         EXPECT_EQ(pieces[1], ": Could not allocate TLS slot for CT_Thread * \n");
     }
     platform::FailThreadSlots(false);
@@ -217,14 +220,13 @@ TEST(AppVersionTest, TextsFollowTheNumbers) {
     EXPECT_EQ(version.n_GetEdition(), 7u);
     EXPECT_FALSE(version.b_GetBeta());
     EXPECT_EQ(version.pcco_GetShortProductName()->n_GetLength(), 0u);
-    EXPECT_EQ(test::Utf8(version.pcco_GetProductEdition()->qcuz_Get()), "Edition 7 Build 615");
+    EXPECT_EQ(Utf8(version.pcco_GetProductEdition()), "Edition 7 Build 615");
     const char* const labels[] = {"",     " Beta", " Pre-Release", " RC1",
                                   " RC2", " RC",   " Preview",     ""};
     for (unsigned int level = 0; level < 8; ++level) {
         AppVersionTestAccess::SetBetaLevel(version, level);
         const CT_AppVersion copy = version;
-        EXPECT_EQ(test::Utf8(copy.pcco_GetProductVersion()->qcuz_Get()),
-                  std::string("7.0.0.615") + labels[level]);
+        EXPECT_EQ(Utf8(copy.pcco_GetProductVersion()), std::string("7.0.0.615") + labels[level]);
         EXPECT_EQ(copy.b_GetBeta(), level != 0);
     }
     const CT_AppVersion shared;
@@ -238,7 +240,7 @@ TEST(AppVersionTest, TextsFollowTheNumbers) {
     for (std::thread& reader : readers) reader.join();
     const CT_UString name(u"Tool");
     version.v_SetLongProductName(&name);
-    EXPECT_EQ(test::Utf8(version.pcco_GetLongProductName()->qcuz_Get()), "Tool");
+    EXPECT_EQ(Utf8(version.pcco_GetLongProductName()), "Tool");
     EXPECT_EQ(version.pcco_GetShortProductName()->n_GetLength(), 0u);
 }
 
@@ -248,11 +250,9 @@ TEST(ModuleVersionTest, TheLibraryHasTheVersionThatItSays) {
     EXPECT_TRUE(version.b_IsValid());
     EXPECT_EQ(version.n_GetBuildNumber(), CT_BasisDLLMain::sn_GetBuild());
     EXPECT_EQ(version.pcso_GetInfo()->dwFileVersionMS >> 16, CT_BasisDLLMain::sn_GetVersion());
-    for (const CT_UString* text :
-         {version.pcco_GetFileVersion(), version.pcco_GetProductVersion()}) {
-        EXPECT_EQ(CT_Compare::si_CompareUStringPCCO(text, CT_AppVersion().pcco_GetProductVersion()),
-                  0);
-    }
+    const std::string expected = Utf8(CT_AppVersion().pcco_GetProductVersion());
+    EXPECT_EQ(Utf8(version.pcco_GetFileVersion()), expected);
+    EXPECT_EQ(Utf8(version.pcco_GetProductVersion()), expected);
     EXPECT_EQ(CT_BasisDLLMain::spcco_GetVersion(), nullptr);  // attached to nothing
     EXPECT_EQ(CT_BasisDLLMain::spcco_GetProductVersion(), nullptr);
 }
@@ -281,16 +281,17 @@ TEST(ModuleVersionTest, TextsAreFoundByNameAndByGetter) {
     platform::RegisterVersion(program, nullptr);
     EXPECT_EQ(platform::FindVersion(program), nullptr);
     EXPECT_EQ(version.n_GetBuildNumber(), 77u);
-    EXPECT_EQ(test::Utf8(version.pcco_GetMap()->pcco_GetString2(u"Odd")->qcuz_Get()), "odd");
-    const CT_UString* const texts[] = {
-        version.pcco_GetComments(),        version.pcco_GetCompanyName(),
-        version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
-        version.pcco_GetInternalName(),    version.pcco_GetLegalCopyright(),
-        version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
-        version.pcco_GetPrivateBuild(),    version.pcco_GetProductName(),
-        version.pcco_GetProductVersion(),  version.pcco_GetSpecialBuild()};
+    EXPECT_EQ(Utf8(version.pcco_GetMap()->pcco_GetString2(u"Odd")), "odd");
     std::string all;
-    for (const CT_UString* text : texts) all += test::Utf8(text->qcuz_Get());
+    for (const CT_UString* text :
+         {version.pcco_GetComments(), version.pcco_GetCompanyName(),
+          version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
+          version.pcco_GetInternalName(), version.pcco_GetLegalCopyright(),
+          version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
+          version.pcco_GetPrivateBuild(), version.pcco_GetProductName(),
+          version.pcco_GetProductVersion(), version.pcco_GetSpecialBuild()}) {
+        all += Utf8(text);
+    }
     EXPECT_EQ(all, "01234567891011");
 }
 

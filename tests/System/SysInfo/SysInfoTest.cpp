@@ -18,6 +18,19 @@
 
 namespace {
 
+// Forced answers are the test's own.
+class SysInfoTest : public testing::Test {
+protected:
+    ~SysInfoTest() override {
+        platform::SetSystemAnswers({});
+        foundation::detail::ClassifySystemAgain();
+    }
+
+    platform::SystemAnswers answers;
+};
+
+using OSTest = SysInfoTest;
+
 // The flags in the order 32s 95 OSR2 98 Me CE NT 2K XP, as digits.
 std::string Flags() {
     std::string flags;
@@ -30,7 +43,7 @@ std::string Flags() {
     return flags;
 }
 
-TEST(OSTest, ClassifiesFamilyAndVersion) {
+TEST_F(OSTest, ClassifiesFamilyAndVersion) {
     struct Case {
         unsigned int family, major, minor, build;
         int version;
@@ -66,11 +79,10 @@ TEST(OSTest, ClassifiesFamilyAndVersion) {
 }
 
 // A failed query leaves the generation that speaks UTF-16, which this machine's own is too.
-TEST(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
+TEST_F(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
     EXPECT_EQ(CT_OS::seo_GetVersion(), CT_OS::WindowsNT);
     EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), 10u);
     EXPECT_FALSE(std::u16string_view(CT_OS::sqcuz_GetOsVersionString()).empty());
-    platform::SystemAnswers answers;
     answers.version = [](platform::SystemVersion* version) {
         *version = platform::SystemVersion{1, 1, 1, 1, {}};
         return false;
@@ -79,22 +91,12 @@ TEST(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
     foundation::detail::ClassifySystemAgain();
     EXPECT_EQ(CT_OS::seo_GetVersion(), CT_OS::WindowsNT);
     EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), 0u);
-    platform::SetSystemAnswers({});
-    foundation::detail::ClassifySystemAgain();
 }
 
 // ---- CT_SysInfo --------------------------------------------------------------------------------
 
 platform::ProcessorInfo processor;
 int forced_metric = 0;
-
-class SysInfoTest : public testing::Test {
-protected:
-    void TearDown() override {
-        platform::SetSystemAnswers({});
-        foundation::detail::ClassifySystemAgain();
-    }
-};
 
 TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
     const std::tuple<platform::ProcessorInfo, unsigned int, int> cases[] = {
@@ -103,7 +105,6 @@ TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
         {{2, false, 6, 586}, 2, 5}, {{2, true, 6, 386}, 1, 0}, {{2, true, 6, 486}, 1, 1},
         {{2, true, 3, 586}, 1, 2},  {{2, true, 6, 0}, 1, 4},   {{2, false, 3, 386}, 1, 5},
     };
-    platform::SystemAnswers answers;
     answers.processors = [] { return processor; };
     for (const auto& [info, family, expected] : cases) {
         const test::ForcedVersion version(family, family == 2 ? 5 : 4, 0);
@@ -119,7 +120,6 @@ TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
 }
 
 TEST_F(SysInfoTest, AmountsOf4GiBAndMoreAreCut) {
-    platform::SystemAnswers answers;
     answers.memory = [] {
         constexpr std::uint64_t kGiB = 1u << 30;
         return platform::MemoryStatus{17, 8 * kGiB, 3 * kGiB, 4 * kGiB - 1, 4 * kGiB, 5, 6};
@@ -129,15 +129,15 @@ TEST_F(SysInfoTest, AmountsOf4GiBAndMoreAreCut) {
     Values v{};
     CT_SysInfo::sv_GetMemoryInfo(&v[0], &v[1], &v[2], &v[3], &v[4], &v[5], &v[6]);
     using I = CT_SysInfo;
-    const Values singly{I::sn_GetMemoryLoad(),
-                        I::sn_GetPhysicalMemoryTotal(),
-                        I::sn_GetPhysicalMemoryAvailable(),
-                        I::sn_GetVirtualMemoryTotal(),
-                        I::sn_GetVirtualMemoryAvailable(),
-                        I::sn_GetPagingMemoryTotal(),
-                        I::sn_GetPagingMemoryAvailable()};
     EXPECT_EQ(v, (Values{17, 0xFFFFFFFF, 3u << 30, 0xFFFFFFFF, 0xFFFFFFFF, 5, 6}));
-    EXPECT_EQ(singly, v);
+    unsigned int (*const singly[])() = {I::sn_GetMemoryLoad,
+                                        I::sn_GetPhysicalMemoryTotal,
+                                        I::sn_GetPhysicalMemoryAvailable,
+                                        I::sn_GetVirtualMemoryTotal,
+                                        I::sn_GetVirtualMemoryAvailable,
+                                        I::sn_GetPagingMemoryTotal,
+                                        I::sn_GetPagingMemoryAvailable};
+    for (std::size_t i = 0; i < v.size(); ++i) EXPECT_EQ(singly[i](), v[i]) << i;
     CT_SysInfo::sv_GetMemoryInfo(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
 }
 
@@ -155,7 +155,6 @@ TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
 
 TEST_F(SysInfoTest, MetricsByTheirNumbers) {
     using I = CT_SysInfo;
-    platform::SystemAnswers answers;
     answers.metric = [](int asked) { return asked == forced_metric ? 2 : -(asked == 18); };
     platform::SetSystemAnswers(answers);
     const std::pair<BOOL (*)(), int> cases[] = {{I::sb_GetDBCSEnabled, 42},
@@ -173,7 +172,6 @@ TEST_F(SysInfoTest, MetricsByTheirNumbers) {
 
 TEST_F(SysInfoTest, TheComputerNameOrTheSystemError) {
     CT_UString name(u"old");
-    platform::SystemAnswers answers;
     answers.computer_name = [](char16_t* text, std::uint32_t capacity) {
         EXPECT_EQ(capacity, 16u);
         text[0] = u'p';
