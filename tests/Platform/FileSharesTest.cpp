@@ -32,6 +32,18 @@ HANDLE OpenAs(const u16string& name, const std::string& mode) {
     return OpenFile(name.c_str(), access, share, kOpenExisting, kFileNormal);
 }
 
+// The error that a call left, 0 when it succeeded.
+std::uint32_t After(bool done) {
+    return done ? 0 : LastError();
+}
+
+struct FileSharesTest : testing::Test {
+    const test::TempFolder folder;
+    const u16string name = folder.Name(u"file");
+
+    FileSharesTest() { folder.Write(u"file", "0123456789"); }
+};
+
 // Runs in a child process; its answer, 0 to 255.
 int InChild(const std::function<int()>& work) {
     const pid_t child = fork();
@@ -44,9 +56,7 @@ int InChild(const std::function<int()>& work) {
 // The last error of a second opening, 0 when it succeeds.
 int SecondOpen(const u16string& name, const std::string& mode) {
     const HANDLE second = OpenAs(name, mode);
-    if (second == INVALID_HANDLE_VALUE) return static_cast<int>(LastError());
-    EXPECT_TRUE(CloseHandle(second));
-    return 0;
+    return static_cast<int>(After(second != INVALID_HANDLE_VALUE && CloseHandle(second)));
 }
 
 // From the recording: the first opening, then second ones that are refused (32) and that are not.
@@ -76,60 +86,47 @@ std::vector<std::string> Words(const char* text) {
     return {std::istream_iterator<std::string>(words), {}};
 }
 
-TEST(FileSharesTest, OpeningsExcludeEachOtherAsRecorded) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "content");
-    const u16string name = folder.Name(u"file");
+TEST_F(FileSharesTest, OpeningsExcludeEachOtherAsRecorded) {
     for (const ShareCase& row : kShares) {
         const HANDLE first = OpenAs(name, row.first);
         ASSERT_NE(first, INVALID_HANDLE_VALUE) << row.first;
-        for (const std::string& mode : Words(row.refused)) {
-            EXPECT_EQ(SecondOpen(name, mode), 32) << row.first << " then " << mode;
-        }
-        for (const std::string& mode : Words(row.allowed)) {
-            EXPECT_EQ(SecondOpen(name, mode), 0) << row.first << " then " << mode;
-        }
-        // The same between processes.
-        const int wrong = InChild([&] {
-            int count = 0;
-            for (const std::string& mode : Words(row.refused))
-                count += SecondOpen(name, mode) != 32;
-            for (const std::string& mode : Words(row.allowed)) count += SecondOpen(name, mode) != 0;
-            return count;
-        });
-        EXPECT_EQ(wrong, 0) << row.first;
+        const auto as_recorded = [&] {
+            for (const std::string& mode : Words(row.refused)) {
+                EXPECT_EQ(SecondOpen(name, mode), 32) << row.first << " then " << mode;
+            }
+            for (const std::string& mode : Words(row.allowed)) {
+                EXPECT_EQ(SecondOpen(name, mode), 0) << row.first << " then " << mode;
+            }
+            return HasFailure() ? 1 : 0;
+        };
+        as_recorded();
+        EXPECT_EQ(InChild(as_recorded), 0) << row.first << ", between processes";
         EXPECT_TRUE(CloseHandle(first));
         EXPECT_EQ(SecondOpen(name, "RW0"), 0) << "closing releases all of it";
     }
 }
 
-TEST(FileSharesTest, NamesOfOpenFilesAreProtectedToo) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "content");
+TEST_F(FileSharesTest, NamesOfOpenFilesAreProtectedToo) {
     folder.Write(u"other", "other");
-    const u16string name = folder.Name(u"file"), other = folder.Name(u"other");
+    const u16string other = folder.Name(u"other");
     const HANDLE open = OpenAs(name, "R3");
-    const auto after = [](bool done) { return done ? 0u : LastError(); };
-    EXPECT_EQ(after(RemoveFile(name.c_str())), kErrorSharingViolation);
-    EXPECT_EQ(after(RenameFile(name.c_str(), folder.Name(u"x").c_str(), false, true)),
+    EXPECT_EQ(After(RemoveFile(name.c_str())), kErrorSharingViolation);
+    EXPECT_EQ(After(RenameFile(name.c_str(), folder.Name(u"x").c_str(), false, true)),
               kErrorSharingViolation);
-    EXPECT_EQ(after(RenameFile(other.c_str(), name.c_str(), true, true)), kErrorAccessDenied);
-    EXPECT_EQ(after(DuplicateFile(name.c_str(), folder.Name(u"x").c_str(), false)), 0u);
-    EXPECT_EQ(after(SetAttributes(name.c_str(), kFileArchive)), 0u);
+    EXPECT_EQ(After(RenameFile(other.c_str(), name.c_str(), true, true)), kErrorAccessDenied);
+    EXPECT_EQ(After(DuplicateFile(name.c_str(), folder.Name(u"x").c_str(), false)), 0u);
+    EXPECT_EQ(After(SetAttributes(name.c_str(), kFileArchive)), 0u);
     EXPECT_TRUE(CloseHandle(open));
 
     const HANDLE exclusive = OpenAs(name, "W1");
-    EXPECT_EQ(after(DuplicateFile(other.c_str(), name.c_str(), true)), kErrorSharingViolation);
+    EXPECT_EQ(After(DuplicateFile(other.c_str(), name.c_str(), true)), kErrorSharingViolation);
     EXPECT_EQ(OpenFile(name.c_str(), kAccessWrite, 0, kCreateAlways, 0), INVALID_HANDLE_VALUE);
     EXPECT_EQ(LastError(), kErrorSharingViolation);
     EXPECT_TRUE(CloseHandle(exclusive));
-    EXPECT_EQ(folder.Read(u"file"), "content");
+    EXPECT_EQ(folder.Read(u"file"), "0123456789");
 }
 
-TEST(FileSharesTest, OfManyThreadsExactlyOneHasTheFileToItself) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "");
-    const u16string name = folder.Name(u"file");
+TEST_F(FileSharesTest, OfManyThreadsExactlyOneHasTheFileToItself) {
     std::atomic<int> inside{0}, most{0}, opened{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
@@ -153,9 +150,7 @@ TEST(FileSharesTest, OfManyThreadsExactlyOneHasTheFileToItself) {
     EXPECT_GT(opened.load(), 0);
 }
 
-TEST(FileSharesTest, RemovingAndMakingAnewRaceWithoutHarm) {
-    const test::TempFolder folder;
-    const u16string name = folder.Name(u"file");
+TEST_F(FileSharesTest, RemovingAndMakingAnewRaceWithoutHarm) {
     std::atomic<bool> stop{false};
     std::thread remover([&] {
         while (!stop.load()) RemoveFile(name.c_str());
@@ -172,28 +167,24 @@ TEST(FileSharesTest, RemovingAndMakingAnewRaceWithoutHarm) {
     remover.join();
 }
 
-TEST(FileSharesTest, LocksOfRangesAnswerAsRecorded) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "0123456789");
-    const u16string name = folder.Name(u"file");
+TEST_F(FileSharesTest, LocksOfRangesAnswerAsRecorded) {
     const HANDLE a = OpenAs(name, "RW3"), b = OpenAs(name, "RW3"), none = OpenAs(name, "-3");
-    const auto after = [](bool done) { return done ? 0u : LastError(); };
-    EXPECT_EQ(after(LockFile(a, 2, 4)), 0u);
-    EXPECT_EQ(after(LockFile(b, 5, 2)), kErrorLockViolation);
-    EXPECT_EQ(after(LockFile(b, 6, 1)), 0u);
-    EXPECT_EQ(after(LockFile(b, 0, 2)), 0u);
-    EXPECT_EQ(after(LockFile(a, 3, 1)), kErrorLockViolation) << "inside its own";
-    EXPECT_EQ(after(LockFile(b, 100, 10)), 0u) << "beyond the end";
-    EXPECT_EQ(after(LockFile(b, 20, 0)), 0u);
-    EXPECT_EQ(after(UnlockFile(b, 20, 0)), 0u);
-    EXPECT_EQ(after(UnlockFile(a, 2, 2)), kErrorNotLocked) << "part of a range";
-    EXPECT_EQ(after(UnlockFile(a, 2, 4)), 0u);
-    EXPECT_EQ(after(LockFile(b, 2, 4)), 0u);
-    EXPECT_EQ(after(LockFile(a, 8, 1) && LockFile(a, 9, 1)), 0u);
-    EXPECT_EQ(after(UnlockFile(a, 8, 2)), kErrorNotLocked) << "two at once";
-    EXPECT_EQ(after(LockFile(a, ~0ull, ~0ull)), kErrorInvalidParameter);
-    EXPECT_EQ(after(LockFile(none, 50, 1)), kErrorAccessDenied);
-    EXPECT_EQ(after(UnlockFile(INVALID_HANDLE_VALUE, 0, 1)), kErrorInvalidHandle);
+    EXPECT_EQ(After(LockFile(a, 2, 4)), 0u);
+    EXPECT_EQ(After(LockFile(b, 5, 2)), kErrorLockViolation);
+    EXPECT_EQ(After(LockFile(b, 6, 1)), 0u);
+    EXPECT_EQ(After(LockFile(b, 0, 2)), 0u);
+    EXPECT_EQ(After(LockFile(a, 3, 1)), kErrorLockViolation) << "inside its own";
+    EXPECT_EQ(After(LockFile(b, 100, 10)), 0u) << "beyond the end";
+    EXPECT_EQ(After(LockFile(b, 20, 0)), 0u);
+    EXPECT_EQ(After(UnlockFile(b, 20, 0)), 0u);
+    EXPECT_EQ(After(UnlockFile(a, 2, 2)), kErrorNotLocked) << "part of a range";
+    EXPECT_EQ(After(UnlockFile(a, 2, 4)), 0u);
+    EXPECT_EQ(After(LockFile(b, 2, 4)), 0u);
+    EXPECT_EQ(After(LockFile(a, 8, 1) && LockFile(a, 9, 1)), 0u);
+    EXPECT_EQ(After(UnlockFile(a, 8, 2)), kErrorNotLocked) << "two at once";
+    EXPECT_EQ(After(LockFile(a, ~0ull, ~0ull)), kErrorInvalidParameter);
+    EXPECT_EQ(After(LockFile(none, 50, 1)), kErrorAccessDenied);
+    EXPECT_EQ(After(UnlockFile(INVALID_HANDLE_VALUE, 0, 1)), kErrorInvalidHandle);
     for (const HANDLE handle : {a, b, none}) EXPECT_TRUE(CloseHandle(handle));
 }
 
@@ -202,25 +193,19 @@ std::uint32_t Touch(HANDLE file, std::int64_t at, bool write) {
     char byte = 'x';
     std::uint32_t done = 0;
     SetFilePosition(file, at, kSeekBegin, nullptr);
-    const bool fine = write ? WriteFile(file, &byte, 1, &done) : ReadFile(file, &byte, 1, &done);
-    return fine ? 0 : LastError();
+    return After(write ? WriteFile(file, &byte, 1, &done) : ReadFile(file, &byte, 1, &done));
 }
 
-TEST(FileSharesTest, ALockedRangeIsClosedToEveryOtherHandle) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "0123456789");
-    const u16string name = folder.Name(u"file");
+TEST_F(FileSharesTest, ALockedRangeIsClosedToEveryOtherHandle) {
     for (const char* mode : {"RW3", "R3", "W3"}) {
         SCOPED_TRACE(mode);
         const HANDLE owner = OpenAs(name, mode), other = OpenAs(name, "RW3");
         ASSERT_TRUE(LockFile(owner, 4, 2));
         const auto expect_closed = [&](HANDLE file) {
             int wrong = 0;
-            for (const bool write : {false, true}) {
-                wrong += Touch(file, 3, write) != 0;
-                wrong += Touch(file, 4, write) != kErrorLockViolation;
-                wrong += Touch(file, 5, write) != kErrorLockViolation;
-                wrong += Touch(file, 6, write) != 0;
+            for (const int at : {3, 4, 5, 6, 13, 14, 15, 16}) {
+                const bool closed = at % 10 == 4 || at % 10 == 5;
+                wrong += Touch(file, at % 10, at > 10) != (closed ? kErrorLockViolation : 0);
             }
             return wrong;
         };
@@ -240,10 +225,7 @@ TEST(FileSharesTest, ALockedRangeIsClosedToEveryOtherHandle) {
     }
 }
 
-TEST(FileSharesTest, ALockOfAnotherProcessEndsWithIt) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "0123456789");
-    const u16string name = folder.Name(u"file");
+TEST_F(FileSharesTest, ALockOfAnotherProcessEndsWithIt) {
     int ready[2], leave[2];
     ASSERT_EQ(pipe(ready) | pipe(leave), 0);
     const pid_t child = fork();

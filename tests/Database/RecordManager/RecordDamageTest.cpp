@@ -8,10 +8,6 @@ namespace {
 
 using namespace test;
 
-bool NoErrorIsSet() {
-    return CT_ErrorManager::spco_Get()->b_IsSetError() == FALSE;
-}
-
 // The error's code, which is then cleared.
 std::string Code() {
     const unsigned int code = CT_ErrorManager::spco_Get()->n_GetErrorCode();
@@ -90,12 +86,7 @@ public:
         manager.v_Open(Manager::kModeReadWrite, mapping_);
         told_ = Code();
         if (!manager.b_IsOpen()) return told_;
-        std::vector<unsigned int> found;
-        for (unsigned int cursor = 0; found.size() < 20;) {
-            cursor = manager.n_GetNextRecord(cursor, nullptr);
-            if (cursor == 0) break;
-            found.push_back(cursor - 1);
-        }
+        const std::vector<unsigned int> found = References(manager, 20);
         told_ += Code();
         unsigned int number = 0;
         for (const unsigned int reference : found) {
@@ -161,10 +152,7 @@ struct RecordDamageTest : testing::Test {
 };
 
 // One damaged file at a time, used in all ways; none does harm, and mapped or not they agree.
-struct Victim {
-    explicit Victim(unsigned int header, unsigned int block)
-        : good(SmallFile(folder, header, block)) {}
-
+struct RecordSmallFileTest : testing::TestWithParam<std::pair<unsigned int, unsigned int>> {
     // Mapping a file for writing takes longest, so that it may be left out.
     void Suffer(const std::string& bytes, bool map_to_write) {
         folder.Write(u"small.rec", bytes);
@@ -175,7 +163,7 @@ struct Victim {
         const bool whole = repair.b_Repair(&target.file) != FALSE;
         const bool repaired = NoErrorIsSet();
         ClearError();
-        EXPECT_EQ(whole || !sound, true);
+        EXPECT_TRUE(whole || !sound);
         if (repaired) {
             EXPECT_EQ(Findings(target.file), "");
             EXPECT_LT(std::filesystem::file_size(folder.Native(u"repaired.rec")), 0x20000u);
@@ -208,16 +196,10 @@ struct Victim {
     const TempFolder folder{QuickFolder()};
     const Named name{folder, u"small.rec"};
     const Named target{folder, u"repaired.rec"};
-    const std::string good;
-};
-
-class RecordSmallFileTest : public testing::TestWithParam<std::pair<unsigned int, unsigned int>> {
-protected:
-    Victim victim_{GetParam().first, GetParam().second};
+    const std::string good = SmallFile(folder, GetParam().first, GetParam().second);
 };
 
 TEST_P(RecordSmallFileTest, EveryChangedByteIsSurvived) {
-    const std::string& good = victim_.good;
     const bool all = GetParam().second == 16;
     unsigned int turn = 0;
     for (std::size_t at = 0; at < good.size(); ++at) {
@@ -230,15 +212,15 @@ TEST_P(RecordSmallFileTest, EveryChangedByteIsSurvived) {
             if (!chosen || value == old) continue;
             SCOPED_TRACE(testing::Message() << "byte " << at << " from " << old << " to " << value);
             bytes[at] = static_cast<char>(value);
-            victim_.Suffer(bytes, ++turn % 8 == 0);
+            Suffer(bytes, ++turn % 8 == 0);
         }
     }
 }
 
 TEST_P(RecordSmallFileTest, EveryLengthIsSurvived) {
-    for (std::size_t length = 0; length < victim_.good.size() && !HasFailure(); ++length) {
+    for (std::size_t length = 0; length < good.size() && !HasFailure(); ++length) {
         SCOPED_TRACE(length);
-        victim_.Suffer(victim_.good.substr(0, length), length % 8 == 0);
+        Suffer(good.substr(0, length), length % 8 == 0);
     }
 }
 
@@ -296,19 +278,9 @@ TEST_F(RecordDamageTest, TheCheckNamesWhatIsWrong) {
 }
 
 TEST_F(RecordDamageTest, AChainInACircleEnds) {
-    {
-        Manager manager(&name.file);
-        manager.v_Create(16, 64, 0);
-        std::vector<unsigned int> all;
-        for (int i = 0; i < 200; ++i) all.push_back(Add(manager, "x"));
-        for (const unsigned int reference : all) manager.v_DeleteRecord(reference);
-        manager.v_Close(TRUE);
-    }
-    std::string bytes = folder.Read(u"damaged.rec");
-    const std::uint32_t first = WordAt(bytes, 256 + 127 * 8);
-    const std::uint32_t second = WordAt(bytes, first + 4);
-    PutWord(bytes, second + 4, first);
-    folder.Write(u"damaged.rec", bytes);
+    good = SmallFile(folder, 16, 64);
+    const std::uint32_t first = WordAt(good, 256 + 8);
+    Damage(WordAt(good, first + 4) + 4, first);
     CT_RecordCheck check(&name.file);
     EXPECT_FALSE(check.b_Check());
     EXPECT_EQ(check.so_GetFindingAt(1).kind, CT_RecordCheck::kFreeTwice);

@@ -9,10 +9,6 @@ using namespace test;
 
 constexpr unsigned int kHeader = 16;
 
-bool NoErrorIsSet() {
-    return CT_ErrorManager::spco_Get()->b_IsSetError() == FALSE;
-}
-
 struct RecordFaultTest : testing::Test {
     TempFolder folder;
     Named name{folder, u"fault.rec"};
@@ -70,9 +66,7 @@ struct RecordFaultTest : testing::Test {
         manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
         ASSERT_TRUE(NoError());
         VerifyFlushed(manager);
-        for (unsigned int i = 0; i < 20; ++i) {
-            EXPECT_NE(Add(manager, Bytes(i, i * 31)), 0u);
-        }
+        for (unsigned int i = 0; i < 20; ++i) EXPECT_NE(Add(manager, Bytes(i, i * 31)), 0u);
         VerifyFlushed(manager);
         manager.v_Close(TRUE);
         EXPECT_TRUE(NoError());
@@ -166,24 +160,15 @@ TEST_F(RecordFaultTest, AFailedAdditionIsNoRecordAndAllocationsMayFail) {
               }),
               10u);
     const Named target(folder, u"repaired.rec");
-    // a mapping that cannot be had for want of memory is an error, all else an exception
-    std::uint64_t n = 1;
-    for (bool failed = true; failed; ++n) {
-        const std::int64_t live = platform::LiveBlocks();
-        platform::FailAllocation(n);
-        failed = false;
-        try {
-            CT_RecordRepair repair(&name.file);
-            repair.b_Repair(&target.file);
-        } catch (const CT_SmartHeapException&) {
-            failed = true;
-        }
-        platform::FailAllocation(0);
-        failed = failed || !NoErrorIsSet();
-        ClearError();
-        EXPECT_EQ(platform::LiveBlocks(), live) << n;
-    }
-    EXPECT_GT(n, 20u);
+    // a mapping that cannot be had for want of memory is an error, here made the exception again
+    EXPECT_GT(FailEachAllocation([&] {
+                  CT_RecordRepair repair(&name.file);
+                  repair.b_Repair(&target.file);
+                  if (NoErrorIsSet()) return;
+                  ClearError();
+                  throw CT_SmartHeapException("", platform::kMemoryExhausted);
+              }),
+              20u);
 }
 
 }  // namespace

@@ -35,6 +35,10 @@ inline void ClearError() {
     CT_ErrorManager::spco_Get()->v_ClearError();
 }
 
+inline bool NoErrorIsSet() {
+    return CT_ErrorManager::spco_Get()->b_IsSetError() == FALSE;
+}
+
 // Bytes that a seed stands for; never four equal ones that could pass for a state word.
 inline std::string Bytes(std::uint32_t seed, std::size_t length) {
     std::string bytes(length, '\0');
@@ -110,9 +114,11 @@ inline std::string Findings(const CT_WinFile& file) {
     return list;
 }
 
-inline std::vector<unsigned int> References(Manager& manager) {
+inline std::vector<unsigned int> References(Manager& manager, std::size_t most = 1000) {
     std::vector<unsigned int> found;
-    for (unsigned int cursor = 0; (cursor = manager.n_GetNextRecord(cursor, nullptr)) != 0;) {
+    for (unsigned int cursor = 0; found.size() < most;) {
+        cursor = manager.n_GetNextRecord(cursor, nullptr);
+        if (cursor == 0) break;
         found.push_back(cursor - 1);
     }
     return found;

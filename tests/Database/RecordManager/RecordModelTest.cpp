@@ -75,22 +75,28 @@ protected:
     }
 
     void ResourceStep() {
-        const unsigned int key = Random(GetParam().resources + 3);
+        const unsigned int key = Random(GetParam().resources + 3) - 1;  // the largest one too
         const std::string bytes = Something();
         const CT_Buffer data = Data(bytes);
         const bool exists = resources_.contains(key);
         EXPECT_EQ(manager_.b_ResourceExists(key) != 0, exists);
+        const bool full = resources_.size() == GetParam().resources;
+        if (exists || full) {
+            EXPECT_CT_ERROR(full ? 31052 : 31054, manager_.v_AddResource(key, &data));
+        }
         if (exists && Random(2) == 0) {
             manager_.v_DeleteResource(key);
             resources_.erase(key);
         } else if (exists) {
             manager_.v_UpdateResource(key, &data);
             resources_[key] = bytes;
-        } else if (resources_.size() < GetParam().resources) {
+        } else {
+            CT_Buffer out;
+            EXPECT_CT_ERROR(31053, manager_.v_GetResource(key, &out));
+            EXPECT_CT_ERROR(31053, manager_.v_DeleteResource(key));
+            if (full) return;
             manager_.v_AddResource(key, &data);
             resources_[key] = bytes;
-        } else {
-            EXPECT_CT_ERROR(31052, manager_.v_AddResource(key, &data));
         }
     }
 
