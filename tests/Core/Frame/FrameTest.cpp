@@ -282,16 +282,15 @@ TEST(ModuleVersionTest, TextsAreFoundByNameAndByGetter) {
     EXPECT_EQ(platform::FindVersion(program), nullptr);
     EXPECT_EQ(version.n_GetBuildNumber(), 77u);
     EXPECT_EQ(Utf8(version.pcco_GetMap()->pcco_GetString2(u"Odd")), "odd");
+    const CT_UString* const texts[] = {
+        version.pcco_GetComments(),        version.pcco_GetCompanyName(),
+        version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
+        version.pcco_GetInternalName(),    version.pcco_GetLegalCopyright(),
+        version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
+        version.pcco_GetPrivateBuild(),    version.pcco_GetProductName(),
+        version.pcco_GetProductVersion(),  version.pcco_GetSpecialBuild()};
     std::string all;
-    for (const CT_UString* text :
-         {version.pcco_GetComments(), version.pcco_GetCompanyName(),
-          version.pcco_GetFileDescription(), version.pcco_GetFileVersion(),
-          version.pcco_GetInternalName(), version.pcco_GetLegalCopyright(),
-          version.pcco_GetLegalTrademarks(), version.pcco_GetOriginalFilename(),
-          version.pcco_GetPrivateBuild(), version.pcco_GetProductName(),
-          version.pcco_GetProductVersion(), version.pcco_GetSpecialBuild()}) {
-        all += Utf8(text);
-    }
+    for (const CT_UString* text : texts) all += Utf8(text);
     EXPECT_EQ(all, "01234567891011");
 }
 

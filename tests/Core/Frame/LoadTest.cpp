@@ -18,28 +18,25 @@ int Fail(const char* what) {
     return 1;
 }
 
-// The function of that mangled name, which the library must have.
-template <typename Function>
-Function* Find(void* library, const char* name) {
-    void* const found = dlsym(library, name);
-    if (found == nullptr) std::exit(Fail(name));
-    return reinterpret_cast<Function*>(found);
-}
-
 // Every load starts afresh and every unload gives everything back.
 int Repeat(const char* library) {
     std::size_t before = 0;
     for (int round = 0; round < 200; ++round) {
         void* const handle = dlopen(library, RTLD_LAZY | RTLD_LOCAL);
         if (handle == nullptr) return Fail(dlerror());
-        const auto version = Find<unsigned()>(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv");
-        if (version() != 7) return Fail("the library was not attached");
-        const auto leave = Find<bool(const char16_t*)>(handle, "_ZN8platform12SetErrorInfoEPKDs");
-        if (!leave(u"left in the thread")) return Fail("no error object");
-        const auto exceptions = Find<void*()>(handle, "_ZN19CT_ExceptionManager8spco_GetEv");
-        Find<void(void*, const char16_t*, unsigned, unsigned, const char16_t*)>(
-            handle, "_ZN19CT_ExceptionManager13v_AddLocationEPKDsjjS1_")(
-            exceptions(), u"never cleared", 1, 2, std::u16string(300, u'x').c_str());
+        auto* const version = reinterpret_cast<unsigned int (*)()>(
+            dlsym(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv"));
+        if (version == nullptr || version() != 7) return Fail("the library was not attached");
+        auto* const leave = reinterpret_cast<bool (*)(const char16_t*)>(
+            dlsym(handle, "_ZN8platform12SetErrorInfoEPKDs"));
+        if (leave == nullptr || !leave(u"left in the thread")) return Fail("no error object");
+        auto* const exceptions =
+            reinterpret_cast<void* (*)()>(dlsym(handle, "_ZN19CT_ExceptionManager8spco_GetEv"));
+        auto* const add =
+            reinterpret_cast<void (*)(void*, const char16_t*, unsigned, unsigned, const char16_t*)>(
+                dlsym(handle, "_ZN19CT_ExceptionManager13v_AddLocationEPKDsjjS1_"));
+        if (exceptions == nullptr || add == nullptr) return Fail("no exception manager");
+        add(exceptions(), u"never cleared", 1, 2, std::u16string(300, u'x').c_str());
         if (dlclose(handle) != 0) return Fail("dlclose");
         if (dlopen(library, RTLD_NOW | RTLD_NOLOAD) != nullptr) return Fail("still loaded");
         const std::size_t used = mallinfo2().uordblks;
