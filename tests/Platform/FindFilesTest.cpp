@@ -31,6 +31,8 @@ TEST(FindFilesTest, PatternsMatchByThePublishedRules) {
         u"noext",    u"page.htm",         u"page.html", u"two.tar.gz",
         u"x.y.z",    u"\u00E4\u00F6.txt",
     };
+    Names all_but_profile = kNames;
+    std::erase(all_but_profile, u".profile");
     struct Case {
         u16string_view pattern;
         Names found;
@@ -40,13 +42,7 @@ TEST(FindFilesTest, PatternsMatchByThePublishedRules) {
         {u"??", {u"1", u"12", u"a", u"ac"}},
         {u"*.TXT", {u"A1.txt", u"a b.txt", u"abc.txt", u"\u00E4\u00F6.txt"}},
         {u"*.html", {u"page.html"}},
-        {u"*.????", {u"..x",        u"1",        u"12",
-                     u"123.4567",   u"A1.txt",   u"README.md",
-                     u"a",          u"a b.txt",  u"a.b.c.d",
-                     u"ab.c",       u"abc",      u"abc.TXT2",
-                     u"abc.txt",    u"ac",       u"axxc",
-                     u"noext",      u"page.htm", u"page.html",
-                     u"two.tar.gz", u"x.y.z",    u"\u00E4\u00F6.txt"}},
+        {u"*.????", all_but_profile},
         {u"a??c", {u"axxc"}},
         {u"ABC.", {u"abc"}},
         {u"abc?", {u"abc"}},
