@@ -44,8 +44,8 @@ public:
     [[nodiscard]] std::uint32_t n_Search(const char16_t* key) const noexcept;
     [[nodiscard]] std::uint32_t n_Search(const CT_UString* key) const noexcept;
 
-    // Whether the key was there and is gone now, with every node that only it needed, up to one that
-    // leads to another key or holds a value. A key that comes back stands behind its siblings.
+    // Whether the key was there and is gone now, with every node that only it needed, up to one
+    // that leads to another key or holds a value. A key that comes back stands behind its siblings.
     BOOL b_Remove(const char16_t* key) noexcept;
     BOOL b_Remove(const CT_UString* key) noexcept;
 

@@ -48,8 +48,8 @@ public:
     BOOL b_Search(const char16_t* key, void* out) const;
     BOOL b_Search(const CT_UString* key, void* out) const;
 
-    // Whether the key was there and is gone now, with every node that only it needed, up to one that
-    // leads to another key or holds an item. A key that comes back stands behind its siblings.
+    // Whether the key was there and is gone now, with every node that only it needed, up to one
+    // that leads to another key or holds an item. A key that comes back stands behind its siblings.
     BOOL b_Remove(const char16_t* key) noexcept;
     BOOL b_Remove(const CT_UString* key) noexcept;
 

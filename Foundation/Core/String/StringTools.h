@@ -32,8 +32,8 @@ public:
     static void sv_ReplaceAll(CT_UString* string, Text find, Text replacement);
 
     // First position, going in `direction` (1 or -1) from `from`, whose character is (FindNot: is
-    // not) among `characters`. From behind the text there is nothing to find forwards; backwards the
-    // search begins at the last character, but from 0xFFFFFFFF, one before 0, it finds nothing.
+    // not) among `characters`. From behind the text there is nothing to find forwards; backwards
+    // the search begins at the last character, but from 0xFFFFFFFF, one before 0, it finds nothing.
     [[nodiscard]] static std::uint32_t sn_FindAny(Text characters, Text text, std::uint32_t from,
                                                   int direction);
     [[nodiscard]] static std::uint32_t sn_FindNot(Text characters, Text text, std::uint32_t from,
