@@ -136,6 +136,11 @@ struct RecordKillTest : testing::TestWithParam<Setting> {
         }
     }
 
+    // Until so many steps were taken, or for ten seconds: slow machines need a while to fork.
+    void AwaitSteps(unsigned int count) const {
+        for (int i = 0; i < 200'000 && board.steps < count; ++i) usleep(50);
+    }
+
     // What was not stored may be anything: the next writer starts without it, in the repaired file.
     void VerifyAndRepair() {
         Verify(board, name.file, slots);
@@ -184,7 +189,8 @@ TEST_P(RecordKillTest, AKilledProcessLosesNothingThatWasStored) {
         const unsigned int before = board.steps;
         const pid_t child = fork();
         if (child == 0) Work(round);
-        usleep(static_cast<useconds_t>(200 + random() % 800));
+        if (round % 4 != 0) AwaitSteps(before + 3);  // else it may still be opening the file
+        usleep(static_cast<useconds_t>(random() % 800));
         kill(child, SIGKILL);
         int status = 0;
         waitpid(child, &status, 0);
