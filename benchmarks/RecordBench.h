@@ -185,7 +185,7 @@ void BM_Enumerate(benchmark::State& state) {
     BENCHMARK_TEMPLATE(BM_Add, Store, true)->RECORD_FEW;    \
     BENCHMARK_TEMPLATE(BM_Update, Store, true)->RECORD_FEW; \
     BENCHMARK_TEMPLATE(BM_Delete, Store, true)->RECORD_FEW
-#define RECORD_FEW Arg(20000)->Iterations(2)->Unit(benchmark::kMillisecond)
+#define RECORD_FEW Arg(20000)->Iterations(2)->UseRealTime()->Unit(benchmark::kMillisecond)
 #define RECORD_SIZES Arg(200000)->Iterations(2)->Unit(benchmark::kMillisecond)
 
 // The same over ten times as many, to see whether a record's cost stays.
