@@ -61,6 +61,8 @@ Outcome DecodeSingleByte(const TablePage& page, const Decoding& call) noexcept;
 Outcome EncodeSingleByte(const TablePage& page, Encoding& call) noexcept;
 Outcome DecodeDoubleByte(const TablePage& page, const Decoding& call) noexcept;
 Outcome EncodeDoubleByte(const TablePage& page, Encoding& call) noexcept;
+// The beginning of a GB18030 text that is as in page 936; whatever comes next is refused.
+Outcome DecodeSharedPairs(const TablePage& page, const Decoding& call) noexcept;
 
 // Size of the ill-formed piece that a text begins with, and whether the text is but the beginning
 // of a character. Both for a text of a byte or more that begins with no whole character.
@@ -69,6 +71,11 @@ bool IsCutUtf8(const char* text, std::size_t length) noexcept;
 
 Outcome DecodeUtf8(const Decoding& call) noexcept;
 Outcome EncodeUtf8(const Encoding& call) noexcept;
+// Whether a text that begins with no whole character of GB18030 is but the beginning of one.
+bool IsCutGb18030(const unsigned char* text, std::size_t length) noexcept;
+Outcome DecodeGb18030(const Decoding& call) noexcept;
+Outcome EncodeGb18030(const Encoding& call) noexcept;
+
 Outcome DecodeUtf7(const Decoding& call, Piece& piece) noexcept;
 Outcome EncodeUtf7(const Encoding& call, Piece& piece) noexcept;
 Outcome DecodeIso2022Jp(const Decoding& call, Piece& piece) noexcept;

@@ -21,6 +21,7 @@ constexpr std::uint32_t kSymbol = 42;
 constexpr std::uint32_t kMacintosh = 10000;
 constexpr std::uint32_t kIso2022Jp = 50220;
 constexpr std::uint32_t kHz = 52936;
+constexpr std::uint32_t kGb18030 = 54936;
 constexpr std::uint32_t kUtf7 = 65000;
 
 struct AlgorithmicPage {
@@ -34,6 +35,7 @@ constexpr auto kAlgorithmicPages =
     std::to_array<AlgorithmicPage>({{kSymbol, {0, 0, false, 1, 1, 0}},
                                     {kIso2022Jp, {0, 0, false, 5, 6, 3}},
                                     {kHz, {0, 0, false, 5, 4, 2}},
+                                    {kGb18030, {0x8, 0x80, false, 4, 4, 0}},
                                     {kUtf7, {0, 0, false, 5, 5, 2}},
                                     {kUtf8Page, {0x8, 0x80, false, 4, 3, 0}}});
 
@@ -91,7 +93,8 @@ std::uint32_t nls::ResolvePage(std::uint32_t page) noexcept {
 }
 
 bool nls::FindPage(std::uint32_t number, Page& page) noexcept {
-    if (const TablePage* tables = FindTablePage(number)) {
+    const TablePage* const tables = FindTablePage(number);
+    if (tables != nullptr && tables->max_char_size <= 2) {
         const std::uint8_t size = tables->max_char_size;
         page = {number, tables, {0xF, 0x6F0, true, size, size, 0}};
         return true;
@@ -114,6 +117,8 @@ Outcome nls::Decode(const Page& page, const Decoding& call, Piece& piece) noexce
             return DecodeIso2022Jp(call, piece);
         case kHz:
             return DecodeHz(call, piece);
+        case kGb18030:
+            return DecodeGb18030(call);
         case kUtf7:
             return DecodeUtf7(call, piece);
         default:
@@ -133,6 +138,8 @@ Outcome nls::Encode(const Page& page, Encoding& call, Piece& piece) noexcept {
             return EncodeIso2022Jp(call, piece);
         case kHz:
             return EncodeHz(call, piece);
+        case kGb18030:
+            return EncodeGb18030(call);
         case kUtf7:
             return EncodeUtf7(call, piece);
         default:

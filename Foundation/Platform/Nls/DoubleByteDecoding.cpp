@@ -13,6 +13,17 @@
 namespace platform::nls {
 namespace {
 
+// What is refused. kShared is for GB18030, which takes its pairs from page 936 but for a few, all
+// of them in a range of private-use units: it also stops at those.
+enum class Mode { kLoose, kStrict, kShared };
+
+constexpr char16_t kFirstPatched = 0xE76C;
+constexpr char16_t kPatchedSpan = 0xE863 - 0xE76C;
+
+bool MayBePatched(char16_t unit) noexcept {
+    return unit - kFirstPatched >= 0 && unit - kFirstPatched <= kPatchedSpan;
+}
+
 // One character: what it gives and how many bytes it takes.
 struct Character {
     char16_t unit;
@@ -25,16 +36,16 @@ public:
     Decoder(const TablePage& page, const Decoding& call) noexcept
         : page_(page), view_(page), call_(call) {}
 
-    template <bool writing, bool strict>
+    template <bool writing, Mode mode>
     Outcome Run() noexcept {
         while (at_ < call_.length) {
-            RunBlocks<writing, strict>();
+            RunBlocks<writing, mode>();
             // Further characters that no block begins with need not be tried as one.
             bool suits_blocks = false;
             while (at_ < call_.length && !suits_blocks) {
                 if (count_ == call_.capacity) return {count_, kErrorInsufficientBuffer, at_};
                 const Character character = Next(at_);
-                if (strict && !character.defined) return {count_, kErrorNoUnicodeTranslation, at_};
+                if (IsRefused<mode>(character)) return {count_, kErrorNoUnicodeTranslation, at_};
                 if constexpr (writing) call_.out[count_] = character.unit;
                 ++count_;
                 at_ += character.size;
@@ -48,6 +59,12 @@ private:
     [[nodiscard]] bool SuitsBlocks(unsigned char byte) const noexcept {
         const auto row = static_cast<std::uint8_t>((byte ^ page_.fast_flip) - page_.fast_first);
         return byte < 0x80 || row < page_.fast_count;
+    }
+
+    template <Mode mode>
+    [[nodiscard]] static bool IsRefused(const Character& character) noexcept {
+        if (mode == Mode::kLoose) return false;
+        return !character.defined || (mode == Mode::kShared && MayBePatched(character.unit));
     }
 
     [[nodiscard]] Character Next(std::size_t at) const noexcept {
@@ -66,13 +83,13 @@ private:
 
 #if FOUNDATION_SSE2
     // Converts runs of fast pairs and of ASCII; returns where neither comes next, or near an end.
-    template <bool writing, bool strict>
+    template <bool writing, Mode mode>
     void RunBlocks() noexcept;
     [[nodiscard]] bool HasRoom(std::size_t at, std::size_t count) const noexcept {
         return call_.length - at >= kBlock && call_.capacity - count >= kBlock;
     }
 #else
-    template <bool, bool>
+    template <bool, Mode>
     void RunBlocks() noexcept {}
 #endif
 
@@ -131,11 +148,18 @@ public:
         return _mm_unpacklo_epi64(low, high);
     }
 
-    // How many of the fetched units come before the first pair without a row.
-    [[nodiscard]] unsigned int Defined(__m128i block, __m128i units) const noexcept {
-        const __m128i missing = _mm_andnot_si128(_mm_cmpeq_epi16(block, default_code_),
-                                                 _mm_cmpeq_epi16(units, default_unit_));
-        const auto bytes = static_cast<unsigned int>(_mm_movemask_epi8(missing));
+    // How many of the fetched units come before the first one that is refused.
+    template <Mode mode>
+    [[nodiscard]] unsigned int Accepted(__m128i block, __m128i units) const noexcept {
+        __m128i refused = _mm_andnot_si128(_mm_cmpeq_epi16(block, default_code_),
+                                           _mm_cmpeq_epi16(units, default_unit_));
+        if constexpr (mode == Mode::kShared) {
+            const __m128i first = _mm_set1_epi16(static_cast<short>(kFirstPatched));
+            const __m128i beyond = _mm_subs_epu16(_mm_sub_epi16(units, first),
+                                                  _mm_set1_epi16(static_cast<short>(kPatchedSpan)));
+            refused = _mm_or_si128(refused, _mm_cmpeq_epi16(beyond, _mm_setzero_si128()));
+        }
+        const auto bytes = static_cast<unsigned int>(_mm_movemask_epi8(refused));
         return static_cast<unsigned int>(std::countr_zero(bytes | 0x10000u)) / 2;
     }
 
@@ -151,7 +175,7 @@ private:
 };
 
 // Positions live in locals here: stores of blocks might change members, as far as a compiler knows.
-template <bool writing, bool strict>
+template <bool writing, Mode mode>
 void Decoder::RunBlocks() noexcept {
     if (!HasRoom(at_, count_)) return;
     const unsigned char* const text = call_.text;
@@ -165,10 +189,12 @@ void Decoder::RunBlocks() noexcept {
         while (HasRoom(at, count)) {
             const __m128i block = LoadBlock(text + at);
             unsigned int taken = pairs.Locate(block);
-            if constexpr (writing || strict) {
+            if constexpr (writing || mode != Mode::kLoose) {
                 const __m128i units = pairs.Fetch();
                 if constexpr (writing) StoreBlock(units, out + count);
-                if constexpr (strict) taken = std::min(taken, pairs.Defined(block, units));
+                if constexpr (mode != Mode::kLoose) {
+                    taken = std::min(taken, pairs.Accepted<mode>(block, units));
+                }
             }
             if (taken != kBlock / 2) {
                 at += 2 * taken;
@@ -195,14 +221,20 @@ void Decoder::RunBlocks() noexcept {
 
 #endif
 
+template <Mode mode>
+Outcome Run(const TablePage& page, const Decoding& call) noexcept {
+    Decoder decoder(page, call);
+    return call.out == nullptr ? decoder.Run<false, mode>() : decoder.Run<true, mode>();
+}
+
 }  // namespace
 
 Outcome DecodeDoubleByte(const TablePage& page, const Decoding& call) noexcept {
-    Decoder decoder(page, call);
-    if (call.out == nullptr) {
-        return call.strict ? decoder.Run<false, true>() : decoder.Run<false, false>();
-    }
-    return call.strict ? decoder.Run<true, true>() : decoder.Run<true, false>();
+    return call.strict ? Run<Mode::kStrict>(page, call) : Run<Mode::kLoose>(page, call);
+}
+
+Outcome DecodeSharedPairs(const TablePage& page, const Decoding& call) noexcept {
+    return Run<Mode::kShared>(page, call);
 }
 
 }  // namespace platform::nls

@@ -18,6 +18,7 @@ using nls::Piece;
 
 constexpr std::uint32_t kUtf16 = 1200;
 constexpr std::uint32_t kUtf16BigEndian = 1201;
+constexpr std::uint32_t kGb18030Page = 54936;
 constexpr char16_t kReplacement = 0xFFFD;
 
 bool IsUtf16(std::uint32_t page) noexcept {
@@ -63,6 +64,7 @@ PieceResult EncodeUtf16(std::uint32_t page, const char16_t* text, std::size_t le
 
 // Whether the text, whose first character strict decoding refused, may only lack its end.
 bool IsCut(const Page& page, const unsigned char* text, std::size_t length) noexcept {
+    if (page.number == kGb18030Page) return nls::IsCutGb18030(text, length);
     if (page.tables == nullptr) {
         return nls::IsCutUtf8(reinterpret_cast<const char*>(text), length);
     }
@@ -72,6 +74,7 @@ bool IsCut(const Page& page, const unsigned char* text, std::size_t length) noex
 
 // Size of a sequence that strict decoding refused.
 std::size_t RefusedSize(const Page& page, const unsigned char* text, std::size_t length) noexcept {
+    if (page.number == kGb18030Page) return 1;
     if (page.tables == nullptr) {
         return nls::IllFormedUtf8(reinterpret_cast<const char*>(text), length);
     }
