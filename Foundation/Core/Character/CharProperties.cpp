@@ -12,8 +12,8 @@
 
 namespace {
 
-// ASCII16, controls and marks in both orders, odd length, illegal characters.
-constexpr std::uint32_t kTextTests = 0x3DD;
+// ASCII16, statistics, controls and marks in both orders, odd length, illegal characters.
+constexpr std::uint32_t kTextTests = 0x3FF;
 
 bool IsNtFamily() {
     return CT_OS::seo_GetVersion() >= CT_OS::WindowsNT;

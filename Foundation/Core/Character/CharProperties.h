@@ -305,10 +305,12 @@ public:
     [[nodiscard]] static BOOL sb_CanEndLine(char16_t unit, unsigned int language_id);
 
     // Whether `size` bytes look like UTF-16 text. On the NT platform family the platform's tests of
-    // ASCII as 16-bit units, controls and byte-order marks decide, in both byte orders, with those
-    // for an odd size and illegal units (mask 0x3DD); a text with a byte-order mark is UTF-16. The
-    // likely form asks all tests of the platform, the statistical ones too. On the older family
-    // only a byte-order mark counts, and for the likely form a zero byte; an odd size never does.
+    // ASCII as 16-bit units, statistics, controls and byte-order marks decide, in both byte orders,
+    // with those for an odd size and illegal units (mask 0x3FF); a text with a byte-order mark is
+    // UTF-16. They look at the first 256 units; the last unit of a block may be its terminator. The
+    // likely form asks all tests of the platform, also whether there is a zero byte. On the older
+    // family only a byte-order mark counts, and for the likely form a zero byte; an odd size never
+    // does.
     [[nodiscard]] static BOOL sb_IsTextUnicode(const void* data, unsigned int size);
     [[nodiscard]] static BOOL sb_IsTextLikelyUnicode(const void* data, unsigned int size);
 

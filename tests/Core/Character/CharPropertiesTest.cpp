@@ -43,10 +43,51 @@ TEST(CharPropertiesTest, Utf16IsToldFromOtherBytes) {
           {"words", Bytes(u"line one\r\nline two"), TRUE, TRUE},
           {"words, odd size", Bytes(u"line one") + "x", FALSE, FALSE},
           {"Greek with a blank", Bytes(u"αβγ δ"), TRUE, TRUE},
-          {"Latin-1 without a blank", Bytes(u"Größe"), FALSE, TRUE},
+          {"Latin-1 without a blank", Bytes(u"Größe"), TRUE, TRUE},
+          {"Cyrillic without a blank", Bytes(u"Привет"), TRUE, TRUE},
+          {"Thai without a blank", Bytes(u"สวัสดี"), TRUE, TRUE},
+          {"Malayalam U+0D0A", Bytes(u"ഊഞ്ഞാലാ"), TRUE, TRUE},
+          {"kana", Bytes(u"カタカナのひらがな"), TRUE, TRUE},
+          {"ideographs and a line feed", Bytes(u"中文\n"), TRUE, TRUE},
+          {"ideographs", Bytes(u"中文测试"), FALSE, FALSE},
+          {"ASCII with its terminator", Bytes(u"abc\0"s), TRUE, TRUE},
+          {"the last ASCII unit", Bytes(u"\x7F"), TRUE, TRUE},
+          {"the first beyond ASCII", Bytes(u"\x80"), FALSE, TRUE},
+          {"steady bytes of 8-bit text",
+           "\x20"
+           "A\x7E"
+           "A\x0C"
+           "A\x1A"
+           "A.A"s,
+           FALSE, FALSE},
+          {"steady bytes, one of them 7F",
+           "\x20"
+           "A\x7F"
+           "A\x0C"
+           "A\x1A"
+           "A.A"s,
+           TRUE, TRUE},
+          {"steady bytes, one of them 1F",
+           "\x1F"
+           "A\x7E"
+           "A\x0C"
+           "A\x1A"
+           "A.A"s,
+           TRUE, TRUE},
+          {"beyond the first 256 units", Bytes(std::u16string(256, u'a') + u"\xFFFF\0"s), TRUE,
+           TRUE},
+          {"within them", Bytes(std::u16string(255, u'a') + u"\xFFFF."), FALSE, FALSE},
           {"digits", Bytes(u"1234567890"), TRUE, TRUE},
           {"zero units", std::string(8, '\0'), FALSE, FALSE},
-          {"illegal unit", Bytes(u"a b\xFFFF"), FALSE, FALSE},
+          {"illegal unit", Bytes(u"a b\xFFFF."), FALSE, FALSE},
+          {"8-bit line end in one unit",
+           "\x10"
+           "a\r\n\x10"
+           "a"s,
+           FALSE, FALSE},
+          {"8-bit Cyrillic", "\xCF\xF0\xE8\xE2\xE5\xF2\x20\xEC\xE8\xF0"s, FALSE, FALSE},
+          {"Shift-JIS kana", "1\x82\xA0\x82\xA2\x82\xA4\x82\xA6\x82\xA8."s, FALSE, FALSE},
+          {"ISO-2022-JP kana", "\x1B$B$\"$$$&$(\x1B(B"s, FALSE, FALSE},
           {"8-bit text", "some text of English words, lines\r\n"s, FALSE, FALSE},
           {"8-bit text of even size", "Bush hid the facts"s, FALSE, FALSE},
           {"UTF-8 mark", "\xEF\xBB\xBF"s, FALSE, FALSE}}) {
