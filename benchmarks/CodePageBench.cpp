@@ -1,5 +1,6 @@
 // Code pages to UTF-16 and back, in blocks of 16 KiB into one buffer, as text readers ask for them.
-// Throughput counts bytes of 8-bit text. "Sizing" asks for the length first, as strings may.
+// Throughput counts bytes of 8-bit text. "Strict" refuses invalid text, as text readers do;
+// "Sizing" asks for the length alone, as strings may.
 #include "benchmarks/CodePageBench.h"
 
 #include <benchmark/benchmark.h>
@@ -22,9 +23,10 @@ struct Case {
     unsigned int page;
     Language language;
 };
-constexpr Case kCases[] = {{1252, Language::Ascii},   {1252, Language::German},
-                           {1251, Language::Russian}, {932, Language::Japanese},
-                           {936, Language::Chinese},  {932, Language::Ascii}};
+constexpr Case kCases[] = {
+    {1252, Language::Ascii},    {1252, Language::German},  {1251, Language::Russian},
+    {932, Language::Japanese},  {936, Language::Chinese},  {932, Language::Ascii},
+    {54936, Language::Chinese}, {54936, Language::German}, {54936, Language::Mixed}};
 
 class Zelkor : public PageConverter {
 public:
@@ -41,6 +43,16 @@ public:
 
 protected:
     unsigned int page_;
+};
+
+class ZelkorStrict : public Zelkor {
+public:
+    using Zelkor::Zelkor;
+    std::size_t Decode(const char* text, std::size_t length, char16_t* out) override {
+        return static_cast<std::size_t>(
+            platform::MultiByteToWideChar(page_, platform::kErrorOnInvalidChars, text,
+                                          static_cast<int>(length), out, static_cast<int>(length)));
+    }
 };
 
 class ZelkorSizing : public Zelkor {
@@ -69,11 +81,13 @@ public:
         return Run(decode_, text, length, out, 2 * length) / 2;
     }
     std::size_t Encode(const char16_t* text, std::size_t length, char* out) override {
-        return Run(encode_, text, 2 * length, out, 2 * length);
+        return Run(encode_, text, 2 * length, out, 4 * length);
     }
 
 private:
-    static std::string Name(unsigned int page) { return "CP" + std::to_string(page); }
+    static std::string Name(unsigned int page) {
+        return page == 54936 ? "GB18030" : "CP" + std::to_string(page);
+    }
     static std::size_t Run(iconv_t converter, const void* text, std::size_t length, void* out,
                            std::size_t room) {
         char* from = static_cast<char*>(const_cast<void*>(text));
@@ -145,8 +159,10 @@ std::unique_ptr<PageConverter> Make(unsigned int page) {
     return std::make_unique<Converter>(page);
 }
 
-const PageConverterEntry kEntries[] = {
-    {"Zelkor", Make<Zelkor>}, {"ZelkorSizing", Make<ZelkorSizing>}, {"iconv", Make<Iconv>}};
+const PageConverterEntry kEntries[] = {{"Zelkor", Make<Zelkor>},
+                                       {"ZelkorStrict", Make<ZelkorStrict>},
+                                       {"ZelkorSizing", Make<ZelkorSizing>},
+                                       {"iconv", Make<Iconv>}};
 
 }  // namespace
 

@@ -24,7 +24,7 @@ public:
     std::size_t Encode(const char16_t* text, std::size_t length, char* out) override {
         UErrorCode error = U_ZERO_ERROR;
         char* to = out;
-        ucnv_fromUnicode(converter_, &to, out + 2 * length, &text, text + length, nullptr, true,
+        ucnv_fromUnicode(converter_, &to, out + 4 * length, &text, text + length, nullptr, true,
                          &error);
         return static_cast<std::size_t>(to - out);
     }

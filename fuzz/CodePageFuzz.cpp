@@ -1,8 +1,9 @@
 // Any bytes decoded, and any units encoded, in any page. The first byte chooses the page, the
 // second the direction; buffers have exactly the size that the length query names. What must hold:
 //   the length query, the written count and the documented bounds agree, and one element less
-//   fails; strict decoding gives what plain decoding gives, or fails with error 1113; text that
-//   came out of a conversion converts back to what it came from.
+//   fails; strict decoding gives what plain decoding gives, or fails with error 1113; a text in two
+//   pieces converts as the whole, with faults just where strict decoding fails; text that came out
+//   of a conversion converts back to what it came from.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -11,15 +12,17 @@
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/Nls/TextPieces.h"
 
 namespace {
 
-constexpr std::uint32_t kPages[] = {42,    437,   646,   720,   850,   862,   874,   932,   936,
-                                    949,   950,   1250,  1251,  1252,  1253,  1254,  1255,  1256,
-                                    1257,  1258,  1361,  10000, 10001, 10002, 10003, 10004, 10005,
-                                    10006, 10007, 10008, 10010, 10017, 10021, 10029, 10079, 10081,
-                                    10082, 20127, 20866, 20932, 28591, 28592, 28593, 28594, 28595,
-                                    28596, 28597, 28598, 28599, 50220, 51932, 52936, 65000, 65001};
+constexpr std::uint32_t kPages[] = {
+    42,    437,   646,   720,   850,   862,   874,   932,   936,   949,   950,   1250,  1251,
+    1252,  1253,  1254,  1255,  1256,  1257,  1258,  1361,  10000, 10001, 10002, 10003, 10004,
+    10005, 10006, 10007, 10008, 10010, 10017, 10021, 10029, 10079, 10081, 10082, 20127, 20866,
+    20932, 28591, 28592, 28593, 28594, 28595, 28596, 28597, 28598, 28599, 50220, 51932, 52936,
+    65000, 65001, 54936, 20949, 708,   737,   775,   852,   855,   857,   858,   860,   861,
+    863,   864,   865,   866,   869,   21866, 28603, 28605};
 
 void Require(bool holds) {
     if (!holds) std::abort();
@@ -29,19 +32,67 @@ void Require(bool holds) {
 using Bytes = std::vector<char>;
 using Units = std::vector<char16_t>;
 
+// Where a text is cut in two: about anywhere, but the same for the same text.
+template <typename Text>
+std::size_t CutOf(const Text& text) {
+    return static_cast<unsigned char>(text[text.size() / 2]) * text.size() / 256;
+}
+
+// Hands a text over in two pieces, `convert(piece, length, last, out)`.
+template <typename Result, typename Text, typename Convert, typename Room>
+std::size_t InPieces(const Text& text, Result& result, const Convert& convert, const Room& room) {
+    const std::size_t cut = CutOf(text);
+    const Text front(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(cut));
+    Result out(room(cut));
+    const platform::PieceResult first = convert(front.data(), cut, false, out.data());
+    Require(first.written <= out.size() && first.taken <= cut && cut - first.taken <= 3);
+    result.assign(out.begin(), out.begin() + static_cast<std::ptrdiff_t>(first.written));
+    const Text rest(text.begin() + static_cast<std::ptrdiff_t>(first.taken), text.end());
+    out.assign(room(rest.size()), {});
+    const platform::PieceResult second = convert(rest.data(), rest.size(), true, out.data());
+    Require(second.written <= out.size() && second.taken == rest.size());
+    result.insert(result.end(), out.begin(),
+                  out.begin() + static_cast<std::ptrdiff_t>(second.written));
+    return first.faults + second.faults;
+}
+
+void RequirePieces(std::uint32_t page, const Bytes& bytes, const Units& units, bool refused) {
+    platform::TextDecoder decoder(page);
+    Units pieces;
+    const std::size_t faults = InPieces(
+        bytes, pieces, [&](auto... arguments) { return decoder.Decode(arguments...); },
+        [](std::size_t length) { return length; });
+    Require(pieces == units);
+    if (refused) Require(faults != 0);
+}
+
+void RequirePieces(std::uint32_t page, const Units& units, const Bytes& bytes) {
+    platform::TextEncoder encoder(page);
+    Bytes pieces;
+    const std::size_t faults = InPieces(
+        units, pieces, [&](auto... arguments) { return encoder.Encode(arguments...); },
+        [&](std::size_t length) { return encoder.MaxBytes(length); });
+    Require(page == 42 ? bytes.empty() == (faults != 0) : pieces == bytes);
+}
+
 Units Decode(std::uint32_t page, const Bytes& bytes) {
     using platform::MultiByteToWideChar;
     if (bytes.empty()) return {};
     const int length = static_cast<int>(bytes.size());
     const int size = MultiByteToWideChar(page, 0, bytes.data(), length, nullptr, 0);
     Require(size >= 0 && size <= length);
-    if (size == 0) return {};
+    if (size == 0) {
+        RequirePieces(page, bytes, {}, false);
+        return {};
+    }
     Units units(static_cast<std::size_t>(size));
     Require(MultiByteToWideChar(page, 0, bytes.data(), length, units.data(), size) == size);
     Units again(units.size());
     const int strict = MultiByteToWideChar(page, platform::kErrorOnInvalidChars, bytes.data(),
                                            length, again.data(), size);
     Require(strict == 0 || again == units);
+    RequirePieces(page, bytes, units,
+                  strict == 0 && platform::LastError() == platform::kErrorNoUnicodeTranslation);
     Units cut(units.size() - 1);
     Require(cut.empty() ||
             (MultiByteToWideChar(page, 0, bytes.data(), length, cut.data(), size - 1) == 0 &&
@@ -61,11 +112,13 @@ Bytes Encode(std::uint32_t page, const Units& units) {
     const int size = encode(bytes);
     if (size == 0) {
         Require(page == 42 && platform::LastError() == platform::kErrorNoUnicodeTranslation);
+        RequirePieces(page, units, {});
         return {};
     }
     bytes.resize(static_cast<std::size_t>(size));
     Require(bytes.size() <= platform::MaxBytes(page, units.size()));
     Require(encode(bytes) == size);
+    RequirePieces(page, units, bytes);
     Bytes cut(bytes.size() - 1);
     Require(cut.empty() ||
             (encode(cut) == 0 && platform::LastError() == platform::kErrorInsufficientBuffer));
@@ -86,7 +139,7 @@ void RequireRoundTrip(std::uint32_t page, const Units& units) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < 3 || size > 4096) return 0;
+    if (size < 3 || size > 1024) return 0;
     const std::uint32_t page = kPages[data[0] % std::size(kPages)];
     const bool decoding = data[1] % 2 == 0;
     const Bytes bytes(data + 2, data + size);

@@ -40,7 +40,7 @@ void Compare(std::basic_string_view<Unit> source, std::size_t capacity,
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (size < 2) return 0;
+    if (size < 2 || size > 1024) return 0;
     // The first byte takes from the room that the text needs, or adds to it.
     const std::size_t more = data[0];
     const std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);

@@ -118,19 +118,16 @@ public:
           default_unit_(_mm_set1_epi16(static_cast<short>(page.default_unit))),
           default_code_(_mm_set1_epi16(static_cast<short>(page.default_code))) {}
 
-    // How many pairs the block begins with. Leaves the places of all eight cells in places_; those
-    // of further pairs are of no use, but within the page.
-    unsigned int Locate(__m128i block) noexcept {
+    // Finds the cells of the block's eight pairs. The ones of what is no fast pair are of no use,
+    // but within the page.
+    void Locate(__m128i block) noexcept {
+        block_ = block;
         const __m128i offsets = _mm_sub_epi8(_mm_xor_si128(block, flip_), first_);
         const __m128i places = _mm_min_epu8(offsets, last_);
         const __m128i rows = _mm_and_si128(places, _mm_set1_epi16(0xFF));
         places_ = _mm_add_epi16(_mm_mullo_epi16(rows, columns_), _mm_srli_epi16(places, 8));
 
-        const __m128i fast_leads = _mm_cmpeq_epi8(places, offsets);
-        const __m128i zeros = _mm_cmpeq_epi8(block, _mm_setzero_si128());
-        const __m128i pairs = _mm_andnot_si128(zeros, _mm_or_si128(fast_leads, Repeat(0, 0xFF)));
-        const auto others = ~static_cast<unsigned int>(_mm_movemask_epi8(pairs));
-        return static_cast<unsigned int>(std::countr_zero(others)) / 2;  // at most 16: bits above
+        leads_ = _mm_cmpeq_epi8(places, offsets);
     }
 
     // The units of the located cells.
@@ -148,10 +145,14 @@ public:
         return _mm_unpacklo_epi64(low, high);
     }
 
-    // How many of the fetched units come before the first one that is refused.
+    // How many fast pairs the block begins with. Strictly, their units must be there too.
+    [[nodiscard]] unsigned int Pairs() const noexcept {
+        const __m128i zeros = _mm_cmpeq_epi8(block_, _mm_setzero_si128());
+        return CountPairs(zeros);
+    }
     template <Mode mode>
-    [[nodiscard]] unsigned int Accepted(__m128i block, __m128i units) const noexcept {
-        __m128i refused = _mm_andnot_si128(_mm_cmpeq_epi16(block, default_code_),
+    [[nodiscard]] unsigned int AcceptedPairs(__m128i units) const noexcept {
+        __m128i refused = _mm_andnot_si128(_mm_cmpeq_epi16(block_, default_code_),
                                            _mm_cmpeq_epi16(units, default_unit_));
         if constexpr (mode == Mode::kShared) {
             const __m128i first = _mm_set1_epi16(static_cast<short>(kFirstPatched));
@@ -159,11 +160,18 @@ public:
                                                   _mm_set1_epi16(static_cast<short>(kPatchedSpan)));
             refused = _mm_or_si128(refused, _mm_cmpeq_epi16(beyond, _mm_setzero_si128()));
         }
-        const auto bytes = static_cast<unsigned int>(_mm_movemask_epi8(refused));
-        return static_cast<unsigned int>(std::countr_zero(bytes | 0x10000u)) / 2;
+        return CountPairs(refused);
     }
 
 private:
+    // Pairs before the first one whose lead byte is not fast or that has a refused byte.
+    [[nodiscard]] unsigned int CountPairs(__m128i refused) const noexcept {
+        const __m128i leads = _mm_or_si128(leads_, Repeat(0, 0xFF));
+        const __m128i pairs = _mm_andnot_si128(refused, leads);
+        const auto others = ~static_cast<unsigned int>(_mm_movemask_epi8(pairs));
+        return static_cast<unsigned int>(std::countr_zero(others)) / 2;  // at most 16: bits above
+    }
+
     const char16_t* cells_;
     __m128i flip_;
     __m128i first_;
@@ -171,7 +179,9 @@ private:
     __m128i columns_;
     __m128i default_unit_;
     __m128i default_code_;
+    __m128i block_{};
     __m128i places_{};
+    __m128i leads_{};
 };
 
 // Positions live in locals here: stores of blocks might change members, as far as a compiler knows.
@@ -187,14 +197,15 @@ void Decoder::RunBlocks() noexcept {
     do {
         before = at;
         while (HasRoom(at, count)) {
-            const __m128i block = LoadBlock(text + at);
-            unsigned int taken = pairs.Locate(block);
-            if constexpr (writing || mode != Mode::kLoose) {
+            pairs.Locate(LoadBlock(text + at));
+            unsigned int taken;
+            if constexpr (mode == Mode::kLoose) {
+                taken = pairs.Pairs();
+                if constexpr (writing) StoreBlock(pairs.Fetch(), out + count);
+            } else {
                 const __m128i units = pairs.Fetch();
+                taken = pairs.AcceptedPairs<mode>(units);
                 if constexpr (writing) StoreBlock(units, out + count);
-                if constexpr (mode != Mode::kLoose) {
-                    taken = std::min(taken, pairs.Accepted<mode>(block, units));
-                }
             }
             if (taken != kBlock / 2) {
                 at += 2 * taken;

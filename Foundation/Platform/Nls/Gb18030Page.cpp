@@ -72,7 +72,10 @@ public:
                 if (call_.capacity - count_ < count) {
                     return {count_, kErrorInsufficientBuffer, at_};
                 }
-                if (call_.out != nullptr) std::copy_n(units, count, call_.out + count_);
+                if (call_.out != nullptr) {
+                    call_.out[count_] = units[0];
+                    if (count == 2) call_.out[count_ + 1] = units[1];
+                }
                 count_ += count;
                 at_ += character.size;
             } while (at_ == call_.length || IsFourNext());
@@ -200,7 +203,9 @@ private:
             size = 4;
         }
         if (left_ < size) return kErrorInsufficientBuffer;
-        if (call_.out != nullptr) std::copy_n(bytes, size, call_.out + count_);
+        if (call_.out != nullptr) {
+            for (std::size_t i = 0; i < size; ++i) call_.out[count_ + i] = bytes[i];
+        }
         Advance(std::max<std::size_t>(units, 1), size);
         return kErrorSuccess;
     }
