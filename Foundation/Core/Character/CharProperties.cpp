@@ -73,13 +73,13 @@ BOOL CT_CharProperties::sb_IsSequenceOf(const CT_UString* text, CharacterTest te
 }
 
 BOOL CT_CharProperties::sb_IsTextUnicode(const void* data, unsigned int size) {
-    if (size < 2) return FALSE;
+    if (data == nullptr || size < 2) return FALSE;
     if (IsNtFamily()) return platform::IsTextUnicode(data, size, kTextTests);
     return size % 2 == 0 && BeginsWithMark(static_cast<const unsigned char*>(data));
 }
 
 BOOL CT_CharProperties::sb_IsTextLikelyUnicode(const void* data, unsigned int size) {
-    if (size < 2) return FALSE;
+    if (data == nullptr || size < 2) return FALSE;
     if (sb_IsTextUnicode(data, size)) return TRUE;
     if (IsNtFamily()) return platform::IsTextUnicode(data, size, platform::kUnicodeAllTests);
     const auto* bytes = static_cast<const unsigned char*>(data);

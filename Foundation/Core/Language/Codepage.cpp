@@ -1,6 +1,7 @@
 #include "Foundation/Core/Language/Codepage.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/Error/Failure.h"
@@ -144,9 +145,12 @@ BOOL CT_Codepage::b_IsSame(const CT_Codepage& other) const {
 
 BOOL CT_Codepage::b_IsStringSupported(const CT_UString* text) const {
     if (b_IsUnicode()) return TRUE;
+    if (text == nullptr) return FALSE;
     const CT_CString encoded(text, n_Get());
     const CT_UString decoded(&encoded);
-    return decoded.vi_Compare(text, 0, CT_String::kToEnd, 0) == 0;
+    // Zero characters inside the text must not end the comparison.
+    const std::u16string_view before(text->qcuz_Get(), text->n_GetLength());
+    return before == std::u16string_view(decoded.qcuz_Get(), decoded.n_GetLength());
 }
 
 BOOL CT_Codepage::b_IsCharSupported(char16_t unit) const {
@@ -198,7 +202,7 @@ void CT_Codepage::v_Init(const CT_UString* name) {
     value_ = seo_Codepage(name);
 }
 void CT_Codepage::v_Init(const CT_Codepage* other) {
-    value_ = other->value_;
+    value_ = other == nullptr ? kUnknown : other->value_;
 }
 
 CT_Codepage::et_Codepage CT_Codepage::seo_Codepage(unsigned int number) {

@@ -81,7 +81,7 @@ public:
     CT_Codepage() = default;
     // From a value (not checked), a Windows number or a name in any case. A number that several
     // values share gives the first: 1200 kUnicode, 1255 kWindows1255. ISO 8859-1 is
-    // windows-1252.
+    // windows-1252. A null pointer gives kUnknown.
     CT_Codepage(et_Codepage value);
     explicit CT_Codepage(unsigned int number);
     explicit CT_Codepage(const CT_UString* name);
@@ -117,9 +117,9 @@ public:
     [[nodiscard]] BOOL b_IsEqual(const CT_Codepage& other) const;
     [[nodiscard]] BOOL b_IsSame(const CT_Codepage& other) const;
 
-    // Whether text survives conversion to this page and back. Always TRUE for the forms of Unicode
-    // that b_IsUnicode counts. A page without conversion (1201) leaves the system error of the
-    // conversion recorded and answers FALSE.
+    // Whether text survives conversion to this page and back, all of its length. Always TRUE for
+    // the forms of Unicode that b_IsUnicode counts, FALSE for a null text in others. A page without
+    // conversion (1201) leaves the system error of the conversion recorded and answers FALSE.
     [[nodiscard]] BOOL b_IsStringSupported(const CT_UString* text) const;
     [[nodiscard]] BOOL b_IsCharSupported(char16_t unit) const;
 

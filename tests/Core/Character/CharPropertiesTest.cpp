@@ -114,6 +114,8 @@ TEST(CharPropertiesTest, MembershipFollowsTheStrictRoundTripButWhereEverythingIs
                                                {9999, u"", u"a"},
                                                {50220, u"", u"a"},
                                                {52936, u"", u"a"},
+                                               {54936, u"", u"a"},
+                                               {866, u"a\u0416", u"\u00E9"},
                                                {65000, u"a\uFFFF\xD800", u""},
                                                {65001, u"a\uFFFF\xD800", u""}}) {
         SCOPED_TRACE(page);

@@ -126,6 +126,12 @@ TEST(CodepageTest, TextIsSupportedWhenItComesBackUnchanged) {
         }
         EXPECT_EQ(supporting, pages) << text;
     }
+    // A comparison up to the zero saw no difference.
+    const CT_UString behind_zero(u"a\0\u0100", 3);
+    EXPECT_FALSE(CT_Codepage(CT_Codepage::kWindows1252).b_IsStringSupported(&behind_zero));
+    EXPECT_FALSE(CT_Codepage(CT_Codepage::kWindows1252).b_IsStringSupported(nullptr));
+    EXPECT_EQ(CT_Codepage(static_cast<const CT_Codepage*>(nullptr)).eo_Get(),
+              CT_Codepage::kUnknown);
     const CT_UString surrogate(u"\xD800");
     EXPECT_TRUE(CT_Codepage(CT_Codepage::kUtf8).b_IsStringSupported(&surrogate));
     EXPECT_FALSE(CT_Codepage(CT_Codepage::kWindows1252).b_IsCharSupported(u'\u0100'));
