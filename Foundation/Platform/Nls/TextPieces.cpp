@@ -1,6 +1,8 @@
 #include "Foundation/Platform/Nls/TextPieces.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <string_view>
 
 #include "Foundation/Platform/Nls/CodePageDetail.h"
@@ -30,9 +32,23 @@ bool IsServedPage(std::uint32_t page) noexcept {
     return IsUtf16(page) || nls::FindPage(page, found);
 }
 
-// Which byte of a unit holds its low half.
-std::size_t LowByte(std::uint32_t page) noexcept {
-    return page == kUtf16BigEndian ? 1 : 0;
+// Copies units from the page's byte order to the processor's, or back.
+template <bool swapped>
+void CopyUnits(const void* from, std::size_t units, void* to) noexcept {
+    const auto* const source = static_cast<const char*>(from);
+    auto* const target = static_cast<char*>(to);
+    for (std::size_t i = 0; i < units; ++i) {
+        std::uint16_t unit;
+        std::memcpy(&unit, source + 2 * i, sizeof unit);
+        if (swapped) unit = static_cast<std::uint16_t>(unit << 8 | unit >> 8);
+        std::memcpy(target + 2 * i, &unit, sizeof unit);
+    }
+}
+
+void CopyUnits(std::uint32_t page, const void* from, std::size_t units, void* to) noexcept {
+    const bool big = std::endian::native == std::endian::big;
+    if ((page == kUtf16BigEndian) == big) return CopyUnits<false>(from, units, to);
+    CopyUnits<true>(from, units, to);
 }
 
 bool HasShiftStates(const Page& page) noexcept {
@@ -41,25 +57,12 @@ bool HasShiftStates(const Page& page) noexcept {
 
 PieceResult DecodeUtf16(std::uint32_t page, const unsigned char* text, std::size_t length,
                         bool last, char16_t* out) noexcept {
-    const std::size_t low = LowByte(page);
     const std::size_t units = length / 2;
-    for (std::size_t i = 0; i < units; ++i) {
-        out[i] = static_cast<char16_t>(text[2 * i + low] | text[2 * i + 1 - low] << 8);
-    }
+    CopyUnits(page, text, units, out);
     const bool odd = length % 2 != 0;
     if (!odd || !last) return {2 * units, units, 0, 0};
     out[units] = kReplacement;
     return {length, units + 1, 1, length - 1};
-}
-
-PieceResult EncodeUtf16(std::uint32_t page, const char16_t* text, std::size_t length,
-                        char* out) noexcept {
-    const std::size_t low = LowByte(page);
-    for (std::size_t i = 0; i < length; ++i) {
-        out[2 * i + low] = static_cast<char>(text[i] & 0xFF);
-        out[2 * i + 1 - low] = static_cast<char>(text[i] >> 8);
-    }
-    return {length, 2 * length, 0, 0};
 }
 
 // Whether the text, whose first character strict decoding refused, may only lack its end.
@@ -191,7 +194,10 @@ std::size_t TextEncoder::MaxBytes(std::size_t units) const noexcept {
 PieceResult TextEncoder::Encode(const char16_t* text, std::size_t length, bool last,
                                 char* out) noexcept {
     if (!served_) return {};
-    if (IsUtf16(page_)) return EncodeUtf16(page_, text, length, out);
+    if (IsUtf16(page_)) {
+        CopyUnits(page_, text, length, out);
+        return {length, 2 * length, 0, 0};
+    }
     if (!last && length != 0 && detail::IsHighSurrogate(text[length - 1])) --length;
     Page page;
     nls::FindPage(page_, page);
