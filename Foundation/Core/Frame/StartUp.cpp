@@ -8,7 +8,6 @@
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Frame/StringTable.h"
 #include "Foundation/Core/Frame/VersionResourceDetail.h"
-#include "Foundation/Core/Language/Language.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
@@ -36,9 +35,6 @@ CT_Init CT_ExceptionManager::sco_Init(u"CT_ExceptionManager", u"sv_Init",
                                       &CT_ExceptionManager::sv_Init);
 CT_Exit CT_ExceptionManager::sco_Exit(u"CT_ExceptionManager", u"sv_Exit",
                                       &CT_ExceptionManager::sv_Exit);
-
-CT_Init CT_Language::sco_Init(u"CT_Language", u"sv_Init", &CT_Language::sv_Init);
-CT_Exit CT_Language::sco_Exit(u"CT_Language", u"sv_Exit", &CT_Language::sv_Exit);
 
 CT_Init CT_SmartHeapErrorHandler::sco_Init(u"CT_SmartHeapErrorHandler", u"sv_Init",
                                            &CT_SmartHeapErrorHandler::sv_Init);
