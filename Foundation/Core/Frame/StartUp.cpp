@@ -14,6 +14,7 @@
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Modules.h"
+#include "Foundation/Platform/Nls/Locales.h"
 #include "Foundation/System/SysInfo/OS.h"
 
 namespace {
@@ -23,6 +24,12 @@ struct PoolMemory {
     ~PoolMemory() { platform::ReleasePools(); }
 };
 const PoolMemory pool_memory;
+
+// The environment is read now, when no other thread can be changing it.
+struct Environment {
+    Environment() { platform::TakeEnvironment(); }
+};
+const Environment environment;
 
 }  // namespace
 
