@@ -127,10 +127,14 @@ Sub NeutralSub(std::span<const SubRow> group) {
     return group.empty() ? CT_Language::kSubDefault : CT_Language::kSubNeutral;
 }
 
+// Most rows begin with another letter, and are not compared further.
 template <typename Rows, typename Row = typename Rows::value_type>
 const Row* RowNamed(const Rows& rows, Text name) {
+    if (name.empty()) return nullptr;  // no row has an empty name
     const auto row = std::ranges::find_if(rows, [name](const auto& candidate) {
-        return platform::CompareNoCase(Text(candidate.name), name) == 0;
+        constexpr int kCaseBit = 0x20;
+        return ((candidate.name[0] ^ name[0]) & ~kCaseBit) == 0 &&
+               platform::CompareNoCase(Text(candidate.name), name) == 0;
     });
     return row == rows.end() ? nullptr : &*row;
 }

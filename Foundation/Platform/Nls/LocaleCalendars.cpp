@@ -95,7 +95,8 @@ std::u16string_view OtherMonth(std::uint32_t row, std::uint32_t column) noexcept
 // Whether the months of the calendar, which is not the Hebrew one, are not those of the locale's
 // own types: the Hijri ones in most locales, all others where the locale counts by Hijri.
 bool HasOtherMonths(std::uint32_t row, std::uint32_t calendar) noexcept {
-    return (calendar == kHijri) != (Own(row, kLocaleCalendarType) == kNumbers[kHijri - 1]);
+    const char16_t own = Own(row, kLocaleCalendarType)[0];
+    return (calendar == kHijri) != (own == kNumbers[kHijri - 1][0]);
 }
 
 std::u16string_view Month(std::uint32_t row, std::uint32_t calendar, std::uint32_t index,
