@@ -57,7 +57,8 @@ enum : std::uint32_t {
 FOUNDATION_API bool ComputerName(char16_t* name, std::uint32_t capacity) noexcept;
 
 // System metrics by their usual numbers: 18 height of the Kanji window, 42 double-byte support, 63
-// network present (bit 0), 73 slow machine, 74 Hebrew and Arabic support. 0 for all others.
+// network present (bit 0), 73 slow machine, 74 Hebrew and Arabic support. 42 and 74 follow the ANSI
+// page; no machine is slow or has a Kanji window. 0 for all others.
 [[nodiscard]] FOUNDATION_API int SystemMetric(int index) noexcept;
 
 [[nodiscard]] FOUNDATION_API std::uint32_t CurrentProcessId() noexcept;

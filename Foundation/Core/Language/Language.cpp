@@ -242,21 +242,21 @@ const char16_t* CT_Language::sqcuz_GetCountry(et_Sub sub) {
 
 BOOL CT_Language::sb_GetPrimary(et_Primary* primary, const char16_t* code) {
     const PrimaryRow* row = code == nullptr ? nullptr : RowCoded(code);
-    if (row == nullptr) return FALSE;
+    if (row == nullptr || primary == nullptr) return FALSE;
     *primary = row->value;
     return TRUE;
 }
 
 BOOL CT_Language::sb_GetPrimaryLanguage(et_Primary* primary, const char16_t* name) {
     const PrimaryRow* row = name == nullptr ? nullptr : RowNamed(kPrimaryRows, name);
-    if (row == nullptr) return FALSE;
+    if (row == nullptr || primary == nullptr) return FALSE;
     *primary = row->value;
     return TRUE;
 }
 
 BOOL CT_Language::sb_GetSubCountry(et_Sub* sub, const char16_t* name, et_Primary primary) {
     const SubRow* row = name == nullptr ? nullptr : RowNamed(GroupOf(primary), name);
-    if (row == nullptr) return FALSE;
+    if (row == nullptr || sub == nullptr) return FALSE;
     *sub = row->value;
     return TRUE;
 }
@@ -274,33 +274,27 @@ unsigned int CT_Language::sn_MakeLanguageID(et_Primary primary, et_Sub sub) {
 }
 
 void CT_Language::sv_GetLanguages(unsigned int language_id, et_Primary* primary, et_Sub* sub) {
-    *primary = kNeutral;
-    *sub = kSubNeutral;
-    const PrimaryRow* row = RowOfNumber(language_id & 0x3FF);
-    if (row == nullptr) return;
-    *primary = row->value;
-    const std::span group = GroupOf(row);
-    const auto own = std::ranges::find(group, language_id >> 10 & 0x3F, &SubRow::number);
-    *sub = own == group.end() ? NeutralSub(group) : own->value;
+    if (primary != nullptr) *primary = seo_GetPrimary(language_id);
+    if (sub != nullptr) *sub = seo_GetSub(language_id);
 }
 
 CT_Language::et_Primary CT_Language::seo_GetPrimary(unsigned int language_id) {
-    et_Primary primary;
-    et_Sub sub;
-    sv_GetLanguages(language_id, &primary, &sub);
-    return primary;
+    const PrimaryRow* row = RowOfNumber(language_id & 0x3FF);
+    return row == nullptr ? kNeutral : row->value;
 }
 
 CT_Language::et_Sub CT_Language::seo_GetSub(unsigned int language_id) {
-    et_Primary primary;
-    et_Sub sub;
-    sv_GetLanguages(language_id, &primary, &sub);
-    return sub;
+    const PrimaryRow* row = RowOfNumber(language_id & 0x3FF);
+    if (row == nullptr) return kSubNeutral;
+    const std::span group = GroupOf(row);
+    const auto own = std::ranges::find(group, language_id >> 10 & 0x3F, &SubRow::number);
+    return own == group.end() ? NeutralSub(group) : own->value;
 }
 
 // ---- Display names and codes of the whole -------------------------------------------------------
 
 void CT_Language::sv_MakeLanguageString(CT_UString* text, et_Primary primary, et_Sub sub) {
+    if (text == nullptr) return;
     if (primary == kSerboCroatian) return Assign(text, OwnNameOf(sub));
     const PrimaryRow* row = RowOf(primary);
     Assign(text, row == nullptr ? Text() : Text(row->name));
@@ -323,6 +317,7 @@ unsigned int CT_Language::sn_GetLanguageID(const char16_t* text) {
 }
 
 void CT_Language::sv_MakeLanguageCode(CT_UString* text, et_Primary primary, et_Sub sub) {
+    if (text == nullptr) return;
     const PrimaryRow* row = RowOf(primary);
     Assign(text, row == nullptr ? Text() : Text(row->code));
     if (primary == kSerboCroatian && sub > kSubDefault &&
@@ -336,6 +331,7 @@ void CT_Language::sv_MakeLanguageCode(CT_UString* text, et_Primary primary, et_S
 }
 
 BOOL CT_Language::sb_GetLanguages(et_Primary* primary, et_Sub* sub, const CT_UString* code) {
+    if (primary == nullptr || sub == nullptr) return FALSE;
     if (code == nullptr || code->n_GetLength() < 2) return FALSE;
     // No code of the catalogue is longer than 3 characters, so that a longer part is never found.
     char16_t upper[9] = {};

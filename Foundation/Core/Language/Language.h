@@ -4,9 +4,9 @@
 //
 // Everything is static. A LANGID is the primary language in the low 10 bits and the sub-language's
 // number in the 6 bits above; the high half of a longer identifier is ignored. Texts handed out are
-// borrowed, constant and zero-terminated; texts handed in may be null and are then not found.
-// Errors: none recorded; a failed look-up gives FALSE, 0, a null text or kNeutral.
-// Threads: constant data, any thread.
+// borrowed, constant and zero-terminated; texts handed in may be null and are then not found. A
+// null result gives FALSE, or is left out. Errors: none recorded; a failed look-up gives FALSE, 0,
+// a null text or kNeutral. Threads: constant data, any thread.
 #ifndef FOUNDATION_CORE_LANGUAGE_LANGUAGE_H
 #define FOUNDATION_CORE_LANGUAGE_LANGUAGE_H
 

@@ -3,7 +3,8 @@
 // direction of locales.
 //
 // A LCID is a LANGID in the low 16 bits and the sort order in bits 16 to 19.
-// Errors: none recorded; failure gives FALSE and leaves the result as it was.
+// Errors: none recorded; failure, a null result among it, gives FALSE and leaves the result as it
+// was.
 // Threads: everything may be called from any thread.
 #ifndef FOUNDATION_CORE_LANGUAGE_LOCALEINFO_H
 #define FOUNDATION_CORE_LANGUAGE_LOCALEINFO_H

@@ -179,9 +179,14 @@ int SystemMetric(int index) noexcept {
     if (given.metric != nullptr) return given.metric(index);
     constexpr int kDbcsEnabled = 42;
     constexpr int kNetwork = 63;
+    constexpr int kMidEastEnabled = 74;
+    constexpr std::uint32_t kHebrewPage = 1255, kArabicPage = 1256;
     if (index == kDbcsEnabled) {
         CodePageInfo page{};
         return GetCodePageInfo(0, &page) && page.lead_bytes[0] != 0 ? 1 : 0;
+    }
+    if (index == kMidEastEnabled) {
+        return AnsiCodePage() == kHebrewPage || AnsiCodePage() == kArabicPage ? 1 : 0;
     }
     return index == kNetwork ? 1 : 0;
 }

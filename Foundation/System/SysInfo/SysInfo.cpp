@@ -53,6 +53,7 @@ unsigned int CT_SysInfo::sn_GetNumCPU() {
 }
 
 void CT_SysInfo::sv_GetComputerName(CT_UString* name) {
+    if (name == nullptr) return;
     char16_t text[kComputerNameSize];
     if (platform::ComputerName(text, kComputerNameSize)) return name->v_Set(text);
     foundation::detail::RecordSystemError();

@@ -203,6 +203,11 @@ TEST(LocaleTest, BuffersReceiveAtMostTheirSize) {
     EXPECT_FALSE(Info::sb_GetLocaleInfo(0x043A, Type(0x7777), &untouched, 1));
     EXPECT_FALSE(Info::sb_GetLocaleInfo(kUnknownSort | 0x0407, Info::kMonthName1, &untouched, 1));
     EXPECT_EQ(untouched, u'#');
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(0x0407, Info::kMonthName1, nullptr, 1));
+    EXPECT_FALSE(
+        Info::sb_GetLocaleInfo(0x0407, Info::kMonthName1, static_cast<CT_UString*>(nullptr)));
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(0x0407, Info::kMeasure, static_cast<unsigned*>(nullptr)));
+    Info::sv_CollectValues(Info::kMeasure, u';', nullptr);
 }
 
 TEST(LocaleTest, OlderPlatformsLetOnlyTheirCodePageThrough) {

@@ -12,6 +12,7 @@
 
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/System.h"
 #include "Foundation/System/SysInfo/OS.h"
 #include "Support/Errors.h"
@@ -172,6 +173,13 @@ TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
     EXPECT_NE(platform::QueryMemory(platform::kMemoryAddresses).virtual_available, 0u);
     EXPECT_TRUE(CT_SysInfo::sb_GetNetworkAttached());
     EXPECT_FALSE(CT_SysInfo::sb_GetKanjiWindow());
+    for (const unsigned int page : {1252u, 932u, 1255u, 1256u}) {
+        platform::SetSystemCodePages(page, 437);
+        EXPECT_EQ(CT_SysInfo::sb_GetDBCSEnabled(), page == 932) << page;
+        EXPECT_EQ(CT_SysInfo::sb_GetMidEastEnabled(), page >= 1255) << page;
+    }
+    platform::SetSystemCodePages(0, 0);
+    CT_SysInfo::sv_GetComputerName(nullptr);
 }
 
 TEST_F(SysInfoTest, MetricsByTheirNumbers) {
