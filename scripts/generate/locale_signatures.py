@@ -71,3 +71,10 @@ def signature(points, pages):
     for bits, count in ((needed, 4), (default, 2), (known, 2)):
         words += [sum(1 << bit % 32 for bit in bits if bit // 32 == word) for word in range(count)]
     return words
+
+
+def missing(points, words):
+    """The points that lie in no block of the signature's."""
+    return [point for point in points
+            if not any(words[bit // 32] >> bit % 32 & 1 and first <= point <= last
+                       for bit, blocks in RANGES.items() for first, last in blocks)]

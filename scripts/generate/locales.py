@@ -49,6 +49,8 @@ COLUMNS += [f"CALENDAR{n}" for n in range(1, 9)]
 # counts by it, the Gregorian ones), and of the Hebrew one.
 MONTHS = [f"{kind}{n}" for kind, count in (("OTHER", 12), ("SHORTOTHER", 12), ("HEBREW", 13),
                                            ("SHORTHEBREW", 13)) for n in range(1, count + 1)]
+# Names whose letters the signature must cover.
+OWN_WORDS = [name for name in COLUMNS if "DAYNAME" in name or "MONTHNAME" in name or "GENITIVE" in name]
 HIJRI = "6"
 INVARIANT = 0x7F
 # The Hebrew year begins with Tishri; 6 is Adar, and 7 the second Adar of leap years.
@@ -307,6 +309,8 @@ def read(cldr):
             out = {key: locale_signatures.fitted(text, int(pages[0])) for key, text in out.items()}
         characters = cldr.main("misc", tag, "characters")["characters"]["exemplarCharacters"]
         signature = locale_signatures.signature(lp.exemplars(characters), pages[:2])
+        letters = [ord(c) for name in OWN_WORDS for c in out[name] if c.isalpha()]
+        assert not set(locale_signatures.missing(letters, signature)), f"letters of {lcid}"
         table.append((int(lcid, 16), out, signature))
     return sorted(table, key=lambda row: (row[0] == INVARIANT, row[0] & 0x3FF, row[0] >> 10))
 

@@ -8,7 +8,6 @@
 #include <array>
 #include <string>
 #include <tuple>
-#include <utility>
 
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
@@ -99,7 +98,6 @@ TEST_F(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
 // ---- CT_SysInfo --------------------------------------------------------------------------------
 
 platform::ProcessorInfo processor;
-int forced_metric = 0;
 
 TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
     const std::tuple<platform::ProcessorInfo, unsigned int, int> cases[] = {
@@ -180,23 +178,6 @@ TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
     }
     platform::SetSystemCodePages(0, 0);
     CT_SysInfo::sv_GetComputerName(nullptr);
-}
-
-TEST_F(SysInfoTest, MetricsByTheirNumbers) {
-    using I = CT_SysInfo;
-    answers.metric = [](int asked) { return asked == forced_metric ? 2 : -(asked == 18); };
-    platform::SetSystemAnswers(answers);
-    const std::pair<BOOL (*)(), int> cases[] = {{I::sb_GetDBCSEnabled, 42},
-                                                {I::sb_GetMidEastEnabled, 74},
-                                                {I::sb_GetNetworkAttached, 63},
-                                                {I::sb_GetSlowMachine, 73},
-                                                {I::sb_GetKanjiWindow, 18}};
-    for (const auto& [ask, index] : cases) {
-        forced_metric = index;
-        EXPECT_TRUE(ask()) << index;
-        forced_metric = -1;
-        EXPECT_FALSE(ask()) << index;  // a negative height is no window
-    }
 }
 
 TEST_F(SysInfoTest, TheComputerNameOrTheSystemError) {
