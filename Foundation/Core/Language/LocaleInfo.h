@@ -97,6 +97,9 @@ public:
 
     CT_LocaleInfo() = delete;
 
+    // The locales that the process environment named at load: the system's, to which its code pages
+    // belong, by LC_ALL, LC_CTYPE or LANG; the user's, for formats, by LC_ALL, LC_TIME, LC_NUMERIC,
+    // LC_MONETARY or LANG. They may be of those that the library has data for itself.
     [[nodiscard]] static unsigned int sn_GetSystemDefaultLCID();
     [[nodiscard]] static unsigned int sn_GetUserDefaultLCID();
     [[nodiscard]] static unsigned int sn_GetSystemDefaultLangID();
