@@ -1,14 +1,18 @@
-// Any text as a language code, as a display name and as the code of a locale: what is understood
-// leads back to itself through the text that the library makes of it.
+// Any text as a language code, as a display name, as the code of a locale and as a name of the
+// environment: what is understood leads back to itself through the text that the library makes of
+// it, or to a locale that answers.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "Foundation/Core/Exception/Exception.h"
 #include "Foundation/Core/Exception/ExceptionManager.h"
 #include "Foundation/Core/Language/Language.h"
 #include "Foundation/Core/Language/Locale.h"
+#include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Nls/Locales.h"
 
 namespace {
 
@@ -47,6 +51,12 @@ void ReadLocale(const CT_UString& code) {
     }
 }
 
+void ReadEnvironmentName(std::string_view name) {
+    const LCID lcid = platform::LocaleOfName(name);
+    Require(lcid == 0 || CT_LocaleInfo::sb_IsInstalled(lcid) ||
+            CT_LocaleInfo::sb_IsProprietary(lcid));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -59,5 +69,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ReadCode(text);
     ReadName(text);
     ReadLocale(text);
+    ReadEnvironmentName({reinterpret_cast<const char*>(data), size});
     return 0;
 }

@@ -4,17 +4,15 @@
 //
 // Everything is static. A LANGID is the primary language in the low 10 bits and the sub-language's
 // number in the 6 bits above; the high half of a longer identifier is ignored. Texts handed out are
-// borrowed, constant and zero-terminated; texts handed in may be null and are then not found.
-// Errors: none recorded; a failed look-up gives FALSE, 0, a null text or kNeutral.
-// Threads: constant data, any thread.
+// borrowed, constant and zero-terminated; texts handed in may be null and are then not found. A
+// null result gives FALSE, or is left out. Errors: none recorded; a failed look-up gives FALSE, 0,
+// a null text or kNeutral. Threads: constant data, any thread.
 #ifndef FOUNDATION_CORE_LANGUAGE_LANGUAGE_H
 #define FOUNDATION_CORE_LANGUAGE_LANGUAGE_H
 
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class CT_Exit;
-class CT_Init;
 class CT_UString;
 
 class FOUNDATION_API CT_Language {
@@ -286,13 +284,6 @@ public:
     [[nodiscard]] static BOOL sb_IsBiDiLanguage(unsigned int language_id);
     // Maltese, Gaelic and Tagalog, whatever the sub-language.
     [[nodiscard]] static BOOL sb_IsZELKORDefined(et_Primary primary, et_Sub sub);
-
-private:
-    static void sv_Init();
-    static void sv_Exit();
-
-    static CT_Init sco_Init;
-    static CT_Exit sco_Exit;
 };
 
 #endif

@@ -37,6 +37,7 @@ struct Value {
 };
 
 std::optional<Value> FindValue(LCID lcid, std::uint32_t type) {
+    lcid = platform::WithoutDefaults(lcid);
     const ProprietaryLocale own(lcid);
     if (own.IsOne() && !IsInstalled(lcid)) {
         if (const auto text = own.Value(type & 0xFFFF)) return Value{*text, false};
@@ -214,7 +215,7 @@ unsigned int CT_LocaleInfo::sn_GetSubLangID(unsigned int language_id) {
 
 BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, CT_UString* value) {
     const auto found = FindValue(lcid, type);
-    if (!found) return FALSE;
+    if (!found || value == nullptr) return FALSE;
     value->v_Set(found->text.data(), static_cast<std::uint32_t>(found->text.size()));
     if (found->of_platform) foundation::detail::PassPlatform(value);
     return TRUE;
@@ -222,7 +223,7 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, CT_UString* value)
 
 BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, char16_t* buffer, unsigned int size) {
     const auto found = FindValue(lcid, type);
-    if (!found) return FALSE;
+    if (!found || (buffer == nullptr && size != 0)) return FALSE;
     Text text = found->text;
     CT_UString passed;
     if (found->of_platform && foundation::detail::IsOlderFamily()) {
@@ -235,7 +236,7 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, char16_t* buffer, 
 }
 
 BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, unsigned int* number) {
-    if (!IsNumeric(type)) return FALSE;
+    if (number == nullptr || !IsNumeric(type)) return FALSE;
     const auto found = FindValue(lcid, type);
     if (!found) return FALSE;
     *number = static_cast<unsigned int>(platform::ReadInteger(found->text.data()));
@@ -243,6 +244,7 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, unsigned int* numb
 }
 
 void CT_LocaleInfo::sv_CollectValues(et_Type type, char16_t separator, CT_UString* values) {
+    if (values == nullptr) return;
     values->vv_Init();
     Collection found(type);
     platform::EnumSystemLocales(&sb_CollectLocaleInfo, platform::kLocaleInstalled);

@@ -3,7 +3,8 @@
 // direction of locales.
 //
 // A LCID is a LANGID in the low 16 bits and the sort order in bits 16 to 19.
-// Errors: none recorded; failure gives FALSE and leaves the result as it was.
+// Errors: none recorded; failure, a null result among it, gives FALSE and leaves the result as it
+// was.
 // Threads: everything may be called from any thread.
 #ifndef FOUNDATION_CORE_LANGUAGE_LOCALEINFO_H
 #define FOUNDATION_CORE_LANGUAGE_LOCALEINFO_H
@@ -96,6 +97,9 @@ public:
 
     CT_LocaleInfo() = delete;
 
+    // The locales that the process environment named at load: the system's, to which its code pages
+    // belong, by LC_ALL, LC_CTYPE or LANG; the user's, for formats, by LC_ALL, LC_TIME, LC_NUMERIC,
+    // LC_MONETARY or LANG. They may be of those that the library has data for itself.
     [[nodiscard]] static unsigned int sn_GetSystemDefaultLCID();
     [[nodiscard]] static unsigned int sn_GetUserDefaultLCID();
     [[nodiscard]] static unsigned int sn_GetSystemDefaultLangID();

@@ -210,6 +210,18 @@ TEST(LanguageTest, CodesAreSplitAtTheFirstCharacterThatIsNoLetter) {
     Primary primary{};
     Sub sub{};
     EXPECT_FALSE(CT_Language::sb_GetLanguages(&primary, &sub, nullptr));
+    const CT_UString swiss(u"DE-CH");
+    EXPECT_FALSE(CT_Language::sb_GetLanguages(nullptr, &sub, &swiss));
+    EXPECT_FALSE(CT_Language::sb_GetLanguages(&primary, nullptr, &swiss));
+    EXPECT_FALSE(CT_Language::sb_GetPrimary(nullptr, u"DE"));
+    EXPECT_FALSE(CT_Language::sb_GetPrimaryLanguage(nullptr, u"German"));
+    EXPECT_FALSE(CT_Language::sb_GetSubCountry(nullptr, u"Austria", CT_Language::kGerman));
+    CT_Language::sv_MakeLanguageString(nullptr, primary, sub);
+    CT_Language::sv_MakeLanguageCode(nullptr, primary, sub);
+    CT_Language::sv_GetLanguages(0x0807, nullptr, &sub);
+    EXPECT_EQ(sub, CT_Language::kGermanSwitzerland);
+    CT_Language::sv_GetLanguages(0x0807, &primary, nullptr);
+    EXPECT_EQ(primary, CT_Language::kGerman);
     for (const char16_t* none : {static_cast<const char16_t*>(nullptr), u""}) {
         EXPECT_FALSE(CT_Language::sb_GetPrimary(&primary, none));
         EXPECT_FALSE(CT_Language::sb_GetPrimaryLanguage(&primary, none));

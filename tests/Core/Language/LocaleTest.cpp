@@ -51,7 +51,7 @@ std::vector<unsigned int> Keys(const std::string& table, unsigned int other) {
     return values;
 }
 
-TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
+TEST(LocaleTest, EveryNumberHasAMacintoshPageAndASafeForm) {
     const auto mac_pages = Keys(
         "1 32 41=10004|2 25 35 56 59 61 62=10007|8=10006|5 14 21 27 36 37 38 39=10029|13=10005|"
         "15 52=10079|17=10001|18=10003|24=10010|30=10021|31=10081|34=10017|53 66 67 68 69 70 71 "
@@ -61,23 +61,12 @@ TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
         SCOPED_TRACE(lcid);
         CT_Locale locale(CT_Locale::kInvalidLocale);
         locale.v_SetLCID(lcid);
-        const unsigned int id = lcid % 0x10000;
-        const unsigned int language = id % 0x400;
-        const unsigned int sub = id / 0x400;
+        const unsigned int id = lcid % 0x10000, language = id % 0x400, sub = id / 0x400;
         const unsigned int primary = CT_Language::seo_GetPrimary(id);
-        ASSERT_EQ(locale.n4_GetLCID(), lcid);
-        ASSERT_EQ(locale.n_GetLanguageID(), id);
-        ASSERT_EQ(locale.eo_GetPrimary(), primary);
-        ASSERT_EQ(locale.eo_GetSortOrder(), lcid / 0x10000);
-        ASSERT_EQ(Info::sn_GetPrimaryLangID(lcid), language);
-        ASSERT_EQ(Info::sn_GetSubLangID(lcid), sub);
-        ASSERT_EQ(Info::sn_MakeLocaleID(id, lcid / 0x10000), lcid);
+        ASSERT_EQ(Info::sn_MakeLocaleID(locale.n_GetLanguageID(), locale.eo_GetSortOrder()), lcid);
+        ASSERT_EQ(Info::sn_GetPrimaryLangID(lcid) | Info::sn_GetSubLangID(lcid) << 10, id);
         ASSERT_EQ(locale.b_IsValidLCID(), primary != 0);
         ASSERT_FALSE(locale.b_IsValid());  // it has no code page
-
-        const bool rtl = (language == 0x20 && sub == 1) || (language == 0x60 && sub != 2) ||
-                         std::set{0x01u, 0x0Du, 0x29u, 0x59u, 0x5Au, 0x65u}.contains(language);
-        ASSERT_EQ(locale.b_IsRtl(), rtl);
 
         unsigned int page = mac_pages[primary];
         if (primary == 4) page = sub == 2 || sub == 4 ? 10008 : 10002;
@@ -90,6 +79,10 @@ TEST(LocaleTest, EveryNumberGoesThroughTheAccessors) {
         if (primary == 54) safe = 0x400;
         ASSERT_EQ(locale.n4_GetSafeLcid(), lcid / 0x10000 * 0x10000 + safe);
     }
+    // The scripts of all rows are compared with their letters; these two depend on the
+    // sub-language.
+    for (const LCID right : {0x0420u, 0x0460u, 0x0C60u}) EXPECT_TRUE(CT_Locale(right).b_IsRtl());
+    for (const LCID left : {0x0020u, 0x0820u, 0x0860u}) EXPECT_FALSE(CT_Locale(left).b_IsRtl());
 }
 
 // The languages of each page beside 1252, where the platform does not know the locale; asked twice,
@@ -116,20 +109,17 @@ TEST(LocaleTest, EveryUnknownLocaleHasThePageOfItsScript) {
     }
 }
 
-TEST(LocaleTest, PagesAndCharacterSetsHaveALanguage) {
+TEST(LocaleTest, WhatPagesAndCharacterSetsLackGoesToTheSystemsLanguage) {
     platform::SetDefaultLocales(0x0407, 0x0409);
-    for (const auto& [keys, language] : test::Items(
-             "874 222=1054|932 128=1041|936 134=2052|949 129=1042|950 136=1028|1250 238=1029|"
-             "1251 204=1049|1252 0=1033|1253 161=1032|1254 162=1055|1255 177=1037|1256 178=1025|"
-             "1257 186=1063|1258 163=1066|1361 130=2066|28593 4294967295=1082|437 77=1033|0 "
-             "2=1033")) {
-        std::istringstream input(keys);
-        unsigned int page = 0, charset = 0;
-        input >> page >> charset;
-        EXPECT_EQ(std::to_string(Info::sn_GetDefaultCPLocale(page)), language);
-        EXPECT_EQ(std::to_string(Info::sn_GetDefaultCharsetLocale(charset)), language);
+    for (const unsigned int page : {0u, 437u, 1200u, 65001u}) {
+        EXPECT_EQ(Info::sn_GetDefaultCPLocale(page), 0x0409u) << page;
+    }
+    for (const unsigned int charset : {1u, 2u, 77u, 255u}) {
+        EXPECT_EQ(Info::sn_GetDefaultCharsetLocale(charset), 0x0409u) << charset;
     }
     platform::SetDefaultLocales(0, 0);
+    EXPECT_EQ(Info::sn_GetDefaultCPLocale(28593), 0x043Au);  // Maltese, which has no character set
+    EXPECT_EQ(Info::sn_GetDefaultCharsetLocale(0xFFFFFFFF), 0x043Au);
     EXPECT_EQ(CT_Locale(CT_Codepage::kIso2022Kr).eo_GetSub(), CT_Language::kKoreanJohab);
     EXPECT_TRUE(Info::sb_IsValidCodePage(1252));
     EXPECT_FALSE(Info::sb_IsValidCodePage(99999));
@@ -147,6 +137,11 @@ TEST(LocaleTest, EveryInstalledLocaleHasAPageThatExists) {
         EXPECT_EQ(Info::sb_IsUnicodeOnly(lcid), page == 1200);
         EXPECT_TRUE(CT_Locale(lcid).b_IsValidCodepage());
         EXPECT_EQ(Info::sn_GetDefaultANSICodePage(lcid), page);
+        // A page and its character set stand for one language, which has that page.
+        const LCID of_page = Info::sn_GetDefaultCPLocale(page);
+        if (page == 1200) continue;
+        EXPECT_EQ(Info::sn_GetDefaultANSICodePage(of_page), page);
+        EXPECT_EQ(Info::sn_GetDefaultCharsetLocale(Info::sn_GetDefaultCharset(lcid)), of_page);
         EXPECT_EQ(Value(lcid, 0x7777), "(none)");
     }
 }
@@ -181,6 +176,17 @@ TEST(LocaleTest, OwnLocalesAnswerFromTheirListAndThenFromAnotherLocale) {
     EXPECT_EQ(Info::sn_GetDefaultANSICodePage(0x043A), 1252u);
 }
 
+// Of a user whose language the library describes itself.
+TEST(LocaleTest, OwnLocalesCanBeTheDefault) {
+    platform::SetDefaultLocales(0x043A, 0x0435);
+    EXPECT_EQ(CT_Locale().n4_GetLCID(), 0x043Au);
+    EXPECT_EQ(CT_Locale().co_GetCodepage().n_Get(), 1252u);
+    for (const LCID user : {0x0000u, 0x0400u}) EXPECT_EQ(Value(user, Info::kMonthName1), "Jannar");
+    EXPECT_EQ(Value(0x0800, Info::kLanguage), "Zulu");
+    EXPECT_EQ(Value(0x0800, Info::kMonthName1), "January");  // from where it falls back to
+    platform::SetDefaultLocales(0, 0);
+}
+
 TEST(LocaleTest, BuffersReceiveAtMostTheirSize) {
     for (unsigned int size = 0; size <= 8; ++size) {
         std::vector<char16_t> buffer(size, u'#');  // of exact size, for the sanitizers
@@ -192,6 +198,11 @@ TEST(LocaleTest, BuffersReceiveAtMostTheirSize) {
     EXPECT_FALSE(Info::sb_GetLocaleInfo(0x043A, Type(0x7777), &untouched, 1));
     EXPECT_FALSE(Info::sb_GetLocaleInfo(kUnknownSort | 0x0407, Info::kMonthName1, &untouched, 1));
     EXPECT_EQ(untouched, u'#');
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(0x0407, Info::kMonthName1, nullptr, 1));
+    EXPECT_FALSE(
+        Info::sb_GetLocaleInfo(0x0407, Info::kMonthName1, static_cast<CT_UString*>(nullptr)));
+    EXPECT_FALSE(Info::sb_GetLocaleInfo(0x0407, Info::kMeasure, static_cast<unsigned*>(nullptr)));
+    Info::sv_CollectValues(Info::kMeasure, u';', nullptr);
 }
 
 TEST(LocaleTest, OlderPlatformsLetOnlyTheirCodePageThrough) {

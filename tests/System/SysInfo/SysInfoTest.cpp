@@ -2,14 +2,16 @@
 #include "Foundation/System/SysInfo/SysInfo.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <unistd.h>
 
 #include <array>
 #include <string>
 #include <tuple>
-#include <utility>
 
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/System.h"
 #include "Foundation/System/SysInfo/OS.h"
 #include "Support/Errors.h"
@@ -96,7 +98,6 @@ TEST_F(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
 // ---- CT_SysInfo --------------------------------------------------------------------------------
 
 platform::ProcessorInfo processor;
-int forced_metric = 0;
 
 TEST_F(SysInfoTest, ProcessorsByLevelOrByType) {
     const std::tuple<platform::ProcessorInfo, unsigned int, int> cases[] = {
@@ -144,30 +145,39 @@ TEST_F(SysInfoTest, AmountsOf4GiBAndMoreAreCut) {
 TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
     EXPECT_GE(CT_SysInfo::sn_GetNumCPU(), 1u);
     EXPECT_LE(CT_SysInfo::sn_GetMemoryLoad(), 100u);
+    cpu_set_t usable;
+    ASSERT_EQ(sched_getaffinity(getpid(), sizeof usable, &usable), 0);
+    EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), static_cast<unsigned int>(CPU_COUNT(&usable)));
+    cpu_set_t one{};
+    for (std::size_t i = 0; CPU_COUNT(&one) == 0; ++i) {
+        if (CPU_ISSET(i, &usable)) CPU_SET(i, &one);
+    }
+    EXPECT_EQ(sched_setaffinity(getpid(), sizeof one, &one), 0);
+    EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), 1u);
+    EXPECT_EQ(sched_setaffinity(getpid(), sizeof usable, &usable), 0);
+
     const platform::MemoryStatus memory = platform::QueryMemory();
     EXPECT_GT(memory.physical_total, 1u << 24);
     EXPECT_LE(memory.physical_available, memory.physical_total);
     EXPECT_GE(memory.paging_total, memory.physical_total);
+    EXPECT_GT(memory.physical_available, 0u);
+    EXPECT_LT(memory.virtual_available, memory.virtual_total);
     EXPECT_GT(memory.virtual_available, 0u);
+    const platform::MemoryStatus totals = platform::QueryMemory(platform::kMemoryTotals);
+    EXPECT_EQ(totals.physical_total, memory.physical_total);
+    EXPECT_EQ(totals.paging_total, memory.paging_total);
+    EXPECT_EQ(totals.virtual_total, memory.virtual_total);
+    EXPECT_NE(platform::QueryMemory(platform::kMemoryAvailable).paging_available, 0u);
+    EXPECT_NE(platform::QueryMemory(platform::kMemoryAddresses).virtual_available, 0u);
     EXPECT_TRUE(CT_SysInfo::sb_GetNetworkAttached());
     EXPECT_FALSE(CT_SysInfo::sb_GetKanjiWindow());
-}
-
-TEST_F(SysInfoTest, MetricsByTheirNumbers) {
-    using I = CT_SysInfo;
-    answers.metric = [](int asked) { return asked == forced_metric ? 2 : -(asked == 18); };
-    platform::SetSystemAnswers(answers);
-    const std::pair<BOOL (*)(), int> cases[] = {{I::sb_GetDBCSEnabled, 42},
-                                                {I::sb_GetMidEastEnabled, 74},
-                                                {I::sb_GetNetworkAttached, 63},
-                                                {I::sb_GetSlowMachine, 73},
-                                                {I::sb_GetKanjiWindow, 18}};
-    for (const auto& [ask, index] : cases) {
-        forced_metric = index;
-        EXPECT_TRUE(ask()) << index;
-        forced_metric = -1;
-        EXPECT_FALSE(ask()) << index;  // a negative height is no window
+    for (const unsigned int page : {1252u, 932u, 1255u, 1256u}) {
+        platform::SetSystemCodePages(page, 437);
+        EXPECT_EQ(CT_SysInfo::sb_GetDBCSEnabled(), page == 932) << page;
+        EXPECT_EQ(CT_SysInfo::sb_GetMidEastEnabled(), page >= 1255) << page;
     }
+    platform::SetSystemCodePages(0, 0);
+    CT_SysInfo::sv_GetComputerName(nullptr);
 }
 
 TEST_F(SysInfoTest, TheComputerNameOrTheSystemError) {
