@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
+#include "Foundation/Core/CompList/CompListCheck.h"
 #include "Foundation/Core/CompList/CompListGrowing.h"
 #include "Foundation/Core/CompList/CompListImage.h"
 #include "Foundation/Core/CompList/CompListIndex.h"
@@ -313,6 +315,20 @@ BOOL CT_CompList::b_HasLongOffsetSupport() const noexcept {
 }
 BOOL CT_CompList::b_IsEmpty() const noexcept {
     return n_GetEnd() <= kFirstElement + n_GetElementSize() ? TRUE : FALSE;
+}
+
+BOOL CT_CompList::b_IsSound() const {
+    const View image = Image();
+    if (image.bytes == nullptr || image.limit == 0 || image.limit != n_GetEnd() ||
+        b_IsInNetworkByteOrder() != FALSE) {
+        return FALSE;
+    }
+    const std::optional<std::uint32_t> words = CountSoundWords(image);
+    if (!words) return FALSE;
+    if (b_HasEmptyStringSupport() == FALSE) return n_GetNrOfEntries() == *words ? TRUE : FALSE;
+    // The empty word counts as often as it was added, and may have been given the handle of none.
+    const bool empty_word = Load<std::uint32_t>(&header_[kEmptyHandleAt]) != kAbsent;
+    return n_GetNrOfEntries() >= *words + (empty_word ? 1 : 0) ? TRUE : FALSE;
 }
 
 std::size_t CT_CompList::MemoryBesideImage() const noexcept {

@@ -133,6 +133,21 @@ public:
     // Whether a word was added since the list was made or set.
     [[nodiscard]] BOOL b_IsChanged() const noexcept { return changed_; }
 
+    // Whether the whole image is one that adding words can have written. TRUE promises that
+    //   enumerating it gives n_GetNrOfEntries words, each once (less the empty word, as often as
+    //     it was added), none of them empty
+    //   each of these is found, with the handle that it is enumerated with, and nothing else is
+    //   words can be added to it, and it is sound again then
+    // and rests on a look at every element: the header agrees with itself and with the buffer;
+    // markers, handles and distances lie inside and the stream ends where the image does; each row
+    // of characters up to the end of its branch is led to exactly once, from before it, so that no
+    // paths meet or turn back; no branching point has the same character twice; no character is 0;
+    // entries of the jump table are 0 or right; the number of entries is that of the words.
+    // FALSE also for a list without an image, an image in network byte order, and one of four-byte
+    // elements that holds anything. Bytes behind the image's end do not count.
+    // Takes time linear in the image, damaged or not, and an eighth of its size in memory.
+    [[nodiscard]] BOOL b_IsSound() const;
+
     // Bytes of memory that the list holds beside its image: the form in which it grows, the index.
     [[nodiscard]] std::size_t MemoryBesideImage() const noexcept;
 
