@@ -55,23 +55,18 @@ std::size_t CountWords(const CT_Buffer& words) noexcept {
 template <typename Unit>
 bool LeadsInto(const CT_CompList& index, const CT_Buffer& image, const CT_Buffer& partners) {
     if (index.n_GetElementSize() != sizeof(Unit) || index.n_GetHandleSize() != kHandleSize ||
-        index.b_HasEmptyStringSupport() != FALSE || index.b_IsInNetworkByteOrder() != FALSE ||
-        index.n_GetEnd() != image.n_GetUsedSize()) {
+        index.b_HasEmptyStringSupport() != FALSE || index.n_GetEnd() != image.n_GetUsedSize() ||
+        index.b_IsSound() == FALSE) {
         return false;
     }
     const std::basic_string_view<Unit> units = Units<Unit>(partners);
-    constexpr bool kWide = sizeof(Unit) == 2;
-    std::conditional_t<kWide, CT_UCompListIterator, CT_CCompListIterator> words(&index);
-    std::conditional_t<kWide, CT_UString, CT_CString> word;
-    unsigned int offset = 0;
-    std::uint32_t count = 0;
-    while (words.b_GetNext(&word, &offset) != FALSE) {
+    CT_UCompListIterator words(&index);
+    for (unsigned int offset = 0; words.b_GetNext(nullptr, &offset) != FALSE;) {
         const std::size_t at = offset / sizeof(Unit);
         if (offset % sizeof(Unit) != 0 || at >= units.size()) return false;
         if (at != 0 && units[at - 1] != 0) return false;
-        ++count;
     }
-    return count == index.n_GetNrOfEntries();
+    return true;
 }
 
 template <typename Unit>

@@ -242,6 +242,32 @@ TEST(CompListIteratorTest, EndsOnAnImageWhosePathsJoin) {
     EXPECT_LE(Enumerate(Adopted(image)).size(), image.size());
 }
 
+// a, aa, aaa, ... with an alternative at each: words of ten million characters in all, which are
+// not copied for a caller who looks at one after the other.
+TEST(CompListIteratorTest, WordsThatContinueOneAnotherShareOneBlock) {
+    constexpr unsigned kDepth = 3000;
+    CT_CompList list = Shape{2, 4, false, true}.New();
+    Word path;
+    for (unsigned i = 0; i < kDepth; ++i) {
+        path += u'a';
+        ASSERT_TRUE(list.b_Add(path.c_str(), i) && list.b_Add((path + u'b').c_str(), i));
+    }
+    CT_UCompListIterator iterator(&list);
+    CT_UString word;
+    unsigned handle = 0, words = 0, blocks = 0;
+    for (const void* block = nullptr; iterator.b_GetNext(&word, &handle) != FALSE; ++words) {
+        ASSERT_EQ(word.n_GetLength(),
+                  handle + (word.u_GetAt(word.n_GetLength() - 1) == u'b' ? 2 : 1));
+        blocks += word.qcuz_Get() != block ? 1 : 0;
+        block = word.qcuz_Get();
+    }
+    EXPECT_EQ(words, 2 * kDepth);
+    EXPECT_LT(blocks, 100u);
+    iterator.vv_Set(&list);
+    for (words = 0; iterator.b_GetNext(nullptr, &handle) != FALSE;) ++words;
+    EXPECT_EQ(words, 2 * kDepth);
+}
+
 // A list that grew, whose image is still to be written, and one that will get its index.
 TEST(CompListThreadTest, ManyReadersShareOneList) {
     CT_CompList grown = Shape{2, 4, false, true}.New();
