@@ -65,7 +65,8 @@ public:
     CT_CompList(et_ElementSize element_size, unsigned int handle_size, BOOL empty_string_support,
                 BOOL long_offset_support, unsigned int growth, unsigned int code_page);
     // Adopts a packed image in constant time, sharing the buffer. Null or an empty buffer makes a
-    // list without image, in which nothing is found.
+    // list without image, in which nothing is found. Bytes behind the image's end stay behind it
+    // when the list grows.
     explicit CT_CompList(const CT_Buffer* image);
     // Shares the other's image.
     explicit CT_CompList(const CT_CompList* other);
@@ -176,6 +177,7 @@ private:
     BOOL changed_;
     std::uint32_t offset_size_;
     std::uint32_t limit_ = 0;              // readable bytes of an adopted image, 0 when it is none
+    CT_Buffer behind_;                     // what stood behind the image that the list grew from
     std::array<std::byte, 132> header_{};  // always current, but for the jump table
     std::unique_ptr<foundation::detail::complist::GrowingList,
                     foundation::detail::complist::Release>

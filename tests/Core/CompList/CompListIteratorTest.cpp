@@ -199,6 +199,7 @@ TEST(CompListIteratorTest, TellsSoundImagesFromForgedOnes) {
         EXPECT_EQ(Adopted(image).b_IsSound() != FALSE, sound);
     }
     EXPECT_FALSE(CT_CompList(static_cast<const CT_Buffer*>(nullptr)).b_IsSound());
+    EXPECT_FALSE(Adopted(With(good, 4, 200)).b_Add("d", 1));
 }
 
 TEST(CompListIteratorTest, DamagedImagesAreReadToAnEndAndNeverChanged) {
