@@ -7,11 +7,15 @@
 // Cost: searching and adding take time in the word's length. The image of a list that grew is
 // written when it is asked for, in time linear in the list; so is what the first b_Add on an
 // adopted image needs. A large adopted image that is searched often gets an index beside it in
-// memory, half to three quarters of its size, built in the midst of one of the searches.
-// Memory: a list that grew holds three to four times its image in the form in which it grows. When
-// it is complete, `list.v_Set(list.pcco_GetBuffer())` leaves it with the image alone.
+// memory, built in the midst of one of the searches: a third of the image's size to its size for
+// dictionaries, up to three times its size for short words that have little in common.
+// Memory: in the form in which it grows a list takes some 16 bytes for each character that words do
+// not share, and as much for each word: beside its image three to six times its size for
+// dictionaries, up to 14 times for long words of one-byte elements that have nothing in common.
+// When it is complete, `list.v_Set(list.pcco_GetBuffer())` leaves it with the image alone.
 // Foreign images: reading never leaves the image and always ends. What is damaged is not found, and
-// an image whose elements do not hang together is never changed: b_Add answers FALSE.
+// an image whose elements do not hang together is never changed: b_Add answers FALSE. Whether an
+// image is whole is what b_IsSound tells.
 // Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the list as
 // it was.
 // Threads: one object, one thread at a time for changes; any number of threads may search and read

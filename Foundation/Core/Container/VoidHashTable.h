@@ -3,7 +3,8 @@
 //
 // Units: sizes are bytes; slots count from 1 to the table size. Keys and data are copied in and out
 // byte for byte; what a pointer among them leads to belongs to the caller, and a text that a key
-// points to must not change meanwhile: the table keeps the hash of keys whose functions it knows.
+// points to must be there (not null) and not change meanwhile: the table keeps the hash of keys
+// whose functions it knows.
 // Order: slot by slot, each chain from its head; a new item goes to the head of its chain.
 // Growth: an item that joins others in a chain counts as a collision. When an insertion brings the
 // collisions above a quarter of the table size, the table grows to the next prime at or above twice
