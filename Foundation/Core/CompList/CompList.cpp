@@ -133,6 +133,7 @@ void CT_CompList::Adopt() {
     bytes_.store(bytes, std::memory_order_release);
     first_ = kFirstElement;
     changed_ = FALSE;
+    damaged_ = false;
     offset_size_ = b_HasLongOffsetSupport() != FALSE ? 4 : 2;
     const bool sound = used >= kFirstElement && Load<std::uint32_t>(&header_[kStampAt]) == kStamp &&
                        IsSize(n_GetElementSize()) && IsSize(n_GetHandleSize());
@@ -181,10 +182,11 @@ const CT_Buffer* CT_CompList::pcco_GetBuffer() const {
 bool CT_CompList::MakeGrowing() {
     if (growing_ != nullptr) return true;
     const View image = Image();
-    if (image.limit != n_GetEnd()) return false;
+    if (damaged_ || image.limit != n_GetEnd()) return false;
     const auto more = static_cast<std::uint32_t>(buffer_.n_GetUsedSize() - image.limit);
     auto growing = Make<GrowingList>(image.widths, more);
-    if (!growing->Read(image)) return false;
+    damaged_ = !growing->Read(image);
+    if (damaged_) return false;
     CT_Buffer behind(image.bytes + image.limit, more, 1);
     Forget();
     growing_ = std::move(growing);

@@ -179,6 +179,7 @@ private:
     mutable std::atomic<const std::byte*> bytes_{nullptr};
     std::uint32_t first_;
     BOOL changed_;
+    bool damaged_ = false;  // the image was found not to hang together when a word was added
     std::uint32_t offset_size_;
     std::uint32_t limit_ = 0;              // readable bytes of an adopted image, 0 when it is none
     CT_Buffer behind_;                     // what stood behind the image that the list grew from

@@ -130,6 +130,14 @@ TEST(CompListTest, RefusesWordsWithMarkersAndLeavesTheImageAlone) {
     }
     EXPECT_EQ(ImageOf(list), before);
     EXPECT_EQ(list.n_GetNrOfEntries(), 1u);
+
+    Bytes endless = before;
+    endless[endless.size() - 2] = 'x';
+    CT_CompList damaged = Adopted(endless);
+    EXPECT_FALSE(damaged.b_Add(u"c", 2));
+    const std::uint64_t allocations = platform::AllocationCount();
+    EXPECT_FALSE(damaged.b_Add(u"d", 2));  // is not tried again
+    EXPECT_EQ(platform::AllocationCount(), allocations);
 }
 
 TEST(CompListTest, KeepsTheEmptyWordInTheHeader) {
