@@ -174,12 +174,12 @@ BOOL CT_BiLingualWordListBasis::Insert(const Unit* source, const Unit* target) {
     source_index_.v_Reserve(source_bytes / sizeof(Unit));
     target_index_.v_Reserve(target_bytes / sizeof(Unit));
     // Nothing from here on needs memory.
-    const bool found = Index(source_index_, source, target_words_.n_GetUsedSize()) &
-                       Index(target_index_, target, source_words_.n_GetUsedSize());
+    const bool source_found = Index(source_index_, source, target_words_.n_GetUsedSize());
+    const bool target_found = Index(target_index_, target, source_words_.n_GetUsedSize());
     source_words_.v_Append(source, source_bytes);
     target_words_.v_Append(target, target_bytes);
     ++count_;
-    return found ? TRUE : FALSE;
+    return source_found && target_found ? TRUE : FALSE;
 }
 
 template <typename Unit>
