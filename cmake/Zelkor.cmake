@@ -33,13 +33,17 @@ function(zelkor_sources)
 endfunction()
 
 # zelkor_test(NAME FILE...): one GoogleTest executable, run once by ctest. Sanitizers answer requests
-# for more memory than there is as the heap does.
+# for more memory than there is as the heap does. Tests for another processor are emulated, slowly.
 function(zelkor_test name)
   add_executable(${name} ${ARGN})
   zelkor_defaults(${name})
   target_link_libraries(${name} PRIVATE Zelkor::Foundation ZelkorTestSupport)
   add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES TIMEOUT 300 ENVIRONMENT
+  set(timeout 300)
+  if(CMAKE_CROSSCOMPILING)
+    set(timeout 1500)
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${timeout} ENVIRONMENT
     "ASAN_OPTIONS=allocator_may_return_null=1;TSAN_OPTIONS=allocator_may_return_null=1")
 endfunction()
 
