@@ -2,7 +2,8 @@
 // walk a whole document. Over memory (CT_MemoryInput), a file (CT_FileInput), a mapped file
 // (CT_MappedFileInput); memory and mapping hand out pointers into themselves, without copying.
 //
-// Units: sizes, counts and offsets are unsigned 32-bit bytes.
+// Units: sizes, counts and offsets are unsigned 32-bit bytes. A null output or target answers FALSE
+// and passes over nothing; null memory is empty.
 // Errors: none but the file's, with a location here; the operation then answers FALSE.
 // Threads: no locks; one object, one thread.
 #ifndef FOUNDATION_CORE_INPUT_INPUT_H
