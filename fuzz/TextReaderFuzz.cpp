@@ -1,6 +1,6 @@
 // Text readers over any bytes in any encoding: reading ends, lines hold no line ends, the text is
-// the same by lines, by characters and however few bytes the stream hands out at once, and where the
-// encoding tolerates anything it is the same on both sides of a block's end.
+// the same by lines, by characters and however few bytes the stream hands out at once, and where
+// the encoding tolerates anything it is the same on both sides of a block's end.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -66,8 +66,8 @@ std::size_t CountOfCharacters(CT_Buffer& bytes, CT_Codepage encoding, BOOL sniff
 }
 
 // The text behind so much filling that a block ends `before` bytes into it.
-void RequireSameAcrossBlocks(std::string_view text, std::u16string_view lines,
-                             CT_Codepage encoding, unsigned int before) {
+void RequireSameAcrossBlocks(std::string_view text, std::u16string_view lines, CT_Codepage encoding,
+                             unsigned int before) {
     const unsigned int filling = (CT_StreamTextReader::kBlockSize - before) & ~1u;
     std::string filled(filling, 'x');
     filled += text;

@@ -81,7 +81,8 @@ private:
     unsigned int offset_;
 };
 
-// Over a file that nobody else may have open, read block by block.
+// Over a file that nobody else may have open, read block by block. A pipe has no size and hands out
+// nothing here.
 class FOUNDATION_API CT_FileInput : public CT_Input, public foundation::detail::HeapObject {
 public:
     // Do not open the file; v_Set closes the one before.

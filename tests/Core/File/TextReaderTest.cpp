@@ -135,9 +135,23 @@ TEST_F(TextReaderTest, NothingIsLostWhereBlocksMeet) {
 
 // A short read was taken for the last block, and the switches of a text were forgotten in the next.
 TEST_F(TextReaderTest, TextIsTheSameHoweverItsBytesArrive) {
-    const char* const pieces[] = {"a", "word ", "\n", "\r\n", "\r", "\xC3\xA4", "\xE2\x82\xAC",
-                                  "\xF0\x9F\x98\x80", "\x93\xFA", "\xB0\xA1", "+AOk-", "+2D3eAA-",
-                                  "~{Dc:C~}", "~~", "\x1B$B$\"$$\x1B(B", "\x1B$B$\"", "~{:C"};
+    const char* const pieces[] = {"a",
+                                  "word ",
+                                  "\n",
+                                  "\r\n",
+                                  "\r",
+                                  "\xC3\xA4",
+                                  "\xE2\x82\xAC",
+                                  "\xF0\x9F\x98\x80",
+                                  "\x93\xFA",
+                                  "\xB0\xA1",
+                                  "+AOk-",
+                                  "+2D3eAA-",
+                                  "~{Dc:C~}",
+                                  "~~",
+                                  "\x1B$B$\"$$\x1B(B",
+                                  "\x1B$B$\"",
+                                  "~{:C"};
     std::mt19937 random(2026);
     std::string mixed;
     while (mixed.size() < 3 * kBlock) mixed += pieces[random() % std::size(pieces)];
@@ -155,9 +169,9 @@ TEST_F(TextReaderTest, TextIsTheSameHoweverItsBytesArrive) {
         const unsigned int page = CT_Codepage(encoding).n_Get();
         if (platform::TakesTableFlags(page)) continue;
         std::u16string all(mixed.size(), u'\0');
-        const int units = platform::MultiByteToWideChar(
-            page, 0, mixed.data(), static_cast<int>(mixed.size()), all.data(),
-            static_cast<int>(all.size()));
+        const int units =
+            platform::MultiByteToWideChar(page, 0, mixed.data(), static_cast<int>(mixed.size()),
+                                          all.data(), static_cast<int>(all.size()));
         all.resize(static_cast<std::size_t>(units));
         EXPECT_TRUE(whole.lines == SlowLines(all));
     }
