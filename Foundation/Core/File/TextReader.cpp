@@ -186,9 +186,8 @@ CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeBlock(const unsigned cha
         return {count / 2, 0};
     }
     if (by_pieces_) {
-        const platform::PieceResult done =
-            decoder_.Decode(reinterpret_cast<const char*>(bytes), count, count < kBlockSize,
-                            characters_.data());
+        const platform::PieceResult done = decoder_.Decode(
+            reinterpret_cast<const char*>(bytes), count, count < kBlockSize, characters_.data());
         return {static_cast<unsigned int>(done.written),
                 count - static_cast<unsigned int>(done.taken)};
     }

@@ -102,7 +102,7 @@ private:
     unsigned int errors_ = 0;
     unsigned int read_error_ = 0;
     platform::TextDecoder decoder_{0};
-    bool by_pieces_ = false;  // decoder_ is in use
+    bool by_pieces_ = false;      // decoder_ is in use
     unsigned char kept_[3] = {};  // bytes that come first in the next block
     unsigned int kept_count_ = 0;
     unsigned int position_ = 0;  // of the next character in the block
