@@ -7,7 +7,8 @@
 // last error; one that succeeds leaves it alone, except OpenFile.
 // Threads: any thread; a handle's position, locks and life belong to one thread at a time.
 // Share modes and locks hold between handles, threads and processes that use this ground, on local
-// file systems; other programs are not held back by them. They do not hold where a file system
+// file systems; other programs are not held back by them. They end when the process that opened the
+// handle closes it, whatever a forked child holds still. They do not hold where a file system
 // knows no open-file-description locks, nor for a file opened for writing that may not be read.
 #ifndef FOUNDATION_PLATFORM_FILES_H
 #define FOUNDATION_PLATFORM_FILES_H
@@ -88,7 +89,8 @@ FOUNDATION_API bool WriteFile(HANDLE file, const void* data, std::uint32_t count
                               std::uint32_t* done) noexcept;
 
 // Moves the position by a signed distance and stores the new one (`position` may be null). It may
-// lie behind the end. 131 when it would be negative, 87 for another origin; it stays then.
+// lie behind the end. 131 when it would be negative, 87 for another origin, 25 for another place in
+// a pipe (whose end is where it stands); it stays then.
 FOUNDATION_API bool SetFilePosition(HANDLE file, std::int64_t distance, std::uint32_t origin,
                                     std::uint64_t* position) noexcept;
 

@@ -22,19 +22,6 @@ constexpr char16_t Lower(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
 }
 
-bool EqualsNoCase(std::u16string_view text, std::u16string_view lower) {
-    return std::ranges::equal(text, lower, {}, Lower);
-}
-
-// Names of devices in any folder. With an extension they are ordinary file names here.
-bool IsDeviceName(std::u16string_view name) {
-    constexpr auto kPlain = std::to_array<std::u16string_view>({u"con", u"prn", u"aux", u"nul"});
-    const auto is = [name](std::u16string_view device) { return EqualsNoCase(name, device); };
-    if (std::ranges::any_of(kPlain, is)) return true;
-    if (name.size() != 4 || name[3] < u'1' || name[3] > u'9') return false;
-    return EqualsNoCase(name.substr(0, 3), u"com") || EqualsNoCase(name.substr(0, 3), u"lpt");
-}
-
 // Appends to a caller's span; what does not fit is counted only.
 class Appender {
 public:
@@ -71,18 +58,12 @@ public:
     void EndRoot() { root_ = length_; }
     void KeepRoot() { length_ = root_; }
 
-    // A component that something follows, or (`last`) the path's end. The C runtime drops one
-    // period at the end of a folder, and all periods and blanks at the end of the path.
+    // A component that something follows, or (`last`) the path's end.
     void AddComponent(std::u16string_view name, bool last) {
         if (name == u".." || name == u"." || name.empty()) {
             if (name == u"..") Leave();
             if (last && name.size() > 0) DropSeparator();
             return;
-        }
-        if (last) {
-            name = name.substr(0, name.find_last_not_of(u". ") + 1);
-        } else if (name.ends_with(u'.') && name.find_first_not_of(u'.') != name.npos) {
-            name.remove_suffix(1);
         }
         Append(name);
         if (!last) Append(u"\\");
@@ -205,15 +186,9 @@ std::size_t MakePath(std::span<char16_t> out, const PathParts& parts) noexcept {
 
 std::size_t FullPath(const char16_t* given, std::span<char16_t> out) noexcept {
     std::u16string_view rest = given == nullptr ? u"" : given;
-    const PathParts parts = SplitPath(rest);
     AbsolutePath path;
-    if (parts.extension.empty() && IsDeviceName(parts.name)) {
-        path.Append(u"\\\\.\\");
-        path.Append(parts.name);
-    } else {
-        if (!AppendStart(path, &rest)) return 0;
-        AddComponents(path, rest);
-    }
+    if (!AppendStart(path, &rest)) return 0;
+    AddComponents(path, rest);
     if (path.overflow() || path.text().size() >= out.size()) {
         SetLastError(kErrorFilenameExceedsRange);
         return 0;

@@ -40,9 +40,9 @@ struct PathParts {
                                                   const PathParts& parts) noexcept;
 
 // The absolute form of a path, zero-terminated: current folder in front, "\" throughout, ".", ".."
-// and doubled separators resolved, periods and blanks at the end of a folder's or file's name
-// dropped as the C runtime does. A null or empty path is the current folder. Answers the length; 0
-// with the last error set (206) when it does not fit, or (2) there is no current folder.
+// and doubled separators resolved. Every other name stays as it is: periods and blanks at its end
+// belong to it, and no name is a device's. A null or empty path is the current folder. Answers the
+// length; 0 with the last error set (206) when it does not fit, or (2) there is no current folder.
 [[nodiscard]] FOUNDATION_API std::size_t FullPath(const char16_t* path,
                                                   std::span<char16_t> out) noexcept;
 

@@ -1,10 +1,13 @@
 // Share modes and byte-range locks between handles, threads and processes.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -124,6 +127,41 @@ TEST_F(FileSharesTest, NamesOfOpenFilesAreProtectedToo) {
     EXPECT_EQ(LastError(), kErrorSharingViolation);
     EXPECT_TRUE(CloseHandle(exclusive));
     EXPECT_EQ(folder.Read(u"file"), "0123456789");
+}
+
+// The child's descriptors kept the marks, and its closing took those of the parent.
+TEST_F(FileSharesTest, WhatAForkedChildInheritsIsItsParentsToHoldAndToRelease) {
+    const HANDLE closed_by_child = OpenAs(name, "RW3"), mine = OpenAs(name, "R3");
+    ASSERT_TRUE(LockFile(closed_by_child, 0, 1));
+    EXPECT_EQ(InChild([&] { return CloseHandle(closed_by_child) ? 0 : 1; }), 0);
+    EXPECT_EQ(SecondOpen(name, "R0"), 32);
+    EXPECT_EQ(After(LockFile(mine, 0, 1)), kErrorLockViolation);
+    int leave[2];
+    ASSERT_EQ(pipe(leave), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        close(leave[1]);
+        char byte;
+        _exit(static_cast<int>(read(leave[0], &byte, 1)));
+    }
+    EXPECT_TRUE(CloseHandle(closed_by_child));
+    EXPECT_EQ(After(LockFile(mine, 0, 1)), 0u);
+    EXPECT_TRUE(CloseHandle(mine));
+    EXPECT_EQ(SecondOpen(name, "RW0"), 0);
+    close(leave[0]);
+    close(leave[1]);
+    waitpid(child, nullptr, 0);
+}
+
+TEST_F(FileSharesTest, AForeignLockHoldsNobodyUpForMuchMoreThanTwoSeconds) {
+    const int foreign = open(folder.Native(u"file").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(foreign, LOCK_EX), 0);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(SecondOpen(name, "R0"), 0);
+    const std::chrono::duration<double> waited = std::chrono::steady_clock::now() - begin;
+    EXPECT_GT(waited.count(), 1.9);
+    EXPECT_LT(waited.count(), 2.9);  // 3.75 when sleeps were counted
+    close(foreign);
 }
 
 TEST_F(FileSharesTest, OfManyThreadsExactlyOneHasTheFileToItself) {

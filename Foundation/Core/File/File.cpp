@@ -101,6 +101,10 @@ private:
     unsigned int length_ = 0;
 };
 
+bool IsByteOrderMark(const unsigned char* bytes) {
+    return bytes[0] == 0xFF && bytes[1] == 0xFE;
+}
+
 template <typename Text>
 unsigned int StripLine(unsigned int result, Text& line, const Text* set) {
     if (ErrorIsSet()) return 0;
@@ -117,13 +121,16 @@ CT_File::CT_File(const CT_UString* name, unsigned int buffer_size)
     v_SetFullName(name);
 }
 
-CT_File::CT_File(const CT_File* other) : buffer_size_(other->buffer_size_) {
+CT_File::CT_File(const CT_File* other) {
+    if (other == nullptr) return;
+    buffer_size_ = other->buffer_size_;
     v_SetFullName(&other->full_name_);
 }
 
 CT_File::~CT_File() = default;
 
 void CT_File::vv_Set(const CT_File* other) {
+    if (other == nullptr) return CT_File::vv_Set();
     const CT_UString name(other->full_name_);  // `other` may be this very file
     CT_File::vv_Set(&name, other->buffer_size_);
 }
@@ -182,7 +189,7 @@ BOOL CT_File::b_IsExistent() const {
 }
 
 unsigned int CT_File::n_Read(CT_Buffer* buffer, unsigned int count) {
-    if (count == 0) return 0;
+    if (count == 0 || buffer == nullptr) return 0;
     buffer->v_SetMinSize(count, FALSE);
     void* const data = buffer->qv_Get();
     buffer->v_SetUsedSize(0);  // a failed read leaves nothing
@@ -193,7 +200,7 @@ unsigned int CT_File::n_Read(CT_Buffer* buffer, unsigned int count) {
 }
 
 unsigned int CT_File::n_Write(const CT_Buffer* buffer, unsigned int count) {
-    if (count == 0 || buffer->n_GetUsedSize() == 0) return 0;
+    if (count == 0 || buffer == nullptr || buffer->n_GetUsedSize() == 0) return 0;
     const unsigned int written =
         vn_Write(buffer->qcv_Get(), count == kAll ? buffer->n_GetUsedSize() : count);
     return Failed() ? 0 : written;
@@ -204,9 +211,8 @@ unsigned int CT_File::ReadLine(Text& line) {
     v_SetAccess(kReadTransfer);
     if (Failed()) return 0;
     LineBuilder<Text> builder(line);
-    if (Kind<Text>::kHasMark && !SkipByteOrderMark()) return 0;
-    for (;;) {
-        const unsigned int read = n_Read(&line_buffer_, Kind<Text>::kBlock);
+    for (bool skips_mark = Kind<Text>::kHasMark;; skips_mark = false) {
+        const unsigned int read = FillLineBuffer(Kind<Text>::kBlock, skips_mark);
         if (Failed()) return 0;
         if (read == 0) return builder.Bytes();
         const unsigned int taken = builder.Take(Units<Text>(line_buffer_, 0)) * kUnit<Text>;
@@ -223,8 +229,8 @@ unsigned int CT_File::ReadLineAhead(Text& line) {
     LineBuilder<Text> builder(line);
     for (;;) {
         if (read_ahead_ == 0) {
-            if (Kind<Text>::kHasMark && !SkipByteOrderMark()) return 0;
-            const unsigned int read = n_Read(&line_buffer_, Kind<Text>::kReadAheadBlock);
+            const unsigned int read =
+                FillLineBuffer(Kind<Text>::kReadAheadBlock, Kind<Text>::kHasMark);
             if (Failed() || read == 0) return 0;
         }
         const auto rest = Units<Text>(line_buffer_, read_ahead_);
@@ -234,30 +240,41 @@ unsigned int CT_File::ReadLineAhead(Text& line) {
     }
 }
 
-bool CT_File::SkipByteOrderMark() {
-    if (vn_GetOffset() != 0) return true;
-    std::array<unsigned char, 2> mark{};
-    const unsigned int read = vn_Read(mark.data(), 2);
-    if (Failed()) return false;
-    if (read == 2 && mark[0] == 0xFF && mark[1] == 0xFE) return true;
-    vv_SetOffset(kFromStart, 0);
-    return !Failed();
+// Fills the line buffer as far as the file goes and answers the bytes in it; 0 on failure. With
+// `skips_mark`, a byte-order mark at the file's beginning is passed over.
+unsigned int CT_File::FillLineBuffer(unsigned int size, bool skips_mark) {
+    line_buffer_.v_SetMinSize(size, FALSE);
+    auto* const data = static_cast<unsigned char*>(line_buffer_.qv_Get());
+    line_buffer_.v_SetUsedSize(0);
+    bool looks_for_mark = skips_mark && vn_GetOffset() == 0;
+    unsigned int used = 0;
+    while (used < size) {
+        const unsigned int read = vn_Read(data + used, (looks_for_mark ? 2 : size) - used);
+        if (Failed()) return 0;
+        if (read == 0) break;
+        used += read;
+        if (!looks_for_mark || used < 2) continue;
+        looks_for_mark = false;
+        if (IsByteOrderMark(data)) used = 0;
+    }
+    line_buffer_.v_SetUsedSize(used);
+    return used;
 }
 
 unsigned int CT_File::n_ReadLineC(CT_CString* line, const CT_CString* strip) {
-    return StripLine(ReadLine(*line), *line, strip);
+    return line == nullptr ? 0 : StripLine(ReadLine(*line), *line, strip);
 }
 
 unsigned int CT_File::n_ReadLineU(CT_UString* line, const CT_UString* strip) {
-    return StripLine(ReadLine(*line), *line, strip);
+    return line == nullptr ? 0 : StripLine(ReadLine(*line), *line, strip);
 }
 
 unsigned int CT_File::n_ReadLineCSequential(CT_CString* line, const CT_CString* strip) {
-    return StripLine(ReadLineAhead(*line), *line, strip);
+    return line == nullptr ? 0 : StripLine(ReadLineAhead(*line), *line, strip);
 }
 
 unsigned int CT_File::n_ReadLineUSequential(CT_UString* line, const CT_UString* strip) {
-    return StripLine(ReadLineAhead(*line), *line, strip);
+    return line == nullptr ? 0 : StripLine(ReadLineAhead(*line), *line, strip);
 }
 
 template <typename Text>

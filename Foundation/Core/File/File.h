@@ -3,6 +3,7 @@
 // It keeps the name with its four parts, how the file was opened, and builds line-wise reading and
 // writing on a few virtual byte operations.
 // Units: offsets, sizes and counts are unsigned 32-bit bytes; 16-bit text is little-endian UTF-16.
+// A null buffer, line or other file is answered with 0 and leaves no error.
 // Errors: an operation that fails, or that finds the thread's error set after a step, adds its
 // location to the error and returns at once, 0 or FALSE where it has a result.
 // Threads: no locks; one object, one thread.
@@ -118,7 +119,9 @@ public:
     // 2 for a last line that has no line feed, and 0 at the end. The line is then stripped of the
     // characters of `strip` at both ends, if given. A CR that ends a block of 256 bytes (512 for
     // UTF-16) and the last one of the file are taken for part of a line end too.
-    // At offset 0 the UTF-16 form skips the byte-order mark FF FE.
+    // At offset 0 the UTF-16 form skips the byte-order mark FF FE. A block is read until it is full
+    // or the file ends, also from a pipe; but a pipe cannot be positioned behind a line (25), its
+    // lines are read sequentially.
     unsigned int n_ReadLineC(CT_CString* line, const CT_CString* strip);
     unsigned int n_ReadLineU(CT_UString* line, const CT_UString* strip);
 
@@ -161,7 +164,7 @@ private:
     unsigned int ReadLineAhead(Text& line);
     template <typename Text>
     void WriteLine(const Text* line, bool new_line);
-    bool SkipByteOrderMark();
+    unsigned int FillLineBuffer(unsigned int size, bool skips_mark);
     bool BeginsLike(BOOL (*test)(const void* bytes, unsigned int count));
     void SplitFullName();
     void RebuildFullName();

@@ -9,6 +9,7 @@ using foundation::detail::kSeparators;
 using foundation::detail::View;
 
 BOOL Give(const CT_UString& part, CT_UString* out) {
+    if (out == nullptr) return FALSE;
     out->v_Set(&part);
     return part.vn_GetLength() != 0 ? TRUE : FALSE;
 }
@@ -78,7 +79,7 @@ BOOL CT_FileName::b_GetPath(CT_UString* path) const {
 
 BOOL CT_FileName::b_GetPathEndedWithSlash(CT_UString* path) const {
     const BOOL found = Give(path_, path);
-    path->v_Append(u'\\');
+    if (path != nullptr) path->v_Append(u'\\');
     return found;
 }
 
@@ -100,6 +101,7 @@ BOOL CT_FileName::b_GetExt(CT_UString* extension) const {
 }
 
 BOOL CT_FileName::b_GetFullName(CT_UString* full_name) const {
+    if (full_name == nullptr) return FALSE;
     if (path_.vn_GetLength() == 0) {
         if (name_.vn_GetLength() == 0) return FALSE;
         return b_GetName(full_name);

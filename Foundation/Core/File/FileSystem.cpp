@@ -131,6 +131,7 @@ void CT_FileSystem::sv_SplitPath(const CT_UString* path, CT_UString* drive, CT_U
 void CT_FileSystem::sv_MakePath(CT_UString* path, const CT_UString* drive,
                                 const CT_UString* directory, const CT_UString* name,
                                 const CT_UString* extension) {
+    if (path == nullptr) return;
     const platform::PathParts parts{View(drive), View(directory), View(name), View(extension)};
     const std::size_t length = platform::MakePath({}, parts);
     CT_UString made(static_cast<unsigned int>(length + 1));
@@ -140,14 +141,14 @@ void CT_FileSystem::sv_MakePath(CT_UString* path, const CT_UString* drive,
 }
 
 void CT_FileSystem::sv_FullPath(CT_UString* path) {
-    if (!MakeAbsolute(path)) {
+    if (path != nullptr && !MakeAbsolute(path)) {
         foundation::detail::Record({kSemanticError, kSemanticError}, path->qcuz_Get());
     }
 }
 
 void CT_FileSystem::sv_MakeDisplayString(CT_UString* path, unsigned int maximum) {
     const std::u16string_view text = View(path);
-    if (text.size() <= maximum) return;
+    if (path == nullptr || text.size() <= maximum) return;
     std::size_t start = platform::SplitPath(text).drive.size();
     if (start < text.size() && kSeparators.find(text[start]) != kSeparators.npos) ++start;
     std::size_t removed = 0;
@@ -165,6 +166,7 @@ void CT_FileSystem::sv_MakeDisplayString(CT_UString* path, unsigned int maximum)
 }
 
 void CT_FileSystem::sv_GetCurrentPath(CT_UString* path, unsigned int drive) {
+    if (path == nullptr) return;
     PathArea area;
     const std::size_t length = platform::CurrentFolder(drive, area);
     if (length != 0) return Take(path, area.data(), length);
@@ -241,6 +243,7 @@ BOOL CT_FileSystem::sb_RemovePath(const CT_UString* path) {
 
 void CT_FileSystem::sv_CreateTempFile(CT_UString* path, const char16_t* prefix,
                                       const char16_t* extension) {
+    if (path == nullptr) return;
     const CT_UString kept_prefix(prefix), kept_extension(extension);  // they may lie in `path`
     path->vv_Init();
     const char16_t* const wanted = extension == nullptr ? nullptr : kept_extension.qcuz_Get();

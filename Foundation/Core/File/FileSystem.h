@@ -2,7 +2,7 @@
 //
 // Names: "\" and "/" both separate, a drive prefix "X:" names the root of the one tree. On the
 // older platform family names pass through code page 0 on their way to the platform and back.
-// A null name counts as an empty one.
+// A null name counts as an empty one; without a text to write to nothing happens.
 // Errors: only sv_FullPath and sv_GetCurrentPath record one; all others tell of failure by their
 // result alone (FALSE, 0, an empty or unchanged text) and leave no error behind.
 // Threads: no locks; sv_FullPath, sv_GetCurrentPath and sb_ChangePath work with the current folder,
@@ -35,8 +35,8 @@ public:
                             const CT_UString* name, const CT_UString* extension);
 
     // Makes the path absolute, from the current folder on, with ".", ".." and doubled separators
-    // resolved. On failure (no current folder, or a result of 260 units and more) the path stays as
-    // it was and the thread's error holds
+    // resolved and every other name kept as it is. On failure (no current folder, or a result of
+    // 260 units and more) the path stays as it was and the thread's error holds
     //   60012  "Semantic error: %s", filled with the path
     static void sv_FullPath(CT_UString* path);
 

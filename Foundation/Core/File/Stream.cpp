@@ -19,10 +19,11 @@ constexpr unsigned int kMemoryErrorText = 60006;
 }  // namespace
 
 CT_FileStream::~CT_FileStream() {
-    if (file_->b_IsOpen()) file_->vv_Close();
+    if (b_IsOpen()) file_->vv_Close();
 }
 
 void CT_FileStream::v_Open(et_Mode mode) {
+    if (file_ == nullptr) return;
     if (mode != kRead && mode != kWrite) {
         Record({kFileErrorText, kFileErrorText}, file_->pcco_GetFullName()->qcuz_Get(), u"eo_mode",
                kFileErrorText);
@@ -37,37 +38,40 @@ void CT_FileStream::v_Open(et_Mode mode) {
 }
 
 BOOL CT_FileStream::b_IsOpen() const {
-    return file_->b_IsOpen();
+    return file_ != nullptr && file_->b_IsOpen() ? TRUE : FALSE;
 }
 
 CT_Stream::et_Mode CT_FileStream::eo_GetMode() const {
-    if (!file_->b_IsOpen()) return kClosed;
+    if (!b_IsOpen()) return kClosed;
     return (file_->ec_GetOpenAccess() & CT_File::kWriteAccess) != 0 ? kWrite : kRead;
 }
 
 void CT_FileStream::v_Close() {
+    if (file_ == nullptr) return;
     file_->vv_Close();
     Failed();
 }
 
 void CT_FileStream::v_SetOffset(unsigned int offset) {
+    if (file_ == nullptr) return;
     foundation::detail::SeekTo(*file_, offset);
     Failed();
 }
 
 unsigned int CT_FileStream::n_GetOffset() const {
-    return file_->vn_GetOffset();
+    return file_ == nullptr ? 0 : file_->vn_GetOffset();
 }
 
 unsigned int CT_FileStream::n_GetSize() const {
-    return file_->vn_GetSize();
+    return file_ == nullptr ? 0 : file_->vn_GetSize();
 }
 
 BOOL CT_FileStream::b_IsEof() const {
-    return file_->vb_IsEof();
+    return file_ == nullptr ? TRUE : file_->vb_IsEof();
 }
 
 unsigned int CT_FileStream::n_Read(unsigned char* target, unsigned int count) {
+    if (file_ == nullptr || target == nullptr) return 0;
     // At its end a readable file reads nothing anyway; asking for the end costs a look-up by name.
     const bool readable = (file_->ec_GetOpenAccess() & CT_File::kReadAccess) != 0;
     if (!readable && file_->vb_IsEof()) return 0;
@@ -76,12 +80,13 @@ unsigned int CT_FileStream::n_Read(unsigned char* target, unsigned int count) {
 }
 
 unsigned int CT_FileStream::n_Write(const unsigned char* data, unsigned int count) {
+    if (file_ == nullptr || data == nullptr) return 0;
     const unsigned int written = file_->vn_Write(data, count);
     return Failed() ? 0 : written;
 }
 
 void CT_BufferStream::v_Open(et_Mode mode) {
-    mode_ = mode;
+    mode_ = buffer_ == nullptr ? kClosed : mode;
     offset_ = 0;
 }
 
@@ -95,7 +100,7 @@ BOOL CT_BufferStream::b_IsOpen() const {
 }
 
 void CT_BufferStream::v_SetOffset(unsigned int offset) {
-    if (offset > buffer_->n_GetUsedSize()) return Record({kMemoryErrorText, kMemoryErrorText});
+    if (offset > CT_BufferStream::n_GetSize()) return Record({kMemoryErrorText, kMemoryErrorText});
     offset_ = offset;
 }
 
@@ -104,15 +109,15 @@ unsigned int CT_BufferStream::n_GetOffset() const {
 }
 
 unsigned int CT_BufferStream::n_GetSize() const {
-    return buffer_->n_GetUsedSize();
+    return buffer_ == nullptr ? 0 : buffer_->n_GetUsedSize();
 }
 
 BOOL CT_BufferStream::b_IsEof() const {
-    return offset_ >= buffer_->n_GetUsedSize();
+    return offset_ >= CT_BufferStream::n_GetSize();
 }
 
 unsigned int CT_BufferStream::n_Read(unsigned char* target, unsigned int count) {
-    if (b_IsEof()) return 0;
+    if (target == nullptr || CT_BufferStream::b_IsEof()) return 0;
     const unsigned int taken = std::min(count, buffer_->n_GetUsedSize() - offset_);
     std::memcpy(target, static_cast<const unsigned char*>(buffer_->qcv_Get()) + offset_, taken);
     offset_ += taken;
@@ -120,7 +125,7 @@ unsigned int CT_BufferStream::n_Read(unsigned char* target, unsigned int count) 
 }
 
 unsigned int CT_BufferStream::n_Write(const unsigned char* data, unsigned int count) {
-    if (count == 0) return 0;
+    if (count == 0 || data == nullptr || buffer_ == nullptr) return 0;
     // The buffer may have been cut behind the stream's back.
     offset_ = std::min(offset_, buffer_->n_GetUsedSize());
     buffer_->v_Replace(data, count, offset_);

@@ -5,7 +5,8 @@
 // Errors: as the file's, with a location here; beside them
 //   60003  a file stream is opened in a mode that is neither reading nor writing
 //   60006  a buffer stream is positioned behind the buffer's used bytes
-// Ownership: files and buffers are borrowed and must outlive their stream.
+// Ownership: files and buffers are borrowed and must outlive their stream. A stream over a null one
+// stays closed and transfers nothing, as a transfer from or to nowhere does.
 // Threads: no locks; one object, one thread.
 #ifndef FOUNDATION_CORE_FILE_STREAM_H
 #define FOUNDATION_CORE_FILE_STREAM_H

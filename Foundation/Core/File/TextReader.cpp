@@ -35,14 +35,22 @@ unsigned int CutUtf8Tail(const unsigned char* bytes, unsigned int count) {
 
 CT_StreamTextReader::CT_StreamTextReader(CT_Stream* stream, CT_Codepage encoding, BOOL sniff)
     : stream_(stream) {
+    if (stream_ == nullptr) return;
     if (!stream_->b_IsOpen()) {
         stream_->v_Open(CT_Stream::kRead);
         if (Failed()) return;
     }
     stream_size_ = stream_->n_GetSize();
-    if (!sniff || !b_SniffEncoding()) encoding_ = encoding;
+    const bool both_byte_orders = sniff == kBothByteOrders;
+    if (!sniff || !b_SniffEncoding(both_byte_orders)) encoding_ = encoding;
     if (Failed()) return;
     if (!encoding_.b_IsValid()) encoding_ = CT_Codepage::kPseudoAnsi;
+    const unsigned int page = encoding_.n_Get();
+    const bool big_endian = both_byte_orders && encoding_.eo_Get() == CT_Codepage::kUtf16BigEndian;
+    if (big_endian || (page != platform::kUtf8Page && !platform::TakesTableFlags(page))) {
+        decoder_ = platform::TextDecoder(page);
+        by_pieces_ = decoder_.IsServed();
+    }
 }
 
 CT_StreamTextReader::~CT_StreamTextReader() {
@@ -83,22 +91,37 @@ void CT_StreamTextReader::v_Close() {
     stream_ = nullptr;
     position_ = 0;
     count_ = 0;
+    kept_count_ = 0;
 }
 
-BOOL CT_StreamTextReader::b_SniffEncoding() {
-    if (stream_->n_GetOffset() != 0 || stream_size_ < 2) return FALSE;
+BOOL CT_StreamTextReader::b_SniffEncoding(bool both_byte_orders) {
+    const bool pipe = stream_size_ == 0;
+    if (stream_->n_GetOffset() != 0 || stream_size_ == 1) return FALSE;
     unsigned char mark[3] = {};
-    const unsigned int count = stream_->n_Read(mark, 3);
-    if (Failed()) return FALSE;
+    unsigned int count = 0;
+    // A pipe is not waited for where what came is no mark's beginning.
+    for (unsigned int wanted = pipe ? 1 : 3; wanted <= 3; ++wanted) {
+        count = FillUp(mark, count, wanted);
+        if (Failed()) return FALSE;
+        const bool wide = mark[0] == 0xFF || (mark[0] == 0xFE && both_byte_orders);
+        if (count < wanted || (wide ? wanted >= 2 : mark[0] != 0xEF)) break;
+    }
     unsigned int mark_size = 0;
     if (count >= 2 && mark[0] == 0xFF && mark[1] == 0xFE) {
         encoding_ = CT_Codepage::kUtf16;
+        mark_size = 2;
+    } else if (both_byte_orders && count >= 2 && mark[0] == 0xFE && mark[1] == 0xFF) {
+        encoding_ = CT_Codepage::kUtf16BigEndian;
         mark_size = 2;
     } else if (count == 3 && mark[0] == 0xEF && mark[1] == 0xBB && mark[2] == 0xBF) {
         encoding_ = CT_Codepage::kUtf8;
         mark_size = 3;
     }
-    stream_->v_SetOffset(mark_size);
+    if (pipe) {
+        KeepForNextBlock(mark + mark_size, count - mark_size);
+    } else {
+        stream_->v_SetOffset(mark_size);
+    }
     return mark_size != 0 ? TRUE : FALSE;
 }
 
@@ -107,15 +130,47 @@ void CT_StreamTextReader::v_ReadNextBlock() {
     count_ = 0;
     if (stream_ == nullptr || !stream_->b_IsOpen()) return;
     unsigned char bytes[kBlockSize];
-    const unsigned int count = stream_->n_Read(bytes, kBlockSize);
-    if (ErrorIsSet()) return ClearError();
-    if (count == 0) return;
-    const Decoded decoded = DecodeBlock(bytes, count);
+    unsigned int count = 0;
+    Decoded decoded{};
+    do {  // a block of escape sequences alone is not the end
+        std::copy_n(kept_, kept_count_, bytes);
+        count = FillUp(bytes, kept_count_, kBlockSize);
+        kept_count_ = 0;
+        if (ErrorIsSet()) {
+            if (read_error_ == 0) {
+                read_error_ = CT_ErrorManager::spco_Get()->n_GetErrorCode();
+            }
+            ClearError();
+        }
+        if (count == 0) return;
+        decoded = DecodeBlock(bytes, count);
+        if (decoded.left_over > 0) {
+            KeepForNextBlock(bytes + count - decoded.left_over, decoded.left_over);
+        }
+    } while (decoded.units == 0 && by_pieces_ && count == kBlockSize);
     count_ = decoded.units;
-    if (decoded.left_over > 0) {
-        stream_->v_SetOffset(stream_->n_GetOffset() - decoded.left_over);
-        Failed();
+}
+
+// Reads on behind the first `count` bytes until there are `size` or the stream ends or fails.
+unsigned int CT_StreamTextReader::FillUp(unsigned char* bytes, unsigned int count,
+                                         unsigned int size) {
+    while (count < size) {
+        const unsigned int read = stream_->n_Read(bytes + count, size - count);
+        if (read == 0 || ErrorIsSet()) break;
+        count += read;
     }
+    return count;
+}
+
+// A stream that can be positioned reads the bytes again, a pipe cannot.
+void CT_StreamTextReader::KeepForNextBlock(const unsigned char* bytes, unsigned int count) {
+    if (stream_size_ != 0) {
+        stream_->v_SetOffset(stream_->n_GetOffset() - count);
+        if (!ErrorIsSet()) return;
+        ClearError();
+    }
+    std::copy_n(bytes, count, kept_);
+    kept_count_ = count;
 }
 
 void CT_StreamTextReader::v_Pushback() {
@@ -129,6 +184,12 @@ CT_StreamTextReader::Decoded CT_StreamTextReader::DecodeBlock(const unsigned cha
             characters_[i] = static_cast<char16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
         }
         return {count / 2, 0};
+    }
+    if (by_pieces_) {
+        const platform::PieceResult done = decoder_.Decode(
+            reinterpret_cast<const char*>(bytes), count, count < kBlockSize, characters_.data());
+        return {static_cast<unsigned int>(done.written),
+                count - static_cast<unsigned int>(done.taken)};
     }
     const unsigned int page = encoding_.n_Get();
     if (page == platform::kUtf8Page && !CT_OS::sb_GetIsWindowsXP()) {

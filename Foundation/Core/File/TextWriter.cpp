@@ -6,6 +6,7 @@
 
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/CodePages.h"
 
 using foundation::detail::Failed;
@@ -74,6 +75,7 @@ void CT_TextWriter::v_WriteLineFormatted(const char16_t* format, ...) {
 
 CT_StreamTextWriter::CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding)
     : stream_(stream), encoding_(encoding) {
+    if (stream_ == nullptr) return;
     if (!stream_->b_IsOpen()) {
         stream_->v_Open(CT_Stream::kWrite);
         if (Failed()) return;
@@ -158,9 +160,27 @@ unsigned int CT_StreamTextWriter::WriteChunk(unsigned int first, unsigned int la
         size = static_cast<unsigned int>(platform::WideCharToMultiByte(
             page, flags, text, static_cast<int>(units), bytes, kChunkBytes, nullptr, nullptr));
     }
-    if (size > 0) stream_->n_Write(reinterpret_cast<const unsigned char*>(bytes), size);
-    Failed();
+    if (size == 0) {
+        CT_UString encoding;
+        encoding.v_Format(u"encoding %u", static_cast<unsigned int>(encoding_));
+        foundation::detail::RecordSystemError(encoding.qcuz_Get());
+    }
+    WriteBytes(reinterpret_cast<const unsigned char*>(bytes), size);
     return units;
+}
+
+// All of it, in however many writes the stream takes it.
+void CT_StreamTextWriter::WriteBytes(const unsigned char* bytes, unsigned int count) {
+    while (count > 0) {
+        const unsigned int written = stream_->n_Write(bytes, count);
+        if (Failed()) return;
+        if (written == 0) {
+            platform::SetLastError(platform::kErrorWriteFault);
+            return foundation::detail::RecordSystemError();
+        }
+        bytes += written;
+        count -= written;
+    }
 }
 
 // Whether one more unit fits, after writing when need be. The first half of a surrogate pair waits

@@ -3,7 +3,9 @@
 //
 // Line ends are CR LF. Texts are zero-terminated and borrowed; a null text writes nothing.
 // Errors: a stream that cannot be opened and failing writes leave the error set; a failing write
-// does not stop the ones after it. Threads: no locks; one object, one thread.
+// does not stop the ones after it. An encoding that no code page serves, UTF-16 of the two values
+// kUnicode and kUtf16BigEndian included, leaves the platform's 87 with the encoding's value when
+// text in it is written. Threads: no locks; one object, one thread.
 #ifndef FOUNDATION_CORE_FILE_TEXTWRITER_H
 #define FOUNDATION_CORE_FILE_TEXTWRITER_H
 
@@ -49,7 +51,8 @@ public:
     static constexpr unsigned int kPendingUnits = 16384;
 
     // Opens a closed stream for writing. An empty stream gets the byte-order mark of UTF-16 or
-    // UTF-8; one that holds data, or another encoding, gets none. The stream is borrowed.
+    // UTF-8; one that holds data, or another encoding, gets none. The stream is borrowed; text for
+    // a null one is dropped.
     CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding);
     ~CT_StreamTextWriter() override;  // closes the stream; pending text is lost
 
@@ -68,6 +71,7 @@ public:
 private:
     void v_WriteBOM();
     void WriteUnits(unsigned int count);
+    void WriteBytes(const unsigned char* bytes, unsigned int count);
     unsigned int WriteChunk(unsigned int first, unsigned int last);
     [[nodiscard]] bool MakeRoom();
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Core/File/FileDetail.h"
@@ -23,7 +24,8 @@ constexpr unsigned int kRenamedBufferSize = 16384;
 constexpr unsigned int kWholeFile = 0xFFFFFFFF;
 constexpr std::uint64_t kMapStep = 0x100000;
 constexpr std::uint64_t kLargestFile = 0xFFFFFFFF;
-constexpr unsigned int kFileTooLarge = 27;  // the C runtime's number
+constexpr unsigned int kFileTooLarge = 27;  // the C runtime's numbers
+constexpr unsigned int kInvalidArgument = 22;
 constexpr unsigned int kMessageCallFailed = 60003;
 
 constinit _SHI_Pool pool{sizeof(CT_WinFile), 32};
@@ -146,12 +148,10 @@ void CT_WinFile::vv_Set() {
 void CT_WinFile::vv_Open(et_Access access, et_Open mode, et_Share share, unsigned int attributes,
                          unsigned int flags) {
     handle_ = INVALID_HANDLE_VALUE;
+    flush_error_ = 0;
     const bool known = access < kAccess.size() && mode != 0 && mode < kDisposition.size() &&
                        share <= kShareReadWrite;
-    if (!known) {
-        platform::SetLastError(platform::kErrorInvalidParameter);
-        return Fail();
-    }
+    if (!known) return void(Refuse(platform::kErrorInvalidParameter));
     const PlatformName name(pcco_GetFullName());
     const unsigned int word =
         PlatformBits(kAttributeBits, attributes) | PlatformBits(kFlagBits, flags);
@@ -181,9 +181,11 @@ void CT_WinFile::vv_Close() {
     handle_ = nullptr;
     offset_ = 0;
     ClearOpenState();
+    TellFlushFailure();
 }
 
 void CT_WinFile::vv_Flush() {
+    TellFlushFailure();
     if (!platform::FlushFile(handle_)) Fail();
 }
 
@@ -204,13 +206,19 @@ unsigned int CT_WinFile::vn_Read(void* buffer, unsigned int count) {
     if (count == 0) return 0;
     v_SetAccess(kReadTransfer);
     if (Failed()) return 0;
+    if (buffer == nullptr) return Refuse(platform::kErrorInvalidParameter);
     std::uint32_t read = 0;
     if (view_ != nullptr) {
         read = n_ReadMap(buffer, count);
-    } else if (!platform::ReadFile(handle_, buffer, std::min(count, ~offset_), &read)) {
+    } else if (!platform::ReadFile(handle_, buffer, std::clamp(~offset_, 1u, count), &read)) {
         ForgetDirection();  // the file pointer may have moved
         Fail();
         return 0;
+    }
+    // Behind the largest offset a file has no more, but a pipe may.
+    if (read > ~offset_) {
+        ForgetDirection();
+        return Refuse(platform::kErrorFileTooLarge);
     }
     offset_ += read;
     return read;
@@ -220,11 +228,8 @@ unsigned int CT_WinFile::vn_Write(const void* data, unsigned int count) {
     if (count == 0) return 0;
     v_SetAccess(kWriteTransfer);
     if (Failed()) return 0;
-    if (count > ~offset_) {
-        platform::SetLastError(platform::kErrorFileTooLarge);
-        Fail();
-        return 0;
-    }
+    if (data == nullptr) return Refuse(platform::kErrorInvalidParameter);
+    if (count > ~offset_) return Refuse(platform::kErrorFileTooLarge);
     std::uint32_t written = 0;
     if (view_ != nullptr) {
         written = n_WriteMap(data, count);
@@ -253,8 +258,7 @@ void CT_WinFile::vv_SetOffset(et_Origin origin, int distance) {
     if (!platform::SetFilePosition(handle_, distance, origin, &position)) return Fail();
     if (position >= kLargestFile) {
         MoveTo(offset_);
-        platform::SetLastError(platform::kErrorFileTooLarge);
-        return Fail();
+        return void(Refuse(platform::kErrorFileTooLarge));
     }
     offset_ = static_cast<unsigned int>(position);
 }
@@ -282,10 +286,7 @@ void CT_WinFile::v_CreateMap(unsigned int minimum_size) {
         size = mapped_size_;
         if (size < target) size += (target - size + kMapStep - 1) / kMapStep * kMapStep;
     }
-    if (size > kLargestFile) {
-        platform::SetLastError(platform::kErrorFileTooLarge);
-        return Fail();
-    }
+    if (size > kLargestFile) return void(Refuse(platform::kErrorFileTooLarge));
     if (!MakeMapping(size)) Fail();
 }
 
@@ -306,7 +307,14 @@ void CT_WinFile::v_CloseMap(unsigned int new_length) {
 }
 
 void CT_WinFile::v_FlushMap() {
-    if (view_ != nullptr) platform::FlushView(view_, 0);
+    if (view_ == nullptr || platform::FlushView(view_, 0)) return;
+    if (flush_error_ == 0) flush_error_ = platform::LastError();
+}
+
+void CT_WinFile::TellFlushFailure() {
+    if (flush_error_ == 0) return;
+    platform::SetLastError(std::exchange(flush_error_, 0));
+    Fail();
 }
 
 void CT_WinFile::v_SetEndOfFile() {
@@ -325,10 +333,8 @@ unsigned int CT_WinFile::n_GetAttributes() {
 }
 
 void CT_WinFile::v_Append(const CT_WinFile* source, unsigned int block_size) {
-    if (source == this) {
-        platform::SetLastError(platform::kErrorSharingViolation);
-        return Fail();
-    }
+    if (source == nullptr) return void(Refuse(platform::kErrorInvalidParameter));
+    if (source == this) return void(Refuse(platform::kErrorSharingViolation));
     AppendAll(const_cast<CT_WinFile&>(*source), block_size);
 }
 
@@ -344,6 +350,7 @@ void CT_WinFile::v_GetFileInformation(struct _stat* information) const {
     unsigned int error = static_cast<unsigned int>(
         platform::QueryStatus(PlatformName(pcco_GetFullName()).Get(), &status));
     if (error == 0 && status.size > kLargestFile) error = kFileTooLarge;
+    if (information == nullptr) error = kInvalidArgument;
     if (error != 0) {
         foundation::detail::Record({error, kMessageCallFailed}, pcco_GetFullName()->qcuz_Get(),
                                    u"_wstat", error);
@@ -362,7 +369,11 @@ void CT_WinFile::v_GetFileInformation(struct _stat* information) const {
 }
 
 void CT_WinFile::v_GetFileInfo(BY_HANDLE_FILE_INFORMATION* information) {
-    if (!platform::QueryFileInformation(handle_, information)) Fail();
+    if (information == nullptr) {
+        Refuse(platform::kErrorInvalidParameter);
+    } else if (!platform::QueryFileInformation(handle_, information)) {
+        Fail();
+    }
 }
 
 void CT_WinFile::sv_SetHandleCount(unsigned int count) {
@@ -371,6 +382,12 @@ void CT_WinFile::sv_SetHandleCount(unsigned int count) {
 
 void CT_WinFile::Fail(const char* file, unsigned int line) const {
     foundation::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), file, line);
+}
+
+unsigned int CT_WinFile::Refuse(unsigned int error, const char* file, unsigned int line) const {
+    platform::SetLastError(error);
+    Fail(file, line);
+    return 0;
 }
 
 void CT_WinFile::FailBetween(const CT_UString* target, const char* file, unsigned int line) const {
@@ -434,10 +451,8 @@ void CT_WinFile::AppendAll(CT_WinFile& source, unsigned int block_size) {
         for (unsigned int done = 0; done < block.n_GetUsedSize();) {
             const unsigned int written = vn_Write(data + done, block.n_GetUsedSize() - done);
             if (Failed()) return;
-            if (written == 0) {  // no error and no progress: nothing of the source may be lost
-                platform::SetLastError(platform::kErrorWriteFault);
-                return Fail();
-            }
+            // no error and no progress: nothing of the source may be lost
+            if (written == 0) return void(Refuse(platform::kErrorWriteFault));
             done += written;
         }
     }
@@ -457,11 +472,7 @@ unsigned int CT_WinFile::n_ReadMap(void* buffer, unsigned int count) {
 
 unsigned int CT_WinFile::n_WriteMap(const void* data, unsigned int count) {
     const unsigned int end = offset_ + count;  // the caller has seen to it that this fits
-    if (ec_GetOpenAccess() == kReadAccess) {
-        platform::SetLastError(platform::kErrorAccessDenied);
-        Fail();
-        return 0;
-    }
+    if (ec_GetOpenAccess() == kReadAccess) return Refuse(platform::kErrorAccessDenied);
     if (end > mapped_size_ && !GrowMapping(end)) {
         v_CloseMap(0);
         if (Failed()) return 0;

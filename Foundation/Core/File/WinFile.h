@@ -6,7 +6,7 @@
 //   "(2): The system cannot find the file specified. [name]", for renaming and copying with both
 //   names, "[from : to]"; then as for CT_File. Beside the platform's own numbers
 //   87   an argument of vv_Open is none of its enumeration's values
-//   223  the file has 4 GiB or more, or would have
+//   223  the file has 4 GiB or more, or would have; a pipe hands out more
 // Threads: no locks; one object, one thread. Between objects, threads and processes the share mode
 // and v_LockFile rule who may do what.
 #ifndef FOUNDATION_CORE_FILE_WINFILE_H
@@ -45,8 +45,10 @@ public:
                  unsigned int flags) override;
 
     // Closes the mapping without cutting the file, then the handle. On failure the object counts as
-    // open still.
+    // open still. What v_FlushMap could not store, and vv_Flush did not tell of, is recorded here
+    // once the file is closed.
     void vv_Close() override;
+    // Also tells of what v_FlushMap could not store.
     void vv_Flush() override;
 
     // By name, whether or not the object is open (the object stays as it is).
@@ -89,6 +91,7 @@ public:
     // Ends the mapping. Unless `new_length` is 0 or the file is open for reading only, cuts (or
     // extends) the file to `new_length` and leaves the offset there.
     void v_CloseMap(unsigned int new_length);
+    // Records no error: a failure is kept for vv_Flush and vv_Close.
     void v_FlushMap();
 
     // Ends the file at the platform's file pointer.
@@ -117,8 +120,14 @@ protected:
     // Bytes behind pv_GetMapping(); 0 when not mapped.
     [[nodiscard]] unsigned int MappedSize() const { return mapped_size_; }
 
+    // Records what v_FlushMap could not store, once.
+    void TellFlushFailure();
+
 private:
     void Fail(const char* file = __builtin_FILE(), unsigned int line = __builtin_LINE()) const;
+    // With an error of the library's own; answers 0.
+    unsigned int Refuse(unsigned int error, const char* file = __builtin_FILE(),
+                        unsigned int line = __builtin_LINE()) const;
     void FailBetween(const CT_UString* target, const char* file = __builtin_FILE(),
                      unsigned int line = __builtin_LINE()) const;
     void CloseForReset();
@@ -134,6 +143,7 @@ private:
     HANDLE mapping_ = nullptr;
     void* view_ = nullptr;
     unsigned int mapped_size_ = 0;
+    unsigned int flush_error_ = 0;  // of v_FlushMap, not told yet
 };
 
 #endif

@@ -25,7 +25,7 @@ BOOL LooksLikelyUnicode(const unsigned char* data, unsigned int size) {
 // Hands out the next block of memory that is held as a whole.
 BOOL NextBlock(const unsigned char* memory, unsigned int size, unsigned int& offset,
                unsigned int maximum, const unsigned char** data, unsigned int* count) {
-    if (offset >= size) return FALSE;
+    if (offset >= size || data == nullptr || count == nullptr) return FALSE;
     *data = memory + offset;
     *count = std::min(maximum, size - offset);
     offset += *count;
@@ -46,13 +46,13 @@ void OpenForReading(CT_WinFile& file) {
 
 CT_MemoryInput::CT_MemoryInput(unsigned int block_size, const unsigned char* data,
                                unsigned int length)
-    : CT_Input(block_size), data_(data), size_(length), offset_(0) {}
+    : CT_Input(block_size), data_(data), size_(data == nullptr ? 0 : length), offset_(0) {}
 
 void CT_MemoryInput::v_Set(unsigned int block_size, const unsigned char* data,
                            unsigned int length) {
     v_SetBuffer(block_size);
     data_ = data;
-    size_ = length;
+    size_ = data == nullptr ? 0 : length;
     offset_ = 0;
 }
 
@@ -74,7 +74,7 @@ BOOL CT_MemoryInput::vb_GetNextBuffer(const unsigned char** data, unsigned int* 
 }
 
 BOOL CT_MemoryInput::vb_CopyNextBuffer(unsigned char* target, unsigned int count) {
-    if (vb_IsEmpty()) return FALSE;
+    if (vb_IsEmpty() || target == nullptr) return FALSE;
     std::memcpy(target, data_ + offset_, std::min(count, size_ - offset_));
     offset_ = Beyond(offset_, count);
     return TRUE;
@@ -126,7 +126,7 @@ BOOL CT_FileInput::vb_IsLikelyUnicode() {
 
 BOOL CT_FileInput::vb_GetNextBuffer(unsigned int maximum, const unsigned char** data,
                                     unsigned int* count) {
-    if (vb_IsEmpty()) return FALSE;
+    if (vb_IsEmpty() || data == nullptr || count == nullptr) return FALSE;
     *count = file_.n_Read(&block_, maximum);
     if (!Advance(*count)) return FALSE;
     *data = static_cast<const unsigned char*>(block_.qcv_Get());
@@ -138,7 +138,7 @@ BOOL CT_FileInput::vb_GetNextBuffer(const unsigned char** data, unsigned int* co
 }
 
 BOOL CT_FileInput::vb_CopyNextBuffer(unsigned char* target, unsigned int count) {
-    if (vb_IsEmpty()) return FALSE;
+    if (vb_IsEmpty() || target == nullptr) return FALSE;
     const unsigned int read = file_.vn_Read(target, count);
     return Advance(read) && read == count;
 }
@@ -211,7 +211,7 @@ BOOL CT_MappedFileInput::vb_GetNextBuffer(const unsigned char** data, unsigned i
 }
 
 BOOL CT_MappedFileInput::vb_CopyNextBuffer(unsigned char* target, unsigned int count) {
-    if (vb_IsEmpty()) return FALSE;
+    if (vb_IsEmpty() || target == nullptr) return FALSE;
     const unsigned int copied = std::min(count, size_ - offset_);
     std::memcpy(target, data_ + offset_, copied);
     offset_ += copied;

@@ -2,7 +2,8 @@
 // walk a whole document. Over memory (CT_MemoryInput), a file (CT_FileInput), a mapped file
 // (CT_MappedFileInput); memory and mapping hand out pointers into themselves, without copying.
 //
-// Units: sizes, counts and offsets are unsigned 32-bit bytes.
+// Units: sizes, counts and offsets are unsigned 32-bit bytes. A null output or target answers FALSE
+// and passes over nothing; null memory is empty.
 // Errors: none but the file's, with a location here; the operation then answers FALSE.
 // Threads: no locks; one object, one thread.
 #ifndef FOUNDATION_CORE_INPUT_INPUT_H
@@ -80,7 +81,8 @@ private:
     unsigned int offset_;
 };
 
-// Over a file that nobody else may have open, read block by block.
+// Over a file that nobody else may have open, read block by block. A pipe has no size and hands out
+// nothing here.
 class FOUNDATION_API CT_FileInput : public CT_Input, public foundation::detail::HeapObject {
 public:
     // Do not open the file; v_Set closes the one before.

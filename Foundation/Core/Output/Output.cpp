@@ -25,6 +25,7 @@ constexpr unsigned int kFileBufferSize = 16384;
 // Bytes of a text; 4 GiB and more as the most that 32 bits hold, which no buffer takes.
 template <typename Unit>
 unsigned int Bytes(const Unit* text, unsigned int count) {
+    if (text == nullptr) return 0;
     const std::size_t length = count == kToEnd ? std::char_traits<Unit>::length(text) : count;
     return static_cast<unsigned int>(std::min<std::size_t>(length * sizeof(Unit), 0xFFFFFFFF));
 }
@@ -87,7 +88,7 @@ void CT_MemoryOutput::v_Set(const CT_Buffer* content) {
 }
 
 void CT_MemoryOutput::vv_AppendV(const void* data, unsigned int count) {
-    Buffer().v_Append(data, count);
+    if (data != nullptr) Buffer().v_Append(data, count);
 }
 
 void CT_MemoryOutput::vv_AppendC(const char* text, unsigned int count, unsigned int) {
@@ -138,7 +139,7 @@ void CT_FileOutput::v_Set(CT_WinFile* file) {
 }
 
 void CT_FileOutput::vv_AppendV(const void* data, unsigned int count) {
-    if (file_ == nullptr) return;
+    if (file_ == nullptr || data == nullptr) return;
     file_->vn_Write(data, count);
     Failed();
 }
@@ -173,6 +174,7 @@ void CT_FileOutput::Attach(const CT_UString* name) {
 }
 
 void CT_FileOutput::Attach(CT_WinFile* file) {
+    if (file == nullptr) return;
     if (!file->b_IsOpen()) {
         OpenForWriting(*file);
         closes_file_ = TRUE;
@@ -203,7 +205,7 @@ void CT_StringOutput::v_Set(CT_String& target) {
 }
 
 void CT_StringOutput::vv_AppendV(const void* data, unsigned int count) {
-    if (count == 0) return;
+    if (count == 0 || data == nullptr) return;
     if (wide_ != nullptr) {
         AppendBytes(*wide_, static_cast<const unsigned char*>(data), count);
     } else {
@@ -213,6 +215,7 @@ void CT_StringOutput::vv_AppendV(const void* data, unsigned int count) {
 }
 
 void CT_StringOutput::vv_AppendC(const char* text, unsigned int count, unsigned int code_page) {
+    if (text == nullptr) return;
     if (wide_ != nullptr) {
         const CT_UString converted(text, count, code_page);
         wide_->v_Append(&converted);
@@ -222,6 +225,7 @@ void CT_StringOutput::vv_AppendC(const char* text, unsigned int count, unsigned 
 }
 
 void CT_StringOutput::vv_AppendU(const char16_t* text, unsigned int count) {
+    if (text == nullptr) return;
     if (wide_ != nullptr) {
         wide_->v_Append(text, count);
     } else {

@@ -3,8 +3,8 @@
 //
 // Counts are bytes (characters of 8-bit text) or UTF-16 units; 0xFFFFFFFF means up to the
 // terminating zero. Memory and files take 8-bit text as it is, whatever its code page, and UTF-16
-// text as little-endian bytes. Errors: only a file's, with a location here; the output stays
-// usable. Threads: no locks; one object, one thread.
+// text as little-endian bytes. Null data or text is nothing. Errors: only a file's, with a location
+// here; the output stays usable. Threads: no locks; one object, one thread.
 #ifndef FOUNDATION_CORE_OUTPUT_OUTPUT_H
 #define FOUNDATION_CORE_OUTPUT_OUTPUT_H
 
@@ -75,7 +75,7 @@ public:
     void v_Set(const CT_UString* name);
     void v_Set(CT_WinFile* file);
 
-    // Without a file they do nothing.
+    // Without a file, and that is one over a null file too, they do nothing.
     void vv_AppendV(const void* data, unsigned int count) override;
     void vv_AppendC(const char* text, unsigned int count, unsigned int code_page) override;
     void vv_AppendU(const char16_t* text, unsigned int count) override;

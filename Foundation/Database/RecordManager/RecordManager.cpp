@@ -245,6 +245,7 @@ void CT_RecordManager::v_Flush() {
     if (Failed()) return;
     if (b_GetMapping()) {
         v_FlushMap();
+        TellFlushFailure();
     } else {
         vv_Flush();
     }

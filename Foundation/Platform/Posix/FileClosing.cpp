@@ -36,11 +36,12 @@ void ReleaseRanges(Object* file) {
     }
 }
 
-// A mapping made through the handle keeps the description, and with it what is marked there.
-void ReleaseMarks(const Object& file) {
-    if (!file.mapped) return;
+// A mapping made through the handle, or a forked child, keeps the description, and with it what is
+// marked there.
+void ReleaseMarks(const Object& file, bool had_ranges) {
+    if (!file.regular) return;
     Unmark(file.descriptor);
-    UnlockRange(file.descriptor, 0, kLockableEnd);
+    if (had_ranges) UnlockRange(file.descriptor, 0, kLockableEnd);
 }
 
 // Hands path and task over to another open handle of the file.
@@ -86,8 +87,14 @@ bool CloseFile(Object* file) noexcept {
     const std::uintptr_t handle = Retire(file);
     int result = 0;
     if (!file->broken) {
-        ReleaseRanges(file);
-        ReleaseMarks(*file);
+        // What was marked, locked or to be deleted is its owner's, not a forked child's.
+        if (file->owner == getpid()) {
+            const bool had_ranges = file->ranges != nullptr;
+            ReleaseRanges(file);
+            ReleaseMarks(*file, had_ranges);
+        } else {
+            file->delete_on_close = false;
+        }
         result = close(file->descriptor);
     }
     if (result != 0 && errno != EINTR) {

@@ -112,7 +112,8 @@ bool SetFilePosition(HANDLE handle, std::int64_t distance, std::uint32_t origin,
     } else if (origin == kSeekEnd) {
         struct stat status;
         if (fstat(file->descriptor, &status) != 0) return FailWithErrno();
-        base = status.st_size;
+        // A pipe ends where it stands.
+        base = file->regular ? status.st_size : static_cast<std::int64_t>(file->position);
     } else if (origin != kSeekBegin) {
         return Fail(kErrorInvalidParameter);
     }
@@ -120,6 +121,10 @@ bool SetFilePosition(HANDLE handle, std::int64_t distance, std::uint32_t origin,
         return Fail(kErrorInvalidParameter);
     }
     if (base + distance < 0) return Fail(kErrorNegativeSeek);
+    const bool moves = static_cast<std::uint64_t>(base + distance) != file->position;
+    if (moves && !file->regular && lseek(file->descriptor, base + distance, SEEK_SET) < 0) {
+        return FailWithErrno();
+    }
     file->position = static_cast<std::uint64_t>(base + distance);
     if (position != nullptr) *position = file->position;
     return true;

@@ -178,6 +178,15 @@ Outcome OpenExisting(Object* file, const NativeName& name, const Plan& plan,
     return Settle(file, name, plan);
 }
 
+// Whether the name is a link to something that does not exist: its target is what is created.
+bool LeadsNowhere(const NativeName& name) {
+    struct stat status;
+    const bool link = lstat(name.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+    const bool nowhere = link && stat(name.c_str(), &status) != 0;
+    errno = EEXIST;
+    return nowhere;
+}
+
 Outcome Create(Object* file, const NativeName& name, const Plan& plan) {
     if (plan.request.disposition == kOpenExisting ||
         plan.request.disposition == kTruncateExisting) {
@@ -192,6 +201,10 @@ Outcome Create(Object* file, const NativeName& name, const Plan& plan) {
     const mode_t mode = plan.request.mode & ((attributes & kFileReadOnly) != 0 ? 0444u : 07777u);
     const int flags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOCTTY | (direct ? O_DSYNC : 0);
     file->descriptor = Retry([&] { return open(name.c_str(), flags, mode); });
+    if (file->descriptor < 0 && errno == EEXIST && LeadsNowhere(name)) {
+        if (plan.request.disposition == kCreateNew) return Failed(kErrorFileExists);
+        file->descriptor = Retry([&] { return open(name.c_str(), flags & ~O_EXCL, mode); });
+    }
     if (file->descriptor < 0 && errno == EEXIST) return Outcome::kAgain;
     if (file->descriptor < 0) return FailedWithErrno(name);
     StoreAttributes(file->descriptor, attributes | kFileArchive);
@@ -252,7 +265,7 @@ HANDLE Open(const char16_t* given, const OpenRequest& request) noexcept {
         if (outcome != Outcome::kOpened) Undo(file);
     }
     if (outcome == Outcome::kOpened) return Publish(file);
-    // Never settled: a link that leads nowhere.
+    // Never settled.
     if (outcome == Outcome::kAgain) SetLastError(kErrorFileNotFound);
     Release(file);
     return INVALID_HANDLE_VALUE;

@@ -1,6 +1,7 @@
 #include "Foundation/Platform/Posix/Handles.h"
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <array>
 #include <new>
@@ -64,6 +65,7 @@ void Reset(Object* object, Kind kind) {
     object->uses = uses;
     object->next_free = next_free;
     object->kind = kind;
+    object->owner = getpid();
 }
 
 }  // namespace

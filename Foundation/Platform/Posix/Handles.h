@@ -48,6 +48,7 @@ struct Object {
     bool delete_pending = false;  // removed by name while open: nobody opens it again
     bool mapped = false;          // a mapping was made through this handle
     bool broken = false;          // closing failed; only the handle is left
+    pid_t owner = 0;              // the process that opened it; a forked child has it too
     FileIdentity identity;
     std::uint64_t position = 0;
     char* path = nullptr;                               // absolute, only for delete_on_close

@@ -71,7 +71,9 @@ void Drop(Object* mapping) {
     if (--mapping->references != 0) return;
     Unlink(mapping);
     // Another mapping of this process may stand on the same description: its mark stays then.
-    if (!IsMapped(mapping->identity, 0)) UnmarkMapped(mapping->descriptor);
+    // So does the mark of a forked child's parent.
+    const bool owned = mapping->owner == getpid();
+    if (owned && !IsMapped(mapping->identity, 0)) UnmarkMapped(mapping->descriptor);
     close(mapping->descriptor);
     Release(mapping);
 }

@@ -26,7 +26,8 @@ public:
     }
     void DropSeparators() noexcept;
 
-    // Whether the name may be given to something new: none of "<>:\"|?*" and control characters.
+    // Whether the name may be given to something new: none of "<>:\"|?*" and control characters
+    // in its last part. The folders before it exist or not, whatever they are called.
     [[nodiscard]] bool MayBeCreated() const noexcept;
 
     // 2 or 3 for a name that was not found, 123 for one that cannot exist.

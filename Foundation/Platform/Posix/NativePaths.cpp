@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "Foundation/Platform/LastError.h"
@@ -193,10 +194,11 @@ void NativeName::DropSeparators() noexcept {
 }
 
 bool NativeName::MayBeCreated() const noexcept {
-    for (const char byte : view()) {
-        if (static_cast<unsigned char>(byte) < 32) return false;
-    }
-    return view().find_first_of("<>:\"|?*") == std::string_view::npos;
+    std::string_view name = view().substr(0, view().find_last_not_of('/') + 1);
+    name.remove_prefix(name.rfind('/') + 1);  // npos + 1 is 0
+    const auto is_control = [](char byte) { return static_cast<unsigned char>(byte) < 32; };
+    return std::ranges::none_of(name, is_control) &&
+           name.find_first_of("<>:\"|?*") == std::string_view::npos;
 }
 
 std::uint32_t NativeName::MissingError() const noexcept {

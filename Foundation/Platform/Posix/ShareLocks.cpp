@@ -58,6 +58,14 @@ bool ForEachRun(unsigned bits, Use use) {
     return true;
 }
 
+constexpr std::int64_t kLongestWait = 2'000'000'000;
+
+std::int64_t Nanoseconds() {
+    timespec now = {};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return std::int64_t{now.tv_sec} * 1'000'000'000 + now.tv_nsec;
+}
+
 // The table of lock counts: one page in shared memory for all processes of the user.
 constexpr std::size_t kCounts = 1024;
 using Counts = std::atomic<std::uint32_t>[kCounts];
@@ -88,16 +96,19 @@ constinit Counts* counts = nullptr;
 
 Gate::Gate(int descriptor) noexcept : descriptor_(descriptor) {
     constexpr int kShortAttempts = 32;
-    constexpr int kAttempts = 20'000;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    std::int64_t begin = 0;
+    for (int attempt = 0;; ++attempt) {
         held_ = Retry([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) == 0;
         if (held_ || errno != EWOULDBLOCK) return;
-        const timespec pause = {0, 100'000};
         if (attempt < kShortAttempts) {
             sched_yield();
-        } else {
-            nanosleep(&pause, nullptr);
+            continue;
         }
+        const std::int64_t now = Nanoseconds();
+        if (begin == 0) begin = now;
+        if (now - begin >= kLongestWait) return;
+        const timespec pause = {0, 100'000};
+        nanosleep(&pause, nullptr);
     }
 }
 

@@ -1,4 +1,8 @@
+#include <sys/stat.h>
+
+#include <fstream>
 #include <random>
+#include <thread>
 #include <vector>
 
 #include "Core/File/FileFixture.h"
@@ -129,6 +133,39 @@ TEST_F(FileLineTest, OffsetStandsBehindTheLineOrTheBlockAndStrippingComesLast) {
     CT_CString line;
     EXPECT_EQ(file->n_ReadLineC(&line, &set), 7u);
     EXPECT_STREQ(line.qccz_Get(), "ef");
+}
+
+// Short reads cut units in two and lost a carriage return each; looking for the mark took two
+// bytes.
+TEST_F(FileLineTest, LinesComeOverAPipeInPiecesOfAnySize) {
+    ASSERT_EQ(mkfifo(folder_.Native(u"file").c_str(), 0600), 0);
+    const std::string text = "a\rb\r\n" + std::string(5000, 'x') + "\r\n" + "\r\nlast\n";
+    const std::string expected = "4:a\rb|5001:" + std::string(5000, 'x') + "|1:|5:last|0:|";
+    for (const std::string& mark : {std::string(), std::string("\xFF\xFE")}) {
+        for (const Kind kind : {kNarrowAhead, kWideAhead}) {
+            const std::string bytes = kind == kNarrowAhead ? text : mark + Widened(text);
+            std::thread writer([&] {
+                std::ofstream pipe(folder_.Native(u"file"), std::ios::binary);
+                for (std::size_t at = 0; at < bytes.size(); at += 777) {
+                    pipe.write(bytes.data() + at,
+                               static_cast<std::streamsize>(
+                                   std::min<std::size_t>(777, bytes.size() - at)));
+                    pipe.flush();
+                }
+            });
+            CT_WinFile file(&name_, 0);
+            Open(file, 1, 1);
+            std::string line, all;
+            do {
+                line = ReadLine(file, kind);
+                const auto colon = line.find(':');
+                const unsigned long result = std::stoul(line) / Unit(kind);
+                all += std::to_string(result) + line.substr(colon) + "|";
+            } while (!line.starts_with("0:"));
+            writer.join();
+            EXPECT_TRUE(all == expected) << kind << all.substr(0, 40);
+        }
+    }
 }
 
 TEST_F(FileLineTest, FailingCallsEndTheReading) {

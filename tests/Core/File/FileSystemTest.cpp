@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <fstream>
 #include <tuple>
 
 #include "Core/File/FileFixture.h"
@@ -97,6 +98,39 @@ TEST_F(FileSystemTest, FullPathsBeginInTheCurrentFolder) {
     EXPECT_CT_MESSAGE(60012, u"(60012): Semantic error: " + longer,
                       CT_FileSystem::sv_FullPath(&path));
     EXPECT_EQ(Text(path), Utf8(longer));
+}
+
+// Bytes that are not UTF-8, in a folder's and in a file's name, through every operation.
+TEST_F(FileSystemTest, NamesThatAreNotUtf8GoThroughEveryOperation) {
+    const std::filesystem::path native = folder_.Native() / "d\xFF:";
+    std::filesystem::create_directory(native);
+    std::ofstream(native / "\xE4\xB8x") << "12345";
+    const CT_UString all = Name(u"d\xDCFF:\\*"), other = Name(u"d\xDCFF:\\\xDC80");
+    CT_FindFile search(&all, 0, 0x10, TRUE);
+    CT_UString name, drive, directory, leaf, extension, made;
+    ASSERT_TRUE(search.b_FindFirst(&name, nullptr));
+    CT_FileSystem::sv_SplitPath(&name, &drive, &directory, &leaf, &extension);
+    CT_FileSystem::sv_MakePath(&made, &drive, &directory, &leaf, &extension);
+    CT_FileSystem::sv_FullPath(&made);
+    EXPECT_EQ(made.vi_Compare(&name), 0);
+    CT_WinFile file(&made, 0);
+    Open(file, 1, 1);
+    EXPECT_EQ(Read(file, 9), "12345");
+    file.vv_Close();
+    file.v_CopyFile(&other);
+    file.vv_Remove();
+    file.vv_Set(&other, 0);
+    file.vv_Rename(&name);
+    file.v_SetAttributes(0x1);
+    EXPECT_EQ(file.n_GetAttributes() & 0x1u, 0x1u);
+    EXPECT_TRUE(std::filesystem::exists(native / "\xE4\xB8x"));
+    EXPECT_EQ(CT_FileSystem::sn4_GetSize(&name), 5u);
+    EXPECT_TRUE(CT_FileSystem::sb_MakePath(&other) && CT_FileSystem::sb_RemovePath(&other));
+    EXPECT_EQ(setenv("TMPDIR", native.c_str(), 1), 0);
+    CT_FileSystem::sv_CreateTempFile(&made, u"t", u"x");
+    unsetenv("TMPDIR");
+    EXPECT_TRUE(CT_FileSystem::sb_IsFile(&made)) << Text(made);
+    EXPECT_TRUE(test::NoError());
 }
 
 TEST_F(FileSystemTest, MakesTemporaryFilesAndOnTheOlderFamilyNames) {

@@ -3,6 +3,8 @@
 
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
+#include "Foundation/Core/File/TextReader.h"
+#include "Foundation/Core/File/TextWriter.h"
 
 namespace {
 
@@ -59,6 +61,29 @@ TEST_F(StreamTest, AFileIsOpenedInTheModeAskedForAndClosedWithTheStream) {
     EXPECT_TRUE(stream.b_IsEof());
     EXPECT_EQ(Rest(stream), "");
     EXPECT_CT_ERROR(5, stream.n_Write(Data("x"), 1));
+}
+
+TEST_F(StreamTest, OverNothingStreamsStayClosedAndReadersAndWritersDoNothing) {
+    CT_FileStream no_file(nullptr);
+    CT_BufferStream no_buffer(nullptr);
+    for (CT_Stream* stream :
+         {static_cast<CT_Stream*>(&no_file), static_cast<CT_Stream*>(&no_buffer),
+          static_cast<CT_Stream*>(nullptr)}) {
+        CT_StreamTextReader reader(stream, CT_Codepage::kUtf8, TRUE);
+        CT_StreamTextWriter writer(stream, CT_Codepage::kUtf8);
+        CT_UString line(u"before");
+        EXPECT_FALSE(reader.b_ReadLine(line));
+        EXPECT_EQ(line.n_GetLength(), 0u);
+        writer.v_Write(u"x");
+        writer.v_Close();
+        if (stream == nullptr) continue;
+        EXPECT_FALSE(stream->b_IsOpen());
+        EXPECT_EQ(Rest(*stream), "");
+        EXPECT_EQ(stream->n_Write(Data("x"), 1) + stream->n_GetSize() + stream->n_GetOffset(), 0u);
+        stream->v_SetOffset(0);
+        stream->v_Close();
+    }
+    EXPECT_TRUE(test::NoError());
 }
 
 // A seek takes a signed distance, so offsets from 2 GiB on were refused.

@@ -1,10 +1,13 @@
 // Text readers over buffer and file streams: marks, line ends, blocks and damaged text.
 #include "Foundation/Core/File/TextReader.h"
 
+#include <random>
+
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/Stream.h"
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 #include "Support/Platform.h"
 
 namespace {
@@ -20,11 +23,7 @@ struct Text {
     unsigned int errors;
 };
 
-Text ReadAll(const std::string& bytes, Value encoding, BOOL sniff = TRUE, unsigned int offset = 0) {
-    CT_Buffer buffer(bytes.data(), static_cast<unsigned int>(bytes.size()), 32);
-    CT_BufferStream stream(&buffer);
-    stream.v_Open(CT_Stream::kRead);
-    stream.v_SetOffset(offset);
+Text ReadAll(CT_Stream& stream, Value encoding, BOOL sniff) {
     CT_StreamTextReader reader(&stream, encoding, sniff);
     Text text{reader.co_GetEncoding().eo_Get(), {}, 0};
     CT_UString line;
@@ -33,6 +32,52 @@ Text ReadAll(const std::string& bytes, Value encoding, BOOL sniff = TRUE, unsign
     EXPECT_EQ(line.n_GetLength(), 0u);
     text.errors = reader.n_GetErrors();
     return text;
+}
+
+Text ReadAll(const std::string& bytes, Value encoding, BOOL sniff = TRUE, unsigned int offset = 0) {
+    CT_Buffer buffer(bytes.data(), static_cast<unsigned int>(bytes.size()), 32);
+    CT_BufferStream stream(&buffer);
+    stream.v_Open(CT_Stream::kRead);
+    stream.v_SetOffset(offset);
+    return ReadAll(stream, encoding, sniff);
+}
+
+// Hands out at most `most` bytes at once, and as a pipe has no size and cannot be positioned.
+class ShortStream : public CT_BufferStream {
+public:
+    ShortStream(CT_Buffer* buffer, unsigned int most, bool pipe)
+        : CT_BufferStream(buffer), most_(most), pipe_(pipe) {}
+    unsigned int n_Read(unsigned char* target, unsigned int count) override {
+        return CT_BufferStream::n_Read(target, std::min(count, most_));
+    }
+    unsigned int n_GetSize() const override { return pipe_ ? 0 : CT_BufferStream::n_GetSize(); }
+    void v_SetOffset(unsigned int offset) override {
+        if (!pipe_) CT_BufferStream::v_SetOffset(offset);
+    }
+
+private:
+    unsigned int most_;
+    bool pipe_;
+};
+
+Text ReadShortly(const std::string& bytes, Value encoding, BOOL sniff, unsigned int most,
+                 bool pipe) {
+    CT_Buffer buffer(bytes.data(), static_cast<unsigned int>(bytes.size()), 32);
+    ShortStream stream(&buffer, most, pipe);
+    return ReadAll(stream, encoding, sniff);
+}
+
+// The rules said slowly: each line with a "|" behind it.
+std::u16string SlowLines(std::u16string_view text) {
+    std::u16string lines;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool end = text[i] == u'\r' || text[i] == u'\n';
+        lines += end ? u'|' : text[i];
+        const bool pair = end && i + 1 < text.size() && text[i] + text[i + 1] == u'\r' + u'\n';
+        if (pair) ++i;
+        if (!end && i + 1 == text.size()) lines += u'|';
+    }
+    return lines;
 }
 
 class TextReaderTest : public test::FileTest {};
@@ -85,6 +130,82 @@ TEST_F(TextReaderTest, NothingIsLostWhereBlocksMeet) {
         EXPECT_EQ(ReadAll(narrow + "\r\ny", kUtf8).lines, wide + u"|y|");
         EXPECT_EQ(ReadAll(narrow + "\u20AC\U0001F600z", kUtf8).lines, wide + u"\u20AC\U0001F600z|");
         EXPECT_EQ(ReadAll(narrow + "\x93\xFA\x96\x7B", kShiftJis).lines, wide + u"日本|");
+    }
+}
+
+// A short read was taken for the last block, and the switches of a text were forgotten in the next.
+TEST_F(TextReaderTest, TextIsTheSameHoweverItsBytesArrive) {
+    const char* const pieces[] = {"a",
+                                  "word ",
+                                  "\n",
+                                  "\r\n",
+                                  "\r",
+                                  "\xC3\xA4",
+                                  "\xE2\x82\xAC",
+                                  "\xF0\x9F\x98\x80",
+                                  "\x93\xFA",
+                                  "\xB0\xA1",
+                                  "+AOk-",
+                                  "+2D3eAA-",
+                                  "~{Dc:C~}",
+                                  "~~",
+                                  "\x1B$B$\"$$\x1B(B",
+                                  "\x1B$B$\"",
+                                  "~{:C"};
+    std::mt19937 random(2026);
+    std::string mixed;
+    while (mixed.size() < 3 * kBlock) mixed += pieces[random() % std::size(pieces)];
+    for (unsigned int number = 0; number <= kNotSet; ++number) {
+        SCOPED_TRACE(number);
+        const auto encoding = static_cast<Value>(number);
+        const Text whole = ReadAll(mixed, encoding);
+        for (const bool pipe : {false, true}) {
+            for (const unsigned int most : {1u, 7u, 1000u, kBlock - 1}) {
+                const Text text = ReadShortly(mixed, encoding, TRUE, most, pipe);
+                ASSERT_TRUE(text.lines == whole.lines) << most << " " << pipe;
+                EXPECT_EQ(text.errors, whole.errors);
+            }
+        }
+        const unsigned int page = CT_Codepage(encoding).n_Get();
+        if (platform::TakesTableFlags(page)) continue;
+        std::u16string all(mixed.size(), u'\0');
+        const int units =
+            platform::MultiByteToWideChar(page, 0, mixed.data(), static_cast<int>(mixed.size()),
+                                          all.data(), static_cast<int>(all.size()));
+        all.resize(static_cast<std::size_t>(units));
+        EXPECT_TRUE(whole.lines == SlowLines(all));
+    }
+}
+
+TEST_F(TextReaderTest, MarksCountInPipesAndOnRequestInBothByteOrders) {
+    constexpr BOOL kBoth = CT_StreamTextReader::kBothByteOrders;
+    struct Case {
+        std::string bytes;
+        Value given;
+        BOOL sniff;
+        Value found;
+        std::u16string lines;
+    };
+    const Case cases[] = {
+        {"\xFF\xFE\x41\0"s, kWindows1252, TRUE, kUtf16, u"A|"},
+        {"\xEF\xBB\xBF\x61", kWindows1252, TRUE, kUtf8, u"a|"},
+        {"\xEF\xBBz", kWindows1252, TRUE, kWindows1252, u"ï»z|"},
+        {"\xEF", kWindows1252, TRUE, kWindows1252, u"ï|"},
+        {"\xFEz", kWindows1252, kBoth, kWindows1252, u"þz|"},
+        {"\xFE\xFF\0\x41\0"s, kWindows1252, kBoth, kUtf16BigEndian, u"A\xFFFD|"},
+        {"\0\x41\0\n\x20\xAC"s, kUtf16BigEndian, kBoth, kUtf16BigEndian, u"A|€|"},
+        {"\xFF\xFE\x41\0"s, kUtf16BigEndian, kBoth, kUtf16, u"A|"},
+        {"", kUtf8, TRUE, kUtf8, u""},
+    };
+    for (const auto& [bytes, given, sniff, found, lines] : cases) {
+        SCOPED_TRACE(testing::PrintToString(bytes));
+        for (const unsigned int most : {1u, 5u}) {
+            for (const bool pipe : {false, true}) {
+                const Text text = ReadShortly(bytes, given, sniff, most, pipe);
+                EXPECT_EQ(text.encoding, found);
+                EXPECT_EQ(text.lines, lines);
+            }
+        }
     }
 }
 
@@ -145,7 +266,8 @@ TEST_F(TextReaderTest, FailuresOfTheFileAreKeptOrToldApart) {
         EXPECT_FALSE(missing.b_ReadLine(line));
     }
     folder_.Write(u"file", "one\ntwo");
-    // A failed read in search of the mark stays set, one in the text ends it without an error.
+    // A failed read in search of the mark stays set, one in the text ends it without an error and
+    // is told by the reader.
     for (const unsigned int passed : {0u, 1u}) {
         SCOPED_TRACE(passed);
         platform::FailFileCall(platform::FileCall::kRead, passed, 23);
@@ -153,9 +275,21 @@ TEST_F(TextReaderTest, FailuresOfTheFileAreKeptOrToldApart) {
         EXPECT_EQ(CT_ErrorManager::spco_Get()->b_IsSetError(), passed == 0 ? TRUE : FALSE);
         CT_UString line;
         EXPECT_FALSE(reader.b_ReadLine(line));
+        EXPECT_EQ(reader.n_GetReadError(), 23u);
         EXPECT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
         platform::ClearFileFaults();
     }
+    // What was read before the failure is text still.
+    platform::ShortenFileCall(platform::FileCall::kRead, 1, 5);
+    CT_FileTextReader reader(file_, kUtf8, TRUE);
+    CT_UString line;
+    EXPECT_TRUE(reader.b_ReadLine(line));
+    EXPECT_EQ(reader.n_GetReadError(), 0u);
+    EXPECT_TRUE(reader.b_ReadLine(line));
+    EXPECT_EQ(test::Utf8(line.qcuz_Get()), "two");
+    EXPECT_FALSE(reader.b_ReadLine(line));
+    EXPECT_EQ(reader.n_GetReadError(), 0u);
+    reader.v_Close();
     EXPECT_FALSE(file_.b_IsOpen());
 }
 

@@ -20,7 +20,6 @@ TEST_F(TextWriterTest, TextIsEncodedWithTheMarkOfItsEncoding) {
     const std::tuple<CT_Codepage::et_Codepage, const char16_t*, std::string> cases[] = {
         {kUtf8, u"aé€\U0001F600", "\xEF\xBB\xBF\x61é€\U0001F600"},
         {kUtf16, u"aé", "\xFF\xFE\x61\0\xE9\0"s},
-        {kUnicode, u"a", ""},  // 1200 is no page of the conversion service
         {kWindows1252, u"é€Ł", "\xE9\x80?"},
         {kShiftJis, u"日本", "\x93\xFA\x96\x7B"},
         {kIso2022Jp, u"あ", "\x1B$B$\"\x1B(B"},
@@ -34,6 +33,20 @@ TEST_F(TextWriterTest, TextIsEncodedWithTheMarkOfItsEncoding) {
         writer.v_Close();
         EXPECT_EQ(Content(buffer_), bytes);
         EXPECT_FALSE(stream_.b_IsOpen());
+    }
+}
+
+// Their text was dropped without a word: no page of the conversion service has these numbers.
+TEST_F(TextWriterTest, AnEncodingThatCannotBeWrittenIsTold) {
+    for (const auto encoding : {kUnicode, kUtf16BigEndian}) {
+        CT_StreamTextWriter writer(&stream_, encoding);
+        writer.v_Write(u"a");
+        EXPECT_TRUE(test::NoError());
+        EXPECT_CT_MESSAGE(87,
+                          u"(87): The parameter is incorrect. [encoding " +
+                              test::Utf16(std::to_string(encoding)) + u"]",
+                          writer.v_Close());
+        EXPECT_EQ(buffer_.n_GetUsedSize(), 0u);
     }
 }
 

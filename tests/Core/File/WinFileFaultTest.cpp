@@ -80,6 +80,26 @@ TEST_F(WinFileFaultTest, FailedMappingsLeaveNone) {
     }
 }
 
+TEST_F(WinFileFaultTest, AFailedFlushOfAViewIsToldByFlushingOrClosing) {
+    for (const bool flushes : {true, false}) {
+        Open(file_, 3, 1);
+        file_.v_CreateMap(20);
+        platform::FailFileCall(FileCall::kFlushView, 0, 1117);
+        file_.v_FlushMap();
+        EXPECT_TRUE(test::NoError());
+        file_.v_CloseMap(10);
+        EXPECT_TRUE(test::NoError());
+        if (flushes) {
+            EXPECT_CT_ERROR(1117, file_.vv_Flush());
+            file_.vv_Close();
+        } else {
+            EXPECT_CT_ERROR(1117, file_.vv_Close());
+        }
+        EXPECT_FALSE(file_.b_IsOpen());
+        EXPECT_TRUE(test::NoError());
+    }
+}
+
 TEST_F(WinFileFaultTest, AppendingLosesNothingToShortTransfersAndBlocksOfAnySize) {
     std::string expected = "0123456789";
     CT_WinFile source(&source_name_, 0);

@@ -177,6 +177,31 @@ TEST_F(WinFileTest, RenamesRemovesAndCopiesByName) {
     EXPECT_CT_ERROR(2, file.v_CopyFile(&copy));
 }
 
+TEST_F(WinFileTest, NullArgumentsAnswerTheFailureValue) {
+    const auto file = Opened("text", 3);
+    CT_Buffer* const no_buffer = nullptr;
+    const CT_WinFile* const no_file = nullptr;
+    const CT_UString* const no_text = nullptr;
+    EXPECT_EQ(file->n_Read(no_buffer, 1) + file->n_Write(no_buffer, 1), 0u);
+    EXPECT_EQ(file->n_ReadLineC(nullptr, nullptr) + file->n_ReadLineU(nullptr, nullptr), 0u);
+    EXPECT_EQ(file->n_ReadLineCSequential(nullptr, nullptr), 0u);
+    file->v_WriteLineU(nullptr, FALSE);
+    EXPECT_TRUE(test::NoError());
+    EXPECT_CT_ERROR(87, file->vn_Read(nullptr, 1));
+    EXPECT_CT_ERROR(87, file->vn_Write(nullptr, 1));
+    EXPECT_CT_ERROR(87, file->v_GetFileInfo(nullptr));
+    EXPECT_CT_ERROR(22, file->v_GetFileInformation(nullptr));
+    file->vv_Close();
+    EXPECT_CT_ERROR(87, file->v_Append(nullptr, 1));
+    EXPECT_CT_ERROR(3, file->v_CopyFile(nullptr));
+    EXPECT_CT_ERROR(3, file->vv_Rename(nullptr));
+    EXPECT_EQ(Get(u"file"), "text");
+    CT_WinFile nameless(no_file);
+    nameless.vv_Set(no_file);
+    nameless.vv_Set(no_text, 1);
+    EXPECT_CT_ERROR(3, Open(nameless, 1, 1));
+}
+
 TEST_F(WinFileTest, AttributesAndInformation) {
     file_.vv_Open(CT_File::kWriteAccess, CT_File::kCreateAlways, CT_File::kShareRead, 0x09, 0x38);
     EXPECT_EQ(file_.n_GetAttributes() & 0x2u, 0x2u);  // hidden

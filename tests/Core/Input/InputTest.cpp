@@ -76,6 +76,17 @@ TEST_F(InputTest, CopyingAndSkippingAtTheEndDifferByKind) {
         EXPECT_FALSE(input->vb_Skip(1));
         input->vv_Close();
     }
+    for (CT_Input* input : {static_cast<CT_Input*>(&memory_), static_cast<CT_Input*>(&file_),
+                            static_cast<CT_Input*>(&mapped_)}) {
+        memory_.v_Set(4, reinterpret_cast<const unsigned char*>(kContent), 10);
+        input->vv_Open();
+        unsigned int count = 0;
+        EXPECT_FALSE(input->vb_GetNextBuffer(nullptr, &count));
+        EXPECT_FALSE(input->vb_CopyNextBuffer(nullptr, 2));
+        EXPECT_EQ(input->vn_GetOffset(), 0u);
+        input->vv_Close();
+    }
+    EXPECT_TRUE(CT_MemoryInput(4, nullptr, 10).vb_IsEmpty());
     CT_MemoryInput fresh(4, reinterpret_cast<const unsigned char*>(kContent), 10);
     EXPECT_FALSE(fresh.vb_Skip(20));
     EXPECT_TRUE(fresh.vb_IsEmpty());

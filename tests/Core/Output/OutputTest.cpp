@@ -70,6 +70,24 @@ TEST(OutputTest, StringsConvertTextOfTheOtherKind) {
     EXPECT_EQ(std::string(narrow.qccz_Get(), narrow.n_GetLength()), "<\x80!abr");
 }
 
+TEST(OutputTest, NullIsNothing) {
+    CT_UString wide(u"w");
+    CT_CString narrow("n", kToEnd, 0);
+    CT_MemoryOutput memory(nullptr);
+    CT_FileOutput file(static_cast<CT_WinFile*>(nullptr));
+    CT_StringOutput to_wide(wide), to_narrow(narrow);
+    for (CT_Output* output :
+         {static_cast<CT_Output*>(&memory), static_cast<CT_Output*>(&file),
+          static_cast<CT_Output*>(&to_wide), static_cast<CT_Output*>(&to_narrow)}) {
+        const unsigned int size = output->vn_GetSize();
+        output->vv_AppendV(nullptr, 4);
+        output->vv_AppendC(nullptr, kToEnd, 0);
+        output->vv_AppendU(nullptr, kToEnd);
+        EXPECT_EQ(output->vn_GetSize(), size);
+    }
+    EXPECT_TRUE(test::NoError());
+}
+
 TEST(OutputTest, ContentIsSharedAndHandedOver) {
     CT_Buffer shared("ab", 2, 32);
     CT_MemoryOutput output(&shared);

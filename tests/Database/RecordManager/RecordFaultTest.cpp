@@ -134,6 +134,19 @@ TEST_F(RecordFaultTest, AMappingThatCannotGrowFailsTheAdditionAlone) {
     }
 }
 
+// It was dropped without a word.
+TEST_F(RecordFaultTest, AFailedFlushOfTheMappingIsTold) {
+    Prepare();
+    Manager manager(&name.file);
+    manager.v_Open(Manager::kModeReadWrite, Manager::kMapAlways);
+    platform::FailFileCall(platform::FileCall::kFlushView, 0, 1117);
+    manager.v_Flush();
+    EXPECT_TRUE(TakeError(1117));
+    manager.v_Flush();
+    manager.v_Close(TRUE);
+    EXPECT_TRUE(NoError());
+}
+
 TEST_F(RecordFaultTest, AFailedAdditionIsNoRecordAndAllocationsMayFail) {
     Prepare();
     {
