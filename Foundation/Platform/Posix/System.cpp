@@ -48,7 +48,8 @@ void EachLine(const char* file_name, Use use) noexcept {
     std::fclose(file);
 }
 
-std::uint32_t ProcessorFamily() noexcept {
+// Other processors than x86 have no such number.
+[[maybe_unused]] std::uint32_t ProcessorFamily() noexcept {
     std::uint32_t family = 0;
     EachLine("/proc/cpuinfo", [&family](const char* line) {
         return std::sscanf(line, "cpu family : %" SCNu32, &family) != 1;
