@@ -15,7 +15,7 @@ void Losses::Settle(const OutputFile& output) const {
     const std::string number = Counted(count_, "piece of text", "pieces of text");
     if (allowed_) return Tell(number + " replaced or left out in " + output.name());
     throw Failure(number + " cannot be kept: " + output.name() +
-                  (output.is_direct() ? " ends before" : " is not written") +
+                  (output.is_direct() ? " ends before the first" : " is not written") +
                   "; --lossy writes what can be kept");
 }
 
