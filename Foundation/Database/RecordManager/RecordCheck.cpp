@@ -141,3 +141,11 @@ unsigned int CT_RecordCheck::n_GetRecordCount() const {
     return static_cast<unsigned int>(
         std::ranges::count(survey_->records, true, &RecordSurvey::Record::readable));
 }
+
+unsigned int CT_RecordCheck::n_GetNextReference(unsigned int reference) const {
+    const std::uint64_t block = survey_->layout.block_size;
+    auto next = std::ranges::upper_bound(survey_->records, reference * block, {},
+                                         [](const auto& record) { return record.head; });
+    next = std::ranges::find(next, survey_->records.end(), true, &RecordSurvey::Record::readable);
+    return next == survey_->records.end() ? 0 : static_cast<unsigned int>(next->head / block);
+}

@@ -362,6 +362,7 @@ void RecordSurvey::Take(const RecordImage& image, const RecordLayout* given) {
     surveyor.Resources();
     surveyor.FreeTable();
     surveyor.HiddenHeads();
+    std::ranges::sort(records, {}, &Record::head);
     surveyor.CountAndLeaks();
 }
 
