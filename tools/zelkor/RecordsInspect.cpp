@@ -121,7 +121,13 @@ void Repair(const RepairOptions& options, bool sound_only) {
     unsigned int lost = 0;
     for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
         const auto loss = repair.so_GetLostAt(i);
-        lost += loss.copied ? 0 : 1;
+        lost += loss.copied ? 0 : loss.count;
+        const bool records = loss.kind == CT_RecordCheck::kRecordCount;
+        if (records || loss.kind == CT_RecordCheck::kResourceCount) {
+            std::fprintf(stderr, "zelkor: missing: %s %s that the header counts\n",
+                         Grouped(loss.count).c_str(), records ? "records" : "resources");
+            continue;
+        }
         const bool record = loss.reference != 0;
         std::fprintf(stderr, "zelkor: %s %s %u: %s\n",
                      loss.copied ? "doubtful:" : "lost:", record ? "record" : "resource",

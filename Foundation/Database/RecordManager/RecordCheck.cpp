@@ -18,7 +18,8 @@ RecordSurvey* NewSurvey() {
 
 }  // namespace
 
-CT_RecordCheck::CT_RecordCheck(const CT_WinFile* file) : file_(file), survey_(NewSurvey()) {}
+CT_RecordCheck::CT_RecordCheck(const CT_WinFile* file)
+    : file_(foundation::detail::OrNone(file)), survey_(NewSurvey()) {}
 
 CT_RecordCheck::~CT_RecordCheck() {
     survey_->~RecordSurvey();
@@ -36,12 +37,12 @@ void CT_RecordCheck::operator delete(void* block) {
 BOOL CT_RecordCheck::b_Check() {
     *survey_ = RecordSurvey();
     if (Failed()) return FALSE;
-    RecordImage image(&file_);
+    RecordImage image(file_);
     if (!image.Open()) {
         Failed();
         return FALSE;
     }
-    survey_->Take(image, nullptr);
+    survey_->Take(image.Bytes(), nullptr);
     return survey_->finding_count == 0 ? TRUE : FALSE;
 }
 
@@ -100,6 +101,8 @@ const char* CT_RecordCheck::sqccz_GetText(et_Finding kind) {
             return "the block belongs to two owners";
         case kLeak:
             return "blocks that nothing owns";
+        case kBehindEnd:
+            return "a record behind the data end";
     }
     return "";
 }
@@ -140,4 +143,12 @@ unsigned int CT_RecordCheck::n_GetRunCount(et_Owner owner) const {
 unsigned int CT_RecordCheck::n_GetRecordCount() const {
     return static_cast<unsigned int>(
         std::ranges::count(survey_->records, true, &RecordSurvey::Record::readable));
+}
+
+unsigned int CT_RecordCheck::n_GetNextReference(unsigned int reference) const {
+    const std::uint64_t block = survey_->layout.block_size;
+    auto next = std::ranges::upper_bound(survey_->records, reference * block, {},
+                                         [](const auto& record) { return record.head; });
+    next = std::ranges::find(next, survey_->records.end(), true, &RecordSurvey::Record::readable);
+    return next == survey_->records.end() ? 0 : static_cast<unsigned int>(next->head / block);
 }

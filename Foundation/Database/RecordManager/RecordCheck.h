@@ -46,6 +46,7 @@ public:
         kHidden,          // a live head where a scan does not look
         kOverlap,         // the block belongs to two; other: where the second one starts
         kLeak,            // `size` bytes that nothing owns
+        kBehindEnd,       // a live head behind the data end
     };
     struct st_Finding {
         et_Finding kind;
@@ -94,6 +95,9 @@ public:
     [[nodiscard]] unsigned int n_GetRunCount(et_Owner owner) const;
 
     [[nodiscard]] unsigned int n_GetRecordCount() const;  // that can be read
+    // The reference of the next one of them behind that reference, from 0 on; 0 at the end. Unlike
+    // an enumeration this never takes data that looks like a head for a record.
+    [[nodiscard]] unsigned int n_GetNextReference(unsigned int reference) const;
 
 private:
     CT_WinFile file_;
