@@ -26,20 +26,30 @@ struct SystemVersion {
 FOUNDATION_API bool QuerySystemVersion(SystemVersion* version) noexcept;
 
 struct ProcessorInfo {
-    std::uint32_t count;  // as reported; may be 0
-    bool x86;             // in its 32-bit or its 64-bit form
+    std::uint32_t
+        count;  // those the process may run on (its affinity, a container's set); may be 0
+    bool x86;   // in its 32-bit or its 64-bit form
     std::uint32_t level;  // family of the processor as it names itself: 3, 4, 5, 6, ...
     std::uint32_t type;   // 386, 486, 586; on others 0
 };
 [[nodiscard]] FOUNDATION_API ProcessorInfo QueryProcessors() noexcept;
 
+// Memory of the machine, whatever share of it a container may use.
 struct MemoryStatus {
     std::uint32_t load;  // percent in use
     std::uint64_t physical_total, physical_available;
     std::uint64_t virtual_total, virtual_available;  // address space of the process
     std::uint64_t paging_total, paging_available;    // physical memory and swap together
 };
-[[nodiscard]] FOUNDATION_API MemoryStatus QueryMemory() noexcept;
+// What a question needs, by its cost: one system call for all totals, a small file for each other.
+enum : std::uint32_t {
+    kMemoryTotals = 1,
+    kMemoryAvailable = 2,  // physical, paging, and the load
+    kMemoryAddresses = 4,  // virtual_available
+    kMemoryWhole = 7,
+};
+// Members outside of `parts` may be 0.
+[[nodiscard]] FOUNDATION_API MemoryStatus QueryMemory(std::uint32_t parts = kMemoryWhole) noexcept;
 
 // Writes the computer's name, zero-terminated: the first 15 characters of the host name up to its
 // first dot. FALSE with the last error set when it does not fit (122) or cannot be had; the text is

@@ -151,6 +151,8 @@ def signs(order, negative_order):
 
 def exemplars(pattern):
     """The code points of a CLDR set such as [a-c {ch} \\u0301], in both cases."""
+    # An accent that only a sequence of letters has (Dutch {\u00edj\u0301}) is not needed of a font.
+    pattern = re.sub("{[^}]*}", lambda found: re.sub("[\u0300-\u036f]", "", found[0]), pattern)
     items, i, text = [], 1, pattern
     while i < len(text) - 1:
         c = text[i]

@@ -16,10 +16,14 @@ RANGES = {
     71: [(0x0700, 0x074F)], 72: [(0x0780, 0x07BF)],
 }
 
-# Code page: its bit of ulCodePageRange.
-PAGES = {1252: 0, 1250: 1, 1251: 2, 1253: 3, 1254: 4, 1255: 5, 1256: 6, 1257: 7, 1258: 8, 874: 16,
-         932: 17, 936: 18, 949: 19, 950: 20, 1361: 21, 866: 49, 862: 53, 857: 56, 855: 57, 852: 58,
-         775: 59, 737: 60, 850: 62, 437: 63}
+# Code page: its bit of ulCodePageRange, as ANSI page (the double-byte ones are OEM pages as well) and as
+# OEM page.
+ANSI_PAGES = {1252: 0, 1250: 1, 1251: 2, 1253: 3, 1254: 4, 1255: 5, 1256: 6, 1257: 7, 1258: 8, 874: 16,
+              932: 17, 936: 18, 949: 19, 950: 20, 1361: 21}
+OEM_PAGES = {1258: 47, 869: 48, 866: 49, 865: 50, 864: 51, 863: 52, 862: 53, 861: 54, 860: 55, 857: 56,
+             855: 57, 852: 58, 775: 59, 737: 60, 720: 61, 850: 62, 437: 63}
+# Bits of a locale's ulUnicodeRange that name no block: written from right to left; always set.
+RIGHT_TO_LEFT, ALWAYS = 123, 127
 CODECS = {949: "cp949", 950: "cp950", 936: "gbk", 932: "cp932", 1361: "johab", 874: "cp874"}
 
 
@@ -51,12 +55,18 @@ def writes(page, points):
 
 def signature(points, pages):
     """Eight 32-bit words: Unicode ranges (4), default code pages (2), all code pages (2)."""
+    ansi, oem = map(int, pages)
+    if ansi in ANSI_PAGES:  # what the page has for letters that it lacks is in the texts too
+        points = sorted({*points, *map(ord, fitted("".join(map(chr, points)), ansi))})
     needed = {bit for bit, blocks in RANGES.items() for first, last in blocks
-              if any(first <= point <= last for point in points)} | {0, 1}
+              if any(first <= point <= last for point in points)} | {0, 1, ALWAYS}
     assert all(any(first <= point <= last for blocks in RANGES.values() for first, last in blocks)
                for point in points), [hex(p) for p in points]
-    default = {PAGES[int(page)] for page in pages if int(page) in PAGES}
-    known = default | {bit for page, bit in PAGES.items() if writes(page, points)}
+    if any(unicodedata.bidirectional(chr(point)) in ("R", "AL") for point in points):
+        needed.add(RIGHT_TO_LEFT)
+    default = {ANSI_PAGES.get(ansi), OEM_PAGES.get(oem, ANSI_PAGES.get(oem))} - {None}
+    known = default | {bit for pages in (ANSI_PAGES, OEM_PAGES) for page, bit in pages.items()
+                       if writes(page, points)}
     words = []
     for bits, count in ((needed, 4), (default, 2), (known, 2)):
         words += [sum(1 << bit % 32 for bit in bits if bit // 32 == word) for word in range(count)]

@@ -45,9 +45,12 @@ COLUMNS += [f"GENITIVE{n}" for n in range(1, 13)]
 COLUMNS += ["ERANAME", "ERASHORTDATE", "ERALONGDATE", "ERAYEARMONTH"]
 COLUMNS += [f"CALENDAR{n}" for n in range(1, 9)]
 
-# The months of the two calendars that have their own.
-MONTHS = [f"{kind}{n}" for kind, count in (("HIJRI", 12), ("SHORTHIJRI", 12), ("HEBREW", 13),
+# The months of calendars that are not the locale's own: those of the Hijri calendar (in a locale that
+# counts by it, the Gregorian ones), and of the Hebrew one.
+MONTHS = [f"{kind}{n}" for kind, count in (("OTHER", 12), ("SHORTOTHER", 12), ("HEBREW", 13),
                                            ("SHORTHEBREW", 13)) for n in range(1, count + 1)]
+HIJRI = "6"
+INVARIANT = 0x7F
 # The Hebrew year begins with Tishri; 6 is Adar, and 7 the second Adar of leap years.
 HEBREW_KEYS = ["1", "2", "3", "4", "5", "7", "7-yeartype-leap", "8", "9", "10", "11", "12", "13"]
 DAYS = ["mon", "tue", "wed", "thu", "fri", "sat", "sun"]
@@ -204,8 +207,18 @@ def months(cldr, row, out):
         data = cldr.calendar(f"cal-{kind}", row["tag"], kind)["months"]["format"]
         for prefix, width in (("", "wide"), ("SHORT", "abbreviated")):
             for n, key in enumerate(keys, 1):
-                name = "HIJRI" if kind == "islamic" else "HEBREW"
+                name = "OTHER" if kind == "islamic" else "HEBREW"
                 out[f"{prefix}{name}{n}"] = lp.plain(data[width][key])
+
+
+# A locale that counts by the Hijri calendar names that one's months where others name the Gregorian ones.
+def own_months(out):
+    if out["ICALENDARTYPE"] != HIJRI:
+        return
+    for n in range(1, 13):
+        for gregorian, hijri in (("SMONTHNAME", "OTHER"), ("SABBREVMONTHNAME", "SHORTOTHER")):
+            out[f"{gregorian}{n}"], out[f"{hijri}{n}"] = out[f"{hijri}{n}"], out[f"{gregorian}{n}"]
+        out[f"GENITIVE{n}"] = out[f"SMONTHNAME{n}"]
 
 
 # What follows from other values of the row.
@@ -288,13 +301,14 @@ def read(cldr):
                             for n in range(1, 13)})
         out.update(special)
         out = {**out, **derived(out), **special}
+        own_months(out)
         assert not set(special) - set(COLUMNS + MONTHS), f"unknown names for {lcid}"
         if pages[0] != "0":
             out = {key: locale_signatures.fitted(text, int(pages[0])) for key, text in out.items()}
         characters = cldr.main("misc", tag, "characters")["characters"]["exemplarCharacters"]
         signature = locale_signatures.signature(lp.exemplars(characters), pages[:2])
         table.append((int(lcid, 16), out, signature))
-    return sorted(table, key=lambda row: (row[0] & 0x3FF, row[0] >> 10))
+    return sorted(table, key=lambda row: (row[0] == INVARIANT, row[0] & 0x3FF, row[0] >> 10))
 
 
 class Pool:
@@ -350,7 +364,7 @@ def cells(numbers, width):
 def table_file(version, name, columns, table, pool, *lines):
     out = heading(version, *lines)
     out += ['#include "Foundation/Platform/Nls/Tables/LocaleTables.h"', "", "namespace platform::nls {", "",
-            f"constinit const std::uint16_t k{name}Offsets[kLocaleRows][{len(columns)}] = {{"]
+            f"constinit const std::uint16_t k{name}Offsets[kTableRows][{len(columns)}] = {{"]
     for lcid, row, _ in table:
         out.append(f"    {{  // {lcid:04X} {row['SLANGUAGE']}")
         out += ["    " + line for line in cells([str(pool.start[row[c]]) for c in columns], 16)]
@@ -364,7 +378,7 @@ def table_file(version, name, columns, table, pool, *lines):
 def signature_file(version, table):
     out = heading(version, "What the letters of each locale need of a font, and the code pages of it.")
     out += ['#include "Foundation/Platform/Nls/Tables/LocaleTables.h"', "", "namespace platform::nls {", "",
-            "constinit const char16_t kLocaleSignatures[kLocaleRows][16] = {"]
+            "constinit const char16_t kLocaleSignatures[kTableRows][16] = {"]
     for _, _, words in table:
         units = [f"0x{word >> shift & 0xFFFF:04X}" for word in words for shift in (0, 16)]
         out.append("    {" + ", ".join(units) + "},")
@@ -372,7 +386,8 @@ def signature_file(version, table):
 
 
 def header(version, table, pools):
-    languages = [lcid for lcid, _, _ in table]
+    *languages, last = [lcid for lcid, _, _ in table]
+    assert last == INVARIANT
     count = max(lcid & 0x3FF for lcid in languages) + 1
     first = [sum(lcid & 0x3FF < primary for lcid in languages) for primary in range(count + 1)]
     assert all(row - first[lcid & 0x3FF] + 1 == lcid >> 10 for row, lcid in enumerate(languages))
@@ -381,10 +396,13 @@ def header(version, table, pools):
     out += ["#ifndef FOUNDATION_PLATFORM_NLS_TABLES_LOCALETABLES_H",
             "#define FOUNDATION_PLATFORM_NLS_TABLES_LOCALETABLES_H", "", "#include <cstdint>", "",
             "namespace platform::nls {", "",
-            f"inline constexpr std::uint32_t kLocaleRows = {len(table)};",
-            f"inline constexpr std::uint32_t kPrimaryLanguages = {count};", "",
-            "inline constexpr std::uint16_t kRowLanguages[kLocaleRows] = {"]
-    out += list(cells([f"0x{lcid:04X}" for lcid in languages], 12)) + ["};", "",
+            f"inline constexpr std::uint32_t kLocaleRows = {len(languages)};",
+            f"inline constexpr std::uint32_t kPrimaryLanguages = {count};",
+            "// Behind them, the invariant locale.",
+            f"inline constexpr std::uint32_t kInvariantRow = {len(languages)};",
+            f"inline constexpr std::uint32_t kTableRows = {len(table)};", "",
+            "inline constexpr std::uint16_t kRowLanguages[kTableRows] = {"]
+    out += list(cells([f"0x{lcid:04X}" for lcid, _, _ in table], 12)) + ["};", "",
             "// Row of each primary language's sub-language 1; its rows end where the next one's begin.",
             "inline constexpr std::uint8_t kFirstRows[kPrimaryLanguages + 1] = {"]
     out += list(cells([str(row) for row in first], 20)) + ["};", "",
@@ -393,16 +411,17 @@ def header(version, table, pools):
                       ("EraShortDate", "ERASHORTDATE"), ("EraLongDate", "ERALONGDATE"),
                       ("EraYearMonth", "ERAYEARMONTH"), ("CalendarName", "CALENDAR1")):
         out.append(f"inline constexpr std::uint32_t k{name}Column = {COLUMNS.index(key)};")
-    out += ["", "// Columns of the other table: months of the two calendars that have their own, in the order of",
-            "// years that begin with Muharram and with Tishri."]
-    for name in ("Hijri", "ShortHijri", "Hebrew", "ShortHebrew"):
+    out += ["", "// Columns of the other table: months of the Hijri calendar (the Gregorian ones where the locale",
+            "// itself counts by Hijri) and of the Hebrew calendar, in the order of years that begin with",
+            "// Muharram and with Tishri."]
+    for name in ("Other", "ShortOther", "Hebrew", "ShortHebrew"):
         out.append(f"inline constexpr std::uint32_t k{name}Column = {MONTHS.index(name.upper() + '1')};")
     out += ["", "// Starts of the texts, each of which ends in a zero."]
     for name, columns, pool in zip(("Locale", "Month"), (COLUMNS, MONTHS), pools):
-        out += [f"extern const std::uint16_t k{name}Offsets[kLocaleRows][{len(columns)}];",
+        out += [f"extern const std::uint16_t k{name}Offsets[kTableRows][{len(columns)}];",
                 f"extern const char16_t k{name}Texts[{pool.length + 1}];"]
     out += ["", "// The words of a LocaleSignature, low halves first.",
-            "extern const char16_t kLocaleSignatures[kLocaleRows][16];", "",
+            "extern const char16_t kLocaleSignatures[kTableRows][16];", "",
             "}  // namespace platform::nls", "", "#endif", ""]
     return "\n".join(out)
 

@@ -3,11 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Nls/Locales.h"
 #include "tests/Platform/CodePageCalls.h"
 
 namespace {
@@ -271,10 +271,14 @@ TEST(CodePagesTest, SystemPagesComeFromTheLanguageOfTheEnvironment) {
                                                {"sr_RS", "", 1251, 1251},
                                                {"ru_RU.KOI8-R", "", 1251, 1251}}) {
         SCOPED_TRACE(std::string(all) + "|" + lang);
-        setenv("LC_ALL", all, 1);
-        unsetenv("LC_CTYPE");
-        setenv("LANG", lang, 1);
-        platform::SetSystemCodePages(0, 0);
+        static const char *lc_all, *language;
+        lc_all = all;
+        language = lang;
+        platform::TakeEnvironment([](const char* name) {
+            return std::string_view(name) == "LC_ALL" ? lc_all
+                   : std::string_view(name) == "LANG" ? language
+                                                      : nullptr;
+        });
         EXPECT_EQ(platform::AnsiCodePage(), ansi);
         EXPECT_EQ(platform::OemCodePage(), oem);
     }
@@ -283,7 +287,7 @@ TEST(CodePagesTest, SystemPagesComeFromTheLanguageOfTheEnvironment) {
     EXPECT_EQ(Decoded(1, "\xC0"), u"\u2514");
     EXPECT_EQ(Decoded(2, "\xC0"), u"\u00BF");
     EXPECT_EQ(Decoded(3, "\xC0"), u"\u0410");
-    platform::SetSystemCodePages(1252, 437);
+    platform::TakeEnvironment();
 }
 
 }  // namespace

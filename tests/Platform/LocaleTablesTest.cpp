@@ -10,6 +10,7 @@
 
 #include "Foundation/Core/Character/CharMappings.h"
 #include "Foundation/Core/Character/CharProperties.h"
+#include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/Nls/Locales.h"
 #include "tests/Support/Text.h"
@@ -29,11 +30,14 @@ int Number(LCID lcid, std::uint32_t type) {
     return static_cast<int>(LocaleNumber(lcid, type).value_or(99999));
 }
 
+constexpr LCID kInvariant = 0x007F;
+
 template <typename Check>
 void EachLocale(Check check) {
-    for (std::uint32_t index = 0; index < LocaleCount(); ++index) {
-        SCOPED_TRACE(test::Utf8(Value(LocaleAt(index), kLocaleLanguage)));
-        check(LocaleAt(index));
+    for (std::uint32_t index = 0; index <= LocaleCount(); ++index) {
+        const LCID lcid = index == LocaleCount() ? kInvariant : LocaleAt(index);
+        SCOPED_TRACE(test::Utf8(Value(lcid, kLocaleLanguage)));
+        check(lcid);
     }
 }
 
@@ -136,7 +140,7 @@ TEST(LocaleTablesTest, NamesIdentifyTheLocale) {
         // The language of the territory is a row, and one of the same territory.
         const LCID home = LocaleNumber(lcid, 0x09).value_or(0);
         EXPECT_EQ(ResolveLocale(home), home);
-        EXPECT_EQ(Value(home, 0x5A), Value(lcid, 0x5A));
+        EXPECT_TRUE(lcid == kInvariant || Value(home, 0x5A) == Value(lcid, 0x5A));
     });
 }
 
@@ -156,6 +160,12 @@ TEST(LocaleTablesTest, NamesOfDaysAndMonthsAreDistinct) {
             }
             EXPECT_EQ(found.size(), count) << calendar << " " << std::hex << type;
             EXPECT_EQ(found.contains(u""), calendar == 6);
+        }
+        // The locale's own types have the months of its calendar.
+        for (std::uint32_t i = 0; i < 24; ++i) {
+            EXPECT_EQ(Value(lcid, kLocaleMonthName1 + i),
+                      CalendarText(lcid, static_cast<std::uint32_t>(Number(lcid, 0x1009)),
+                                   (i < 12 ? 0x15 : 0x22) + i % 12));
         }
         // The form beside a day number begins alike, and does not bring what the picture brings.
         const Text picture = Value(lcid, kLocaleLongDate);
@@ -259,29 +269,44 @@ TEST(LocaleTablesTest, PlacesOfSignsFollowFromTheOrders) {
     });
 }
 
+constexpr unsigned kRightToLeft = 123, kAlways = 127;
+
 TEST(LocaleTablesTest, SignaturesNameTheScriptAndTheCodePages) {
-    const std::map<int, unsigned> page_bits{{1252, 0}, {1250, 1}, {1251, 2}, {1253, 3}, {1254, 4},
-                                            {1255, 5}, {1256, 6}, {1257, 7}, {1258, 8}, {874, 16},
-                                            {932, 17}, {936, 18}, {949, 19}, {950, 20}, {1361, 21}};
+    const std::map<int, unsigned> page_bits{
+        {1252, 0},  {1250, 1}, {1251, 2}, {1253, 3}, {1254, 4}, {1255, 5}, {1256, 6},
+        {1257, 7},  {1258, 8}, {874, 16}, {932, 17}, {936, 18}, {949, 19}, {950, 20},
+        {1361, 21}, {866, 49}, {862, 53}, {857, 56}, {855, 57}, {852, 58}, {775, 59},
+        {737, 60},  {720, 61}, {850, 62}, {437, 63}, {0, 64},   {1, 64}};
     // Locales and the bits of their blocks from 6 on.
-    std::map<LCID, std::set<unsigned>> found, wanted{{0x0407, {}}, {0x0409, {}}, {0x040E, {}}};
+    std::map<LCID, std::set<unsigned>> found,
+        wanted{{0x0407, {}}, {0x0409, {}}, {0x040E, {}}, {0x0413, {}}, {0x0813, {}}};
     std::istringstream blocks(
         "408 7 419 9 40D 11 401 13 439 15 41E 24 412 56 804 59 465 72 437 26 411 48 411 49 411 50 "
-        "411 59");
+        "411 59 42A 6 42A 29");
     unsigned needed;
     for (LCID lcid; blocks >> std::hex >> lcid >> std::dec >> needed;) wanted[lcid].insert(needed);
     EachLocale([&](LCID lcid) {
         const LocaleSignature signature = GetLocaleSignature(lcid).value();
-        EXPECT_EQ(signature.unicode_ranges[0] & 1, 1u);
+        const auto has = [&signature](unsigned bit) {
+            return (signature.unicode_ranges[bit / 32] >> bit % 32 & 1) != 0;
+        };
+        EXPECT_TRUE(has(0) && has(kAlways));
+        EXPECT_EQ(has(kRightToLeft), CT_LocaleInfo::sb_IsRTL(lcid) != FALSE);
         for (const int i : {0, 1}) {
             EXPECT_EQ(signature.default_code_pages[i] & ~signature.code_pages[i], 0u);
         }
-        const int page = Number(lcid, kLocaleAnsiCodePage);
-        EXPECT_EQ(signature.default_code_pages[0], page == 0 ? 0 : 1u << page_bits.at(page));
+        const auto bit_of = [&](std::uint32_t type) { return page_bits.at(Number(lcid, type)); };
+        // Vietnamese has one page for both, with a bit for each use.
+        const unsigned oem = lcid == 0x042A ? 47 : bit_of(kLocaleOemCodePage);
+        for (unsigned bit = 0; bit < 64; ++bit) {
+            EXPECT_EQ(signature.default_code_pages[bit / 32] >> bit % 32 & 1,
+                      bit == bit_of(kLocaleAnsiCodePage) || bit == oem)
+                << bit;
+        }
         if (!wanted.contains(lcid)) return;
         found[lcid] = {};
-        for (unsigned bit = 6; bit < 128; ++bit) {
-            if ((signature.unicode_ranges[bit / 32] >> bit % 32 & 1) != 0) found[lcid].insert(bit);
+        for (unsigned bit = 6; bit < kRightToLeft; ++bit) {
+            if (has(bit)) found[lcid].insert(bit);
         }
     });
     EXPECT_EQ(found, wanted);

@@ -5,13 +5,14 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
+#include <map>
 #include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 #include "tests/Support/Text.h"
 
 namespace {
@@ -27,7 +28,7 @@ class LocalesTest : public testing::Test {
 protected:
     LocalesTest() { SetDefaultLocales(0x0C07, 0x0411); }
     ~LocalesTest() override {
-        SetDefaultLocales(0, 0);
+        TakeEnvironment();
         SetThreadLocale(0);
         SetLastError(0);
     }
@@ -57,7 +58,8 @@ TEST_F(LocalesTest, TellingRows) {
 407|1F=dd.MM.yyyy|20=dddd, d. MMMM yyyy|1003=HH:mm:ss|28=|1B=3|1C=8|E=,|F=.|C=;|8=Deutschland|1012=20273
 407|2A=Montag|31=Mo|3A=März|46=Mrz|5=49|2=German (Germany)
 807|3=DES|F='|15=CHF|14=Fr.|1B=2|1C=2|C=;|9=0807
-C07|38=Jänner|F=.|1B=2|1C=9
+C07|38=Jänner|46=Mär|F=.|1B=2|1C=9
+408|46=Μάρ|49=Ιούν|4E=Νοέ|28=πμ
 40C|1F=dd/MM/yyyy|20=dddd d MMMM yyyy|1003=HH:mm:ss|F=_|1C=8|C=;|38=janvier|2A=lundi|31=lun.|1012=20297
 C0C|1F=yyyy-MM-dd|1B=3|1C=15|100C=6|9=1009
 410|1F=dd/MM/yyyy|1B=2|1C=9|F=.|C=;|2A=lunedì|31=lun|38=gennaio|5=39|1012=20280|9=0410
@@ -68,11 +70,13 @@ C0A|1F=dd/MM/yyyy|20=dddd, dd' de 'MMMM' de 'yyyy|1003=H:mm:ss|1C=8|C=;|2A=lunes
 412|1F=yyyy-MM-dd|20=yyyy'년' M'월' d'일' dddd|1003=tt h:mm:ss|1005=1|28=오전|19=0|1C=1|1004=949|1012=20833|100B=5
 804|1F=yyyy/M/d|20=yyyy'年'M'月'd'日'|1003=H:mm:ss|1B=0|1C=2|1004=936|1011=10008|3=CHS|5=86|2A=星期一|44=一月
 404|1F=yyyy/M/d|1003=tt hh:mm:ss|14=NT$|1C=1|1004=950|1011=10002|3=CHT|5=886|100B=4|38=一月
-419|1F=dd.MM.yyyy|20=d MMMM yyyy 'г.'|1003=H:mm:ss|F=_|1004=1251|B=866|1011=10007|1012=20880|38=Январь|10000038=января
-401|1F=dd/MM/yyyy|1003=hh:mm:ss tt|28=ص|1009=6|1010=3|1C=3|1004=1256|B=720|1011=10004|13=٠١٢٣٤٥٦٧٨٩|C=;
+419|1F=dd.MM.yyyy|20=d MMMM yyyy 'г.'|1003=H:mm:ss|F=_|1004=1251|B=866|1011=10007|1012=20880|38=Январь|10000038=января|14=₽|1B=3|1C=8|55=1
+422|14=₴|1B=3|1C=8
+43F|14=₸|1B=3|1C=8
+401|1F=dd/MM/yyyy|1003=hh:mm:ss tt|28=ص|1009=6|100B=1|38=محرم|40=رمضان|10000038=محرم|4C=رمضان|100E=|1010=3|1C=3|1004=1256|B=720|1011=10004|13=٠١٢٣٤٥٦٧٨٩|C=;
 40D|1F=dd/MM/yyyy|1003=HH:mm:ss|14=₪|1B=2|1C=2|1004=1255|B=862|1011=10005|100B=8|59=he|5=972|C=,
 41E|1F=d/M/yyyy|1003=H:mm:ss|14=฿|1C=1|1009=7|1004=874|1011=10021|1012=20838|13=๐๑๒๓๔๕๖๗๘๙|2A=จันทร์
-41D|1F=yyyy-MM-dd|20='den 'd MMMM yyyy|1003=HH:mm:ss|14=kr|1C=8|F=_|17=.|2A=måndag|31=må|44=jan|5=46
+41D|1F=yyyy-MM-dd|20='den 'd MMMM yyyy|1003=HH:mm:ss|14=kr|1C=8|F=_|17=_|28=fm|29=em|2A=måndag|31=må|44=jan|5=46
 406|1F=dd-MM-yyyy|20=d. MMMM yyyy|14=kr.|1B=2|1C=12|2A=mandag|31=ma|44=jan|1012=20277|5=45
 415|1F=yyyy-MM-dd|20=d MMMM yyyy|14=zł|1C=8|1004=1250|B=852|38=styczeń|10000038=stycznia|1012=20880
 40E|1F=yyyy.MM.dd.|20=yyyy. MMMM d.|1003=H:mm:ss|28=de.|14=Ft|1C=8|2A=hétfő|38=január|1012=500|21=2
@@ -80,7 +84,10 @@ C0A|1F=dd/MM/yyyy|20=dddd, dd' de 'MMMM' de 'yyyy|1003=H:mm:ss|1C=8|C=;|2A=lunes
 41B|1F=d. M. yyyy|1D=. |1003=H:mm:ss
 41F|1F=dd.MM.yyyy|20=dd MMMM yyyy dddd|1B=3|1004=1254|B=857|1011=10081|1012=20905|2A=Pazartesi|38=Ocak|5=90
 439|1F=dd-MM-yyyy|20=dd MMMM yyyy|1003=HH:mm:ss|10=3;2;0|1C=12|1004=0|B=1|1011=2|1012=500|13=०१२३४५६७८९
+816|38=janeiro|44=jan|10000043=dezembro
+465|1009=6|38=މުޙައްރަމް|44=މުޙައްރަމް
 812|1004=1361
+7F|1=007F|2=Invariant Language (Invariant Country)|7=IVC|E=.|14=¤|15=XDR|1F=MM/dd/yyyy|1003=HH:mm:ss|B=437
 10407|1013=Phone Book|2=German (Germany)
 )",
               LocaleText);
@@ -89,7 +96,9 @@ C0A|1F=dd/MM/yyyy|20=dddd, dd' de 'MMMM' de 'yyyy|1003=H:mm:ss|1C=8|C=;|2A=lunes
 TEST_F(LocalesTest, WhichLocalesAnswerAndWithWhichRow) {
     // Locales and their rows.
     std::istringstream cases(
-        "409 409  9 409  809 809  2 402  802 402  C02 0  0 C07  400 C07  800 411  C00 0  7F 0 "
+        "409 409  9 409  809 809  2 402  802 0  C02 0  0 C07  400 C07  800 411  C00 0  7F 7F  47F "
+        "0 "
+        "860 0  820 0  850 0  844 0  4 404  7C04 0  1007F 0 "
         "10407 10407  10409 0  20804 20804  100407 0  80000407 0  43A 0  464 0  43B 0  430 0  434 "
         "0 "
         "435 0  3A 0  481 481  482 0  FC09 0  2C09 2C09  3009 0");
@@ -163,20 +172,62 @@ TEST_F(LocalesTest, DefaultsMayChangeWhileThreadsAsk) {
     for (std::thread& thread : threads) thread.join();
 }
 
+std::map<std::string, std::string> variables;  // what the function below gives
+
+const char* Variable(const char* name) {
+    const auto variable = variables.find(name);
+    return variable == variables.end() ? nullptr : variable->second.c_str();
+}
+
 TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {
-    const char* kept = std::getenv("LC_ALL");
-    const std::string before = kept == nullptr ? "" : kept;
-    std::istringstream cases(
-        "de_CH.UTF-8 807  de 407  C 409  C.UTF-8 409  POSIX 409  en_DK 409  es_MX@euro 80A  nn 814 "
-        "no_NO 414  sr_RS C1A  sr_RS@latin 81A  sr_BA@latin 181A  uz_UZ@cyrillic 843  zh_HK C04 "
-        "zh 804  zh_TW 404  iw_IL 40D  cy_GB 452  gd_GB C3C  mt_MT 409  hsb_DE 42E");
-    for (std::string name, lcid; cases >> name >> lcid;) {
-        setenv("LC_ALL", name.c_str(), 1);
-        SetDefaultLocales(0, 0);
-        EXPECT_EQ(GetUserDefaultLCID(), Hexadecimal(lcid)) << name;
-        EXPECT_EQ(GetSystemDefaultLangID(), Hexadecimal(lcid)) << name;
+    struct Case {
+        const char* variables;  // names and values, all divided by blanks; "-" for an empty value
+        LCID user, system;
+        std::uint32_t ansi;
+    };
+    for (const auto& [given, user, system, ansi] : {
+             Case{"", 0x0409, 0x0409, 1252},
+             {"LANG C", 0x0409, 0x0409, 1252},
+             {"LANG de_CH.UTF-8", 0x0807, 0x0807, 1252},
+             {"LANG tlh_KL", 0x0409, 0x0409, 1252},
+             {"LANG pl_PL LC_ALL ru_RU LC_TIME de_DE LC_CTYPE fr_FR", 0x0419, 0x0419, 1251},
+             {"LANG pl_PL LC_ALL - LC_TIME de_DE", 0x0407, 0x0415, 1250},
+             {"LANG pl_PL LC_NUMERIC de_DE LC_MONETARY en_GB", 0x0407, 0x0415, 1250},
+             {"LANG pl_PL LC_MONETARY en_GB LC_MESSAGES de_DE", 0x0809, 0x0415, 1250},
+             {"LC_CTYPE ja_JP", 0x0409, 0x0411, 932},
+             {"LANG de_DE LC_TIME C", 0x0409, 0x0407, 1252},
+             {"LANG mt_MT", 0x043A, 0x043A, 1252},
+         }) {
+        SCOPED_TRACE(given);
+        variables.clear();
+        std::istringstream cells(given);
+        for (std::string name, value; cells >> name >> value;) {
+            variables[name] = value == "-" ? "" : value;
+        }
+        TakeEnvironment(Variable);
+        SetDefaultLocales(0x0C07, 0);
+        EXPECT_EQ(GetUserDefaultLCID(), 0x0C07u);
+        SetDefaultLocales(0, 0);  // back to what was found
+        EXPECT_EQ(GetUserDefaultLCID(), user);
+        EXPECT_EQ(GetThreadLocale(), user);
+        EXPECT_EQ(GetSystemDefaultLangID(), system);
+        EXPECT_EQ(AnsiCodePage(), ansi);
+        EXPECT_EQ(LocaleText(0, kLocaleDecimal).has_value(), user != 0x043A);
     }
-    before.empty() ? unsetenv("LC_ALL") : setenv("LC_ALL", before.c_str(), 1);
+}
+
+TEST_F(LocalesTest, NamesOfTheEnvironmentStandForLocales) {
+    std::istringstream cases(
+        "de_CH.UTF-8 807  de 407  C 0  C.UTF-8 0  POSIX 0  tlh_KL 0  _US 0  .UTF-8 0  en_DK 409 "
+        "es_MX@euro 80A  nn 814  no_NO 414  sr_RS C1A  sr_RS@latin 81A  sr_RS.UTF-8@latin 81A "
+        "sr_BA@latin 181A  uz_UZ@cyrillic 843  zh_HK C04  zh 804  zh_TW 404  iw_IL 40D  cy_GB 452 "
+        "gd_GB C3C  hsb_DE 42E  ne_NP 461  ne 461  kok_IN 457  iv 0  mt_MT 43A  xh_ZA 434 "
+        "zu_ZA.UTF-8 435  st_ZA 430  se_NO 43B  se_FI 43B  tl_PH 464  fil_PH 464  tn_ZA 432 "
+        "nso_ZA 46C  DE-ch 807  ZH-hk C04  SR_rs@Latin 81A  d\u00E4 0  de_CH@ 807");
+    for (std::string name, lcid; cases >> name >> lcid;) {
+        EXPECT_EQ(LocaleOfName(name), Hexadecimal(lcid)) << name;
+    }
+    EXPECT_EQ(LocaleOfName(""), 0u);
 }
 
 std::vector<std::string> seen;  // what the callback below was given
@@ -222,6 +273,12 @@ TEST_F(LocalesTest, CalendarsAnswerInTheLanguageOfTheLocale) {
 70407|30=2572
 30411|5=gg y/MM/dd|2=和暦|4=令和|3=2019
 60409|15=Muharram
+60401|15=محرم|22=محرم
+10401|15=يناير|10000015=يناير|22=يناير|21=
+20401|15=January
+70465|15=ޖަނަވަރީ
+80401|21=أيلول
+1007F|15=January|5=MM/dd/yyyy
 80409|15=Tishri|1B=Adar II|21=Elul
 7041E|4=พ.ศ.
 10419|15=Январь|10000015=января

@@ -8,13 +8,13 @@
 #include "Foundation/Core/Frame/SmartHeap.h"
 #include "Foundation/Core/Frame/StringTable.h"
 #include "Foundation/Core/Frame/VersionResourceDetail.h"
-#include "Foundation/Core/Language/Language.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Modules.h"
+#include "Foundation/Platform/Nls/Locales.h"
 #include "Foundation/System/SysInfo/OS.h"
 
 namespace {
@@ -24,6 +24,12 @@ struct PoolMemory {
     ~PoolMemory() { platform::ReleasePools(); }
 };
 const PoolMemory pool_memory;
+
+// The environment is read now, when no other thread can be changing it.
+struct Environment {
+    Environment() { platform::TakeEnvironment(); }
+};
+const Environment environment;
 
 }  // namespace
 
@@ -36,9 +42,6 @@ CT_Init CT_ExceptionManager::sco_Init(u"CT_ExceptionManager", u"sv_Init",
                                       &CT_ExceptionManager::sv_Init);
 CT_Exit CT_ExceptionManager::sco_Exit(u"CT_ExceptionManager", u"sv_Exit",
                                       &CT_ExceptionManager::sv_Exit);
-
-CT_Init CT_Language::sco_Init(u"CT_Language", u"sv_Init", &CT_Language::sv_Init);
-CT_Exit CT_Language::sco_Exit(u"CT_Language", u"sv_Exit", &CT_Language::sv_Exit);
 
 CT_Init CT_SmartHeapErrorHandler::sco_Init(u"CT_SmartHeapErrorHandler", u"sv_Init",
                                            &CT_SmartHeapErrorHandler::sv_Init);

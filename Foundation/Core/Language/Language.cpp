@@ -1,12 +1,9 @@
 #include "Foundation/Core/Language/Language.h"
 
 #include <algorithm>
-#include <memory>
 #include <span>
 #include <string_view>
-#include <utility>
 
-#include "Foundation/Core/CompList/CompList.h"
 #include "Foundation/Core/Language/Tables/LanguageTable.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Nls/Locales.h"
@@ -68,6 +65,29 @@ consteval auto FindGroups() {
 
 constexpr auto kGroups = FindGroups();
 
+// The units of a code as one number, in the upper three quarters; 0 for a longer text.
+constexpr std::uint64_t CodeKey(Text code) {
+    if (code.size() > 3) return 0;
+    std::uint64_t key = 0;
+    for (std::size_t i = 0; i < code.size(); ++i) key |= std::uint64_t{code[i]} << (48 - 16 * i);
+    return key;
+}
+
+// The codes in order, each with its row in the lowest quarter.
+consteval auto SortCodes() {
+    std::array<std::uint64_t, kPrimaryRows.size()> codes{};
+    for (std::size_t row = 0; row < codes.size(); ++row) {
+        codes[row] = CodeKey(kPrimaryRows[row].code) | row;
+    }
+    std::ranges::sort(codes);
+    for (std::size_t at = 1; at < codes.size(); ++at) {
+        if (codes[at - 1] >> 16 == codes[at] >> 16) throw "two languages with one code";
+    }
+    return codes;
+}
+
+constexpr auto kCodes = SortCodes();
+
 // ---- Rows ---------------------------------------------------------------------------------------
 
 const PrimaryRow* RowOf(Primary primary) {
@@ -77,6 +97,14 @@ const PrimaryRow* RowOf(Primary primary) {
 const PrimaryRow* RowOfNumber(unsigned int number) {
     if (number >= kRowOfNumber.size() || kRowOfNumber[number] == kNoRow) return nullptr;
     return &kPrimaryRows[kRowOfNumber[number]];
+}
+
+// Null when no language has the code, as it stands.
+const PrimaryRow* RowCoded(Text code) {
+    const std::uint64_t key = CodeKey(code);
+    const auto found = std::ranges::lower_bound(kCodes, key);
+    if (found == kCodes.end() || *found >> 16 != key >> 16) return nullptr;
+    return &kPrimaryRows[*found & 0xFFFF];
 }
 
 const SubRow* RowOf(Sub sub) {
@@ -166,35 +194,7 @@ CodeParts SplitCode(Text code) {
     return {code.substr(0, looked_at - 1), code.substr(looked_at)};
 }
 
-// ---- The code index -----------------------------------------------------------------------------
-
-// Row numbers by the code of the language. Made and destroyed by sv_Init and sv_Exit.
-alignas(CT_CompList) constinit std::byte index_place[sizeof(CT_CompList)] = {};
-constinit CT_CompList* code_index = nullptr;
-
-// Null when no language has the code. `code` is zero-terminated.
-const PrimaryRow* RowCoded(const char16_t* code) {
-    // The list has no empty word, and answers 0 for it.
-    if (code_index == nullptr || code == nullptr || *code == 0) return nullptr;
-    const unsigned int row = code_index->n_Search(code);
-    return row == CT_CompList::kNotFound ? nullptr : &kPrimaryRows[row];
-}
-
 }  // namespace
-
-void CT_Language::sv_Init() {
-    constexpr unsigned int kGrowth = 128;
-    code_index = std::construct_at(reinterpret_cast<CT_CompList*>(index_place),
-                                   CT_CompList::kTwoBytes, 1u, FALSE, FALSE, kGrowth, 0u);
-    for (std::size_t row = 0; row < kPrimaryRows.size(); ++row) {
-        code_index->b_Add(kPrimaryRows[row].code, static_cast<unsigned int>(row));
-    }
-    code_index->v_Set(code_index->pcco_GetBuffer());  // only the image is needed from now on
-}
-
-void CT_Language::sv_Exit() {
-    if (code_index != nullptr) std::destroy_at(std::exchange(code_index, nullptr));
-}
 
 // ---- Walking the catalogue ----------------------------------------------------------------------
 
@@ -237,7 +237,7 @@ const char16_t* CT_Language::sqcuz_GetCountry(et_Sub sub) {
 }
 
 BOOL CT_Language::sb_GetPrimary(et_Primary* primary, const char16_t* code) {
-    const PrimaryRow* row = RowCoded(code);
+    const PrimaryRow* row = code == nullptr ? nullptr : RowCoded(code);
     if (row == nullptr) return FALSE;
     *primary = row->value;
     return TRUE;
@@ -339,10 +339,7 @@ BOOL CT_Language::sb_GetLanguages(et_Primary* primary, et_Sub* sub, const CT_USt
     std::ranges::transform(whole, upper, [](char16_t unit) { return platform::ToUpper(unit); });
     const CodeParts parts = SplitCode(Text(upper, whole.size()));
 
-    char16_t language[5] = {};
-    if (parts.language.size() >= std::size(language)) return FALSE;
-    std::ranges::copy(parts.language, language);
-    const PrimaryRow* row = RowCoded(language);
+    const PrimaryRow* row = RowCoded(parts.language);
     if (row == nullptr) return FALSE;
     *primary = row->value;
 

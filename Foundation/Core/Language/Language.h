@@ -13,8 +13,6 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class CT_Exit;
-class CT_Init;
 class CT_UString;
 
 class FOUNDATION_API CT_Language {
@@ -286,13 +284,6 @@ public:
     [[nodiscard]] static BOOL sb_IsBiDiLanguage(unsigned int language_id);
     // Maltese, Gaelic and Tagalog, whatever the sub-language.
     [[nodiscard]] static BOOL sb_IsZELKORDefined(et_Primary primary, et_Sub sub);
-
-private:
-    static void sv_Init();
-    static void sv_Exit();
-
-    static CT_Init sco_Init;
-    static CT_Exit sco_Exit;
 };
 
 #endif

@@ -37,6 +37,7 @@ struct Value {
 };
 
 std::optional<Value> FindValue(LCID lcid, std::uint32_t type) {
+    lcid = platform::WithoutDefaults(lcid);
     const ProprietaryLocale own(lcid);
     if (own.IsOne() && !IsInstalled(lcid)) {
         if (const auto text = own.Value(type & 0xFFFF)) return Value{*text, false};

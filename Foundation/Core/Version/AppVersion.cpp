@@ -1,5 +1,6 @@
 #include "Foundation/Core/Version/AppVersion.h"
 
+#include <atomic>
 #include <iterator>
 
 #include "Foundation/System/Ipc/CriticalSection.h"
@@ -40,13 +41,16 @@ void CT_AppVersion::v_Init() {
     texts_stale_ = TRUE;
 }
 
+// Texts once built are read without the lock: whoever sees the mark sees them too.
 void CT_AppVersion::v_Update() const {
+    const std::atomic_ref<BOOL> stale(texts_stale_);
+    if (!stale.load(std::memory_order_acquire)) return;
     const CT_CriticalSectionMarker lock(section);
-    if (!texts_stale_) return;
+    if (!stale.load(std::memory_order_relaxed)) return;
     product_version_.v_Format(u"%d.%d.%d.%d%s%s", major_, minor_, maintenance_, build_,
                               LabelOf(beta_level_), u"");
     product_edition_.v_Format(u"Edition %d Build %d", edition_, build_);
-    texts_stale_ = FALSE;
+    stale.store(FALSE, std::memory_order_release);
 }
 
 const CT_UString* CT_AppVersion::pcco_GetProductVersion() const {

@@ -91,13 +91,13 @@ FOUNDATION_API bool GetCodePageInfo(std::uint32_t page, CodePageInfo* info) noex
 [[nodiscard]] FOUNDATION_API bool IsValidCodePage(std::uint32_t page) noexcept;
 
 // The configured pages; the thread page is the ANSI page, the Macintosh page is 10000. They are
-// taken once, at the first question, from the language of the process environment (the first of
-// LC_ALL, LC_CTYPE and LANG that is set): 1252 and 437 when there is none. Languages whose OEM page
+// those of the system's default locale (Locales.h), taken from the environment when the library is
+// loaded: 1252 and 437 when there is none. Languages whose OEM page
 // is not served have their ANSI page in its place (Russian 1251, Polish 1250).
 [[nodiscard]] FOUNDATION_API std::uint32_t AnsiCodePage() noexcept;
 [[nodiscard]] FOUNDATION_API std::uint32_t OemCodePage() noexcept;
 
-// Sets both pages for the process; (0, 0) has the environment asked again.
+// Sets both pages for the process; (0, 0) puts back those found at load.
 FOUNDATION_API void SetSystemCodePages(std::uint32_t ansi, std::uint32_t oem) noexcept;
 
 }  // namespace platform

@@ -3,6 +3,9 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
+#include <initializer_list>
+#include <string_view>
+#include <type_traits>
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/LocaleDetail.h"
@@ -17,99 +20,115 @@ constexpr LCID kNoLanguage = 0x0409;
 // Names of the environment that do not lead to the first row of their language and territory. An
 // empty territory or modifier fits every one; the first that fits counts.
 struct SpecialName {
-    char language[3], territory[3], modifier[9];
+    char language[4], territory[3], modifier[9];
     LCID lcid;
 };
-constexpr auto kSpecialNames = std::to_array<SpecialName>({{"az", "", "cyrillic", 0x082C},
-                                                           {"cy", "", "", 0x0452},
-                                                           {"in", "", "", 0x0421},
-                                                           {"iw", "", "", 0x040D},
-                                                           {"no", "", "", 0x0414},
-                                                           {"sr", "BA", "latin", 0x181A},
-                                                           {"sr", "BA", "", 0x1C1A},
-                                                           {"sr", "", "latin", 0x081A},
-                                                           {"sr", "", "", 0x0C1A},
-                                                           {"uz", "", "cyrillic", 0x0843},
-                                                           {"zh", "HK", "", 0x0C04},
-                                                           {"zh", "MO", "", 0x0C04},
-                                                           {"zh", "SG", "", 0x1004},
-                                                           {"zh", "TW", "", 0x0404},
-                                                           {"zh", "", "", 0x0804}});
+constexpr auto kSpecialNames = std::to_array<SpecialName>(
+    {{"az", "", "cyrillic", 0x082C}, {"cy", "", "", 0x0452},      {"fil", "", "", 0x0464},
+     {"in", "", "", 0x0421},         {"iw", "", "", 0x040D},      {"mt", "", "", 0x043A},
+     {"no", "", "", 0x0414},         {"se", "", "", 0x043B},      {"sr", "BA", "latin", 0x181A},
+     {"sr", "BA", "", 0x1C1A},       {"sr", "", "latin", 0x081A}, {"sr", "", "", 0x0C1A},
+     {"st", "", "", 0x0430},         {"tl", "", "", 0x0464},      {"uz", "", "cyrillic", 0x0843},
+     {"xh", "", "", 0x0434},         {"zh", "HK", "", 0x0C04},    {"zh", "MO", "", 0x0C04},
+     {"zh", "SG", "", 0x1004},       {"zh", "TW", "", 0x0404},    {"zh", "", "", 0x0804},
+     {"zu", "", "", 0x0435}});
 
-// 0 until the first question.
-constinit std::atomic<LCID> user_default{0};
-constinit std::atomic<LCID> system_default{0};
+// One of the defaults: the locale in force and the one found at load.
+class DefaultLocale {
+public:
+    void Take(LCID lcid) noexcept {
+        found_.store(lcid, std::memory_order_relaxed);
+        Set(0);
+    }
+    void Set(LCID lcid) noexcept {
+        if (lcid == 0) lcid = found_.load(std::memory_order_relaxed);
+        current_.store(lcid, std::memory_order_relaxed);
+    }
+    [[nodiscard]] LCID Get() const noexcept { return current_.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<LCID> current_{kNoLanguage}, found_{kNoLanguage};
+};
+constinit DefaultLocale user_default;
+constinit DefaultLocale system_default;
 FOUNDATION_THREAD_LOCAL LCID thread_locale = 0;  // 0: the user's default
 
-bool Equal(std::u16string_view text, std::string_view ascii) noexcept {
-    return std::ranges::equal(text, ascii, [](char16_t unit, char byte) {
-        return unit == static_cast<unsigned char>(byte);
-    });
+// Without regard to the case of A to Z.
+template <typename Text>
+bool Same(Text text, std::string_view name) noexcept {
+    const auto lower = [](auto unit) -> char32_t {
+        const char32_t point = static_cast<std::make_unsigned_t<decltype(unit)>>(unit);
+        return point >= U'A' && point <= U'Z' ? point | 0x20 : point;
+    };
+    return std::ranges::equal(text, name, {}, lower, lower);
 }
 
-// A name of the environment is language_TERRITORY.charset@modifier; all but the language may be
-// missing.
-struct EnvironmentName {
+// The parts of a name, empty where they are missing.
+struct LocaleName {
     std::string_view language, territory, modifier;
 };
 
-EnvironmentName ReadEnvironment() noexcept {
-    std::string_view locale;
-    for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        const char* value = std::getenv(variable);
-        if (value == nullptr || *value == '\0') continue;
-        locale = value;
-        break;
-    }
-    const auto behind = [](std::string_view text, char mark) {
-        const std::size_t at = text.find(mark);
+LocaleName SplitName(std::string_view name) noexcept {
+    const auto behind = [](std::string_view text, const char* marks) {
+        const std::size_t at = text.find_first_of(marks);
         return at == std::string_view::npos ? std::string_view{} : text.substr(at + 1);
     };
-    const std::string_view name = locale.substr(0, locale.find_first_of(".@"));
-    return {name.substr(0, name.find('_')), behind(name, '_'), behind(locale, '@')};
+    const std::string_view locale = name.substr(0, name.find_first_of(".@"));
+    return {locale.substr(0, locale.find_first_of("_-")), behind(locale, "_-"), behind(name, "@")};
 }
 
-LCID LocaleOf(const EnvironmentName& wanted) noexcept {
-    const auto fits = [](std::string_view given, std::string_view rule) {
-        return rule.empty() || rule == given;
-    };
-    for (const SpecialName& name : kSpecialNames) {
-        if (name.language == wanted.language && fits(wanted.territory, name.territory) &&
-            fits(wanted.modifier, name.modifier)) {
-            return name.lcid;
-        }
+// The locale of the first variable that is set; 0x0409 when that names no language.
+LCID FirstOf(EnvironmentVariable variable, std::initializer_list<const char*> names) noexcept {
+    for (const char* name : names) {
+        const char* value = variable(name);
+        if (value == nullptr || *value == '\0') continue;
+        const LCID lcid = LocaleOfName(value);
+        return lcid == 0 ? kNoLanguage : lcid;
     }
-    LCID nearest = 0;
-    for (std::uint32_t row = 0; row < nls::kLocaleRows; ++row) {
-        if (!Equal(nls::TextAt(row, *nls::ColumnOf(kLocaleIsoLanguage)), wanted.language)) continue;
-        const LCID lcid = nls::kRowLanguages[row];
-        if (Equal(nls::TextAt(row, *nls::ColumnOf(kLocaleIsoCountry)), wanted.territory))
-            return lcid;
-        if (nearest == 0) nearest = lcid;
-    }
-    return nearest == 0 ? kNoLanguage : nearest;
-}
-
-LCID Asked(std::atomic<LCID>& kept) noexcept {
-    LCID lcid = kept.load(std::memory_order_relaxed);
-    if (lcid != 0) return lcid;
-    const LCID fresh = nls::EnvironmentLocale();
-    // Another thread, or SetDefaultLocales, may have been faster; its answer stays.
-    return kept.compare_exchange_strong(lcid, fresh, std::memory_order_relaxed) ? fresh : lcid;
+    return kNoLanguage;
 }
 
 }  // namespace
 
-LCID nls::EnvironmentLocale() noexcept {
-    return LocaleOf(ReadEnvironment());
+LCID LocaleOfName(std::string_view name) noexcept {
+    const LocaleName wanted = SplitName(name);
+    const auto fits = [](std::string_view given, std::string_view rule) {
+        return rule.empty() || Same(rule, given);
+    };
+    for (const SpecialName& special : kSpecialNames) {
+        if (Same(std::string_view(special.language), wanted.language) &&
+            fits(wanted.territory, special.territory) && fits(wanted.modifier, special.modifier)) {
+            return special.lcid;
+        }
+    }
+    LCID nearest = 0;
+    for (std::uint32_t row = 0; row < nls::kLocaleRows; ++row) {
+        if (!Same(nls::TextAt(row, *nls::ColumnOf(kLocaleIsoLanguage)), wanted.language)) continue;
+        const LCID lcid = nls::kRowLanguages[row];
+        if (Same(nls::TextAt(row, *nls::ColumnOf(kLocaleIsoCountry)), wanted.territory)) {
+            return lcid;
+        }
+        if (nearest == 0) nearest = lcid;
+    }
+    return nearest;
+}
+
+void TakeEnvironment(EnvironmentVariable variable) noexcept {
+    if (variable == nullptr) {
+        variable = [](const char* name) -> const char* { return std::getenv(name); };
+    }
+    system_default.Take(FirstOf(variable, {"LC_ALL", "LC_CTYPE", "LANG"}));
+    user_default.Take(
+        FirstOf(variable, {"LC_ALL", "LC_TIME", "LC_NUMERIC", "LC_MONETARY", "LANG"}));
+    nls::TakeSystemPages(system_default.Get());
 }
 
 LCID GetSystemDefaultLCID() noexcept {
-    return Asked(system_default);
+    return system_default.Get();
 }
 
 LCID GetUserDefaultLCID() noexcept {
-    return Asked(user_default);
+    return user_default.Get();
 }
 
 LANGID GetSystemDefaultLangID() noexcept {
@@ -121,8 +140,8 @@ LANGID GetUserDefaultLangID() noexcept {
 }
 
 void SetDefaultLocales(LCID user, LCID system) noexcept {
-    user_default.store(user, std::memory_order_relaxed);
-    system_default.store(system, std::memory_order_relaxed);
+    user_default.Set(user);
+    system_default.Set(system);
 }
 
 LCID GetThreadLocale() noexcept {

@@ -92,11 +92,17 @@ std::u16string_view OtherMonth(std::uint32_t row, std::uint32_t column) noexcept
     return &nls::kMonthTexts[nls::kMonthOffsets[row][column]];
 }
 
+// Whether the months of the calendar, which is not the Hebrew one, are not those of the locale's
+// own types: the Hijri ones in most locales, all others where the locale counts by Hijri.
+bool HasOtherMonths(std::uint32_t row, std::uint32_t calendar) noexcept {
+    return (calendar == kHijri) != (Own(row, kLocaleCalendarType) == kNumbers[kHijri - 1]);
+}
+
 std::u16string_view Month(std::uint32_t row, std::uint32_t calendar, std::uint32_t index,
                           bool genitive) noexcept {
     if (calendar == kHebrew) return OtherMonth(row, nls::kHebrewColumn + index);
     if (index == 12) return u"";
-    if (calendar == kHijri) return OtherMonth(row, nls::kHijriColumn + index);
+    if (HasOtherMonths(row, calendar)) return OtherMonth(row, nls::kOtherColumn + index);
     return genitive ? TextAt(row, nls::kGenitiveMonthColumn + index)
                     : Own(row, kLocaleMonthName1 + index);
 }
@@ -105,7 +111,7 @@ std::u16string_view ShortMonth(std::uint32_t row, std::uint32_t calendar,
                                std::uint32_t index) noexcept {
     if (calendar == kHebrew) return OtherMonth(row, nls::kShortHebrewColumn + index);
     if (index == 12) return u"";
-    if (calendar == kHijri) return OtherMonth(row, nls::kShortHijriColumn + index);
+    if (HasOtherMonths(row, calendar)) return OtherMonth(row, nls::kShortOtherColumn + index);
     return Own(row, kLocaleShortMonthName1 + index);
 }
 
@@ -201,6 +207,7 @@ int GetCalendarInfo(LCID lcid, std::uint32_t calendar, std::uint32_t type, char1
 }
 
 bool EnumCalendarInfo(CalendarUse use, LCID lcid, std::uint32_t calendar, std::uint32_t type) {
+    lcid = WithoutDefaults(lcid);  // once: another thread may be changing the defaults
     const bool all = calendar == kAllCalendars;
     const std::uint32_t first =
         all ? LocaleNumber(lcid, kLocaleCalendarType).value_or(0) : calendar;

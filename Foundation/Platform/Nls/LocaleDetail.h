@@ -36,9 +36,8 @@ inline constexpr std::uint32_t kTypeFlags = 0xF0000000;
 // demand.
 [[nodiscard]] std::uint32_t NumberOf(std::u16string_view text, std::uint32_t base = 10) noexcept;
 
-// The locale that the process environment asks for now; 0x0409 for "C", "POSIX", no name and
-// languages that the table lacks.
-[[nodiscard]] LCID EnvironmentLocale() noexcept;
+// Makes the pages of the system's default locale the configured ones.
+void TakeSystemPages(LCID system) noexcept;
 
 }  // namespace platform::nls
 

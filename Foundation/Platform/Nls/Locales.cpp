@@ -11,8 +11,7 @@ namespace {
 
 using nls::FindRow;
 
-constexpr LCID kUserDefault = 0x0400;
-constexpr LCID kSystemDefault = 0x0800;
+constexpr LCID kInvariant = 0x007F;
 constexpr std::uint32_t kSortNameType = 0x1013;
 constexpr int kSignatureUnits = 16;
 
@@ -37,11 +36,6 @@ const AlternateSort* FindAlternate(LCID lcid) noexcept {
     return found == kAlternateSorts.end() ? nullptr : &*found;
 }
 
-LCID WithoutDefaults(LCID lcid) noexcept {
-    if (lcid == 0 || lcid == kUserDefault) return GetUserDefaultLCID();
-    return lcid == kSystemDefault ? GetSystemDefaultLCID() : lcid;
-}
-
 // Sign orders, code pages, country codes and the like; 0x01 and 0x09 are hexadecimal.
 constexpr bool IsNumeric(std::uint32_t type) noexcept {
     constexpr auto kTypes = std::to_array<std::uint32_t>(
@@ -50,6 +44,11 @@ constexpr bool IsNumeric(std::uint32_t type) noexcept {
          0x0027, 0x0052, 0x0053, 0x0054, 0x0055, 0x0056, 0x0057, 0x1004, 0x1005,
          0x1009, 0x100A, 0x100B, 0x100C, 0x100D, 0x1010, 0x1011, 0x1012, 0x1014});
     return std::ranges::binary_search(kTypes, type);
+}
+
+// The value of a numeric type.
+std::uint32_t NumberIn(std::u16string_view text, std::uint32_t type) noexcept {
+    return nls::NumberOf(text, type == 0x0001 || type == 0x0009 ? 16 : 10);
 }
 
 constexpr bool IsMonthName(std::uint32_t type) noexcept {
@@ -97,7 +96,8 @@ std::optional<std::uint32_t> FindRow(LCID lcid) noexcept {
     const std::uint32_t count = kFirstRows[primary + 1] - first;
     const std::uint32_t sub = lcid >> 10;
     if (sub >= 1 && sub <= count) return first + sub - 1;
-    if (count == 0 || sub > 2) return std::nullopt;
+    if (lcid == kInvariant) return kInvariantRow;
+    if (count == 0 || sub != 0) return std::nullopt;
     return first;
 }
 
@@ -140,8 +140,8 @@ bool EnumSystemLocales(LocaleUse use, std::uint32_t which) {
     if (which == 0 || (which & ~kAll) != 0) return Refuse(kErrorInvalidFlags) != 0;
     char16_t text[9];
     if ((which & ~kLocaleAlternateSorts) != 0) {
-        for (const LCID lcid : nls::kRowLanguages) {
-            WriteHexadecimal(lcid, text);
+        for (std::uint32_t row = 0; row < nls::kLocaleRows; ++row) {
+            WriteHexadecimal(nls::kRowLanguages[row], text);
             if (use(text) == FALSE) return true;
         }
     }
@@ -178,7 +178,7 @@ std::optional<std::uint32_t> LocaleNumber(LCID lcid, std::uint32_t type) noexcep
     if (!IsNumeric(number)) return std::nullopt;
     const std::optional<std::u16string_view> text = LocaleText(lcid, number);
     if (!text) return std::nullopt;
-    return nls::NumberOf(*text, number == 0x0001 || number == 0x0009 ? 16 : 10);
+    return NumberIn(*text, number);
 }
 
 int GetLocaleInfo(LCID lcid, std::uint32_t type, char16_t* out, int capacity) noexcept {
@@ -190,7 +190,7 @@ int GetLocaleInfo(LCID lcid, std::uint32_t type, char16_t* out, int capacity) no
     const std::optional<std::u16string_view> text = LocaleText(lcid, type);
     if (!text) return Refuse(kErrorInvalidParameter);
     if ((type & kLocaleReturnNumber) != 0) {
-        const std::uint32_t value = *LocaleNumber(lcid, number);
+        const std::uint32_t value = NumberIn(*text, number);
         const char16_t units[] = {static_cast<char16_t>(value & 0xFFFF),
                                   static_cast<char16_t>(value >> 16)};
         return CopyUnits({units, 2}, out, capacity);

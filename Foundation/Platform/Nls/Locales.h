@@ -4,8 +4,9 @@
 // A locale is given by its LCID. Beside the rows of the table, every question takes
 //   0 and 0x0400   the user's default locale
 //   0x0800         the system's default locale
-//   a primary language with sub-language 0, 1 or 2, where the table has no row of its own for it:
+//   a primary language with sub-language 0
 //                  that language's first sub-language
+//   0x007F         the invariant locale, which belongs to no language and is not enumerated
 // Sort orders other than 0 are known only for the locales that have one (EnumSystemLocales).
 //
 // Texts are UTF-16 and constant; they live as long as the program. Errors go to LastError, which
@@ -24,16 +25,38 @@ namespace platform {
 
 // ---- Default locales --------------------------------------------------------------------------
 
-// The language of the process environment (the first of LC_ALL, LC_CTYPE and LANG that is set; the
-// same that AnsiCodePage goes by), taken once, at the first question; 0x0409 when there is none or
-// the table lacks it.
+// Taken from the process environment while the library is loaded, before there can be threads of
+// it, and never again. Of the variables that are set and not empty
+//   the first of LC_ALL, LC_CTYPE and LANG                           is the system's default, whose
+//                                                                    ANSI and OEM pages are used
+//   the first of LC_ALL, LC_TIME, LC_NUMERIC, LC_MONETARY and LANG   is the user's, for formats
+// 0x0409 where none is set or names a language (C and POSIX do not). Maltese, Tagalog, Sami, Sotho,
+// Xhosa and Zulu are named as well, though the table has no rows for them: CT_LocaleInfo answers.
 [[nodiscard]] FOUNDATION_API LCID GetSystemDefaultLCID() noexcept;
 [[nodiscard]] FOUNDATION_API LCID GetUserDefaultLCID() noexcept;
 [[nodiscard]] FOUNDATION_API LANGID GetSystemDefaultLangID() noexcept;
 [[nodiscard]] FOUNDATION_API LANGID GetUserDefaultLangID() noexcept;
 
-// Sets both for the process, unchecked; 0 has the environment asked again for that one.
+// The default that 0, 0x0400 or 0x0800 stands for; any other locale as it is.
+[[nodiscard]] inline LCID WithoutDefaults(LCID lcid) noexcept {
+    if (lcid == 0 || lcid == 0x0400) return GetUserDefaultLCID();
+    return lcid == 0x0800 ? GetSystemDefaultLCID() : lcid;
+}
+
+// Sets both for the process, unchecked; 0 puts back what was found at load.
 FOUNDATION_API void SetDefaultLocales(LCID user, LCID system) noexcept;
+
+// The locale that a name of the environment stands for: language_TERRITORY.charset@modifier, of
+// which all but the language may be missing; in any case of A to Z, and with "-" for "_". A
+// territory that has no row gives the language's first, or the one that is usual for it (zh 0x0804,
+// sr 0x0C1A). 0 for C, POSIX and languages that are not known.
+[[nodiscard]] FOUNDATION_API LCID LocaleOfName(std::string_view name) noexcept;
+
+// What happens at load: the defaults and the configured pages are those of the variables. Tests
+// give their own in place of the environment (null where one is not set), and take the
+// environment's again at the end.
+using EnvironmentVariable = const char* (*)(const char* name);
+FOUNDATION_API void TakeEnvironment(EnvironmentVariable variable = nullptr) noexcept;
 
 // The calling thread's locale: the user's default until the thread sets another.
 [[nodiscard]] FOUNDATION_API LCID GetThreadLocale() noexcept;
@@ -51,8 +74,8 @@ inline constexpr std::uint32_t kLocaleAlternateSorts = 4;
 // values than 1 and 2 of `which` give false.
 [[nodiscard]] FOUNDATION_API bool IsValidLocale(LCID lcid, std::uint32_t which) noexcept;
 
-// The row that answers for the locale, 0 when none does: 0x0009 gives 0x0409, 0x0802 gives 0x0402,
-// 0x00010407 itself.
+// The row that answers for the locale, 0 when none does: 0x0009 gives 0x0409, 0x00010407 itself. A
+// sub-language that the table lacks is not answered by another one, which may be in another script.
 [[nodiscard]] FOUNDATION_API LCID ResolveLocale(LCID lcid) noexcept;
 
 // Hands each locale's LCID, as eight hexadecimal digits in upper case, to `use` until that answers
@@ -116,8 +139,7 @@ inline constexpr std::uint32_t kLocaleGenitiveNames =
 [[nodiscard]] FOUNDATION_API std::optional<std::u16string_view> LocaleText(
     LCID lcid, std::uint32_t type) noexcept;
 
-// The value of a numeric type; nothing for other types, unknown locales and optional calendars that
-// do not exist.
+// The value of a numeric type; nothing for other types and unknown locales.
 [[nodiscard]] FOUNDATION_API std::optional<std::uint32_t> LocaleNumber(LCID lcid,
                                                                        std::uint32_t type) noexcept;
 

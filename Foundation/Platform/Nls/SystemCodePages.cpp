@@ -1,4 +1,4 @@
-// The configured ANSI and OEM pages, which are those of the locale that the environment asks for.
+// The configured ANSI and OEM pages, which are those of the system's default locale at load.
 #include <atomic>
 
 #include "Foundation/Platform/Nls/CodePages.h"
@@ -10,13 +10,15 @@ namespace {
 
 constexpr std::uint32_t kWestern = 1252;
 constexpr std::uint32_t kWesternOem = 850;
-
-// Both pages in one word, the OEM page in the high half; 0 before the first question.
-constinit std::atomic<std::uint32_t> configured{0};
+constexpr std::uint32_t kUnitedStatesOem = 437;
 
 constexpr std::uint32_t Packed(std::uint32_t ansi, std::uint32_t oem) {
     return oem << 16 | ansi;
 }
+
+// Both pages in one word, the OEM page in the high half: those in force and those found at load.
+constinit std::atomic<std::uint32_t> configured{Packed(kWestern, kUnitedStatesOem)};
+constinit std::atomic<std::uint32_t> found{Packed(kWestern, kUnitedStatesOem)};
 
 // Languages without pages have those of Western Europe. Where the OEM page is not served (737, 775,
 // 852, 855, 857 and 866 are not) the ANSI page takes its place.
@@ -28,15 +30,15 @@ std::uint32_t PagesOf(LCID lcid) noexcept {
 }
 
 std::uint32_t Configured() noexcept {
-    std::uint32_t pages = configured.load(std::memory_order_relaxed);
-    if (pages != 0) return pages;
-    const std::uint32_t fresh = PagesOf(nls::EnvironmentLocale());
-    // Another thread, or SetSystemCodePages, may have been faster; its answer stays.
-    return configured.compare_exchange_strong(pages, fresh, std::memory_order_relaxed) ? fresh
-                                                                                       : pages;
+    return configured.load(std::memory_order_relaxed);
 }
 
 }  // namespace
+
+void nls::TakeSystemPages(LCID system) noexcept {
+    found.store(PagesOf(system), std::memory_order_relaxed);
+    SetSystemCodePages(0, 0);
+}
 
 std::uint32_t AnsiCodePage() noexcept {
     return Configured() & 0xFFFF;
@@ -47,7 +49,9 @@ std::uint32_t OemCodePage() noexcept {
 }
 
 void SetSystemCodePages(std::uint32_t ansi, std::uint32_t oem) noexcept {
-    configured.store(Packed(ansi, oem), std::memory_order_relaxed);
+    const bool given = ansi != 0 || oem != 0;
+    configured.store(given ? Packed(ansi, oem) : found.load(std::memory_order_relaxed),
+                     std::memory_order_relaxed);
 }
 
 }  // namespace platform

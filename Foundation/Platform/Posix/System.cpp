@@ -1,10 +1,17 @@
 #include "Foundation/Platform/System.h"
 
+#include <fcntl.h>
+#include <sched.h>
 #include <sys/resource.h>
+#include <sys/sysinfo.h>
 #include <sys/utsname.h>
 #include <unistd.h>
+#if defined(__i386__) || defined(__x86_64__)
+#include <cpuid.h>
+#endif
 
 #include <algorithm>
+#include <atomic>
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
@@ -37,46 +44,50 @@ std::uint32_t ReleaseNumber(const char* release) noexcept {
     return major * 10000 + std::min(minor, 99u) * 100 + std::min(patch, 99u);
 }
 
-// Calls `use` with each line of a small system file, without its line end, until it answers false.
-template <typename Use>
-void EachLine(const char* file_name, Use use) noexcept {
-    std::FILE* const file = std::fopen(file_name, "re");
-    if (file == nullptr) return;
-    char line[512];
-    while (std::fgets(line, sizeof line, file) != nullptr && use(line)) {
-    }
-    std::fclose(file);
+// The first bytes of a small system file, zero-terminated; the empty text when it cannot be read.
+template <std::size_t kSize>
+const char* ReadStart(const char* file_name, char (&text)[kSize]) noexcept {
+    const int file = open(file_name, O_RDONLY | O_CLOEXEC);
+    const ssize_t length = file < 0 ? 0 : read(file, text, kSize - 1);
+    if (file >= 0) close(file);
+    text[length > 0 ? length : 0] = '\0';
+    return text;
 }
 
+// Those of the process's first thread, whatever the calling one has chosen for itself.
+std::uint32_t ProcessorCount() noexcept {
+    cpu_set_t usable[8];  // 8192 processors
+    if (sched_getaffinity(getpid(), sizeof usable, usable) == 0) {
+        return static_cast<std::uint32_t>(CPU_COUNT_S(sizeof usable, usable));
+    }
+    const long online = sysconf(_SC_NPROCESSORS_ONLN);
+    return online > 0 ? static_cast<std::uint32_t>(online) : 0;
+}
+
+#if defined(__i386__) || defined(__x86_64__)
+// The family that the processor's first feature word names. It does not change while the process
+// runs, and asking again would be slow on a virtual machine.
 std::uint32_t ProcessorFamily() noexcept {
-    std::uint32_t family = 0;
-    EachLine("/proc/cpuinfo", [&family](const char* line) {
-        return std::sscanf(line, "cpu family : %" SCNu32, &family) != 1;
-    });
+    static constinit std::atomic<std::uint32_t> known{0};
+    std::uint32_t family = known.load(std::memory_order_relaxed);
+    unsigned int word = 0, other[3];
+    if (family != 0 || __get_cpuid(1, &word, &other[0], &other[1], &other[2]) == 0) return family;
+    family = word >> 8 & 0xF;
+    if (family == 0xF) family += word >> 20 & 0xFF;
+    known.store(family, std::memory_order_relaxed);
     return family;
 }
+#endif
 
-// Bytes of one entry of the system's memory table, in which numbers are KiB.
-struct MemoryTable {
-    std::uint64_t total = 0, available = 0, swap_total = 0, swap_free = 0;
-};
-
-MemoryTable ReadMemoryTable() noexcept {
-    MemoryTable table;
-    const struct {
-        const char* pattern;
-        std::uint64_t* value;
-    } fields[] = {{"MemTotal: %" SCNu64, &table.total},
-                  {"MemAvailable: %" SCNu64, &table.available},
-                  {"SwapTotal: %" SCNu64, &table.swap_total},
-                  {"SwapFree: %" SCNu64, &table.swap_free}};
-    EachLine("/proc/meminfo", [&fields](const char* line) {
-        for (const auto& field : fields) {
-            if (std::sscanf(line, field.pattern, field.value) == 1) *field.value *= 1024;
-        }
-        return true;
-    });
-    return table;
+// Bytes that programs could still have without swapping; old kernels tell only what is free.
+std::uint64_t AvailableMemory(const struct sysinfo& system) noexcept {
+    char text[512];
+    const char* const line = std::strstr(ReadStart("/proc/meminfo", text), "MemAvailable:");
+    std::uint64_t kibibytes = 0;
+    if (line != nullptr && std::sscanf(line, "MemAvailable: %" SCNu64, &kibibytes) == 1) {
+        return kibibytes * 1024;
+    }
+    return (std::uint64_t{system.freeram} + system.bufferram) * system.mem_unit;
 }
 
 // Bytes of address space: the user half of the processor's, or the limit set for the process.
@@ -89,9 +100,9 @@ std::uint64_t AddressSpace() noexcept {
 }
 
 std::uint64_t AddressSpaceUsed() noexcept {
+    char text[128];
     std::uint64_t pages = 0;
-    EachLine("/proc/self/statm",
-             [&pages](const char* line) { return std::sscanf(line, "%" SCNu64, &pages) != 1; });
+    std::sscanf(ReadStart("/proc/self/statm", text), "%" SCNu64, &pages);
     return pages * static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
 }
 
@@ -113,8 +124,7 @@ bool QuerySystemVersion(SystemVersion* version) noexcept {
 
 ProcessorInfo QueryProcessors() noexcept {
     if (given.processors != nullptr) return given.processors();
-    const long count = sysconf(_SC_NPROCESSORS_ONLN);
-    ProcessorInfo info{count > 0 ? static_cast<std::uint32_t>(count) : 0, false, 0, 0};
+    ProcessorInfo info{ProcessorCount(), false, 0, 0};
 #if defined(__i386__) || defined(__x86_64__)
     info.x86 = true;
     info.level = ProcessorFamily();
@@ -123,21 +133,24 @@ ProcessorInfo QueryProcessors() noexcept {
     return info;
 }
 
-MemoryStatus QueryMemory() noexcept {
+MemoryStatus QueryMemory(std::uint32_t parts) noexcept {
     if (given.memory != nullptr) return given.memory();
-    const MemoryTable table = ReadMemoryTable();
     MemoryStatus status{};
-    status.physical_total = table.total;
-    status.physical_available = std::min(table.available, table.total);
-    status.paging_total = table.total + table.swap_total;
-    status.paging_available = status.physical_available + table.swap_free;
     status.virtual_total = AddressSpace();
-    status.virtual_available =
-        status.virtual_total - std::min(status.virtual_total, AddressSpaceUsed());
-    if (table.total != 0) {
-        status.load = static_cast<std::uint32_t>(100 * (table.total - status.physical_available) /
-                                                 table.total);
+    if ((parts & kMemoryAddresses) != 0) {
+        status.virtual_available =
+            status.virtual_total - std::min(status.virtual_total, AddressSpaceUsed());
     }
+    struct sysinfo system;
+    if ((parts & (kMemoryTotals | kMemoryAvailable)) == 0 || sysinfo(&system) != 0) return status;
+    const std::uint64_t total = std::uint64_t{system.totalram} * system.mem_unit;
+    status.physical_total = total;
+    status.paging_total = total + std::uint64_t{system.totalswap} * system.mem_unit;
+    if ((parts & kMemoryAvailable) == 0 || total == 0) return status;
+    status.physical_available = std::min(AvailableMemory(system), total);
+    status.paging_available =
+        status.physical_available + std::uint64_t{system.freeswap} * system.mem_unit;
+    status.load = static_cast<std::uint32_t>(100 * (total - status.physical_available) / total);
     return status;
 }
 

@@ -82,25 +82,25 @@ BOOL CT_SysInfo::sb_GetKanjiWindow() {
 }
 
 unsigned int CT_SysInfo::sn_GetMemoryLoad() {
-    return platform::QueryMemory().load;
+    return platform::QueryMemory(platform::kMemoryAvailable).load;
 }
 unsigned int CT_SysInfo::sn_GetPhysicalMemoryTotal() {
-    return Cut(platform::QueryMemory().physical_total);
+    return Cut(platform::QueryMemory(platform::kMemoryTotals).physical_total);
 }
 unsigned int CT_SysInfo::sn_GetPhysicalMemoryAvailable() {
-    return Cut(platform::QueryMemory().physical_available);
+    return Cut(platform::QueryMemory(platform::kMemoryAvailable).physical_available);
 }
 unsigned int CT_SysInfo::sn_GetVirtualMemoryTotal() {
-    return Cut(platform::QueryMemory().virtual_total);
+    return Cut(platform::QueryMemory(platform::kMemoryTotals).virtual_total);
 }
 unsigned int CT_SysInfo::sn_GetVirtualMemoryAvailable() {
-    return Cut(platform::QueryMemory().virtual_available);
+    return Cut(platform::QueryMemory(platform::kMemoryAddresses).virtual_available);
 }
 unsigned int CT_SysInfo::sn_GetPagingMemoryTotal() {
-    return Cut(platform::QueryMemory().paging_total);
+    return Cut(platform::QueryMemory(platform::kMemoryTotals).paging_total);
 }
 unsigned int CT_SysInfo::sn_GetPagingMemoryAvailable() {
-    return Cut(platform::QueryMemory().paging_available);
+    return Cut(platform::QueryMemory(platform::kMemoryAvailable).paging_available);
 }
 
 void CT_SysInfo::sv_GetMemoryInfo(unsigned int* load, unsigned int* physicalTotal,

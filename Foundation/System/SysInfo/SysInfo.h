@@ -22,7 +22,9 @@ public:
         NotIntel = 5,
     };
 
-    [[nodiscard]] static unsigned int sn_GetNumCPU();  // at least 1
+    // Processors, as the scheduler counts them, that the process may run on: its affinity and the
+    // set of its container count, a share of processor time does not. At least 1.
+    [[nodiscard]] static unsigned int sn_GetNumCPU();
     // At most 15 characters of it. On failure records the system error and empties the text.
     static void sv_GetComputerName(CT_UString* name);
     [[nodiscard]] static et_Processor seo_GetProcessor();
@@ -33,6 +35,9 @@ public:
     [[nodiscard]] static BOOL sb_GetSlowMachine();
     [[nodiscard]] static BOOL sb_GetKanjiWindow();
 
+    // Of the machine, whatever a container may use of it. "Virtual" is the address space of the
+    // process, "paging" physical memory and swap together. Totals are cheap; what is available is
+    // read from the system's tables each time.
     [[nodiscard]] static unsigned int sn_GetMemoryLoad();  // percent
     [[nodiscard]] static unsigned int sn_GetPhysicalMemoryTotal();
     [[nodiscard]] static unsigned int sn_GetPhysicalMemoryAvailable();

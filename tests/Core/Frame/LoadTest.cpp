@@ -6,10 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -46,6 +47,23 @@ int Repeat(const char* library) {
     return 0;
 }
 
+// The environment counts as it is at the load, whenever the question comes.
+int Environment(const char* library) {
+    setenv("LC_ALL", "", 1);
+    setenv("LC_TIME", "pl_PL.UTF-8", 1);
+    setenv("LC_CTYPE", "ja_JP", 1);
+    void* const handle = dlopen(library, RTLD_LAZY | RTLD_LOCAL);
+    if (handle == nullptr) return Fail(dlerror());
+    setenv("LC_ALL", "de_DE", 1);
+    auto* const user = reinterpret_cast<std::uint32_t (*)() noexcept>(
+        dlsym(handle, "_ZN8platform18GetUserDefaultLCIDEv"));
+    auto* const page = reinterpret_cast<std::uint32_t (*)() noexcept>(
+        dlsym(handle, "_ZN8platform12AnsiCodePageEv"));
+    if (user == nullptr || user() != 0x0415) return Fail("the user's locale is not the load's");
+    if (page == nullptr || page() != 932) return Fail("the ANSI page is not the load's");
+    return dlclose(handle);
+}
+
 // With every thread slot of the process taken, the load ends the process and says why.
 int WithoutSlots(const char* library) {
     int out[2];
@@ -75,7 +93,9 @@ int WithoutSlots(const char* library) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count != 3) return Fail("usage: LoadTest LIBRARY repeat|slots");
-    return std::strcmp(arguments[2], "slots") == 0 ? WithoutSlots(arguments[1])
-                                                   : Repeat(arguments[1]);
+    const std::string_view wanted = count == 3 ? arguments[2] : "";
+    if (wanted == "repeat") return Repeat(arguments[1]);
+    if (wanted == "slots") return WithoutSlots(arguments[1]);
+    if (wanted == "environment") return Environment(arguments[1]);
+    return Fail("usage: LoadTest LIBRARY repeat|slots|environment");
 }

@@ -181,6 +181,17 @@ TEST(LocaleTest, OwnLocalesAnswerFromTheirListAndThenFromAnotherLocale) {
     EXPECT_EQ(Info::sn_GetDefaultANSICodePage(0x043A), 1252u);
 }
 
+// Of a user whose language the library describes itself.
+TEST(LocaleTest, OwnLocalesCanBeTheDefault) {
+    platform::SetDefaultLocales(0x043A, 0x0435);
+    EXPECT_EQ(CT_Locale().n4_GetLCID(), 0x043Au);
+    EXPECT_EQ(CT_Locale().co_GetCodepage().n_Get(), 1252u);
+    for (const LCID user : {0x0000u, 0x0400u}) EXPECT_EQ(Value(user, Info::kMonthName1), "Jannar");
+    EXPECT_EQ(Value(0x0800, Info::kLanguage), "Zulu");
+    EXPECT_EQ(Value(0x0800, Info::kMonthName1), "January");  // from where it falls back to
+    platform::SetDefaultLocales(0, 0);
+}
+
 TEST(LocaleTest, BuffersReceiveAtMostTheirSize) {
     for (unsigned int size = 0; size <= 8; ++size) {
         std::vector<char16_t> buffer(size, u'#');  // of exact size, for the sanitizers

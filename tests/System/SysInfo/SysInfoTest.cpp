@@ -2,6 +2,8 @@
 #include "Foundation/System/SysInfo/SysInfo.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <unistd.h>
 
 #include <array>
 #include <string>
@@ -144,11 +146,30 @@ TEST_F(SysInfoTest, AmountsOf4GiBAndMoreAreCut) {
 TEST_F(SysInfoTest, ThisMachineHasPlausibleFacts) {
     EXPECT_GE(CT_SysInfo::sn_GetNumCPU(), 1u);
     EXPECT_LE(CT_SysInfo::sn_GetMemoryLoad(), 100u);
+    cpu_set_t usable;
+    ASSERT_EQ(sched_getaffinity(getpid(), sizeof usable, &usable), 0);
+    EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), static_cast<unsigned int>(CPU_COUNT(&usable)));
+    cpu_set_t one{};
+    for (std::size_t i = 0; CPU_COUNT(&one) == 0; ++i) {
+        if (CPU_ISSET(i, &usable)) CPU_SET(i, &one);
+    }
+    EXPECT_EQ(sched_setaffinity(getpid(), sizeof one, &one), 0);
+    EXPECT_EQ(CT_SysInfo::sn_GetNumCPU(), 1u);
+    EXPECT_EQ(sched_setaffinity(getpid(), sizeof usable, &usable), 0);
+
     const platform::MemoryStatus memory = platform::QueryMemory();
     EXPECT_GT(memory.physical_total, 1u << 24);
     EXPECT_LE(memory.physical_available, memory.physical_total);
     EXPECT_GE(memory.paging_total, memory.physical_total);
+    EXPECT_GT(memory.physical_available, 0u);
+    EXPECT_LT(memory.virtual_available, memory.virtual_total);
     EXPECT_GT(memory.virtual_available, 0u);
+    const platform::MemoryStatus totals = platform::QueryMemory(platform::kMemoryTotals);
+    EXPECT_EQ(totals.physical_total, memory.physical_total);
+    EXPECT_EQ(totals.paging_total, memory.paging_total);
+    EXPECT_EQ(totals.virtual_total, memory.virtual_total);
+    EXPECT_NE(platform::QueryMemory(platform::kMemoryAvailable).paging_available, 0u);
+    EXPECT_NE(platform::QueryMemory(platform::kMemoryAddresses).virtual_available, 0u);
     EXPECT_TRUE(CT_SysInfo::sb_GetNetworkAttached());
     EXPECT_FALSE(CT_SysInfo::sb_GetKanjiWindow());
 }

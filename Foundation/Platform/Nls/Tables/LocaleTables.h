@@ -11,8 +11,11 @@ namespace platform::nls {
 
 inline constexpr std::uint32_t kLocaleRows = 159;
 inline constexpr std::uint32_t kPrimaryLanguages = 130;
+// Behind them, the invariant locale.
+inline constexpr std::uint32_t kInvariantRow = 159;
+inline constexpr std::uint32_t kTableRows = 160;
 
-inline constexpr std::uint16_t kRowLanguages[kLocaleRows] = {
+inline constexpr std::uint16_t kRowLanguages[kTableRows] = {
     0x0401, 0x0801, 0x0C01, 0x1001, 0x1401, 0x1801, 0x1C01, 0x2001, 0x2401, 0x2801, 0x2C01, 0x3001,
     0x3401, 0x3801, 0x3C01, 0x4001, 0x0402, 0x0403, 0x0404, 0x0804, 0x0C04, 0x1004, 0x0405, 0x0406,
     0x0407, 0x0807, 0x0C07, 0x1007, 0x1407, 0x0408, 0x0409, 0x0809, 0x0C09, 0x1009, 0x1409, 0x1809,
@@ -26,7 +29,7 @@ inline constexpr std::uint16_t kRowLanguages[kLocaleRows] = {
     0x0438, 0x0439, 0x043C, 0x083C, 0x0C3C, 0x043E, 0x083E, 0x043F, 0x0440, 0x0441, 0x0443, 0x0843,
     0x0444, 0x0445, 0x0446, 0x0447, 0x0448, 0x0449, 0x044A, 0x044B, 0x044C, 0x044D, 0x044E, 0x044F,
     0x0450, 0x0452, 0x0456, 0x0457, 0x0458, 0x0459, 0x045A, 0x0460, 0x0461, 0x0465, 0x046B, 0x086B,
-    0x0C6B, 0x046C, 0x0481,
+    0x0C6B, 0x046C, 0x0481, 0x007F,
 };
 
 // Row of each primary language's sub-language 1; its rows end where the next one's begin.
@@ -48,21 +51,22 @@ inline constexpr std::uint32_t kEraLongDateColumn = 124;
 inline constexpr std::uint32_t kEraYearMonthColumn = 125;
 inline constexpr std::uint32_t kCalendarNameColumn = 126;
 
-// Columns of the other table: months of the two calendars that have their own, in the order of
-// years that begin with Muharram and with Tishri.
-inline constexpr std::uint32_t kHijriColumn = 0;
-inline constexpr std::uint32_t kShortHijriColumn = 12;
+// Columns of the other table: months of the Hijri calendar (the Gregorian ones where the locale
+// itself counts by Hijri) and of the Hebrew calendar, in the order of years that begin with
+// Muharram and with Tishri.
+inline constexpr std::uint32_t kOtherColumn = 0;
+inline constexpr std::uint32_t kShortOtherColumn = 12;
 inline constexpr std::uint32_t kHebrewColumn = 24;
 inline constexpr std::uint32_t kShortHebrewColumn = 37;
 
 // Starts of the texts, each of which ends in a zero.
-extern const std::uint16_t kLocaleOffsets[kLocaleRows][134];
-extern const char16_t kLocaleTexts[42875];
-extern const std::uint16_t kMonthOffsets[kLocaleRows][50];
-extern const char16_t kMonthTexts[8650];
+extern const std::uint16_t kLocaleOffsets[kTableRows][134];
+extern const char16_t kLocaleTexts[43086];
+extern const std::uint16_t kMonthOffsets[kTableRows][50];
+extern const char16_t kMonthTexts[8699];
 
 // The words of a LocaleSignature, low halves first.
-extern const char16_t kLocaleSignatures[kLocaleRows][16];
+extern const char16_t kLocaleSignatures[kTableRows][16];
 
 }  // namespace platform::nls
 
