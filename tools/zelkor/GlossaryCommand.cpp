@@ -18,6 +18,7 @@
 #include "Commands.h"
 #include "Console.h"
 #include "Encodings.h"
+#include "RecordLines.h"
 #include "Records.h"
 
 namespace zelkor {

@@ -1,11 +1,16 @@
 #include "Records.h"
 
 #include <Foundation/Core/Error/ErrorManager.h>
+#include <Foundation/Database/RecordManager/RecordCheck.h>
+#include <Foundation/Database/RecordManager/RecordFormat.h>
 
+#include <signal.h>
+
+#include <algorithm>
+#include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
-#include <iostream>
-#include <iterator>
 
 #include "Console.h"
 
@@ -16,11 +21,57 @@ namespace {
 constexpr unsigned int kFileBufferSize = 16384;
 
 int HexDigit(char digit) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
+    constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
     const std::size_t value = kDigits.find(digit);
     if (value == std::string_view::npos) throw Failure("\\x needs two hexadecimal digits");
-    return static_cast<int>(value);
+    return static_cast<int>(value < 16 ? value : value - 6);
 }
+
+volatile std::sig_atomic_t interrupted = 0;
+
+extern "C" void NoteSignal(int) {
+    interrupted = 1;
+}
+
+// A process that ends in the middle of changes leaves a file to repair. So a first signal only asks
+// it to end, and a write that no one takes, or that finds no room, fails like any other.
+void HoldSignals() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
+        action.sa_handler = NoteSignal;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        sigaction(signal, &action, nullptr);
+    }
+    for (const int signal : {SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_IGN);
+}
+
+// Tells what cannot be read on the standard error, the first ones of many.
+class Complaints {
+public:
+    void Add(const char* kind, unsigned int number, const std::string& what) {
+        if (++count_ <= kMost) {
+            std::fprintf(stderr, "zelkor: %s %u: %s\n", kind, number, what.c_str());
+        } else if (count_ == kMost + 1) {
+            std::fputs("zelkor: ... and more of the kind\n", stderr);
+        }
+    }
+    // Whether there was a recorded error to tell.
+    bool Recorded(const char* kind, unsigned int number) {
+        try {
+            ThrowRecordedError();
+            return false;
+        } catch (const Failure& failure) {
+            Add(kind, number, failure.what());
+            return true;
+        }
+    }
+    [[nodiscard]] unsigned int Count() const { return count_; }
+
+private:
+    static constexpr unsigned int kMost = 20;
+    unsigned int count_ = 0;
+};
 
 }  // namespace
 
@@ -42,14 +93,139 @@ RecordFile& RecordFile::OpenToRead() {
 }
 
 RecordFile& RecordFile::OpenToWrite() {
+    HoldSignals();
     manager_.v_Open(CT_RecordManager::kModeReadWrite, CT_RecordManager::kMapNever);
     ThrowRecordedError();
     return *this;
 }
 
+void RecordFile::ThrowIfInterrupted() {
+    if (interrupted != 0) throw Failure("interrupted");
+}
+
 void RecordFile::Close() {
     manager_.v_Close(TRUE);
     ThrowRecordedError();
+}
+
+CT_Buffer RecordFile::Padded(std::string_view bytes) const {
+    const unsigned int header = manager_.n_GetRecordHeaderSize();
+    if (bytes.size() >= header) return ToBuffer(bytes);
+    std::string padded(bytes);
+    padded.resize(header);
+    return ToBuffer(padded);
+}
+
+std::string ReadRecords(const std::string& name, RecordFile& file, const RecordUse& use) {
+    CT_RecordCheck check(NamedFile{name});
+    check.b_Check();
+    ThrowRecordedError();
+    Complaints complaints;
+    for (unsigned int i = 1; i <= check.n_GetListedCount(); ++i) {
+        const auto finding = check.so_GetFindingAt(i);
+        if (finding.kind != CT_RecordCheck::kBody) continue;
+        complaints.Add("record", finding.offset / check.n_GetBlockSize(),
+                       CT_RecordCheck::sqccz_GetText(finding.kind));
+    }
+    const unsigned int counted = file->n_GetRecordCount();
+    const std::uint64_t expected = std::max<std::uint64_t>(
+        counted, std::uint64_t{check.n_GetRecordCount()} + complaints.Count());
+    Progress progress(name, expected);
+    CT_Buffer data;
+    std::uint64_t read = 0;
+    for (unsigned int next = 0; (next = check.n_GetNextReference(next)) != 0;) {
+        file->v_GetRecord(next, &data, 0);
+        if (complaints.Recorded("record", next)) continue;
+        use(next, ToBytes(data));
+        if ((++read & 0xFFF) == 0) progress.Advance(read);
+    }
+    if (read != expected) {
+        return name + ": " + Grouped(read) + " of " + Grouped(expected) +
+               " records could be read; see check and repair";
+    }
+    if (read != counted) {
+        return name + ": the header counts " + Grouped(counted) + " of the " + Grouped(read) +
+               " records; see check and repair";
+    }
+    return {};
+}
+
+std::string ReadResources(const std::string& name, RecordFile& file, const RecordUse& use) {
+    CT_Buffer data;
+    Complaints complaints;
+    const unsigned int count = file->n_GetResourceCount();
+    unsigned int read = 0;
+    for (unsigned int i = 1; i <= count; ++i) {
+        const unsigned int key = file->n_GetResourceKeyAt(i);
+        if (i > 1 && key == file->n_GetResourceKeyAt(i - 1)) continue;
+        file->v_GetResource(key, &data);
+        if (complaints.Recorded("resource", key)) continue;
+        use(key, ToBytes(data));
+        ++read;
+    }
+    if (read == count) return {};
+    return name + ": " + Grouped(read) + " of " + HowMany(count, "resource", "resources") +
+           " could be read; see check and repair";
+}
+
+void MustBeNew(const std::string& name) {
+    if (name == "-" || !std::filesystem::exists(name)) return;
+    throw Failure(name + ": is there; --force replaces it", 2);
+}
+
+void MustBeRecordFile(const std::string& name) {
+    namespace format = foundation::record_format;
+    std::ifstream file(name, std::ios::binary);
+    format::HeaderImage header{};
+    if (!file.is_open() || file.peek() == std::ifstream::traits_type::eof()) return;
+    file.read(reinterpret_cast<char*>(header.data()), format::kHeaderSize);
+    if (format::LoadU32(header.data() + format::kStampAt) == format::kStamp) return;
+    throw Failure(name + ": is there and is no record file; --force replaces it", 2);
+}
+
+bool SameFile(const std::string& one, const std::string& other) {
+    std::error_code error;
+    return std::filesystem::equivalent(one, other, error);
+}
+
+RecordTarget::RecordTarget(std::string name)
+    : name_(std::move(name)), unfinished_(name_ + ".unfinished") {}
+
+RecordTarget::~RecordTarget() {
+    std::filesystem::remove(unfinished_);
+}
+
+void RecordTarget::Finish() {
+    std::filesystem::rename(unfinished_, name_);
+}
+
+void WriteTo(const std::string& name, std::string_view bytes) {
+    if (name == "-") return WriteOut(bytes);
+    std::ofstream(name) << bytes;
+}
+
+void MustFit(unsigned int header, unsigned int block, unsigned int resources, int status) {
+    namespace format = foundation::record_format;
+    if (block < format::kSmallestBlock) {
+        throw Failure("a block size of " + std::to_string(block) + " is too small: 8 is the least",
+                      status);
+    }
+    const std::uint64_t start = format::DataStart(format::kCapacity, resources, block);
+    const std::uint64_t head = format::Round(std::uint64_t{header} + format::kHeadDataAt, block);
+    if (start + head <= 0xFFFFFFFF) return;
+    throw Failure("these sizes leave no room for a record below 4 GiB", status);
+}
+
+void ThrowRecordedError(const char* kind, unsigned int number) {
+    try {
+        ThrowRecordedError();
+    } catch (const Failure& failure) {
+        throw Failure(std::string(kind) + ' ' + std::to_string(number) + ": " + failure.what());
+    }
+}
+
+std::string HowMany(std::uint64_t count, const char* one, const char* more) {
+    return Grouped(count) + ' ' + (count == 1 ? one : more);
 }
 
 CT_Buffer ToBuffer(std::string_view bytes) {
@@ -58,20 +234,6 @@ CT_Buffer ToBuffer(std::string_view bytes) {
 
 std::string_view ToBytes(const CT_Buffer& buffer) {
     return {static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()};
-}
-
-std::string ReadAll(const std::string& name) {
-    constexpr std::size_t kLargest = 0xFFFFFFF0;
-    std::string bytes;
-    if (name == "-") {
-        bytes.assign(std::istreambuf_iterator<char>(std::cin), {});
-    } else {
-        std::ifstream file(name, std::ios::binary);
-        if (!file) throw Failure(name + ": cannot be opened");
-        bytes.assign(std::istreambuf_iterator<char>(file), {});
-    }
-    if (bytes.size() > kLargest) throw Failure(name + ": too large for a record");
-    return bytes;
 }
 
 void WriteOut(std::string_view bytes) {

@@ -8,7 +8,8 @@
 #include <Foundation/Database/RecordManager/RecordManager.h>
 
 #include <CLI/App.hpp>
-#include <iosfwd>
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -37,6 +38,11 @@ public:
     RecordFile& OpenToRead();
     RecordFile& OpenToWrite();
     void Close();
+    // For long work on a file open for writing, which the first signal to end does not end at once.
+    static void ThrowIfInterrupted();
+    // The bytes as a record, with zeros up to the record header size: a shorter record reads back
+    // with whatever lay there before.
+    [[nodiscard]] CT_Buffer Padded(std::string_view bytes) const;
     CT_RecordManager* operator->() { return &manager_; }
 
 private:
@@ -44,19 +50,58 @@ private:
     CT_RecordManager manager_;
 };
 
+// Hands all records that a check finds, so none that only looks like one, or all resources to
+// `use`. What cannot be read is told on the standard error; the result is then what to end the
+// command with.
+using RecordUse = std::function<void(unsigned int number, std::string_view bytes)>;
+[[nodiscard]] std::string ReadRecords(const std::string& name, RecordFile& file,
+                                      const RecordUse& use);
+[[nodiscard]] std::string ReadResources(const std::string& name, RecordFile& file,
+                                        const RecordUse& use);
+
+// Throws Failure for sizes that no record file can have.
+void MustFit(unsigned int header, unsigned int block, unsigned int resources, int status);
+// Throws Failure when a file of that name is there, or is there and is no record file.
+void MustBeNew(const std::string& name);
+void MustBeRecordFile(const std::string& name);
+[[nodiscard]] bool SameFile(const std::string& one, const std::string& other);
+
+// A record file in the making, beside the one that it replaces when it is finished. What is not
+// finished is removed.
+class RecordTarget {
+public:
+    explicit RecordTarget(std::string name);
+    ~RecordTarget();
+    RecordTarget(const RecordTarget&) = delete;
+    RecordTarget& operator=(const RecordTarget&) = delete;
+
+    [[nodiscard]] const std::string& Unfinished() const { return unfinished_; }
+    void Finish();
+
+private:
+    std::string name_, unfinished_;
+};
+
+// Throws the recorded error, if there is one, with what it is about: "record 21: (31051): ...".
+void ThrowRecordedError(const char* kind, unsigned int number);
+
 [[nodiscard]] CT_Buffer ToBuffer(std::string_view bytes);
 [[nodiscard]] std::string_view ToBytes(const CT_Buffer& buffer);
 
-// A file's content, of "-" the standard input's.
-[[nodiscard]] std::string ReadAll(const std::string& name);
 void WriteOut(std::string_view bytes);  // to the standard output
+// To a file, which is replaced when all is written; "-" is the standard output.
+void WriteTo(const std::string& name, std::string_view bytes);
 
 // Printable ASCII as it is, "\\", "\t", "\n", all else "\xNN"; and back (throws Failure).
 [[nodiscard]] std::string Escape(std::string_view bytes);
 [[nodiscard]] std::string Unescape(std::string_view text);
 
-void AddRecordInspection(CLI::App& parent);  // info, check, repair, compact, map
-void AddRecordText(CLI::App& parent);        // export, import
+// "1 block", "1,024 blocks"
+[[nodiscard]] std::string HowMany(std::uint64_t count, const char* one, const char* more);
+
+void AddRecordInspection(CLI::App& parent);  // info, check, repair, compact
+void AddRecordMap(CLI::App& parent);
+void AddRecordText(CLI::App& parent);  // export, import
 
 }  // namespace zelkor
 
