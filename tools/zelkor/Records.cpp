@@ -173,13 +173,22 @@ void MustBeNew(const std::string& name) {
     throw Failure(name + ": is there; --force replaces it", 2);
 }
 
-void MustBeRecordFile(const std::string& name) {
+bool ReadHeader(const std::string& name, foundation::record_format::HeaderImage* header) {
     namespace format = foundation::record_format;
     std::ifstream file(name, std::ios::binary);
-    format::HeaderImage header{};
-    if (!file.is_open() || file.peek() == std::ifstream::traits_type::eof()) return;
-    file.read(reinterpret_cast<char*>(header.data()), format::kHeaderSize);
-    if (format::LoadU32(header.data() + format::kStampAt) == format::kStamp) return;
+    file.read(reinterpret_cast<char*>(header->data()), format::kHeaderSize);
+    return file.gcount() == format::kHeaderSize &&
+           format::LoadU32(header->data() + format::kStampAt) == format::kStamp;
+}
+
+void MustBeRecordFile(const std::string& name) {
+    std::error_code error;
+    const auto status = std::filesystem::status(name, error);
+    foundation::record_format::HeaderImage header{};
+    if (!std::filesystem::is_regular_file(status) || std::filesystem::file_size(name, error) == 0 ||
+        ReadHeader(name, &header)) {
+        return;
+    }
     throw Failure(name + ": is there and is no record file; --force replaces it", 2);
 }
 

@@ -5,6 +5,7 @@
 #include <Foundation/Core/Buffer/Buffer.h>
 #include <Foundation/Core/File/WinFile.h>
 #include <Foundation/Core/String/UString.h>
+#include <Foundation/Database/RecordManager/RecordFormat.h>
 #include <Foundation/Database/RecordManager/RecordManager.h>
 
 #include <CLI/App.hpp>
@@ -61,6 +62,9 @@ using RecordUse = std::function<void(unsigned int number, std::string_view bytes
 
 // Throws Failure for sizes that no record file can have.
 void MustFit(unsigned int header, unsigned int block, unsigned int resources, int status);
+// The file's header; false when it has none with a record file's stamp.
+[[nodiscard]] bool ReadHeader(const std::string& name,
+                              foundation::record_format::HeaderImage* header);
 // Throws Failure when a file of that name is there, or is there and is no record file.
 void MustBeNew(const std::string& name);
 void MustBeRecordFile(const std::string& name);

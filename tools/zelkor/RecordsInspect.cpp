@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,24 +27,22 @@ void Examine(CT_RecordCheck& check) {
     ThrowRecordedError();
 }
 
+// What the header says, whether a record manager would open the file or not, and who owns what.
 void Info(const std::string& name) {
     const NamedFile path(name);
     CT_RecordCheck check(path);
     Examine(check);
-    RecordFile file(name);
-    file.OpenToRead();
-    std::printf("records         %s\n", Grouped(file->n_GetRecordCount()).c_str());
-    std::printf("resource keys   %u of %u\n", file->n_GetResourceCount(),
-                file->n_GetResourceMaxCount());
-    std::printf("block size      %u\n", file->n_GetBlockSize());
-    std::printf("record header   %u\n", file->n_GetRecordHeaderSize());
-    std::printf("data end        %s\n", Grouped(file->n_GetSize()).c_str());
-    std::printf("references      %u to %u\n", file->n_GetMinReference(), file->n_GetMaxReference());
-    file.Close();
-    std::ifstream bytes(name, std::ios::binary);
     format::HeaderImage header{};
-    bytes.read(reinterpret_cast<char*>(header.data()), format::kHeaderSize);
+    if (!ReadHeader(name, &header)) throw Failure(name + ": is no record file");
     const auto field = [&](unsigned int at) { return format::LoadU32(header.data() + at); };
+    std::printf("records         %s\n", Grouped(field(format::kRecordCountAt)).c_str());
+    std::printf("resource keys   %u of %u\n", field(format::kResourceCountAt),
+                field(format::kResourceMaxCountAt));
+    std::printf("block size      %u\n", field(format::kBlockSizeAt));
+    std::printf("record header   %u\n", field(format::kRecordHeaderSizeAt));
+    std::printf("data end        %s\n", Grouped(field(format::kDataEndAt)).c_str());
+    std::printf("references      %u to %u\n", check.n_GetMinReference(),
+                field(format::kDataEndAt) / std::max(1u, field(format::kBlockSizeAt)));
     std::printf("changes         header %u, resources %u, free space %u\n",
                 field(format::kHeaderCounterAt), field(format::kResourceCounterAt),
                 field(format::kFreeCounterAt));
@@ -56,8 +53,9 @@ void Info(const std::string& name) {
         const auto owner = static_cast<CT_RecordCheck::et_Owner>(i);
         const unsigned int blocks = check.n_GetBlockCount(owner);
         const auto size = std::uint64_t{blocks} * check.n_GetBlockSize();
-        std::printf("%-15s %s bytes in %u runs, %.1f %%\n", kLooks[i].name, Grouped(size).c_str(),
-                    check.n_GetRunCount(owner), 100.0 * blocks / all);
+        std::printf(
+            "%-15s %s in %s, %.1f %%\n", kLooks[i].name, HowMany(size, "byte", "bytes").c_str(),
+            HowMany(check.n_GetRunCount(owner), "run", "runs").c_str(), 100.0 * blocks / all);
     }
     const unsigned int free = check.n_GetBlockCount(CT_RecordCheck::kFreeOwner);
     const unsigned int runs = check.n_GetRunCount(CT_RecordCheck::kFreeOwner);
@@ -77,8 +75,9 @@ void Check(const std::string& name) {
                     CT_RecordCheck::sqccz_GetText(finding.kind), finding.other);
     }
     const unsigned int count = check.n_GetFindingCount();
-    if (count != 0) throw Failure(name + ": " + Grouped(count) + " findings");
-    std::printf("%s: sound, %s records\n", name.c_str(), Grouped(check.n_GetRecordCount()).c_str());
+    if (count != 0) throw Failure(name + ": " + HowMany(count, "finding", "findings"));
+    std::printf("%s: sound, %s\n", name.c_str(),
+                HowMany(check.n_GetRecordCount(), "record", "records").c_str());
 }
 
 struct RepairOptions {
@@ -128,7 +127,9 @@ void Repair(const RepairOptions& options, bool sound_only) {
     const unsigned int lost = TellLosses(repair);
     std::fprintf(stderr, "%s: %s\n", options.target.c_str(),
                  HowMany(repair.n_GetMovedCount(), "record", "records").c_str());
-    if (lost != 0) throw Failure(Grouped(lost) + " records or resources were lost");
+    if (lost != 0)
+        throw Failure(
+            HowMany(lost, "record or resource was lost", "records or resources were lost"));
     if (!all) throw Failure("not all is certain to be what it was");
 }
 

@@ -130,9 +130,15 @@ private:
 };
 
 void Picture::Title() {
+    constexpr std::size_t kLongest = 48;
     const std::size_t slash = chart_.name.find_last_of('/');
-    Text(kLeft, 36, slash == std::string::npos ? chart_.name : chart_.name.substr(slash + 1),
-         " font-size=\"20\" font-weight=\"bold\"");
+    std::string name = slash == std::string::npos ? chart_.name : chart_.name.substr(slash + 1);
+    if (name.size() > kLongest) {
+        std::size_t cut = name.size() - kLongest;
+        while (cut < name.size() && (name[cut] & 0xC0) == 0x80) ++cut;  // inside a character
+        name = "..." + name.substr(cut);
+    }
+    Text(kLeft, 36, name, " font-size=\"20\" font-weight=\"bold\"");
     Text(kLeft, 58,
          HowMany(chart_.record_count, "record", "records") + " · " +
              HowMany(chart_.block_count, "block", "blocks") + " of " +
@@ -222,7 +228,7 @@ void Picture::Blocks() {
 }
 
 void Picture::Legend() {
-    constexpr unsigned int kNumbers[] = {kLeft + 300, kLeft + 420, kLeft + 510, kLeft + 600};
+    constexpr unsigned int kNumbers[] = {kLeft + 400, kLeft + 520, kLeft + 610, kLeft + 700};
     const std::string end = " text-anchor=\"end\"";
     unsigned int y = legend_;
     Text(kLeft, y,
