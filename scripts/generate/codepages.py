@@ -5,9 +5,9 @@
     codepages.py --check DATA    compares the committed tables with what would be written
     codepages.py --sums DATA     prints the rows of kWholePages in tests/Platform/CodePageTablesTest.cpp
 
-DATA holds cpinfo.tsv, leadbytes.tsv, sb/cpN.tsv and db/cpN.tsv: the strict mappings of the Windows
-code pages (no best fit), facts that agree in the code-page files published for Windows and in the
-tables that the ICU archive recorded from running systems (edition 2015). Rows are
+DATA holds cpinfo.tsv, leadbytes.tsv, sb/cpN.tsv, db/cpN.tsv and gb18030.tsv: the strict mappings of
+the Windows code pages (no best fit), facts that agree in the code-page files published for Windows
+and in the tables that the ICU archive recorded from running systems (edition 2015). Rows are
 (code, unit, flag), hexadecimal; flag "d" marks a row for decoding only. Python 3.9, standard
 library only; the output depends on nothing but the input.
 
@@ -19,6 +19,8 @@ decoding   256 units per page for single bytes; a double-byte page also has one 
 encoding   units in blocks of 64, found through an index of 1,024 block numbers; equal blocks are
            stored once, for double-byte pages even across pages. A missing unit has the code 0 in
            single-byte pages (only U+0000 really has it) and 0xFFFF in double-byte pages.
+GB18030    (54936) has the cells of page 936, and kGbPatches for the pairs that differ: all of them
+           are private-use units there. kGbRuns names the runs of units that have four bytes.
 
 Before anything is written, every code and every unit of every page is looked up in the finished
 arrays, the way the library does it, and compared with the input.
@@ -37,8 +39,9 @@ FAST_LEADS = {
     932: (0x20, 0xA1, 0xDC), 10001: (0x20, 0xA1, 0xDC),
     936: (0, 0x81, 0xFE), 949: (0, 0x81, 0xFE), 950: (0, 0x81, 0xFE), 10002: (0, 0x81, 0xFC),
     1361: (0, 0x84, 0xD3), 10003: (0, 0xB0, 0xC8), 10008: (0, 0xB0, 0xF7),
-    20932: (0, 0xA1, 0xFE), 51932: (0, 0xA1, 0xFE),
+    20932: (0, 0xA1, 0xFE), 20949: (0, 0xB0, 0xC8), 51932: (0, 0xA1, 0xFE),
 }
+GB18030 = 54936
 
 
 def table_rows(path):
@@ -107,8 +110,38 @@ def load(data):
                 encode[unit] = code
         mappings[number] = decode, encode
     mappings[51932] = euc_jp(mappings[932][0])
+    rows = [(int(row[0], 16), int(row[1], 16)) for row in table_rows(data / 'db' / 'cp54936.tsv')]
+    mappings[GB18030] = dict(rows), {unit: code for code, unit in rows}
+    infos[GB18030][4] = infos[936][4]  # not named there
     return {number: Page(number, infos[number], leads.get(number, []), *mappings[number])
             for number in sorted(mappings)}
+
+
+class Gb18030:
+    """What page 54936 has that no table page has."""
+
+    def __init__(self, data, pages):
+        page, base = pages[GB18030], pages[936]
+        page.leads, page.base = base.leads, base
+        self.patches = sorted((base.decode[code], unit) for code, unit in page.decode.items()
+                              if code > 0xFF and unit != base.decode[code])
+        self.runs = [tuple(int(field, 16) for field in row)
+                     for row in table_rows(data / 'gb18030.tsv')]
+        self.verify(page, base)
+
+    def verify(self, page, base):
+        if {code for code in page.decode if code > 0xFF} != {c for c in base.decode if c > 0xFF}:
+            sys.exit('54936 and 936 have other pairs')
+        if not all(0xE000 <= unit <= 0xF8FF for unit, _ in self.patches):
+            sys.exit('54936 and 936 differ in more than private-use units')
+        index, units = 0, set(page.encode)
+        for first, last, start in self.runs:
+            if index != start or units & set(range(first, last + 1)):
+                sys.exit('54936: the run from %04X is out of line' % first)
+            units |= set(range(first, last + 1))
+            index += last - first + 1
+        if units != set(range(0xD800)) | set(range(0xE000, 0x10000)):
+            sys.exit('54936: units without a code')
 
 
 class Pool:
@@ -129,8 +162,9 @@ class Pool:
 class Tables:
     """The arrays, and one record per page that says where its parts are."""
 
-    def __init__(self, pages):
+    def __init__(self, pages, gb18030):
         self.pages = pages
+        self.gb18030 = gb18030
         self.single_units, self.single_index, self.single_codes = Pool(), Pool(), Pool()
         self.lead_rows, self.cells = Pool(), Pool()
         self.double_index, self.double_codes = Pool(), Pool()
@@ -172,21 +206,22 @@ class Tables:
                 'encode_codes': self.single_codes.add(blocks.values)}
 
     def double(self, page):
+        base = getattr(page, 'base', page)  # the page whose pairs the cells hold
         index = [self.double_codes.add(self.stored(page.encode[u]) if u in page.encode else MISSING
                                        for u in range(first, first + BLOCK)) // BLOCK
                  for first in range(0, 0x10000, BLOCK)]
-        flip, first, last = FAST_LEADS[page.number]
+        flip, first, last = FAST_LEADS[base.number]
         fast = [byte ^ flip for byte in range(first, last + 1)]
         leads = fast + [byte for byte in page.leads if byte not in fast]
         if page.identity != 1:
             sys.exit('page %d: ASCII is not ASCII' % page.number)
         if sorted(leads) != sorted(page.leads):
             sys.exit('page %d: a fast lead byte is no lead byte' % page.number)
-        trails = [code & 0xFF for code in page.decode if code > 0xFF]
+        trails = [code & 0xFF for code in base.decode if code > 0xFF]
         low, high = min(trails), max(trails)
         cells = []
         for lead in leads:
-            cells += [page.decode.get(lead * 256 + trail, page.default_unit)
+            cells += [base.decode.get(lead * 256 + trail, base.default_unit)
                       for trail in range(low, high + 1)] + [page.default_unit]
         rows = [leads.index(byte) + 1 if byte in leads else 0 for byte in range(256)]
         return {'encode_index': self.double_index.add(index), 'encode_codes': 0,
@@ -217,8 +252,12 @@ class Tables:
             if self.records[self.places[page.number % self.modulus]] is not record:
                 sys.exit('page %d: not found by its number' % page.number)
             codes = list(range(256)) + [lead * 256 + b for lead in page.leads for b in range(256)]
+            patches = dict(self.gb18030.patches if page.number == GB18030 else ())
             for code in codes:
-                if self.decoded(record, code) != page.decode.get(code, page.default_unit):
+                unit = self.decoded(record, code)
+                if code > 0xFF:
+                    unit = patches.get(unit, unit)
+                if unit != page.decode.get(code, page.default_unit):
                     sys.exit('page %d: code %X decodes wrongly' % (page.number, code))
             for unit in range(0x10000):
                 if self.encoded(record, unit) != page.encode.get(unit):
@@ -234,7 +273,8 @@ class Tables:
     def size(self):
         wide = self.single_units, self.cells, self.double_index, self.double_codes
         narrow = self.single_index, self.single_codes, self.lead_rows
-        return sum(2 * len(p.values) for p in wide) + sum(len(p.values) for p in narrow)
+        return (sum(2 * len(p.values) for p in wide) + sum(len(p.values) for p in narrow) +
+                self.modulus + 4 * len(self.gb18030.patches) + 6 * len(self.gb18030.runs))
 
 
 HEADING = '''// Generated by scripts/generate/codepages.py from the strict mappings of the Windows code pages.
@@ -257,6 +297,14 @@ def array(kind, name, count, values, comment):
         line += text
     lines.append(line)
     return '\n// %s\nconst %s %s[%s] = {\n%s\n};\n' % (comment, kind, name, count, '\n'.join(lines))
+
+
+def rows(kind, name, values, comment):
+    """The definition of an array of small structs, four to a line."""
+    texts = ['{%s},' % ', '.join('0x%04X' % number for number in value) for value in values]
+    lines = ['    ' + ' '.join(texts[at:at + 4]) for at in range(0, len(texts), 4)]
+    return '\n// %s\nconst %s %s[%d] = {\n%s\n};\n' % (
+        comment, kind, name, len(values), '\n'.join(lines))
 
 
 def source(arrays):
@@ -297,7 +345,15 @@ def files(tables):
         count = len(pool.values)
         bodies.setdefault(name, []).append(array(kind, array_name, count, pool.values, comment))
         externs.append('extern const %s %s[%d];' % (kind, array_name, count))
-    externs.append('extern const %s kPagePlaces[%d];' % (u8, tables.modulus))
+    gb18030 = tables.gb18030
+    externs += ['extern const %s kPagePlaces[%d];' % (u8, tables.modulus),
+                'extern const GbPatch kGbPatches[%d];' % len(gb18030.patches),
+                'extern const GbRun kGbRuns[%d];' % len(gb18030.runs)]
+    bodies['Gb18030.cpp'] = [
+        rows('GbPatch', 'kGbPatches', gb18030.patches,
+             'The unit in page 936 and in 54936 of the pairs where they differ, in that order.'),
+        rows('GbRun', 'kGbRuns', gb18030.runs,
+             'Runs of units that have four bytes, and the index of the first; in both orders.')]
     bodies['TablePages.cpp'] = [
         array(u8, 'kPagePlaces', tables.modulus, tables.places,
               'Place in kTablePages by the remainder of the page number; any for other numbers.'),
@@ -326,7 +382,7 @@ struct TablePage {
     std::uint16_t number;
     char16_t default_unit;        // stands for every code without a row
     std::uint16_t default_code;   // of default_unit, stored as in kDoubleCodes
-    std::uint8_t max_char_size;   // 1 or 2 bytes
+    std::uint8_t max_char_size;   // 1 or 2 bytes; 4 in 54936, which has more than its tables
     std::uint8_t identity;        // 1: 00 to 7F are ASCII, both ways; 2: A0 to FF are Latin-1 too
     std::uint8_t lead_bytes[12];  // (first, last) pairs, ended by a pair of zeros
     std::uint32_t single_units;   // in kSingleUnits
@@ -342,6 +398,17 @@ struct TablePage {
     std::uint8_t fast_flip;
     std::uint8_t fast_first;
     std::uint8_t fast_count;
+};
+
+// Page 54936: a pair has the unit of page 936 but for the patches.
+struct GbPatch {
+    char16_t unit936;
+    char16_t unit;
+};
+struct GbRun {
+    char16_t first;
+    char16_t last;
+    std::uint16_t index;  // of `first` among the sequences of four bytes
 };
 
 inline constexpr std::size_t kTablePageCount = %(count)d;
@@ -367,16 +434,32 @@ def checksum(pairs):
     return state
 
 
-def print_sums(pages):
+def gb18030_codes(page, runs):
+    """(unit, code) of every unit, in order; the first byte of a code in its highest byte."""
+    codes = dict(page.encode)
+    for first, last, start in runs:
+        for unit in range(first, last + 1):
+            rest, fourth = divmod(start + unit - first, 10)
+            rest, third = divmod(rest, 126)
+            first_byte, second = divmod(rest, 10)
+            codes[unit] = (0x81 + first_byte << 24 | 0x30 + second << 16 | 0x81 + third << 8 |
+                           0x30 + fourth)
+    return sorted(codes.items())
+
+
+def print_sums(pages, gb18030):
     """Sums over the (code, unit) rows in code order and the encodings in unit order.
 
     A row that only repeats the default unit cannot be told from a missing one, and is left out.
     """
     for page in pages.values():
+        if page.number == GB18030:
+            continue
         rows = [row for row in sorted(page.decode.items())
                 if row[1] != page.default_unit or row[0] == page.default_code]
         print('    {%d, 0x%04X, 0x%08X, 0x%08X},' % (
             page.number, page.default_unit, checksum(rows), checksum(sorted(page.encode.items()))))
+    print('    54936: 0x%08X' % checksum(gb18030_codes(pages[GB18030], gb18030.runs)))
 
 
 def main():
@@ -387,9 +470,10 @@ def main():
     arguments = parser.parse_args()
 
     pages = load(arguments.data)
+    gb18030 = Gb18030(arguments.data, pages)
     if arguments.sums:
-        return print_sums(pages)
-    tables = Tables(pages)
+        return print_sums(pages, gb18030)
+    tables = Tables(pages, gb18030)
     tables.verify()
     stale = []
     for name, content in files(tables).items():

@@ -46,8 +46,15 @@ struct WholePage {
 };
 constexpr WholePage kWholePages[] = {
     {437, 0x003F, 0xEDC44492, 0x31777840},   {646, 0x003F, 0xA02AFC17, 0x9179F3C5},
-    {720, 0x003F, 0xFC7266BA, 0x886B8730},   {850, 0x003F, 0xD6C1F3B4, 0x69059096},
-    {862, 0x003F, 0x870128DC, 0xB26FCF2E},   {874, 0x003F, 0xCEC09133, 0x0556E19F},
+    {708, 0x003F, 0xF37E0C5C, 0xF4E3A01A},   {720, 0x003F, 0xFC7266BA, 0x886B8730},
+    {737, 0x003F, 0xC6F01996, 0x11305A8C},   {775, 0x003F, 0x5DA8DB4A, 0xEB299504},
+    {850, 0x003F, 0xD6C1F3B4, 0x69059096},   {852, 0x003F, 0xBDFBE003, 0x37212A4B},
+    {855, 0x003F, 0xC6F6FCC8, 0xC0507456},   {857, 0x003F, 0xF079BCAD, 0xD37ED845},
+    {858, 0x003F, 0x7C9B18FF, 0x39AFBE57},   {860, 0x003F, 0xC86EB697, 0xAF1C5B87},
+    {861, 0x003F, 0xC5762697, 0x2C9DBB4F},   {862, 0x003F, 0x870128DC, 0xB26FCF2E},
+    {863, 0x003F, 0x4F3D75CB, 0x4AD9CC67},   {864, 0x003F, 0xB7C51966, 0x0D3CB7E0},
+    {865, 0x003F, 0x16F4805E, 0x1465465C},   {866, 0x003F, 0xFBCFA109, 0xCCEBE3AD},
+    {869, 0x003F, 0xC40A19EB, 0x5181C817},   {874, 0x003F, 0xCEC09133, 0x0556E19F},
     {932, 0x30FB, 0xA50F8605, 0x5EBA86B6},   {936, 0x003F, 0x23EC04DF, 0x4FB9528F},
     {949, 0x003F, 0x5418BF52, 0xBD857700},   {950, 0x003F, 0x50B01CFB, 0xFD2811A4},
     {1250, 0x003F, 0xC44E2135, 0xB4019809},  {1251, 0x003F, 0xBF2A1453, 0x8866B2D3},
@@ -64,11 +71,13 @@ constexpr WholePage kWholePages[] = {
     {10029, 0x003F, 0x48ACD04A, 0x9F11D30C}, {10079, 0x003F, 0x2149B99C, 0x42ED1FDA},
     {10081, 0x003F, 0xA69990F3, 0x7BDE7BD7}, {10082, 0x003F, 0xDDD9040B, 0xE6ABE2FF},
     {20127, 0x003F, 0xA02AFC17, 0x9179F3C5}, {20866, 0x003F, 0x90A6D3F7, 0x5E0D070F},
-    {20932, 0x30FB, 0x9F0DB03A, 0x070B0020}, {28591, 0x003F, 0x0EF7AFC5, 0x0EF7AFC5},
+    {20932, 0x30FB, 0x9F0DB03A, 0x070B0020}, {20949, 0x003F, 0x22CB20DD, 0x844FEA3D},
+    {21866, 0x003F, 0x226DAE2F, 0x02898967}, {28591, 0x003F, 0x0EF7AFC5, 0x0EF7AFC5},
     {28592, 0x003F, 0x61FB4D56, 0x9A50D404}, {28593, 0x003F, 0xC1E34BBF, 0x53EA76F7},
     {28594, 0x003F, 0xCDAC605D, 0xE8E77E41}, {28595, 0x003F, 0x1A5663D5, 0xD6364859},
     {28596, 0x003F, 0x2644DF06, 0xF367A458}, {28597, 0x003F, 0xC1CF1332, 0x708AC280},
     {28598, 0x003F, 0xC957BADB, 0x29B3BDF7}, {28599, 0x003F, 0xDC4D1296, 0x0116FE90},
+    {28603, 0x003F, 0x2E18B40C, 0x9CD60102}, {28605, 0x003F, 0x3DC6895F, 0x1C1ECF47},
     {51932, 0x30FB, 0x9589B52F, 0x64A069C7}};
 
 TEST(CodePageTablesTest, EveryRowOfEveryTablePageIsThere) {
@@ -102,6 +111,26 @@ TEST(CodePageTablesTest, EveryRowOfEveryTablePageIsThere) {
             }
         }
         EXPECT_EQ(decoded, decode_sum);
+    }
+}
+
+// Every unit has one code, so that decoding what encoding gave proves the sum for both directions.
+TEST(CodePageTablesTest, EveryUnitOfGb18030IsThere) {
+    constexpr std::uint32_t kGb18030 = 54936;
+    std::uint32_t encoded = 0x811C9DC5;
+    for (char32_t unit = 0; unit < 0x10000; ++unit) {
+        if (unit >= 0xD800 && unit < 0xE000) continue;
+        const std::u16string text(1, static_cast<char16_t>(unit));
+        const std::string bytes = Encoded(kGb18030, text);
+        unsigned int code = 0;
+        for (const char byte : bytes) code = code << 8 | static_cast<unsigned char>(byte);
+        AddToSum(encoded, code, unit, false);
+        ASSERT_EQ(Decoded(kGb18030, bytes), text);
+    }
+    EXPECT_EQ(encoded, 0x4D648E95u);
+    for (unsigned int high = 0xD800; high < 0xDC00; ++high) {
+        const std::u16string text{static_cast<char16_t>(high), static_cast<char16_t>(high + 0x400)};
+        ASSERT_EQ(Decoded(kGb18030, Encoded(kGb18030, text)), text);
     }
 }
 

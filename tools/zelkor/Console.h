@@ -1,5 +1,5 @@
-// What the commands share: text between the terminal's UTF-8 and the library's strings, failures
-// that end a command, and a progress bar.
+// What the commands share: text between the terminal's UTF-8 and the library's strings, names of
+// files, failures that end a command, and a progress bar.
 #ifndef TOOLS_ZELKOR_CONSOLE_H
 #define TOOLS_ZELKOR_CONSOLE_H
 
@@ -27,6 +27,16 @@ private:
 [[nodiscard]] CT_UString FromUtf8(std::string_view text);
 [[nodiscard]] std::string ToUtf8(const CT_UString& text);
 
+// Text that the user typed, which must be UTF-8; else bad usage.
+[[nodiscard]] CT_UString FromArgument(const std::string& argument);
+
+// A name that the user typed, for the library's file classes: every byte of it reaches the system,
+// be it UTF-8 or not, a backslash, or a colon behind a letter.
+[[nodiscard]] CT_UString FileName(std::string_view argument);
+
+// Fit for a terminal: control characters and bytes that are no UTF-8 as "\xNN".
+[[nodiscard]] std::string Printable(std::string_view bytes);
+
 // Throws the thread's recorded error, if there is one, as a Failure: "(code): message", with the
 // source locations it passed through when the user asked for them. Clears it.
 void ThrowRecordedError();
@@ -35,7 +45,7 @@ void ShowLocations(bool show);
 // A bar on the standard error when that is a terminal and the work takes longer than a second.
 class Progress {
 public:
-    Progress(std::string what, std::uint64_t total);
+    Progress(std::string what, std::uint64_t total);  // a total of 0 is not known: no bar
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -54,6 +64,8 @@ private:
 
 // "1,234,567"
 [[nodiscard]] std::string Grouped(std::uint64_t number);
+// The number with the word for one or for more: "1 word", "2,000 words".
+[[nodiscard]] std::string Counted(std::uint64_t count, const char* one, const char* more);
 
 }  // namespace zelkor
 

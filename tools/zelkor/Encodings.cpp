@@ -1,31 +1,136 @@
 #include "Encodings.h"
 
+#include <Foundation/Core/Language/Codepage.h>
+#include <Foundation/Platform/Nls/CodePages.h>
+#include <Foundation/Platform/Nls/TextPieces.h>
+
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "Console.h"
+#include "Surrogates.h"
 
 namespace zelkor {
 
-CT_Codepage ParseEncoding(const std::string& name) {
-    unsigned int number = 0;
-    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
-    const bool is_number = error == std::errc() && end == name.data() + name.size();
+namespace {
+
+struct Alias {
+    std::string_view name;  // letters and digits alone, small
+    unsigned int page;
+};
+// Names in common use beside those that CT_Codepage knows.
+constexpr auto kAliases = std::to_array<Alias>({{"ascii", 646},
+                                                {"big5", 950},
+                                                {"eucjp", 51932},
+                                                {"euckr", 949},
+                                                {"gb18030", 54936},
+                                                {"gb2312", 936},
+                                                {"gbk", 936},
+                                                {"hz", 52936},
+                                                {"iso2022jp", 50220},
+                                                {"iso88591", 1252},
+                                                {"iso885913", 28603},
+                                                {"iso885915", 28605},
+                                                {"koi8u", 21866},
+                                                {"latin9", 28605},
+                                                {"shiftjis", 932},
+                                                {"sjis", 932},
+                                                {"utf16", kUtf16Little},
+                                                {"utf8", kUtf8Number},
+                                                {"windows31j", 932}});
+// In front of the number of a page.
+constexpr auto kPrefixes =
+    std::to_array<std::string_view>({"", "codepage", "cp", "dos", "ibm", "windows"});
+
+bool IsServed(unsigned int page) {
+    return page == kUtf16Little || page == kUtf16Big || platform::IsValidCodePage(page);
+}
+
+// The letters, made small, and the digits of a name.
+std::string Bare(std::string_view name) {
+    std::string bare;
+    for (const char c : name) {
+        const bool capital = c >= 'A' && c <= 'Z';
+        if (capital || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) {
+            bare += static_cast<char>(capital ? c | 0x20 : c);
+        }
+    }
+    return bare;
+}
+
+// The number behind one of the prefixes, or 0.
+unsigned int NumberIn(std::string_view bare) {
+    for (const std::string_view prefix : kPrefixes) {
+        if (!bare.starts_with(prefix)) continue;
+        unsigned int number = 0;
+        const char* const last = bare.data() + bare.size();
+        const auto [end, error] = std::from_chars(bare.data() + prefix.size(), last, number);
+        if (error == std::errc() && end == last) return number;
+    }
+    return 0;
+}
+
+unsigned int FindPage(const std::string& name) {
     const CT_UString text = FromUtf8(name);
-    const CT_Codepage encoding = is_number ? CT_Codepage(number) : CT_Codepage(&text);
-    if (!encoding.b_IsValid()) {
-        throw Failure("'" + name +
+    if (const CT_Codepage known(&text); known.b_IsValid() != FALSE) return known.n_Get();
+    const std::string bare = Bare(name);
+    const auto alias = std::ranges::find(kAliases, bare, &Alias::name);
+    return alias != kAliases.end() ? alias->page : NumberIn(bare);
+}
+
+}  // namespace
+
+Encoding ParseEncoding(const std::string& name) {
+    const unsigned int page = FindPage(name);
+    if (!IsServed(page)) {
+        throw Failure("'" + Printable(name) +
                           "' is no encoding known here; give a name such as UTF-8, iso-8859-1, "
                           "windows-1250, Shift_JIS or a code-page number such as 1252",
                       2);
     }
-    return encoding;
+    const std::string bare = Bare(name);
+    return {page, bare == "utf16" || bare == "unicode"};
 }
 
-std::string Describe(const CT_Codepage& encoding) {
-    const char16_t* name = encoding.qcuz_Get();
-    const std::string number = std::to_string(encoding.n_Get());
-    return name == nullptr ? "code page " + number : ToUtf8(CT_UString(name)) + " (" + number + ")";
+std::string NameOf(const Encoding& encoding) {
+    if (encoding.either_order) return "UTF-16";
+    if (encoding.IsUtf16()) return encoding.page == kUtf16Little ? "UTF-16LE" : "UTF-16BE";
+    const char16_t* name = CT_Codepage(encoding.page).qcuz_Get();
+    return name == nullptr ? "cp" + std::to_string(encoding.page) : ToUtf8(CT_UString(name));
+}
+
+std::string Describe(const Encoding& encoding) {
+    return NameOf(encoding) + " (" + std::to_string(encoding.page) + ")";
+}
+
+std::string_view MarkOf(const Encoding& encoding) {
+    if (encoding.page == kUtf16Little) return "\xFF\xFE";
+    if (encoding.page == kUtf16Big) return "\xFE\xFF";
+    return encoding.page == kUtf8Number ? "\xEF\xBB\xBF" : "";
+}
+
+bool DecodeExactly(unsigned int page, std::string_view bytes, std::u16string& units) {
+    units.resize(bytes.size());
+    const auto done =
+        platform::TextDecoder(page).Decode(bytes.data(), bytes.size(), true, units.data());
+    units.resize(done.written);
+    return done.taken == bytes.size() && done.faults == 0 && FindUnpaired(units) == units.size();
+}
+
+bool EncodeExactly(unsigned int page, std::u16string_view units, std::string& bytes) {
+    platform::TextEncoder encoder(page);
+    bytes.resize(encoder.MaxBytes(units.size()));
+    const auto done = encoder.Encode(units.data(), units.size(), true, bytes.data());
+    bytes.resize(done.written);
+    return done.taken == units.size() && done.faults == 0 && FindUnpaired(units) == units.size();
+}
+
+std::optional<Encoding> EncodingOfMark(std::string_view bytes) {
+    for (const unsigned int page : {kUtf8Number, kUtf16Little, kUtf16Big}) {
+        if (bytes.starts_with(MarkOf({page}))) return Encoding{page};
+    }
+    return std::nullopt;
 }
 
 }  // namespace zelkor

@@ -1,9 +1,6 @@
 // zelkor glossary: builds glossaries out of tables of words, searches and shows them.
 #include <Foundation/Core/Error/ErrorManager.h>
 #include <Foundation/Core/File/FileSystem.h>
-#include <Foundation/Core/File/Stream.h>
-#include <Foundation/Core/File/TextReader.h>
-#include <Foundation/Core/File/WinFile.h>
 #include <Foundation/Core/SymbolTable/BiLingualWordList.h>
 #include <Foundation/Database/Glossary/GlossaryFile.h>
 
@@ -17,35 +14,25 @@
 
 #include "Commands.h"
 #include "Console.h"
-#include "Encodings.h"
-#include "RecordLines.h"
-#include "Records.h"
+#include "Losses.h"
+#include "OutputFile.h"
+#include "Surrogates.h"
+#include "TemporaryFile.h"
+#include "TextInput.h"
 
 namespace zelkor {
 
 namespace {
 
-constexpr unsigned int kFileBufferSize = 16384;
 constexpr unsigned int kNoGlossary = 31050;
-constexpr unsigned int kMostComplaints = 20;
 
 struct BuildOptions {
     std::string output;
     std::vector<std::string> inputs;
-    std::string from = "UTF-8";
+    std::string from;
     bool comments = false;
     bool force = false;
-};
-
-// The number with the word for one or for more.
-std::string Counted(unsigned int count, const char* one, const char* more) {
-    return Grouped(count) + (count == 1 ? one : more);
-}
-
-// What became of the lines of the inputs.
-struct BuildCounts {
-    unsigned int repeated = 0;
-    unsigned int refused = 0;
+    bool lossy = false;
 };
 
 // The texts of a line's first two columns.
@@ -54,15 +41,19 @@ struct Pair {
 };
 
 // Null when the line holds a pair, else what is wrong with it.
-const char* Split(std::u16string_view line, Pair& pair) {
-    const std::size_t tab = line.find(u'\t');
+const char* Split(const LineInput::Line& line, Pair& pair) {
+    if (line.too_long) return "longer than a million characters";
+    const std::size_t tab = line.text.find(u'\t');
     if (tab == std::u16string_view::npos) return "no tab between two words";
-    pair.source = line.substr(0, tab);
-    pair.target = line.substr(tab + 1, line.find(u'\t', tab + 1) - tab - 1);
+    pair.source = line.text.substr(0, tab);
+    pair.target = line.text.substr(tab + 1, line.text.find(u'\t', tab + 1) - tab - 1);
     if (pair.source.empty() || pair.target.empty()) return "one of the words is empty";
     // Marks inside the packed lists; the line has neither 10 nor 13.
-    const std::u16string_view marks(u"\0\x0A\x0D\x19\x1A", 5);
-    if (line.find_first_of(marks) != std::u16string_view::npos) return "a control character";
+    const std::u16string_view marks(u"\0\x19\x1A", 3);
+    if (pair.source.find_first_of(marks) != marks.npos ||
+        pair.target.find_first_of(marks) != marks.npos) {
+        return "a control character";
+    }
     return nullptr;
 }
 
@@ -71,95 +62,71 @@ bool IsThere(const CT_BiLingualUWordList& list, const Pair& pair) {
     return target != nullptr && pair.target == target;
 }
 
-void ReadLines(CT_BiLingualUWordList& list, CT_Stream& stream, const std::string& name,
-               const BuildOptions& options, BuildCounts& counts) {
-    const CT_Codepage encoding = ParseEncoding(options.from);
-    if (encoding.eo_Get() == CT_Codepage::kUtf16BigEndian) {
-        throw Failure(options.from + " is not read here; zelkor convert makes UTF-8 of it", 2);
-    }
-    CT_StreamTextReader reader(&stream, encoding, TRUE);
-    ThrowRecordedError();
-    const unsigned int size = stream.n_GetSize();
-    Progress progress(name, size);
-    CT_UString line;
+// Adds a file's pairs and answers how many of them were there already.
+unsigned int ReadInput(CT_BiLingualUWordList& list, const std::string& name,
+                       const BuildOptions& options, Losses& losses) {
+    TextInput input(name, {.named = options.from}, losses);
+    LineInput lines(input);
     Pair pair;
-    for (unsigned int number = 1; reader.b_ReadLine(line) != FALSE; ++number) {
-        if ((number & 0xFFF) == 0) progress.Advance(stream.n_GetOffset());
-        const std::u16string_view text(line.qcuz_Get(), line.n_GetLength());
-        // The reader puts this in the place of what it cannot decode.
-        if (text.find(u'\xFFFD') != std::u16string_view::npos) {
-            throw Failure(name + ":" + std::to_string(number) + ": not valid " + options.from +
-                          "; --from names another encoding");
-        }
-        if (text.empty() || (options.comments && text[0] == u'#')) continue;
-        if (const char* const fault = Split(text, pair); fault != nullptr) {
-            if (++counts.refused <= kMostComplaints) {
-                std::fprintf(stderr, "zelkor: %s:%u: not added, %s\n", name.c_str(), number, fault);
-            } else if (counts.refused == kMostComplaints + 1) {
-                std::fputs("zelkor: ... further lines are counted only\n", stderr);
-            }
+    unsigned int repeated = 0;
+    for (LineInput::Line line; lines.Next(line);) {
+        const bool is_comment = options.comments && line.text.starts_with(u'#');
+        if ((line.text.empty() && !line.too_long) || is_comment) continue;
+        if (const char* const fault = Split(line, pair); fault != nullptr) {
+            losses.Add([&] {
+                return input.name() + ":" + std::to_string(line.number) + ": not added, " + fault;
+            });
         } else if (IsThere(list, pair)) {
-            ++counts.repeated;
+            ++repeated;
         } else {
             list.v_Insert(pair.source.c_str(), pair.target.c_str());
         }
     }
-    if (reader.n_GetErrors() != 0 || stream.n_GetOffset() < size) {
-        throw Failure(name + ": the text is not valid " + options.from);
-    }
-}
-
-void ReadInput(CT_BiLingualUWordList& list, const std::string& name, const BuildOptions& options,
-               BuildCounts& counts) {
-    if (name == "-") {
-        CT_Buffer bytes = ToBuffer(ReadAll(name));
-        CT_BufferStream stream(&bytes);
-        return ReadLines(list, stream, name, options, counts);
-    }
-    const CT_UString path = FromUtf8(name);
-    CT_WinFile file(&path, kFileBufferSize);
-    CT_FileStream stream(&file);
-    ReadLines(list, stream, name, options, counts);
+    return repeated;
 }
 
 // Keeps a slip in the order of the names from replacing a table of words, or any other file.
 void MayReplace(const std::string& name) {
-    const CT_UString path = FromUtf8(name);
+    const CT_UString path = FileName(name);
     if (CT_FileSystem::sb_IsExistent(&path) == FALSE) return;
     CT_BiLingualUWordList list;
     CT_ErrorManager& errors = *CT_ErrorManager::spco_Get();
     const bool glossary = CT_GlossaryFile::sb_Load(&list, path.qcuz_Get()) != FALSE ||
                           errors.n_GetErrorCode() != kNoGlossary;
     errors.v_ClearError();
-    if (!glossary) throw Failure(name + ": is there and is no glossary; --force replaces it", 2);
+    if (!glossary) {
+        throw Failure(Printable(name) + ": is there and is no glossary; --force replaces it", 2);
+    }
 }
 
 void Build(const BuildOptions& options) {
-    if (!options.force) MayReplace(options.output);
+    OutputFile output(options.output);
+    if (!options.force && !output.is_direct()) MayReplace(options.output);
     CT_BiLingualUWordList list(TRUE);
-    BuildCounts counts;
-    for (const std::string& input : options.inputs) ReadInput(list, input, options, counts);
-    const std::string refused =
-        Counted(counts.refused, " line is no pair of words", " lines are no pairs of words");
-    if (list.n_GetCount() == 0 && counts.refused != 0) {
-        throw Failure(refused + "; " + options.output + " is not written");
+    Losses losses(options.lossy);
+    unsigned int repeated = 0;
+    for (const std::string& input : options.inputs) {
+        repeated += ReadInput(list, input, options, losses);
     }
-    CT_GlossaryFile::sb_Save(&list, FromUtf8(options.output).qcuz_Get());
+    losses.Settle(output);
+    CT_GlossaryFile::sb_Save(&list, output.Staged().qcuz_Get());
     ThrowRecordedError();
-    std::printf("%s: %s", options.output.c_str(),
-                Counted(list.n_GetCount(), " pair", " pairs").c_str());
-    if (counts.repeated != 0) std::printf("; %s repeated", Grouped(counts.repeated).c_str());
-    std::putchar('\n');
-    if (counts.refused != 0) throw Failure(refused);
+    output.Finish();
+    std::FILE* const console = output.is_standard_output() ? stderr : stdout;
+    std::fprintf(console, "%s: %s", output.name().c_str(),
+                 Counted(list.n_GetCount(), "pair", "pairs").c_str());
+    if (repeated != 0) std::fprintf(console, "; %s repeated", Grouped(repeated).c_str());
+    std::fputc('\n', console);
 }
 
 CT_BiLingualUWordList Load(const std::string& name) {
+    const SeekableFile file(name);
     CT_BiLingualUWordList list;
-    if (CT_GlossaryFile::sb_Load(&list, FromUtf8(name).qcuz_Get()) == FALSE) {
+    if (CT_GlossaryFile::sb_Load(&list, file.path().qcuz_Get()) == FALSE) {
         CT_ErrorManager& errors = *CT_ErrorManager::spco_Get();
         if (errors.n_GetErrorCode() != kNoGlossary) ThrowRecordedError();
         errors.v_ClearError();
-        throw Failure(name + ": not a glossary");
+        throw Failure(file.name() + ": not a glossary");
     }
     return list;
 }
@@ -206,7 +173,7 @@ std::map<std::u16string, Translations, std::less<>> Translate(
 void Find(const std::string& name, const std::vector<std::string>& words, Side side, bool all) {
     const CT_BiLingualUWordList list = Load(name);
     std::vector<std::u16string> texts;
-    for (const std::string& word : words) texts.emplace_back(FromUtf8(word).qcuz_Get());
+    for (const std::string& word : words) texts.emplace_back(FromArgument(word).qcuz_Get());
     const auto found = Translate(list, texts, side, all);
     bool missing = false;
     for (std::size_t i = 0; i < words.size(); ++i) {
@@ -222,14 +189,21 @@ void Find(const std::string& name, const std::vector<std::string>& words, Side s
 
 void List(const std::string& name) {
     const CT_BiLingualUWordList list = Load(name);
-    Progress progress(name, list.n_GetCount());
+    Progress progress(Printable(name), list.n_GetCount());
     const char16_t* source = nullptr;
     const char16_t* target = nullptr;
     unsigned int count = 0;
+    unsigned int replaced = 0;
+    const auto is_text = [](std::u16string_view word) { return FindUnpaired(word) == word.size(); };
     for (CT_BiUWordListIterator pairs(&list); pairs.b_Next() != FALSE;) {
         pairs.v_Get(&source, &target);
         std::printf("%s\t%s\n", Utf8(source).c_str(), Utf8(target).c_str());
+        if (!is_text(source) || !is_text(target)) ++replaced;
         if ((++count & 0xFFF) == 0) progress.Advance(count);
+    }
+    if (replaced != 0) {
+        throw Failure(Counted(replaced, "pair has", "pairs have") +
+                      " halves of surrogate pairs, shown as U+FFFD");
     }
 }
 
@@ -256,7 +230,8 @@ void AddBuild(CLI::App& parent) {
         "build",
         "Make a glossary of tables of words: a word, a tab and its translation in a line.");
     auto options = std::make_shared<BuildOptions>();
-    command->add_option("OUT", options->output, "Glossary to write")->required();
+    command->add_option("OUT", options->output, "Glossary to write; - is the standard output")
+        ->required();
     command
         ->add_option("INPUT", options->inputs,
                      "Tables; further columns are passed over; - is the standard input")
@@ -265,6 +240,11 @@ void AddBuild(CLI::App& parent) {
     command->add_flag("--force", options->force, "Replace OUT even if it is no glossary");
     command->add_option("--from", options->from,
                         "Encoding of inputs without a byte-order mark (default: UTF-8)");
+    command->add_flag("--lossy", options->lossy,
+                      "Put U+FFFD for what does not decode, and pass over lines that are no pairs");
+    command->footer(
+        "What cannot be kept is told with its line, and OUT is then not written (status 1) unless\n"
+        "--lossy is given.");
     command->callback([options] { Build(*options); });
 }
 
@@ -279,7 +259,7 @@ void AddFind(CLI::App& parent) {
         bool source = false, target = false, first = false;
     };
     auto options = std::make_shared<Options>();
-    command->add_option("GLOSSARY", options->name, "Glossary")->required();
+    command->add_option("GLOSSARY", options->name, "Glossary; - is the standard input")->required();
     command->add_option("WORD", options->words, "Words to look up")->required();
     CLI::Option* source =
         command->add_flag("--source", options->source, "Among the words of the first column only");
@@ -298,7 +278,7 @@ void AddShow(CLI::App& parent, const char* verb, const char* text,
              void (*run)(const std::string&)) {
     CLI::App* command = parent.add_subcommand(verb, text);
     auto name = std::make_shared<std::string>();
-    command->add_option("GLOSSARY", *name, "Glossary")->required();
+    command->add_option("GLOSSARY", *name, "Glossary; - is the standard input")->required();
     command->callback([name, run] { run(*name); });
 }
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
+#include "Foundation/Core/CompList/CompListCheck.h"
 #include "Foundation/Core/CompList/CompListGrowing.h"
 #include "Foundation/Core/CompList/CompListImage.h"
 #include "Foundation/Core/CompList/CompListIndex.h"
@@ -141,6 +143,7 @@ void CT_CompList::Adopt() {
 // Gives up the growing form and the index.
 void CT_CompList::Forget() noexcept {
     growing_.reset();
+    behind_.v_SetSize(0, FALSE);
     Release()(index_.exchange(nullptr, std::memory_order_acquire));
 }
 
@@ -159,11 +162,13 @@ void CT_CompList::WriteImage() const {
     const std::lock_guard guard(lock_);
     if (bytes_.load(std::memory_order_relaxed) != nullptr) return;  // another reader was faster
     const std::uint32_t end = growing_->End();
-    CT_Buffer image(end, buffer_.n_GetGrowth());
+    const std::uint32_t behind = behind_.n_GetUsedSize();
+    CT_Buffer image(end + behind, buffer_.n_GetGrowth());
     auto* bytes = static_cast<std::byte*>(image.qv_Get());
     std::memcpy(bytes, header_.data(), header_.size());
     growing_->Write(bytes);
-    image.v_SetUsedSize(end);
+    if (behind != 0) std::memcpy(bytes + end, behind_.qcv_Get(), behind);
+    image.v_SetUsedSize(end + behind);
     buffer_ = std::move(image);
     bytes_.store(bytes, std::memory_order_release);
 }
@@ -176,11 +181,14 @@ const CT_Buffer* CT_CompList::pcco_GetBuffer() const {
 bool CT_CompList::MakeGrowing() {
     if (growing_ != nullptr) return true;
     const View image = Image();
-    if (image.limit < kFirstElement || image.limit != n_GetEnd()) return false;
-    auto growing = Make<GrowingList>(image.widths);
+    if (image.limit != n_GetEnd()) return false;
+    const auto more = static_cast<std::uint32_t>(buffer_.n_GetUsedSize() - image.limit);
+    auto growing = Make<GrowingList>(image.widths, more);
     if (!growing->Read(image)) return false;
+    CT_Buffer behind(image.bytes + image.limit, more, 1);
     Forget();
     growing_ = std::move(growing);
+    behind_ = std::move(behind);
     return true;
 }
 
@@ -315,7 +323,22 @@ BOOL CT_CompList::b_IsEmpty() const noexcept {
     return n_GetEnd() <= kFirstElement + n_GetElementSize() ? TRUE : FALSE;
 }
 
+BOOL CT_CompList::b_IsSound() const {
+    const View image = Image();
+    if (image.bytes == nullptr || image.limit == 0 || image.limit != n_GetEnd() ||
+        b_IsInNetworkByteOrder() != FALSE) {
+        return FALSE;
+    }
+    const std::optional<std::uint32_t> words = CountSoundWords(image);
+    if (!words) return FALSE;
+    if (b_HasEmptyStringSupport() == FALSE) return n_GetNrOfEntries() == *words ? TRUE : FALSE;
+    // The empty word counts as often as it was added, and may have been given the handle of none.
+    const bool empty_word = Load<std::uint32_t>(&header_[kEmptyHandleAt]) != kAbsent;
+    return n_GetNrOfEntries() >= *words + (empty_word ? 1 : 0) ? TRUE : FALSE;
+}
+
 std::size_t CT_CompList::MemoryBesideImage() const noexcept {
     const Index* const index = index_.load(std::memory_order_acquire);
-    return (growing_ != nullptr ? growing_->Bytes() : 0) + (index != nullptr ? index->Bytes() : 0);
+    return (growing_ != nullptr ? growing_->Bytes() : 0) + behind_.n_GetUsedSize() +
+           (index != nullptr ? index->Bytes() : 0);
 }

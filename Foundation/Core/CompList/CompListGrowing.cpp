@@ -11,7 +11,8 @@ constexpr std::uint32_t Cut(std::uint32_t handle, std::uint32_t width) noexcept 
 
 }  // namespace
 
-GrowingList::GrowingList(const Widths& widths) : widths_(widths) {
+GrowingList::GrowingList(const Widths& widths, std::uint32_t behind)
+    : widths_(widths), behind_(behind) {
     cells_.Reserve(64);
     cells_.Append({0, kLast, 0, 0});
 }

@@ -30,8 +30,9 @@ namespace foundation::detail::complist {
 
 class GrowingList {
 public:
-    // An empty list; the widths of the image that it will be written to.
-    explicit GrowingList(const Widths& widths);
+    // An empty list; the widths of the image that it will be written to, and how many bytes its
+    // buffer will hold behind it.
+    GrowingList(const Widths& widths, std::uint32_t behind);
 
     // Takes over an image; only for an empty list. False when the image does not hang together;
     // the list is then of no use.
@@ -104,7 +105,7 @@ private:
         return Is(letter, kLast) && cells_[letter].chain == 0;
     }
     [[nodiscard]] bool Fits(std::uint64_t added) const noexcept {
-        return kFirstElement + widths_.element + stream_bytes_ + added <= kLargestImage;
+        return std::uint64_t{End()} + behind_ + added <= kLargestImage;
     }
 
     [[nodiscard]] std::uint32_t Child(std::uint32_t letter, std::uint32_t unit) const noexcept;
@@ -153,6 +154,7 @@ private:
                                        const PlainArray<std::uint32_t>& positions) const noexcept;
 
     Widths widths_;
+    std::uint32_t behind_;
     std::uint64_t stream_bytes_ = 0;  // without the end marker
     std::uint32_t jumps_ = 0;         // bit per letter with an entry in the jump table
     PlainArray<Cell> cells_;

@@ -21,6 +21,7 @@ void CT_CompListIterator::Start(const CT_CompList* list) {
     list_ = list;
     position_ = list == nullptr ? 0 : list->first_;
     stack_.v_Set(kStackGrowth, 0, TRUE);
+    branch_ended_ = false;
     elements_left_ = 0;
     if (list == nullptr) return;
     const View image = list->Image();
@@ -35,6 +36,8 @@ BOOL CT_CompListIterator::b_GetNext(CT_String* word, unsigned int* handle) {
     const View image = list_->Image();
     const auto end = static_cast<std::uint32_t>(image.limit);
     const Widths& widths = image.widths;
+    if (position_ < end) MakeOwn(word);
+    if (branch_ended_) Backtrack(widths.Jump());
     while (position_ < end && elements_left_ != 0) {
         --elements_left_;
         const std::uint32_t element = image.Element(position_);
@@ -44,10 +47,11 @@ BOOL CT_CompListIterator::b_GetNext(CT_String* word, unsigned int* handle) {
             if (target == 0 || !LeaveAlternative(static_cast<std::uint32_t>(target))) break;
         } else if (element == kGoesOn || element == kWordEnds) {
             if (!image.HasHandle(position_)) break;
-            word->v_Set(vpcco_GetCollectedString());
+            if (word != nullptr) word->v_Set(vpcco_GetCollectedString());
             if (handle != nullptr) *handle = image.Handle(position_);
             position_ += widths.Mark();
-            if (element == kWordEnds) Backtrack(widths.Jump(), end);
+            branch_ended_ = element == kWordEnds && stack_.n_GetCount() != 0;
+            if (element == kWordEnds && !branch_ended_) position_ = end;
             return TRUE;
         } else {
             vv_AppendCharacter(element);
@@ -71,18 +75,22 @@ bool CT_CompListIterator::LeaveAlternative(std::uint32_t target) {
 }
 
 // Goes into the alternative that was left last.
-void CT_CompListIterator::Backtrack(std::uint32_t jump, std::uint32_t end) {
+void CT_CompListIterator::Backtrack(std::uint32_t jump) {
     const std::uint32_t count = stack_.n_GetCount();
-    if (count == 0) {
-        position_ = end;
-        return;
-    }
     Branch branch;
     stack_.v_GetAt(&branch, static_cast<int>(count));
     stack_.v_RemoveAt(count);
     CutCollected(branch.length);
     vv_AppendCharacter(branch.character);
     position_ = branch.position + jump;
+    branch_ended_ = false;
+}
+
+// Ends the sharing with the caller's string, so that the next character copies nothing.
+void CT_CompListIterator::MakeOwn(CT_String* word) const {
+    if (word == nullptr) return;
+    const void* const shared = vpcco_GetCollectedString()->pcco_GetBuffer()->qcv_Get();
+    if (shared != nullptr && word->pcco_GetBuffer()->qcv_Get() == shared) word->vv_Init();
 }
 
 void CT_CompListIterator::CutCollected(std::uint32_t length) {

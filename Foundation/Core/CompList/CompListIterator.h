@@ -5,8 +5,10 @@
 // longer ones that continue it. The empty word is not among them.
 // The list is borrowed. Adding words to it while an iterator runs makes the rest of the run
 // meaningless (but safe): set the iterator anew.
-// Foreign images: a run takes time linear in the image, also when the image is damaged; it then
-// ends early.
+// Cost: a run takes time linear in the image when each call is given the same string, of the
+// iterator's kind and as the last call left it, or none. The string shares the iterator's block
+// then. Else every word is copied, and words that continue one another can be many times the image.
+// Foreign images: a run through a damaged image ends early; it visits no more than there is.
 // Errors: records none. Threads: one object, one thread.
 #ifndef FOUNDATION_CORE_COMPLIST_COMPLISTITERATOR_H
 #define FOUNDATION_CORE_COMPLIST_COMPLISTITERATOR_H
@@ -30,8 +32,9 @@ public:
     // Starts again, on this list.
     virtual void vv_Set(const CT_CompList* list);
 
-    // The next word, and its handle unless `handle` is null; FALSE at the end, where both stay as
-    // they are. The word may be of either kind; it is converted when it is not the iterator's.
+    // The next word and its handle, either of which may be null; FALSE at the end, where both stay
+    // as they are (where a damaged image ends early the word may have become empty). The word may
+    // be of either kind; it is converted when it is not the iterator's.
     BOOL b_GetNext(CT_String* word, unsigned int* handle);
 
 protected:
@@ -50,7 +53,8 @@ private:
     };
     [[nodiscard]] bool LeaveAlternative(std::uint32_t target);
     void Start(const CT_CompList* list);
-    void Backtrack(std::uint32_t jump, std::uint32_t end);
+    void Backtrack(std::uint32_t jump);
+    void MakeOwn(CT_String* word) const;
     void CutCollected(std::uint32_t length);
 
     static constexpr std::uint32_t kStackGrowth = 16;
@@ -58,6 +62,7 @@ private:
     const CT_CompList* list_;
     std::uint32_t position_ = 0;
     CT_VoidArray stack_;
+    bool branch_ended_ = false;        // behind the latest word
     std::uint32_t elements_left_ = 0;  // more than a sound image has in all
 };
 

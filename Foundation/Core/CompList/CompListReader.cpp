@@ -28,6 +28,7 @@ CT_UString FileName(const char16_t* source) {
 }  // namespace
 
 BOOL CT_CompListReader::b_ReadItems(CT_StreamTextReader* reader) {
+    if (reader == nullptr || list_ == nullptr) return FALSE;
     CT_UString line;
     while (reader->b_ReadLine(line) != FALSE) {
         if (line.n_GetLength() == 0 || (comments_ != FALSE && line.u_GetAt(0) == u'#')) continue;
@@ -38,7 +39,8 @@ BOOL CT_CompListReader::b_ReadItems(CT_StreamTextReader* reader) {
 }
 
 BOOL CT_CompListReader::b_ReadItems(const char16_t* source) {
-    if (detail::Failed() || list_->n_GetElementSize() != CT_CompList::kTwoBytes) return FALSE;
+    if (detail::Failed() || list_ == nullptr || list_->n_GetElementSize() != CT_CompList::kTwoBytes)
+        return FALSE;
     const CT_UString name = FileName(source == nullptr ? u"" : source);
     if (CT_FileSystem::sb_IsExistent(&name) == FALSE) return FALSE;
     const BOOL done = ReadFile(name);

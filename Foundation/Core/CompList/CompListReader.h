@@ -20,7 +20,8 @@ public:
     // The list is borrowed. With `comments` lines that begin with '#' are left out.
     CT_CompListReader(CT_CompList* list, BOOL comments) : list_(list), comments_(comments) {}
 
-    // Adds the lines up to the reader's end and closes the reader. Always TRUE.
+    // Adds the lines up to the reader's end and closes the reader. FALSE only without a list or a
+    // reader, which then stays as it is.
     BOOL b_ReadItems(CT_StreamTextReader* reader);
 
     // Reads a file by name, which may stand behind "file://" (in any case): UTF-8, or what its

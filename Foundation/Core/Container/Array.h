@@ -1,7 +1,8 @@
 // CT_Array<T>: a CT_VoidArray of items of one type, and CT_ArrayIterator<T>, which walks it.
 //
 // T is copied byte for byte: numbers, pointers and plain structures. Pointers are not owned: what
-// they point to belongs to the caller. Units, sharing, failures and threads: as CT_VoidArray;
+// they point to belongs to the caller. Units, sharing, null arguments, failures and threads: as
+// CT_VoidArray;
 // positions count from 1, 0 means none, an index of 0 or beyond the count must not be passed.
 //
 //     CT_Array<CT_UString*> names;
@@ -27,7 +28,7 @@ public:
     CT_Array() : array_(sizeof(T)) {}
     CT_Array(std::uint32_t growth, std::uint32_t capacity) : array_(sizeof(T), growth, capacity) {}
     // Shares the other's storage, as copying does.
-    explicit CT_Array(const CT_Array* other) noexcept : array_(&other->array_) {}
+    explicit CT_Array(const CT_Array* other) noexcept : array_(Bytes(other), sizeof(T)) {}
     // Shares the buffer's bytes as items.
     explicit CT_Array(const CT_Buffer* buffer) noexcept : array_(buffer, sizeof(T)) {}
 
@@ -42,7 +43,7 @@ public:
     void v_Set(std::uint32_t growth, std::uint32_t capacity, BOOL keepStorage) {
         array_.v_Set(growth, capacity, keepStorage);
     }
-    void v_Set(const CT_Array* other) noexcept { array_.v_Set(&other->array_); }
+    void v_Set(const CT_Array* other) noexcept { array_.v_Set(Untyped(other)); }
     void v_SetGrowth(std::uint32_t growth) noexcept { array_.v_SetGrowth(growth); }
     [[nodiscard]] std::uint32_t n_GetGrowth() const noexcept { return array_.n_GetGrowth(); }
     void v_SetSize(std::uint32_t capacity) { array_.v_SetSize(capacity); }
@@ -56,7 +57,9 @@ public:
     [[nodiscard]] const CT_VoidArray* pcco_GetArray() const noexcept { return &array_; }
 
     [[nodiscard]] T o_GetAt(std::uint32_t index) const noexcept { return begin()[index - 1]; }
-    void v_GetAt(T* out, std::uint32_t index) const noexcept { *out = o_GetAt(index); }
+    void v_GetAt(T* out, std::uint32_t index) const noexcept {
+        if (out != nullptr) *out = o_GetAt(index);
+    }
     void v_SetAt(const T& item, std::uint32_t index) {
         array_.v_SetAt(&item, static_cast<int>(index));
     }
@@ -77,19 +80,19 @@ public:
     }
     void v_AtInsertCopy(const CT_Array* source, std::uint32_t first, std::uint32_t n,
                         std::uint32_t at) {
-        array_.v_AtInsertCopy(&source->array_, first, n, at);
+        array_.v_AtInsertCopy(Untyped(source), first, n, at);
     }
     void v_AtInsertMove(CT_Array* source, std::uint32_t first, std::uint32_t n, std::uint32_t at) {
-        array_.v_AtInsertMove(&source->array_, first, n, at);
+        array_.v_AtInsertMove(source == nullptr ? nullptr : &source->array_, first, n, at);
     }
     void v_Replace(const CT_Array* source, std::uint32_t first, std::uint32_t n, std::uint32_t at) {
-        array_.v_Replace(&source->array_, first, n, at);
+        array_.v_Replace(Untyped(source), first, n, at);
     }
     void v_Insert(const CT_Array* source, std::uint32_t first, std::uint32_t n, std::uint32_t at) {
-        array_.v_Insert(&source->array_, first, n, at);
+        array_.v_Insert(Untyped(source), first, n, at);
     }
     void v_Append(const CT_Array* source, std::uint32_t first, std::uint32_t n) {
-        array_.v_Append(&source->array_, first, n);
+        array_.v_Append(Untyped(source), first, n);
     }
 
     // Position of the first equal item, byte for byte, else 0.
@@ -97,7 +100,7 @@ public:
         return array_.n_Find(&item);
     }
     [[nodiscard]] BOOL b_IsEqual(const CT_Array* other) const noexcept {
-        return array_.b_IsEqual(&other->array_);
+        return array_.b_IsEqual(Untyped(other));
     }
 
     // For loops over all items; good until the array changes.
@@ -107,6 +110,13 @@ public:
     [[nodiscard]] const T* end() const noexcept { return begin() + n_GetCount(); }
 
 private:
+    [[nodiscard]] static const CT_VoidArray* Untyped(const CT_Array* array) noexcept {
+        return array == nullptr ? nullptr : &array->array_;
+    }
+    [[nodiscard]] static const CT_Buffer* Bytes(const CT_Array* array) noexcept {
+        return array == nullptr ? nullptr : array->pcco_GetBuffer();
+    }
+
     CT_VoidArray array_;
 };
 
@@ -116,35 +126,42 @@ template <typename T>
 class CT_ArrayIterator {
 public:
     explicit CT_ArrayIterator(const CT_Array<T>* array) noexcept : array_(array) {}
-    explicit CT_ArrayIterator(const CT_ArrayIterator* other) noexcept : CT_ArrayIterator(*other) {}
+    explicit CT_ArrayIterator(const CT_ArrayIterator* other) noexcept { v_Set(other); }
 
-    // Goes home; to another array; to the place of another iterator.
+    // Goes home; to another array; to the place of another iterator. Null is one without items.
     void v_Set() noexcept { position_ = 0; }
     void v_Set(const CT_Array<T>* array) noexcept {
         array_ = array;
         position_ = 0;
     }
-    void v_Set(const CT_ArrayIterator* other) noexcept { *this = *other; }
+    void v_Set(const CT_ArrayIterator* other) noexcept {
+        *this =
+            other == nullptr ? CT_ArrayIterator(static_cast<const CT_Array<T>*>(nullptr)) : *other;
+    }
 
     // Steps to the next item; FALSE when there is none.
     BOOL b_Next() noexcept {
-        if (position_ <= array_->n_GetCount()) ++position_;
-        return position_ <= array_->n_GetCount();
+        if (position_ <= n_GetCount()) ++position_;
+        return position_ <= n_GetCount();
     }
     [[nodiscard]] BOOL b_AtHome() const noexcept { return position_ == 0; }
-    [[nodiscard]] BOOL b_AtEnd() const noexcept { return position_ > array_->n_GetCount(); }
+    [[nodiscard]] BOOL b_AtEnd() const noexcept { return position_ > n_GetCount(); }
     // The current item; only after a step that answered TRUE.
     [[nodiscard]] T o_Get() const noexcept { return array_->o_GetAt(position_); }
-    void v_Get(T* out) const noexcept { *out = o_Get(); }
+    void v_Get(T* out) const noexcept {
+        if (out != nullptr) *out = o_Get();
+    }
     // Position of the current item, 0 at home.
     [[nodiscard]] std::uint32_t n_GetPosition() const noexcept { return position_; }
-    [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return array_->n_GetCount(); }
+    [[nodiscard]] std::uint32_t n_GetCount() const noexcept {
+        return array_ == nullptr ? 0 : array_->n_GetCount();
+    }
     [[nodiscard]] BOOL b_IsEqual(const CT_ArrayIterator* other) const noexcept {
-        return array_ == other->array_ && position_ == other->position_;
+        return other != nullptr && array_ == other->array_ && position_ == other->position_;
     }
 
 private:
-    const CT_Array<T>* array_;
+    const CT_Array<T>* array_ = nullptr;
     std::uint32_t position_ = 0;
 };
 

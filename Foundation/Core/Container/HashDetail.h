@@ -75,9 +75,11 @@ template <typename Value>
     return value;
 }
 
-// Hashes of keys by what the key pointer leads to: a text or string, or a pointer to one.
+// Hashes of keys by what the key pointer leads to: a text or string, or a pointer to one. Null
+// counts as an empty text.
 template <typename Target, bool kFolds>
 [[nodiscard]] std::uint32_t HashTarget(const void* key) {
+    if (key == nullptr) return 0;
     if constexpr (std::is_integral_v<Target>) {
         return HashText<kFolds>(static_cast<const Target*>(key));
     } else {
@@ -86,7 +88,7 @@ template <typename Target, bool kFolds>
 }
 template <typename Target, bool kFolds>
 [[nodiscard]] std::uint32_t HashTargetOf(const void* key) {
-    return HashTarget<Target, kFolds>(ValueAt<const void*>(key));
+    return key == nullptr ? 0 : HashTarget<Target, kFolds>(ValueAt<const void*>(key));
 }
 
 }  // namespace foundation::detail

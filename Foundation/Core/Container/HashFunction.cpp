@@ -10,11 +10,11 @@ namespace {
 
 template <typename Target, bool kFolds>
 unsigned int Slot(const void* key, unsigned int size) {
-    return HashTarget<Target, kFolds>(key) % size + 1;
+    return CT_HashFunction::sn_HashN(HashTarget<Target, kFolds>(key), size);
 }
 template <typename Target, bool kFolds>
 unsigned int SlotOf(const void* key, unsigned int size) {
-    return HashTargetOf<Target, kFolds>(key) % size + 1;
+    return CT_HashFunction::sn_HashN(HashTargetOf<Target, kFolds>(key), size);
 }
 
 }  // namespace
@@ -92,7 +92,7 @@ unsigned int CT_HashFunction::sn_HashN4(const void* key, unsigned int size) {
 }
 
 unsigned int CT_HashFunction::sn_HashPN4(const void* key, unsigned int size) {
-    return ValueAt<std::uint32_t>(key) % size + 1;
+    return sn_HashN(key == nullptr ? 0 : ValueAt<std::uint32_t>(key), size);
 }
 
 unsigned int CT_HashFunction::sn_HashCStringPCO(const void* key, unsigned int size) {

@@ -1,10 +1,12 @@
 // CT_HashFunction: hash functions for CT_VoidHashTable: texts, string objects and numbers.
 //
-// Each takes the key and a table size of at least 1 and answers a slot from 1 to the table size.
+// Each takes the key and a table size and answers a slot from 1 to the table size; of a table
+// without slots 0.
 // Texts are hashed unit by unit up to the terminating zero (the ELF variant of the PJW hash,
 // "System V Application Binary Interface", 28 bits wide); an empty one gives slot 1. 8-bit units
-// count as signed numbers. NoCase functions fold the letters A to Z alone. Pointers must not be
-// null. The letters behind a name tell what the key pointer leads to, as in CT_Compare:
+// count as signed numbers. NoCase functions fold the letters A to Z alone. Null pointers count as
+// empty texts and the number 0. The letters behind a name tell what the key pointer leads to, as in
+// CT_Compare:
 //
 //   QCZ QCCZ QUZ QCUZ      the text itself, 8-bit or UTF-16
 //   PQCZ PQCCZ PQUZ PQCUZ  a pointer to the text
@@ -45,11 +47,11 @@ public:
     // number or in the low 32 bits of the key pointer; the third a pointer to it.
     template <std::integral Number>
     static unsigned int sn_HashN(Number value, unsigned int size) {
-        return static_cast<std::uint32_t>(value) % size + 1;
+        return size == 0 ? 0 : static_cast<std::uint32_t>(value) % size + 1;
     }
     template <std::integral Number>
     static unsigned int sn_HashN4(Number value, unsigned int size) {
-        return static_cast<std::uint32_t>(value) % size + 1;
+        return sn_HashN(value, size);
     }
     static unsigned int sn_HashN(const void* key, unsigned int size);
     static unsigned int sn_HashN4(const void* key, unsigned int size);

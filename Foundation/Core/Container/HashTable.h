@@ -25,13 +25,15 @@ class CT_HashTable {
 public:
     static constexpr std::uint32_t kDefaultSize = 13;
 
-    // Functions must not be null. One whose parameters are not `const void*` must be of CT_Compare.
+    // Without either function the table takes no items. One whose parameters are not `const void*`
+    // must be of CT_Compare.
     template <typename Item>
     CT_HashTable(CT_VoidHashTable::HashFunction hash, int (*compare)(Item*, Item*),
                  std::uint32_t tableSize = kDefaultSize)
         : table_(sizeof(Data), sizeof(Key), hash,
                  reinterpret_cast<CT_VoidHashTable::CompareFunction>(compare), tableSize) {}
-    explicit CT_HashTable(const CT_HashTable* other) : table_(&other->table_) {}
+    explicit CT_HashTable(const CT_HashTable* other)
+        : table_(other == nullptr ? nullptr : &other->table_) {}
 
     static void* operator new(std::size_t size) { return CT_VoidHashTable::operator new(size); }
     static void* operator new(std::size_t, void* place) noexcept { return place; }
@@ -43,7 +45,9 @@ public:
     // Removes all items and makes that many slots.
     void v_Set(std::uint32_t tableSize) { table_.v_Set(tableSize); }
     // Replaces all items and slots by the other's; the own functions stay.
-    void v_Set(const CT_HashTable* other) { table_.v_Set(&other->table_); }
+    void v_Set(const CT_HashTable* other) {
+        table_.v_Set(other == nullptr ? nullptr : &other->table_);
+    }
 
     // TRUE when the key was there: its data is overwritten, its stored key stays.
     BOOL b_Insert(const Key& key, const Data& data) { return table_.b_Insert(&key, &data); }

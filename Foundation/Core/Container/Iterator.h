@@ -72,7 +72,7 @@ template <typename Key, typename Data>
 class CT_HashIterator : public CT_Iterator<Data> {
 public:
     explicit CT_HashIterator(const CT_HashTable<Key, Data>* table) noexcept
-        : iterator_(table->pcco_GetTable()) {}
+        : iterator_(table == nullptr ? nullptr : table->pcco_GetTable()) {}
 
     [[nodiscard]] CT_HashIterator* pco_Clone() const override { return new CT_HashIterator(*this); }
     void v_Set(const CT_Iterator<Data>* other) override {

@@ -89,7 +89,8 @@ void CT_StringCache::v_Clear() noexcept {
 }
 
 std::uint32_t CT_StringCache::n_Hash(const char16_t* key) const noexcept {
-    return size_ == 0 ? 0 : Remainder(HashText<false>(key), buckets_, reciprocal_);
+    return size_ == 0 || key == nullptr ? 0
+                                        : Remainder(HashText<false>(key), buckets_, reciprocal_);
 }
 
 std::uint32_t CT_StringCache::sn_GetNextPrim(std::uint32_t n) noexcept {

@@ -41,7 +41,7 @@ public:
     // Pairs there is room for, and those of one bucket.
     [[nodiscard]] std::uint32_t n_GetSize() const noexcept { return size_; }
     [[nodiscard]] std::uint32_t n_GetCollisions() const noexcept { return ways_; }
-    // The bucket of a key, from 0; 0 without storage.
+    // The bucket of a key, from 0; 0 without storage and of null.
     [[nodiscard]] std::uint32_t n_Hash(const char16_t* key) const noexcept;
     // As CT_VoidHashTable::n_GetNextPrim.
     [[nodiscard]] static std::uint32_t sn_GetNextPrim(std::uint32_t n) noexcept;

@@ -27,20 +27,21 @@ std::uint32_t FindAs(const std::byte* items, std::uint32_t count, const void* it
 
 }  // namespace
 
-CT_VoidArray::CT_VoidArray(std::uint32_t itemSize) : item_size_(itemSize) {
+CT_VoidArray::CT_VoidArray(std::uint32_t itemSize) : item_size_(std::max(itemSize, 1u)) {
     v_SetGrowth(kDefaultGrowth);
 }
 
 CT_VoidArray::CT_VoidArray(std::uint32_t itemSize, std::uint32_t growth, std::uint32_t capacity)
-    : item_size_(itemSize) {
+    : item_size_(std::max(itemSize, 1u)) {
     v_Set(growth, capacity, FALSE);
 }
 
 CT_VoidArray::CT_VoidArray(const CT_Buffer* buffer, std::uint32_t itemSize) noexcept
-    : item_size_(itemSize), buffer_(buffer) {}
+    : item_size_(std::max(itemSize, 1u)), buffer_(buffer) {}
 
 CT_VoidArray::CT_VoidArray(const CT_VoidArray* other) noexcept
-    : item_size_(other->item_size_), buffer_(&other->buffer_) {}
+    : item_size_(other == nullptr ? 1 : other->item_size_),
+      buffer_(other == nullptr ? nullptr : &other->buffer_) {}
 
 CT_VoidArray& CT_VoidArray::operator=(const CT_VoidArray& other) noexcept {
     v_Set(&other);
@@ -69,7 +70,7 @@ void CT_VoidArray::v_Set(std::uint32_t growth, std::uint32_t capacity, BOOL keep
 }
 
 void CT_VoidArray::v_Set(const CT_VoidArray* other) noexcept {
-    buffer_.v_Set(&other->buffer_);
+    buffer_.v_Set(other == nullptr ? nullptr : &other->buffer_);
 }
 
 void CT_VoidArray::v_Set(const CT_Buffer* buffer) noexcept {
@@ -81,20 +82,26 @@ void CT_VoidArray::v_SetGrowth(std::uint32_t growth) noexcept {
 }
 
 void CT_VoidArray::v_SetSize(std::uint32_t capacity) {
-    if (capacity != n_GetMaxItems()) buffer_.v_SetSize(Bytes(capacity), TRUE);
+    if (capacity == n_GetMaxItems()) return;
+    const std::uint32_t used = buffer_.n_GetUsedSize();
+    buffer_.v_SetSize(Bytes(capacity), TRUE);
+    if (buffer_.n_GetUsedSize() < used) buffer_.v_SetUsedSize(Bytes(n_GetCount()));
 }
 
 void CT_VoidArray::v_GetAt(void* out, int index) const noexcept {
-    CopyItem(out, Items() + Offset(static_cast<std::uint32_t>(index)), item_size_);
+    if (out != nullptr)
+        CopyItem(out, Items() + Offset(static_cast<std::uint32_t>(index)), item_size_);
 }
 
 void CT_VoidArray::v_SetAt(const void* item, int index) {
+    if (item == nullptr) return;
     const CT_Buffer hold = HoldIfOwn(item, false);
     auto* const items = static_cast<std::byte*>(buffer_.qv_Get());
     CopyItem(items + Offset(static_cast<std::uint32_t>(index)), item, item_size_);
 }
 
 void CT_VoidArray::v_Insert(const void* item) {
+    if (item == nullptr) return;
     CT_Buffer::st_BufferData* const header = BufferAccess::Header(buffer_);
     if (header != nullptr && header->maximum_size - header->used_size >= item_size_ &&
         header->used_size % item_size_ == 0 && buffer_.n_GetUseCount() == 1) {
@@ -107,7 +114,7 @@ void CT_VoidArray::v_Insert(const void* item) {
 }
 
 void CT_VoidArray::v_Insert(const void* item, std::uint32_t n) {
-    if (n == 0) return;
+    if (n == 0 || item == nullptr) return;
     const std::uint32_t count = n_GetCount();
     const std::uint64_t wanted = std::uint64_t{count} + n;
     const bool grows = wanted > n_GetMaxItems();
@@ -121,6 +128,7 @@ void CT_VoidArray::v_Insert(const void* item, std::uint32_t n) {
 }
 
 void CT_VoidArray::v_InsertAt(const void* item, std::uint32_t index) {
+    if (item == nullptr) return;
     const std::uint32_t capacity = n_GetMaxItems();
     const bool grows = n_GetCount() == capacity;
     const CT_Buffer hold = HoldIfOwn(item, grows);
@@ -131,21 +139,24 @@ void CT_VoidArray::v_InsertAt(const void* item, std::uint32_t index) {
 }
 
 void CT_VoidArray::v_RemoveAt(std::uint32_t index) {
-    buffer_.v_Remove(item_size_, Offset(index));
+    const bool inside = index != 0 && std::uint64_t{index} * item_size_ <= buffer_.n_GetUsedSize();
+    if (inside) buffer_.v_Remove(item_size_, Offset(index));
 }
 
 void CT_VoidArray::v_Remove(std::uint32_t first, std::uint32_t last) {
-    if (last < first) return;
-    buffer_.v_Remove(Bytes(std::uint64_t{last} - first + 1), Offset(first));
+    if (first == 0 || last < first) return;
+    const std::uint32_t count = Count(first, last - first + 1);
+    if (count != 0) buffer_.v_Remove(Bytes(count), Offset(first));
 }
 
 void CT_VoidArray::v_AtInsertCopy(std::uint32_t first, std::uint32_t n, std::uint32_t at) {
-    buffer_.v_AtInsertCopy(Offset(first), Bytes(Count(first, n)), Offset(at));
+    const std::uint32_t count = Count(first, n);
+    if (count != 0) buffer_.v_AtInsertCopy(Offset(first), Bytes(count), Offset(at));
 }
 
 void CT_VoidArray::v_AtInsertMove(std::uint32_t first, std::uint32_t n, std::uint32_t at) {
     const std::uint32_t count = Count(first, n);
-    if (at >= first && at - first <= count) return;
+    if (count == 0 || (at >= first && at - first <= count)) return;
     buffer_.v_AtInsertMove(Offset(first), Bytes(count), Offset(at));
 }
 
@@ -157,20 +168,23 @@ void CT_VoidArray::v_AtInsertCopy(const CT_VoidArray* source, std::uint32_t firs
 void CT_VoidArray::v_AtInsertMove(CT_VoidArray* source, std::uint32_t first, std::uint32_t n,
                                   std::uint32_t at) {
     if (source == this) return v_AtInsertMove(first, n, at);
-    const std::uint32_t bytes = Bytes(source->Count(first, n));
-    buffer_.v_AtInsertMove(&source->buffer_, Offset(first), bytes, Offset(at));
+    const std::uint32_t count = source == nullptr ? 0 : source->Count(first, n);
+    if (count == 0) return;
+    buffer_.v_AtInsertMove(&source->buffer_, Offset(first), Bytes(count), Offset(at));
 }
 
 void CT_VoidArray::v_Replace(const CT_VoidArray* source, std::uint32_t first, std::uint32_t n,
                              std::uint32_t at) {
-    const std::uint32_t bytes = Bytes(source->Count(first, n));
-    buffer_.v_Replace(&source->buffer_, Offset(first), bytes, Offset(at));
+    const std::uint32_t count = source == nullptr ? 0 : source->Count(first, n);
+    if (count == 0) return;
+    buffer_.v_Replace(&source->buffer_, Offset(first), Bytes(count), Offset(at));
 }
 
 void CT_VoidArray::v_Insert(const CT_VoidArray* source, std::uint32_t first, std::uint32_t n,
                             std::uint32_t at) {
-    const std::uint32_t bytes = Bytes(source->Count(first, n));
-    buffer_.v_Insert(&source->buffer_, Offset(first), bytes, Offset(at));
+    const std::uint32_t count = source == nullptr ? 0 : source->Count(first, n);
+    if (count == 0) return;
+    buffer_.v_Insert(&source->buffer_, Offset(first), Bytes(count), Offset(at));
 }
 
 void CT_VoidArray::v_Append(const CT_VoidArray* source, std::uint32_t first, std::uint32_t n) {
@@ -178,6 +192,7 @@ void CT_VoidArray::v_Append(const CT_VoidArray* source, std::uint32_t first, std
 }
 
 std::uint32_t CT_VoidArray::n_Find(const void* item) const noexcept {
+    if (item == nullptr) return 0;
     const std::uint32_t count = n_GetCount();
     const std::byte* const items = Items();
     switch (item_size_) {
@@ -199,6 +214,7 @@ std::uint32_t CT_VoidArray::n_Find(const void* item) const noexcept {
 }
 
 BOOL CT_VoidArray::b_IsEqual(const CT_VoidArray* other) const noexcept {
+    if (other == nullptr) return FALSE;
     const std::uint32_t count = n_GetCount();
     if (item_size_ != other->item_size_ || count != other->n_GetCount()) return FALSE;
     return count == 0 || std::memcmp(Items(), other->Items(), Bytes(count)) == 0;
@@ -215,9 +231,8 @@ std::uint32_t CT_VoidArray::GrowthBytes(std::uint32_t items) const noexcept {
 }
 
 std::uint32_t CT_VoidArray::Count(std::uint32_t first, std::uint32_t n) const noexcept {
-    if (n != kRest) return n;
     const std::uint32_t count = n_GetCount();
-    return first > count ? 0 : count - first + 1;
+    return first == 0 || first > count ? 0 : std::min(n, count - first + 1);
 }
 
 // A share keeps an item of the own storage readable while the array moves to another block.

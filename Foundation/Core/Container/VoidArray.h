@@ -5,7 +5,9 @@
 // Copies share their storage until one of them writes. An item or a source may lie in the array's
 // own storage.
 // Positions must lie between 1 and the count (count + 1 as an insertion place), and the arrays of a
-// range operation must agree in item size; neither is checked.
+// range operation must agree in item size; neither is checked. Removing, and the ranges of sources,
+// end at the last item. A null item or source does nothing, is found nowhere and equals nothing; a
+// null container to share makes an empty array.
 // Errors: records none. Running out of memory, or asking for 4 GiB, throws CT_SmartHeapException
 // and leaves the array as it was.
 // Threads: arrays that share storage may live in different threads; one object, one thread.
@@ -24,7 +26,7 @@ public:
     static constexpr std::uint32_t kDefaultGrowth = 8;
     static constexpr std::uint32_t kRest = 0xFFFFFFFF;  // as a count
 
-    // Item sizes are at least 1 and fixed for the object's life. A growth of 0 counts as 1.
+    // Item sizes are fixed for the object's life. An item size or a growth of 0 counts as 1.
     explicit CT_VoidArray(std::uint32_t itemSize);
     CT_VoidArray(std::uint32_t itemSize, std::uint32_t growth, std::uint32_t capacity);
     // Share the other storage; its growth step comes along.
@@ -51,7 +53,8 @@ public:
     [[nodiscard]] std::uint32_t n_GetGrowth() const noexcept {
         return buffer_.n_GetGrowth() / item_size_;
     }
-    // Sets the capacity (rounded up as the buffer rounds); the leading items that fit stay.
+    // Sets the capacity (rounded up as the buffer rounds); the leading items that fit as a whole
+    // stay.
     void v_SetSize(std::uint32_t capacity);
 
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept {
@@ -109,7 +112,7 @@ private:
         return static_cast<const std::byte*>(buffer_.qcv_Get());
     }
     [[nodiscard]] std::uint32_t GrowthBytes(std::uint32_t items) const noexcept;
-    // `n`, or for kRest the number of items from `first` on.
+    // `n`, but no more than the items from `first` on.
     [[nodiscard]] std::uint32_t Count(std::uint32_t first, std::uint32_t n) const noexcept;
     [[nodiscard]] CT_Buffer HoldIfOwn(const void* item, bool grows) const noexcept;
 

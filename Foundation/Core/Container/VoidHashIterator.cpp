@@ -4,7 +4,7 @@
 using namespace foundation::detail;
 
 BOOL CT_VoidHashIterator::b_Next() noexcept {
-    if (at_home_ == FALSE && item_ == nullptr) return FALSE;
+    if (table_ == nullptr || (at_home_ == FALSE && item_ == nullptr)) return FALSE;
     at_home_ = FALSE;
     previous_ = item_;
     if (item_ != nullptr) item_ = item_->following;
@@ -13,28 +13,30 @@ BOOL CT_VoidHashIterator::b_Next() noexcept {
 }
 
 void CT_VoidHashIterator::v_Get(void* out) const noexcept {
+    if (out == nullptr || table_ == nullptr) return;
     if (item_ == nullptr) return ClearItem(out, table_->n_GetDataSize());
     CopyItem(out, item_->pcv_GetData(), table_->n_GetDataSize());
 }
 
 void CT_VoidHashIterator::v_GetKey(void* out) const noexcept {
+    if (out == nullptr || table_ == nullptr) return;
     if (item_ == nullptr) return ClearItem(out, table_->n_GetKeySize());
     CopyItem(out, item_->pcv_GetKey(), table_->n_GetKeySize());
 }
 
 void CT_VoidHashIterator::v_Remove(void* out) noexcept {
-    if (out != nullptr) v_Get(out);
+    v_Get(out);
     RemoveCurrent();
 }
 
 void CT_VoidHashIterator::v_RemoveKey(void* out) noexcept {
-    if (out != nullptr) v_GetKey(out);
+    v_GetKey(out);
     RemoveCurrent();
 }
 
 BOOL CT_VoidHashIterator::b_IsEqual(const CT_VoidHashIterator* other) const noexcept {
-    return table_ == other->table_ && item_ == other->item_ && slot_ == other->slot_ &&
-                   at_home_ == other->at_home_
+    return other != nullptr && table_ == other->table_ && item_ == other->item_ &&
+                   slot_ == other->slot_ && at_home_ == other->at_home_
                ? TRUE
                : FALSE;
 }

@@ -7,6 +7,7 @@
 
 #include "Foundation/Core/Container/ContainerDetail.h"
 #include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Platform/Prefetch.h"
 
 using namespace foundation::detail;
@@ -42,11 +43,14 @@ CT_VoidHashTable::CT_VoidHashTable(std::uint32_t dataSize, std::uint32_t keySize
       slots_(tableSize),
       items_(sizeof(st_HashItem) + std::size_t{keySize} + dataSize) {}
 
-CT_VoidHashTable::CT_VoidHashTable(const CT_VoidHashTable* other)
-    : CT_VoidHashTable(other->data_size_, other->key_size_, other->hash_, other->compare_,
-                       other->n_GetTableSize()) {
-    InsertAll(*other);
+CT_VoidHashTable::CT_VoidHashTable(const CT_VoidHashTable& other)
+    : CT_VoidHashTable(other.data_size_, other.key_size_, other.hash_, other.compare_,
+                       other.n_GetTableSize()) {
+    InsertAll(other);
 }
+
+CT_VoidHashTable::CT_VoidHashTable(const CT_VoidHashTable* other)
+    : CT_VoidHashTable(other == nullptr ? CT_VoidHashTable(0, 0, nullptr, nullptr, 0) : *other) {}
 
 CT_VoidHashTable& CT_VoidHashTable::operator=(const CT_VoidHashTable& other) {
     v_Set(&other);
@@ -81,12 +85,15 @@ void CT_VoidHashTable::v_Set(std::uint32_t tableSize) {
 
 void CT_VoidHashTable::v_Set(const CT_VoidHashTable* other) {
     if (other == this) return;
+    if (other == nullptr) return v_Set(n_GetTableSize());
     CT_VoidHashTable copy(data_size_, key_size_, hash_, compare_, other->n_GetTableSize());
     copy.InsertAll(*other);
     Exchange(copy);
 }
 
 BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
+    if (key == nullptr || (data == nullptr && data_size_ != 0)) return FALSE;
+    if (hash_ == nullptr || compare_ == nullptr) return FALSE;
     if (n_GetTableSize() == 0) {
         InsertFirst(key, data);
         return FALSE;
@@ -101,7 +108,7 @@ BOOL CT_VoidHashTable::b_Insert(const void* key, const void* data) {
 }
 
 BOOL CT_VoidHashTable::b_Remove(const void* key, void* out) {
-    if (count_ == 0) return Give(nullptr, out);
+    if (count_ == 0 || key == nullptr) return Give(nullptr, out);
     const Place place = Find(key);
     const BOOL found = Give(place.link == nullptr ? nullptr : *place.link, out);
     if (found != FALSE) Unlink(place.link, place.link == place.head);
@@ -109,7 +116,7 @@ BOOL CT_VoidHashTable::b_Remove(const void* key, void* out) {
 }
 
 void CT_VoidHashTable::v_RemoveAt(std::uint32_t slot, const st_HashItem* item) noexcept {
-    RemoveBehind(nullptr, slot, item);
+    if (pso_GetAt(slot) != nullptr) RemoveBehind(nullptr, slot, item);
 }
 
 void CT_VoidHashTable::v_Resize(std::uint32_t tableSize) {
@@ -122,7 +129,7 @@ void CT_VoidHashTable::v_Resize(std::uint32_t tableSize) {
 }
 
 unsigned int CT_VoidHashTable::sn_HashInteger(const void* key, unsigned int tableSize) {
-    return ValueAt<std::uint32_t>(key) % tableSize + 1;
+    return CT_HashFunction::sn_HashPN4(key, tableSize);
 }
 
 int CT_VoidHashTable::si_CompareInteger(const void* left, const void* right) {

@@ -3,7 +3,8 @@
 //
 // Units: sizes are bytes; slots count from 1 to the table size. Keys and data are copied in and out
 // byte for byte; what a pointer among them leads to belongs to the caller, and a text that a key
-// points to must not change meanwhile: the table keeps the hash of keys whose functions it knows.
+// points to must be there (not null) and not change meanwhile: the table keeps the hash of keys
+// whose functions it knows.
 // Order: slot by slot, each chain from its head; a new item goes to the head of its chain.
 // Growth: an item that joins others in a chain counts as a collision. When an insertion brings the
 // collisions above a quarter of the table size, the table grows to the next prime at or above twice
@@ -52,13 +53,13 @@ public:
         void v_SetData(const void* data, std::uint32_t size) noexcept;
     };
 
-    // Exactly `tableSize` slots. Functions must not be null.
+    // Exactly `tableSize` slots. Without either function the table takes no items.
     CT_VoidHashTable(std::uint32_t dataSize, std::uint32_t keySize, HashFunction hash,
                      CompareFunction compare, std::uint32_t tableSize);
     // Same sizes, functions and slots; the other's items are inserted in their order, so that
-    // chains stand in reverse.
+    // chains stand in reverse. Null makes a table that takes no items.
     explicit CT_VoidHashTable(const CT_VoidHashTable* other);
-    CT_VoidHashTable(const CT_VoidHashTable& other) : CT_VoidHashTable(&other) {}
+    CT_VoidHashTable(const CT_VoidHashTable& other);
     // As v_Set(&other).
     CT_VoidHashTable& operator=(const CT_VoidHashTable& other);
     ~CT_VoidHashTable();
@@ -72,15 +73,17 @@ public:
     // Removes all items and makes that many slots.
     void v_Set(std::uint32_t tableSize);
     // Replaces all items and slots as copying does; the own sizes and functions stay. From itself
-    // nothing changes. Tables of different sizes exchange as many bytes as both have, the rest of a
-    // larger key or data is 0.
+    // nothing changes, null only empties. Tables of different sizes exchange as many bytes as both
+    // have, the rest of a larger key or data is 0.
     void v_Set(const CT_VoidHashTable* other);
 
     // TRUE when the key was there: its data is overwritten, its stored key stays. A table of size 0
-    // first gets 13 slots.
+    // first gets 13 slots. A null key is never there; it, and null data, is not inserted.
     BOOL b_Insert(const void* key, const void* data);
     // Whether the key is there. Unless null, `out` gets the data, or zeros when it is not.
-    BOOL b_Get(const void* key, void* out) const { return Give(Lookup(key), out); }
+    BOOL b_Get(const void* key, void* out) const {
+        return Give(key == nullptr ? nullptr : Lookup(key), out);
+    }
     // As b_Get, and the item is removed. `key` may be the stored key itself.
     BOOL b_Remove(const void* key, void* out);
     // Removes an item of that slot's chain.
@@ -91,7 +94,7 @@ public:
 
     // Head of a slot's chain, null when it is empty.
     [[nodiscard]] st_HashItem* pso_GetAt(std::uint32_t slot) const noexcept {
-        return slots_[slot - 1];
+        return slot - 1 < slots_.Size() ? slots_[slot - 1] : nullptr;
     }
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return count_; }
     [[nodiscard]] std::uint32_t n_GetTableSize() const noexcept { return slots_.Size(); }
@@ -222,18 +225,21 @@ private:
 
 // Walks a table from before its first item ("at home") to behind its last. The table must outlive
 // it and, when items are removed through it, not be constant. Insertions, removals and resizes not
-// made through it leave its place undefined. Reading needs a current item, that is a step that
-// answered TRUE; without one, zeros are copied out and nothing is removed.
+// made through it leave its place undefined. A null table has no items. Reading needs a current
+// item, that is a step that answered TRUE; without one, zeros are copied out and nothing is
+// removed.
 class FOUNDATION_API CT_VoidHashIterator {
 public:
     explicit CT_VoidHashIterator(const CT_VoidHashTable* table) noexcept : table_(table) {}
     explicit CT_VoidHashIterator(const CT_VoidHashIterator* other) noexcept
-        : CT_VoidHashIterator(*other) {}
+        : CT_VoidHashIterator(
+              other == nullptr ? CT_VoidHashIterator(static_cast<const CT_VoidHashTable*>(nullptr))
+                               : *other) {}
 
-    // Goes home; to another table; to the place of another iterator.
+    // Goes home; to another table; to the place of another iterator, null being one without items.
     void v_Set() noexcept { v_Set(table_); }
     void v_Set(const CT_VoidHashTable* table) noexcept { *this = CT_VoidHashIterator(table); }
-    void v_Set(const CT_VoidHashIterator* other) noexcept { *this = *other; }
+    void v_Set(const CT_VoidHashIterator* other) noexcept { *this = CT_VoidHashIterator(other); }
 
     // Steps to the next item; FALSE when there is none.
     BOOL b_Next() noexcept;
@@ -241,7 +247,9 @@ public:
     [[nodiscard]] BOOL b_AtEnd() const noexcept {
         return at_home_ == FALSE && item_ == nullptr ? TRUE : FALSE;
     }
-    [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return table_->n_GetCount(); }
+    [[nodiscard]] std::uint32_t n_GetCount() const noexcept {
+        return table_ == nullptr ? 0 : table_->n_GetCount();
+    }
     // Copy the current data or key out.
     void v_Get(void* out) const noexcept;
     void v_GetKey(void* out) const noexcept;

@@ -20,7 +20,8 @@ const std::byte* Item(const CT_VoidList::st_Position* node) noexcept {
 
 }  // namespace
 
-CT_VoidList::CT_VoidList(const CT_VoidList* other) : CT_VoidList(other->item_size_) {
+CT_VoidList::CT_VoidList(const CT_VoidList* other)
+    : CT_VoidList(other == nullptr ? 0 : other->item_size_) {
     v_Set(other);
 }
 
@@ -47,6 +48,7 @@ void CT_VoidList::v_Set() noexcept {
 
 void CT_VoidList::v_Set(const CT_VoidList* other) {
     if (other == this) return;
+    if (other == nullptr) return v_Set();
     CT_VoidList copy(item_size_);  // complete before the old nodes go
     const std::uint32_t shared = std::min(item_size_, other->item_size_);
     for (const st_Position* from = other->first_; from != nullptr; from = from->next) {
@@ -61,24 +63,25 @@ void CT_VoidList::v_Set(const CT_VoidList* other) {
 }
 
 void CT_VoidList::v_InsertFirst(const void* item) {
-    Link(MakeNode(item), first_);
+    Insert(item, first_);
 }
 
 void CT_VoidList::v_InsertLast(const void* item) {
-    Link(MakeNode(item), nullptr);
+    Insert(item, nullptr);
 }
 
 void CT_VoidList::v_InsertBefore(const void* item, st_Position* position) {
-    Link(MakeNode(item), position);
+    Insert(item, position);
 }
 
 void CT_VoidList::v_InsertAfter(const void* item, st_Position* position) {
-    Link(MakeNode(item), position == nullptr ? first_ : position->next);
+    Insert(item, position == nullptr ? first_ : position->next);
 }
 
 void CT_VoidList::v_RemoveAt(void* out, st_Position* position) noexcept {
     st_Position* const node = position == nullptr ? first_ : position;
-    if (out != nullptr) v_GetAt(out, node);
+    if (node == nullptr) return;
+    v_GetAt(out, node);
     (node->previous == nullptr ? first_ : node->previous->next) = node->next;
     (node->next == nullptr ? last_ : node->next->previous) = node->previous;
     --count_;
@@ -86,15 +89,15 @@ void CT_VoidList::v_RemoveAt(void* out, st_Position* position) noexcept {
 }
 
 void CT_VoidList::v_GetAt(void* out, const st_Position* position) const noexcept {
-    CopyItem(out, Item(position), item_size_);
+    if (out != nullptr && position != nullptr) CopyItem(out, Item(position), item_size_);
 }
 
 void CT_VoidList::v_SetAt(const void* item, st_Position* position) noexcept {
-    CopyItem(Item(position), item, item_size_);
+    if (item != nullptr && position != nullptr) CopyItem(Item(position), item, item_size_);
 }
 
 CT_VoidList::st_Position* CT_VoidList::pso_Skip(st_Position* position, int steps) const noexcept {
-    if (count_ == 0) return nullptr;
+    if (count_ == 0 || position == nullptr) return nullptr;
     // Whole rounds lead back to where they began.
     std::int64_t left = std::int64_t{steps} % count_;
     for (; left > 0; --left) position = position->next == nullptr ? first_ : position->next;
@@ -103,6 +106,7 @@ CT_VoidList::st_Position* CT_VoidList::pso_Skip(st_Position* position, int steps
 }
 
 CT_VoidList::st_Position* CT_VoidList::pso_GetPosition(std::uint32_t index) const noexcept {
+    if (index == 0 || index > count_) return nullptr;
     if (index > count_ / 2) return pso_Skip(last_, static_cast<int>(index - count_));
     return pso_Skip(first_, static_cast<int>(index - 1));
 }
@@ -110,7 +114,8 @@ CT_VoidList::st_Position* CT_VoidList::pso_GetPosition(std::uint32_t index) cons
 CT_VoidList::st_Position* CT_VoidList::pso_Find(const void* item,
                                                 std::uint32_t* index) const noexcept {
     std::uint32_t at = 1;
-    for (st_Position* node = first_; node != nullptr; node = node->next, ++at) {
+    for (st_Position* node = item == nullptr ? nullptr : first_; node != nullptr;
+         node = node->next, ++at) {
         if (std::memcmp(Item(node), item, item_size_) != 0) continue;
         if (index != nullptr) *index = at;
         return node;
@@ -120,7 +125,7 @@ CT_VoidList::st_Position* CT_VoidList::pso_Find(const void* item,
 }
 
 BOOL CT_VoidList::b_IsEqual(const CT_VoidList* other) const noexcept {
-    if (count_ != other->count_ || item_size_ > other->item_size_) return FALSE;
+    if (other == nullptr || count_ != other->count_ || item_size_ > other->item_size_) return FALSE;
     const st_Position* theirs = other->first_;
     for (const st_Position* node = first_; node != nullptr; node = node->next) {
         if (std::memcmp(Item(node), Item(theirs), item_size_) != 0) return FALSE;
@@ -135,10 +140,11 @@ CT_VoidList::st_Position* CT_VoidList::NewNode() const {
     return new (block) st_Position{nullptr, nullptr};
 }
 
-CT_VoidList::st_Position* CT_VoidList::MakeNode(const void* item) const {
+void CT_VoidList::Insert(const void* item, st_Position* next) {
+    if (item == nullptr) return;
     st_Position* const node = NewNode();
     CopyItem(Item(node), item, item_size_);
-    return node;
+    Link(node, next);
 }
 
 void CT_VoidList::Link(st_Position* node, st_Position* next) noexcept {

@@ -2,7 +2,8 @@
 //
 // Units: sizes are bytes; indices count from 1, 0 means none. Items are copied byte for byte.
 // A position is a pointer to a node of this list and stays valid until the node is removed or the
-// list cleared; positions are not checked, and an empty list must not be read or removed from.
+// list cleared; they are not checked. Null items and outputs, and null positions where they mean
+// none, are passed over: nothing is inserted, copied or removed, found or equal.
 // Errors: records none. Running out of memory throws CT_SmartHeapException and leaves the list as
 // it was.
 // Threads: one object, one thread.
@@ -53,7 +54,7 @@ public:
     void v_InsertAfter(const void* item, st_Position* position);
 
     // Copy the item to `out` unless that is null, then free the node; a null position means the
-    // first one.
+    // first one. Nothing happens in an empty list.
     void v_RemoveAt(void* out, st_Position* position) noexcept;
     void v_RemoveFirst(void* out) noexcept { v_RemoveAt(out, first_); }
     void v_RemoveLast(void* out) noexcept { v_RemoveAt(out, last_); }
@@ -63,9 +64,9 @@ public:
 
     [[nodiscard]] st_Position* pso_GetFirst() const noexcept { return first_; }
     [[nodiscard]] st_Position* pso_GetLast() const noexcept { return last_; }
-    // Goes forward or, with negative steps, backward; past one end comes the other.
+    // Goes forward or, with negative steps, backward; past one end comes the other. Null from null.
     [[nodiscard]] st_Position* pso_Skip(st_Position* position, int steps) const noexcept;
-    // The node at an index, from the nearer end.
+    // The node at an index, from the nearer end; null when there is none.
     [[nodiscard]] st_Position* pso_GetPosition(std::uint32_t index) const noexcept;
     // The first node whose item is equal byte for byte, and its index through `index` unless that
     // is null; null and 0 when there is none.
@@ -80,8 +81,9 @@ public:
 
 private:
     [[nodiscard]] st_Position* NewNode() const;
-    [[nodiscard]] st_Position* MakeNode(const void* item) const;
-    // Links a node before `next`, at the end when that is null.
+    // A new node with the item before `next`, at the end when that is null.
+    void Insert(const void* item, st_Position* next);
+    // Links a node there.
     void Link(st_Position* node, st_Position* next) noexcept;
 
     std::uint32_t count_ = 0;

@@ -92,7 +92,8 @@ CT_VoidSortedArray::CT_VoidSortedArray(const CT_VoidArray* array, CompareFunctio
 }
 
 CT_VoidSortedArray::CT_VoidSortedArray(const CT_VoidSortedArray* other) noexcept
-    : array_(&other->array_), compare_(other->compare_) {}
+    : array_(other == nullptr ? nullptr : &other->array_),
+      compare_(other == nullptr ? nullptr : other->compare_) {}
 
 CT_VoidSortedArray& CT_VoidSortedArray::operator=(const CT_VoidSortedArray& other) noexcept {
     v_Set(&other);
@@ -116,7 +117,7 @@ void CT_VoidSortedArray::v_Set(std::uint32_t growth, std::uint32_t capacity, BOO
 }
 
 void CT_VoidSortedArray::v_Set(const CT_VoidSortedArray* other) noexcept {
-    array_.v_Set(&other->array_);
+    array_.v_Set(other == nullptr ? nullptr : &other->array_);
 }
 
 void CT_VoidSortedArray::v_Set(const CT_VoidArray* array) {
@@ -127,14 +128,15 @@ void CT_VoidSortedArray::v_Set(const CT_VoidArray* array) {
 }
 
 void CT_VoidSortedArray::v_Insert(const void* item) {
-    array_.v_InsertAt(item, Search(item).index);
+    if (item != nullptr && compare_ != nullptr) array_.v_InsertAt(item, Search(item).index);
 }
 
 void CT_VoidSortedArray::v_GetAt(void* out, std::uint32_t index) const noexcept {
-    CopyItem(out, At(index), n_GetItemSize());
+    if (out != nullptr) CopyItem(out, At(index), n_GetItemSize());
 }
 
 void CT_VoidSortedArray::v_SetAt(const void* item, std::uint32_t index) {
+    if (item == nullptr || compare_ == nullptr) return;
     // The share keeps an item of the own storage in its place while that changes.
     const CT_Buffer hold = array_.HoldIfOwn(item, true);
     v_RemoveAt(index);
@@ -147,21 +149,23 @@ void CT_VoidSortedArray::v_RemoveAt(void* out, std::uint32_t index) {
 }
 
 std::uint32_t CT_VoidSortedArray::n_Find(const void* item) const {
+    if (item == nullptr || compare_ == nullptr) return 0;
     const auto [index, found] = Search(item);
     return found ? index : 0;
 }
 
 void CT_VoidSortedArray::v_QuickSort() {
     const std::uint32_t count = n_GetCount();
-    if (count < 2) return;
+    if (count < 2 || compare_ == nullptr) return;
     auto* const items = static_cast<std::byte*>(array_.buffer_.qv_Get());
     Sorter(items, n_GetItemSize(), compare_).Sort(1, count);
 }
 
 BOOL CT_VoidSortedArray::b_IsEqual(const CT_VoidSortedArray* other) const {
+    if (other == nullptr) return FALSE;
     const std::uint32_t count = n_GetCount();
     if (count != other->n_GetCount() || n_GetItemSize() != other->n_GetItemSize() ||
-        compare_ != other->compare_) {
+        compare_ != other->compare_ || (compare_ == nullptr && count != 0)) {
         return FALSE;
     }
     for (std::uint32_t index = 1; index <= count; ++index) {

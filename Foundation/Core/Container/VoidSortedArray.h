@@ -1,6 +1,7 @@
 // CT_VoidSortedArray: a CT_VoidArray in the order of a comparison function, with binary search.
 //
-// Units and sharing: as CT_VoidArray; positions count from 1, 0 means none.
+// Units, sharing and null arguments: as CT_VoidArray; positions count from 1, 0 means none. Without
+// a comparison function nothing is sorted, inserted, found or equal.
 // Always holds: compare(item i, item i + 1) <= 0. A comparison function that contradicts itself
 // gives some order of the same items. Sorting a hostile order takes quadratic time, never a deep
 // stack.

@@ -50,6 +50,7 @@ const std::byte* CT_VoidTree::Item(std::uint32_t number) const noexcept {
 }
 
 void CT_VoidTree::v_Add(const char16_t* key, const void* item) {
+    if (item == nullptr && item_size_ != 0) return;
     const std::size_t stride = Stride(item_size_);
     if (unused_ == CharTree::kNone) items_.Reserve(stride);
     std::uint32_t& number = tree_.Insert(key);

@@ -39,7 +39,7 @@ public:
     void v_Set() noexcept;
 
     // Keeps a copy of the item with the key; it takes the place of one that is there. The item must
-    // not lie in this tree.
+    // not lie in this tree. A null item keeps nothing.
     void v_Add(const char16_t* key, const void* item);
     void v_Add(const CT_UString* key, const void* item);
 

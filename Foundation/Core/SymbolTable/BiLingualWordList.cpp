@@ -55,23 +55,18 @@ std::size_t CountWords(const CT_Buffer& words) noexcept {
 template <typename Unit>
 bool LeadsInto(const CT_CompList& index, const CT_Buffer& image, const CT_Buffer& partners) {
     if (index.n_GetElementSize() != sizeof(Unit) || index.n_GetHandleSize() != kHandleSize ||
-        index.b_HasEmptyStringSupport() != FALSE || index.b_IsInNetworkByteOrder() != FALSE ||
-        index.n_GetEnd() != image.n_GetUsedSize()) {
+        index.b_HasEmptyStringSupport() != FALSE || index.n_GetEnd() != image.n_GetUsedSize() ||
+        index.b_IsSound() == FALSE) {
         return false;
     }
     const std::basic_string_view<Unit> units = Units<Unit>(partners);
-    constexpr bool kWide = sizeof(Unit) == 2;
-    std::conditional_t<kWide, CT_UCompListIterator, CT_CCompListIterator> words(&index);
-    std::conditional_t<kWide, CT_UString, CT_CString> word;
-    unsigned int offset = 0;
-    std::uint32_t count = 0;
-    while (words.b_GetNext(&word, &offset) != FALSE) {
+    CT_UCompListIterator words(&index);
+    for (unsigned int offset = 0; words.b_GetNext(nullptr, &offset) != FALSE;) {
         const std::size_t at = offset / sizeof(Unit);
         if (offset % sizeof(Unit) != 0 || at >= units.size()) return false;
         if (at != 0 && units[at - 1] != 0) return false;
-        ++count;
     }
-    return count == index.n_GetNrOfEntries();
+    return true;
 }
 
 template <typename Unit>
@@ -81,6 +76,12 @@ const Unit* Find(const CT_CompList& index, const CT_Buffer& partners, const Unit
     // A damaged image may lead anywhere.
     if (offset >= partners.n_GetUsedSize() || offset % sizeof(Unit) != 0) return nullptr;
     return Units<Unit>(partners).data() + offset / sizeof(Unit);
+}
+
+// Whether a word leads to where it is said to, or to where it did before.
+template <typename Unit>
+bool Index(CT_CompList& index, const Unit* word, std::uint32_t offset) {
+    return index.b_Add(word, offset) != FALSE || (*word != 0 && index.b_Search(word) != FALSE);
 }
 
 template <typename String>
@@ -113,6 +114,7 @@ void CT_BiLingualWordListBasis::v_Set() {
 }
 
 void CT_BiLingualWordListBasis::v_Set(const CT_BiLingualWordListBasis* other) {
+    if (other == nullptr) return v_Set();
     // The images are written first: whatever may fail, fails there.
     (void)other->source_index_.pcco_GetBuffer();
     (void)other->target_index_.pcco_GetBuffer();
@@ -127,7 +129,9 @@ BOOL CT_BiLingualWordListBasis::b_Set(const CT_Buffer* source_words, const CT_Bu
                                       const CT_Buffer* source_image,
                                       const CT_Buffer* target_image) {
     const auto fits = [&]<typename Unit>(Unit) {
-        return WordsEnd<Unit>(*source_words) && WordsEnd<Unit>(*target_words) &&
+        return source_words != nullptr && target_words != nullptr && source_image != nullptr &&
+               target_image != nullptr && WordsEnd<Unit>(*source_words) &&
+               WordsEnd<Unit>(*target_words) &&
                CountWords<Unit>(*source_words) == CountWords<Unit>(*target_words) &&
                LeadsInto<Unit>(CT_CompList(source_image), *source_image, *target_words) &&
                LeadsInto<Unit>(CT_CompList(target_image), *target_image, *source_words);
@@ -154,7 +158,7 @@ bool CT_BiLingualWordListBasis::IsOwn(const Unit* word) const noexcept {
 }
 
 template <typename Unit>
-void CT_BiLingualWordListBasis::Insert(const Unit* source, const Unit* target) {
+BOOL CT_BiLingualWordListBasis::Insert(const Unit* source, const Unit* target) {
     static constexpr Unit kEmpty[] = {0};
     if (source == nullptr) source = kEmpty;
     if (target == nullptr) target = kEmpty;
@@ -170,11 +174,12 @@ void CT_BiLingualWordListBasis::Insert(const Unit* source, const Unit* target) {
     source_index_.v_Reserve(source_bytes / sizeof(Unit));
     target_index_.v_Reserve(target_bytes / sizeof(Unit));
     // Nothing from here on needs memory.
-    source_index_.b_Add(source, target_words_.n_GetUsedSize());
-    target_index_.b_Add(target, source_words_.n_GetUsedSize());
+    const bool found = Index(source_index_, source, target_words_.n_GetUsedSize()) &
+                       Index(target_index_, target, source_words_.n_GetUsedSize());
     source_words_.v_Append(source, source_bytes);
     target_words_.v_Append(target, target_bytes);
     ++count_;
+    return found ? TRUE : FALSE;
 }
 
 template <typename Unit>
@@ -187,11 +192,11 @@ const Unit* CT_BiLingualWordListBasis::FindTarget(const Unit* word) const {
     return Find(target_index_, source_words_, word);
 }
 
-void CT_BiLingualCWordList::v_Insert(const char* source, const char* target) {
-    Insert(source, target);
+BOOL CT_BiLingualCWordList::b_Insert(const char* source, const char* target) {
+    return Insert(source, target);
 }
-void CT_BiLingualCWordList::v_Insert(const CT_CString* source, const CT_CString* target) {
-    Insert(Text(source), Text(target));
+BOOL CT_BiLingualCWordList::b_Insert(const CT_CString* source, const CT_CString* target) {
+    return Insert(Text(source), Text(target));
 }
 const char* CT_BiLingualCWordList::qccz_FindSource(const char* source) const {
     return FindSource(source);
@@ -206,11 +211,11 @@ const char* CT_BiLingualCWordList::qccz_FindTarget(const CT_CString* target) con
     return FindTarget(Text(target));
 }
 
-void CT_BiLingualUWordList::v_Insert(const char16_t* source, const char16_t* target) {
-    Insert(source, target);
+BOOL CT_BiLingualUWordList::b_Insert(const char16_t* source, const char16_t* target) {
+    return Insert(source, target);
 }
-void CT_BiLingualUWordList::v_Insert(const CT_UString* source, const CT_UString* target) {
-    Insert(Text(source), Text(target));
+BOOL CT_BiLingualUWordList::b_Insert(const CT_UString* source, const CT_UString* target) {
+    return Insert(Text(source), Text(target));
 }
 const char16_t* CT_BiLingualUWordList::qcuz_FindSource(const char16_t* source) const {
     return FindSource(source);
@@ -228,8 +233,8 @@ const char16_t* CT_BiLingualUWordList::qcuz_FindTarget(const CT_UString* target)
 CT_BiWordListIteratorBasis::CT_BiWordListIteratorBasis(
     const CT_BiLingualWordListBasis* list) noexcept
     : list_(list),
-      source_words_(list->pcco_GetSourceBuffer()),
-      target_words_(list->pcco_GetTargetBuffer()) {}
+      source_words_(list == nullptr ? nullptr : list->pcco_GetSourceBuffer()),
+      target_words_(list == nullptr ? nullptr : list->pcco_GetTargetBuffer()) {}
 
 BOOL CT_BiUWordListIterator::b_Next() noexcept {
     if (number_ == n_GetCount()) return FALSE;
@@ -245,22 +250,23 @@ BOOL CT_BiUWordListIterator::b_Next() noexcept {
 
 void CT_BiUWordListIterator::v_Get(const char16_t** source,
                                    const char16_t** target) const noexcept {
-    const auto word = [](const CT_Buffer& words, std::uint32_t at) {
-        const char16_t* const units = Units<char16_t>(words).data();
-        return units == nullptr ? u"" : units + at / sizeof(char16_t);
+    const auto give = [](const char16_t** out, const CT_Buffer* words, std::uint32_t at) {
+        if (out == nullptr) return;
+        const char16_t* const units = words == nullptr ? nullptr : Units<char16_t>(*words).data();
+        *out = units == nullptr ? u"" : units + at / sizeof(char16_t);
     };
-    *source = word(*source_words_, source_at_);
-    *target = word(*target_words_, target_at_);
+    give(source, source_words_, source_at_);
+    give(target, target_words_, target_at_);
 }
 
 void CT_BiUWordListIterator::v_Get(CT_UString* source, CT_UString* target) const {
     const char16_t* source_word = nullptr;
     const char16_t* target_word = nullptr;
     v_Get(&source_word, &target_word);
-    *source = CT_UString(source_word);
-    *target = CT_UString(target_word);
+    if (source != nullptr) *source = CT_UString(source_word);
+    if (target != nullptr) *target = CT_UString(target_word);
 }
 
 BOOL CT_BiUWordListIterator::b_IsEqual(const CT_BiUWordListIterator* other) const noexcept {
-    return list_ == other->list_ && number_ == other->number_ ? TRUE : FALSE;
+    return other != nullptr && list_ == other->list_ && number_ == other->number_ ? TRUE : FALSE;
 }

@@ -7,7 +7,8 @@
 // counts as empty. They may lie in the list itself.
 // What is found: a word that stands in several pairs leads to the partner of the first. Every pair
 // is kept, counted and iterated, but a word is not found when it is empty, when it contains one of
-// the characters 10, 13, 25 and 26, or when the packed list refused it. With 2-byte offsets, which
+// the characters 10, 13, 25 and 26, or when the packed list refused it; b_Insert tells. With 2-byte
+// offsets, which
 // are the default, packed lists begin to do that when they pass 64 KiB: with some 2,500 words in no
 // order, 10,000 and more in alphabetical order. With long offsets they grow to 4 GiB, as the
 // buffers do.
@@ -46,14 +47,21 @@ public:
     void v_Set();
     // Makes a list of stored parts again, sharing the buffers and the images (as pcco_GetBuffer of
     // the indexes gave them), in one pass over them. FALSE, and nothing changes, when they do not
-    // fit together: words that do not end, more of them on one side, a damaged image, a word that
-    // leads where no word begins. Whatever the parts are, searching stays inside them.
+    // fit together: words that do not end, a null buffer, more of them on one side, a damaged
+    // image, a word that leads where no word begins. Whatever the parts are, searching stays inside
+    // them.
     BOOL b_Set(const CT_Buffer* source_words, const CT_Buffer* target_words,
                const CT_Buffer* source_image, const CT_Buffer* target_image);
 
 protected:
     CT_BiLingualWordListBasis(CT_CompList::et_ElementSize element_size, BOOL long_offsets);
     CT_BiLingualWordListBasis(const CT_BiLingualWordListBasis& other) = default;
+    // Null makes an empty list.
+    CT_BiLingualWordListBasis(const CT_BiLingualWordListBasis* other,
+                              CT_CompList::et_ElementSize element_size)
+        : CT_BiLingualWordListBasis(element_size, FALSE) {
+        v_Set(other);
+    }
     CT_BiLingualWordListBasis& operator=(const CT_BiLingualWordListBasis& other) {
         v_Set(&other);
         return *this;
@@ -61,7 +69,7 @@ protected:
 
     void v_Set(const CT_BiLingualWordListBasis* other);
     template <typename Unit>
-    void Insert(const Unit* source, const Unit* target);
+    BOOL Insert(const Unit* source, const Unit* target);
     template <typename Unit>
     [[nodiscard]] const Unit* FindSource(const Unit* word) const;
     template <typename Unit>
@@ -83,13 +91,18 @@ public:
     explicit CT_BiLingualCWordList(BOOL long_offsets = FALSE)
         : CT_BiLingualWordListBasis(CT_CompList::kOneByte, long_offsets) {}
     explicit CT_BiLingualCWordList(const CT_BiLingualCWordList* other)
-        : CT_BiLingualWordListBasis(*other) {}
+        : CT_BiLingualWordListBasis(other, CT_CompList::kOneByte) {}
 
     using CT_BiLingualWordListBasis::v_Set;
     void v_Set(const CT_BiLingualCWordList* other) { CT_BiLingualWordListBasis::v_Set(other); }
 
-    void v_Insert(const char* source, const char* target);
-    void v_Insert(const CT_CString* source, const CT_CString* target);
+    // Adds a pair, in any case. TRUE when both its words are found from now on, be it with partners
+    // that they had before; FALSE when one is not, for the reasons above.
+    BOOL b_Insert(const char* source, const char* target);
+    BOOL b_Insert(const CT_CString* source, const CT_CString* target);
+    // The same for those who do not ask.
+    void v_Insert(const char* source, const char* target) { b_Insert(source, target); }
+    void v_Insert(const CT_CString* source, const CT_CString* target) { b_Insert(source, target); }
     // The target word of a source word, and the source word of a target word: null when there is
     // none. It stands in the list, good until the list changes.
     [[nodiscard]] const char* qccz_FindSource(const char* source) const;
@@ -103,21 +116,24 @@ public:
     explicit CT_BiLingualUWordList(BOOL long_offsets = FALSE)
         : CT_BiLingualWordListBasis(CT_CompList::kTwoBytes, long_offsets) {}
     explicit CT_BiLingualUWordList(const CT_BiLingualUWordList* other)
-        : CT_BiLingualWordListBasis(*other) {}
+        : CT_BiLingualWordListBasis(other, CT_CompList::kTwoBytes) {}
 
     using CT_BiLingualWordListBasis::v_Set;
     void v_Set(const CT_BiLingualUWordList* other) { CT_BiLingualWordListBasis::v_Set(other); }
 
-    void v_Insert(const char16_t* source, const char16_t* target);
-    void v_Insert(const CT_UString* source, const CT_UString* target);
     // As those of the 8-bit list.
+    BOOL b_Insert(const char16_t* source, const char16_t* target);
+    BOOL b_Insert(const CT_UString* source, const CT_UString* target);
+    void v_Insert(const char16_t* source, const char16_t* target) { b_Insert(source, target); }
+    void v_Insert(const CT_UString* source, const CT_UString* target) { b_Insert(source, target); }
     [[nodiscard]] const char16_t* qcuz_FindSource(const char16_t* source) const;
     [[nodiscard]] const char16_t* qcuz_FindSource(const CT_UString* source) const;
     [[nodiscard]] const char16_t* qcuz_FindTarget(const char16_t* target) const;
     [[nodiscard]] const char16_t* qcuz_FindTarget(const CT_UString* target) const;
 };
 
-// A walk over all pairs in the order of their insertion, from before the first one ("at home").
+// A walk over all pairs in the order of their insertion, from before the first one ("at home"). A
+// null list has none.
 class FOUNDATION_API CT_BiWordListIteratorBasis {
 public:
     // Whether no pair was stepped to yet; whether the current pair is the last one, or there are
@@ -125,7 +141,9 @@ public:
     [[nodiscard]] BOOL b_AtHome() const noexcept { return number_ == 0 ? TRUE : FALSE; }
     [[nodiscard]] BOOL b_AtEnd() const noexcept { return number_ == n_GetCount() ? TRUE : FALSE; }
     // Number of pairs in the list.
-    [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return list_->n_GetCount(); }
+    [[nodiscard]] std::uint32_t n_GetCount() const noexcept {
+        return list_ == nullptr ? 0 : list_->n_GetCount();
+    }
 
 protected:
     explicit CT_BiWordListIteratorBasis(const CT_BiLingualWordListBasis* list) noexcept;
@@ -147,15 +165,21 @@ public:
     explicit CT_BiUWordListIterator(const CT_BiLingualUWordList* list) noexcept
         : CT_BiWordListIteratorBasis(list) {}
     explicit CT_BiUWordListIterator(const CT_BiUWordListIterator* other) noexcept
-        : CT_BiUWordListIterator(*other) {}
+        : CT_BiUWordListIterator(static_cast<const CT_BiLingualUWordList*>(nullptr)) {
+        v_Set(other);
+    }
 
     // Goes home, in another list; to the place of another iterator.
     void v_Set(const CT_BiLingualUWordList* list) noexcept { *this = CT_BiUWordListIterator(list); }
-    void v_Set(const CT_BiUWordListIterator* other) noexcept { *this = *other; }
+    void v_Set(const CT_BiUWordListIterator* other) noexcept {
+        if (other == nullptr) return v_Set(static_cast<const CT_BiLingualUWordList*>(nullptr));
+        *this = *other;
+    }
 
     // Steps to the next pair; FALSE when there is none.
     BOOL b_Next() noexcept;
     // The current words, in the list; at home those of the first pair, empty ones in an empty list.
+    // Either may be null.
     void v_Get(const char16_t** source, const char16_t** target) const noexcept;
     void v_Get(CT_UString* source, CT_UString* target) const;
     // Same list and same place.

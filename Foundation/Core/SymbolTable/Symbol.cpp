@@ -59,6 +59,7 @@ void CT_Symbol::v_Set(const char16_t* name, std::uint32_t id) {
 }
 
 void CT_Symbol::v_Set(const CT_Symbol* other) {
+    if (other == nullptr) return v_Set();
     name_ = *other->pcco_GetName();
     id_ = other->n4_GetId();
     Failed();

@@ -35,7 +35,7 @@ public:
 
     // An empty name and no identifier.
     CT_Symbol() noexcept = default;
-    // Names are copied, null is an empty one.
+    // Names are copied, null is an empty one; a null symbol is one without name and identifier.
     CT_Symbol(const CT_UString* name, std::uint32_t id);
     CT_Symbol(const char16_t* name, std::uint32_t id);
     explicit CT_Symbol(const CT_Symbol* other);

@@ -92,6 +92,7 @@ std::uint32_t CT_SymbolTable::n4_GetNextId() noexcept {
 }
 
 BOOL CT_SymbolTable::b_Take(CT_Symbol* symbol) {
+    if (symbol == nullptr) return FALSE;
     const std::uint32_t last_id = last_id_;
     const bool numbered = symbol->n4_GetId() != CT_Symbol::kNoId;
     if (numbered) {

@@ -39,7 +39,7 @@ public:
 
     // Takes a symbol, which gets the next identifier that is not in use if it has none. TRUE when
     // one of that name was there; the new one is found by the name from now on. With an error
-    // already set the symbol is taken by its name only.
+    // already set the symbol is taken by its name only. FALSE, and nothing is taken, for null.
     BOOL b_Take(CT_Symbol* symbol);
 
     // The symbol, still the table's; null when there is none. A null name is the empty one.

@@ -123,6 +123,7 @@ Head MakeHead(std::uint32_t count, const Parts& parts) noexcept {
 }  // namespace
 
 BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t* file) {
+    if (list == nullptr || file == nullptr) return FALSE;
     const Parts parts{*list->pcco_GetSourceBuffer(), *list->pcco_GetTargetBuffer(),
                       *list->pcco_GetSourceIndex()->pcco_GetBuffer(),
                       *list->pcco_GetTargetIndex()->pcco_GetBuffer()};
@@ -140,6 +141,7 @@ BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t*
 }
 
 BOOL CT_GlossaryFile::sb_Load(CT_BiLingualUWordList* list, const char16_t* file) {
+    if (list == nullptr || file == nullptr) return FALSE;
     const CT_UString name(file);
     const CT_WinFile named(&name, kFileBufferSize);
     CT_RecordManager records(&named);

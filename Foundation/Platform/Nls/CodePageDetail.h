@@ -10,6 +10,7 @@
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Nls/Tables/CodePageTables.h"
+#include "Foundation/Platform/Nls/TextPieces.h"
 
 namespace platform::nls {
 
@@ -35,30 +36,84 @@ struct Encoding {
     bool used_default;           // set by the table pages
 };
 
-// Elements written or needed, and a last error, 0 when all went well.
+// Elements written or needed, and a last error, 0 when all went well. `taken` tells how much of the
+// text was converted before the result was full, the rest refused, or a character cut; encoding to
+// table pages leaves it out.
 struct Outcome {
     std::size_t count;
     std::uint32_t error;
+    std::size_t taken = 0;
+};
+
+// What a call of a page with shift states sees of its text: the whole, or a piece of it.
+struct Piece {
+    ShiftState state;        // before the piece, then behind it
+    bool last = true;        // nothing follows
+    std::size_t faults = 0;  // what strict decoding would refuse, or what the page lacks
+    std::size_t first_fault = 0;
+
+    void Fault(std::size_t at) noexcept {
+        if (faults++ == 0) first_fault = at;
+    }
 };
 
 Outcome DecodeSingleByte(const TablePage& page, const Decoding& call) noexcept;
 Outcome EncodeSingleByte(const TablePage& page, Encoding& call) noexcept;
 Outcome DecodeDoubleByte(const TablePage& page, const Decoding& call) noexcept;
 Outcome EncodeDoubleByte(const TablePage& page, Encoding& call) noexcept;
+// The beginning of a GB18030 text that is as in page 936; whatever comes next is refused.
+Outcome DecodeSharedPairs(const TablePage& page, const Decoding& call) noexcept;
+
+// Size of the ill-formed piece that a text begins with, and whether the text is but the beginning
+// of a character. Both for a text of a byte or more that begins with no whole character.
+std::size_t IllFormedUtf8(const char* text, std::size_t length) noexcept;
+bool IsCutUtf8(const char* text, std::size_t length) noexcept;
 
 Outcome DecodeUtf8(const Decoding& call) noexcept;
 Outcome EncodeUtf8(const Encoding& call) noexcept;
-Outcome DecodeUtf7(const Decoding& call) noexcept;
-Outcome EncodeUtf7(const Encoding& call) noexcept;
-Outcome DecodeIso2022Jp(const Decoding& call) noexcept;
-Outcome EncodeIso2022Jp(const Encoding& call) noexcept;
-Outcome DecodeHz(const Decoding& call) noexcept;
-Outcome EncodeHz(const Encoding& call) noexcept;
+// Whether a text that begins with no whole character of GB18030 is but the beginning of one.
+bool IsCutGb18030(const unsigned char* text, std::size_t length) noexcept;
+Outcome DecodeGb18030(const Decoding& call) noexcept;
+Outcome EncodeGb18030(const Encoding& call) noexcept;
+
+Outcome DecodeUtf7(const Decoding& call, Piece& piece) noexcept;
+Outcome EncodeUtf7(const Encoding& call, Piece& piece) noexcept;
+Outcome DecodeIso2022Jp(const Decoding& call, Piece& piece) noexcept;
+Outcome EncodeIso2022Jp(const Encoding& call, Piece& piece) noexcept;
+Outcome DecodeHz(const Decoding& call, Piece& piece) noexcept;
+Outcome EncodeHz(const Encoding& call, Piece& piece) noexcept;
 Outcome DecodeSymbol(const Decoding& call) noexcept;
 Outcome EncodeSymbol(const Encoding& call) noexcept;
 
 // The page's tables, or null when it has none.
 const TablePage* FindTablePage(std::uint32_t page) noexcept;
+
+// What calls a page allows, and how long its codes get.
+struct PageRules {
+    std::uint32_t decode_flags;
+    std::uint32_t encode_flags;
+    bool has_default_char;         // the caller may name one and ask whether it was used
+    unsigned char max_char_size;   // as the system reports it
+    unsigned char bytes_per_unit;  // never more, but for
+    unsigned char bytes_at_end;
+};
+
+// A page that is served: one with tables, or one of the algorithmic pages.
+struct Page {
+    std::uint32_t number;
+    const TablePage* tables;
+    PageRules rules;
+};
+
+// The page behind the numbers 0 to 3, any other number itself.
+std::uint32_t ResolvePage(std::uint32_t page) noexcept;
+
+// False when the page is not served.
+bool FindPage(std::uint32_t number, Page& page) noexcept;
+
+// `piece` counts for the pages with shift states only.
+Outcome Decode(const Page& page, const Decoding& call, Piece& piece) noexcept;
+Outcome Encode(const Page& page, Encoding& call, Piece& piece) noexcept;
 
 // Whether a single byte whose unit is private-use counts as invalid; those of pairs never do.
 inline bool IsPrivateUse(char16_t unit) noexcept {
@@ -144,8 +199,8 @@ public:
         count_ += elements.size();
     }
 
-    [[nodiscard]] Outcome Result() const noexcept {
-        return {count_, full_ ? kErrorInsufficientBuffer : kErrorSuccess};
+    [[nodiscard]] Outcome Result(std::size_t taken) const noexcept {
+        return {count_, full_ ? kErrorInsufficientBuffer : kErrorSuccess, taken};
     }
 
 private:

@@ -1,9 +1,17 @@
 // Code pages: conversion between 8-bit text and UTF-16 by built-in strict tables and rules, and
 // what the system knows about each page. No conversion goes through the C library's locale.
 //
-// Served are the table pages of Nls/Tables (single-byte, double-byte and the EUC form 51932; 646 is
-// US-ASCII), 42 (symbol), 50220 (ISO-2022-JP), 52936 (HZ), 65000 (UTF-7) and 65001 (UTF-8). Pages 0
-// to 3 stand for the configured ANSI, OEM, Macintosh and thread pages. 1200 and 1201 are unknown.
+// Served are
+//   MS-DOS         437 708 720 737 775 850 852 855 857 858 860 to 866 869
+//   Windows        874 932 936 949 950 1250 to 1258 1361
+//   Macintosh      10000 to 10008 10010 10017 10021 10029 10079 10081 10082
+//   ISO, Unix      646 and 20127 (US-ASCII) 20866 21866 (KOI8) 20932 51932 (EUC-JP) 20949 (EUC-KR)
+//                  28591 to 28599 28603 28605
+//   without table  42 (symbol) 50220 (ISO-2022-JP) 52936 (HZ) 54936 (GB18030) 65000 65001
+// Not served are EBCDIC and the other pages of mainframes, 50221, 50222, 50225 to 50229 (further
+// forms of ISO-2022), ISCII (57002 to 57011), T.61 and its kind. Pages 0 to 3 stand for the
+// configured ANSI, OEM, Macintosh and thread pages. 1200 and 1201, UTF-16, are not conversion
+// pages.
 //
 // Lengths are bytes (8-bit side) and UTF-16 units (wide side). Errors go to LastError, which
 // success leaves alone. Threads: any. Nothing allocates.
@@ -33,14 +41,14 @@ inline constexpr std::uint32_t kUtf8Page = 65001;
 // What the flags mean; which page allows which:
 //                             decoding   encoding
 //   table pages               0xF        0x6F0
-//   65001                     0x8        0x80
+//   54936, 65001              0x8        0x80
 //   42, 50220, 52936, 65000   none       none
 // Allowed flags without a name here change nothing either.
 enum : std::uint32_t {
     kPrecomposed = 0x1,          // decoding: changes nothing, mappings are precomposed anyway
     kComposite = 0x2,            // decoding: changes nothing, letters are never decomposed
     kErrorOnInvalidChars = 0x8,  // decoding: an invalid or incomplete sequence fails, error 1113
-    kWideErrorOnInvalidChars = 0x80,  // encoding to UTF-8: an unpaired surrogate fails, error 1113
+    kWideErrorOnInvalidChars = 0x80,  // encoding: an unpaired surrogate fails, error 1113
     kSeparateChars = 0x20,            // encoding: changes nothing
     kNoBestFit = 0x400,               // encoding: changes nothing, mappings are strict anyway
 };
@@ -54,7 +62,9 @@ enum : std::uint32_t {
 //   1113  invalid text under kErrorOnInvalidChars
 //   0     none: a text of marks and escape sequences alone gives no unit
 // Units that the page lacks a row for come out as its default unit (U+003F; U+30FB in the Japanese
-// table pages; U+FFFD in 65001). Source and result must not overlap.
+// table pages; U+FFFD in 65001). Source and result must not overlap. Elements of `out` behind the
+// result, up to its capacity, may be overwritten, here and below; so may all of it by a call that
+// fails.
 //
 // No text has more units than bytes: a buffer of `length` units always holds the result, so that a
 // caller who has one need not ask for the size first.
@@ -67,8 +77,8 @@ enum : std::uint32_t {
 // a surrogate pair for itself, gives `default_char` (null: the page's own; one byte, or two in a
 // double-byte page; zero-terminated) and sets *used_default, which is cleared otherwise.
 // Returns and errors as above, and
-//   87    default_char or used_default given for 42, 50220, 52936, 65000 or 65001
-//   1113  a unit that page 42 lacks
+//   87    default_char or used_default given for 42, 50220, 52936, 54936, 65000 or 65001
+//   1113  a unit that page 42 lacks; an unpaired surrogate under kWideErrorOnInvalidChars
 [[nodiscard]] FOUNDATION_API int WideCharToMultiByte(std::uint32_t page, std::uint32_t flags,
                                                      const char16_t* text, int length, char* out,
                                                      int capacity, const char* default_char,
@@ -92,8 +102,7 @@ FOUNDATION_API bool GetCodePageInfo(std::uint32_t page, CodePageInfo* info) noex
 
 // The configured pages; the thread page is the ANSI page, the Macintosh page is 10000. They are
 // those of the system's default locale (Locales.h), taken from the environment when the library is
-// loaded: 1252 and 437 when there is none. Languages whose OEM page
-// is not served have their ANSI page in its place (Russian 1251, Polish 1250).
+// loaded: 1252 and 437 when there is none.
 [[nodiscard]] FOUNDATION_API std::uint32_t AnsiCodePage() noexcept;
 [[nodiscard]] FOUNDATION_API std::uint32_t OemCodePage() noexcept;
 

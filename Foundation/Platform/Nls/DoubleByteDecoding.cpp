@@ -3,6 +3,8 @@
 // The fast way looks at 16 bytes at once: how many of them, from the first on, are pairs with a
 // lead byte of the page's fast range, or else ASCII. Eight cells are fetched whatever that number
 // is, so that only the ends of long runs are branches. Whatever stops it is decoded the plain way.
+// Strict decoding compares the eight cells with the default unit on the way.
+#include <algorithm>
 #include <bit>
 
 #include "Foundation/Platform/Nls/CodePageDetail.h"
@@ -10,6 +12,17 @@
 
 namespace platform::nls {
 namespace {
+
+// What is refused. kShared is for GB18030, which takes its pairs from page 936 but for a few, all
+// of them in a range of private-use units: it also stops at those.
+enum class Mode { kLoose, kStrict, kShared };
+
+constexpr char16_t kFirstPatched = 0xE76C;
+constexpr char16_t kPatchedSpan = 0xE863 - 0xE76C;
+
+bool MayBePatched(char16_t unit) noexcept {
+    return unit - kFirstPatched >= 0 && unit - kFirstPatched <= kPatchedSpan;
+}
 
 // One character: what it gives and how many bytes it takes.
 struct Character {
@@ -23,37 +36,35 @@ public:
     Decoder(const TablePage& page, const Decoding& call) noexcept
         : page_(page), view_(page), call_(call) {}
 
-    [[nodiscard]] bool IsValid() const noexcept {
-        for (std::size_t at = 0; at < call_.length;) {
-            const Character character = Next(at);
-            if (!character.defined) return false;
-            at += character.size;
-        }
-        return true;
-    }
-
-    template <bool writing>
+    template <bool writing, Mode mode>
     Outcome Run() noexcept {
         while (at_ < call_.length) {
-            RunBlocks<writing>();
+            RunBlocks<writing, mode>();
             // Further characters that no block begins with need not be tried as one.
             bool suits_blocks = false;
             while (at_ < call_.length && !suits_blocks) {
-                if (count_ == call_.capacity) return {count_, kErrorInsufficientBuffer};
+                if (count_ == call_.capacity) return {count_, kErrorInsufficientBuffer, at_};
                 const Character character = Next(at_);
+                if (IsRefused<mode>(character)) return {count_, kErrorNoUnicodeTranslation, at_};
                 if constexpr (writing) call_.out[count_] = character.unit;
                 ++count_;
                 at_ += character.size;
                 suits_blocks = call_.length - at_ >= kBlock && SuitsBlocks(call_.text[at_]);
             }
         }
-        return {count_, kErrorSuccess};
+        return {count_, kErrorSuccess, at_};
     }
 
 private:
     [[nodiscard]] bool SuitsBlocks(unsigned char byte) const noexcept {
         const auto row = static_cast<std::uint8_t>((byte ^ page_.fast_flip) - page_.fast_first);
         return byte < 0x80 || row < page_.fast_count;
+    }
+
+    template <Mode mode>
+    [[nodiscard]] static bool IsRefused(const Character& character) noexcept {
+        if (mode == Mode::kLoose) return false;
+        return !character.defined || (mode == Mode::kShared && MayBePatched(character.unit));
     }
 
     [[nodiscard]] Character Next(std::size_t at) const noexcept {
@@ -72,13 +83,13 @@ private:
 
 #if FOUNDATION_SSE2
     // Converts runs of fast pairs and of ASCII; returns where neither comes next, or near an end.
-    template <bool writing>
+    template <bool writing, Mode mode>
     void RunBlocks() noexcept;
     [[nodiscard]] bool HasRoom(std::size_t at, std::size_t count) const noexcept {
         return call_.length - at >= kBlock && call_.capacity - count >= kBlock;
     }
 #else
-    template <bool writing>
+    template <bool, Mode>
     void RunBlocks() noexcept {}
 #endif
 
@@ -103,7 +114,9 @@ public:
           flip_(Repeat(page.fast_flip, 0)),
           first_(Repeat(page.fast_first, page.first_trail)),
           last_(Repeat(static_cast<std::uint8_t>(page.fast_count - 1), page.trail_count)),
-          columns_(_mm_set1_epi16(static_cast<short>(page.trail_count + 1))) {}
+          columns_(_mm_set1_epi16(static_cast<short>(page.trail_count + 1))),
+          default_unit_(_mm_set1_epi16(static_cast<short>(page.default_unit))),
+          default_code_(_mm_set1_epi16(static_cast<short>(page.default_code))) {}
 
     // How many pairs the block begins with. Leaves the places of all eight cells in places_; those
     // of further pairs are of no use, but within the page.
@@ -120,10 +133,34 @@ public:
         return static_cast<unsigned int>(std::countr_zero(others)) / 2;  // at most 16: bits above
     }
 
-    void Fetch(char16_t* out) const noexcept {
+    // The units of the located cells.
+    [[nodiscard]] __m128i Fetch() const noexcept {
         std::uint16_t places[8];
         StoreBlock(places_, places);
-        for (int i = 0; i < 8; ++i) out[i] = cells_[places[i]];
+        __m128i low = _mm_cvtsi32_si128(cells_[places[0]]);
+        __m128i high = _mm_cvtsi32_si128(cells_[places[4]]);
+        low = _mm_insert_epi16(low, cells_[places[1]], 1);
+        high = _mm_insert_epi16(high, cells_[places[5]], 1);
+        low = _mm_insert_epi16(low, cells_[places[2]], 2);
+        high = _mm_insert_epi16(high, cells_[places[6]], 2);
+        low = _mm_insert_epi16(low, cells_[places[3]], 3);
+        high = _mm_insert_epi16(high, cells_[places[7]], 3);
+        return _mm_unpacklo_epi64(low, high);
+    }
+
+    // How many of the fetched units come before the first one that is refused.
+    template <Mode mode>
+    [[nodiscard]] unsigned int Accepted(__m128i block, __m128i units) const noexcept {
+        __m128i refused = _mm_andnot_si128(_mm_cmpeq_epi16(block, default_code_),
+                                           _mm_cmpeq_epi16(units, default_unit_));
+        if constexpr (mode == Mode::kShared) {
+            const __m128i first = _mm_set1_epi16(static_cast<short>(kFirstPatched));
+            const __m128i beyond = _mm_subs_epu16(_mm_sub_epi16(units, first),
+                                                  _mm_set1_epi16(static_cast<short>(kPatchedSpan)));
+            refused = _mm_or_si128(refused, _mm_cmpeq_epi16(beyond, _mm_setzero_si128()));
+        }
+        const auto bytes = static_cast<unsigned int>(_mm_movemask_epi8(refused));
+        return static_cast<unsigned int>(std::countr_zero(bytes | 0x10000u)) / 2;
     }
 
 private:
@@ -132,11 +169,13 @@ private:
     __m128i first_;
     __m128i last_;
     __m128i columns_;
+    __m128i default_unit_;
+    __m128i default_code_;
     __m128i places_{};
 };
 
 // Positions live in locals here: stores of blocks might change members, as far as a compiler knows.
-template <bool writing>
+template <bool writing, Mode mode>
 void Decoder::RunBlocks() noexcept {
     if (!HasRoom(at_, count_)) return;
     const unsigned char* const text = call_.text;
@@ -148,8 +187,15 @@ void Decoder::RunBlocks() noexcept {
     do {
         before = at;
         while (HasRoom(at, count)) {
-            const unsigned int taken = pairs.Locate(LoadBlock(text + at));
-            if constexpr (writing) pairs.Fetch(out + count);
+            const __m128i block = LoadBlock(text + at);
+            unsigned int taken = pairs.Locate(block);
+            if constexpr (writing || mode != Mode::kLoose) {
+                const __m128i units = pairs.Fetch();
+                if constexpr (writing) StoreBlock(units, out + count);
+                if constexpr (mode != Mode::kLoose) {
+                    taken = std::min(taken, pairs.Accepted<mode>(block, units));
+                }
+            }
             if (taken != kBlock / 2) {
                 at += 2 * taken;
                 count += taken;
@@ -175,12 +221,20 @@ void Decoder::RunBlocks() noexcept {
 
 #endif
 
+template <Mode mode>
+Outcome Run(const TablePage& page, const Decoding& call) noexcept {
+    Decoder decoder(page, call);
+    return call.out == nullptr ? decoder.Run<false, mode>() : decoder.Run<true, mode>();
+}
+
 }  // namespace
 
 Outcome DecodeDoubleByte(const TablePage& page, const Decoding& call) noexcept {
-    Decoder decoder(page, call);
-    if (call.strict && !decoder.IsValid()) return {0, kErrorNoUnicodeTranslation};
-    return call.out == nullptr ? decoder.Run<false>() : decoder.Run<true>();
+    return call.strict ? Run<Mode::kStrict>(page, call) : Run<Mode::kLoose>(page, call);
+}
+
+Outcome DecodeSharedPairs(const TablePage& page, const Decoding& call) noexcept {
+    return Run<Mode::kShared>(page, call);
 }
 
 }  // namespace platform::nls

@@ -7,6 +7,7 @@ namespace {
 
 constexpr std::uint32_t kBasePage = 936;
 constexpr char16_t kDefaultUnit = u'?';
+constexpr char16_t kNoUnit = 0xFFFF;  // no character; no code of the page stands for U+FFFF
 
 bool IsRowByte(unsigned int byte) noexcept {
     return byte >= 0xA1 && byte <= 0xF7;
@@ -17,26 +18,44 @@ bool IsCellByte(unsigned int byte) noexcept {
 
 class Decoder {
 public:
-    explicit Decoder(const Decoding& call) noexcept : call_(call), sink_(call.out, call.capacity) {}
+    Decoder(const Decoding& call, Piece& piece) noexcept
+        : call_(call),
+          piece_(piece),
+          sink_(call.out, call.capacity),
+          chinese_(piece.state.set != 0) {}
 
     Outcome Run() noexcept {
         while (at_ < call_.length && !sink_.IsFull()) {
+            if (!piece_.last && IsCut()) break;
             if (call_.text[at_] == '~' && TakeEscape()) continue;
             if (chinese_) {
                 TakeChinese();
             } else {
-                const unsigned char byte = call_.text[at_++];
-                sink_.Put(byte <= 0x80 ? base_.Single(byte) : kDefaultUnit);
+                const unsigned char byte = call_.text[at_];
+                Put(byte <= 0x80 ? base_.Single(byte) : kNoUnit);
+                ++at_;
             }
         }
-        return sink_.Result();
+        piece_.state.set = chinese_ ? 1 : 0;
+        return sink_.Result(at_);
     }
 
 private:
+    // Whether the next byte is the last one and does not stand for itself.
+    [[nodiscard]] bool IsCut() const noexcept {
+        const unsigned char byte = call_.text[at_];
+        return at_ + 1 == call_.length && (byte == '~' || (chinese_ && byte >= 0x20));
+    }
+
+    void Put(char16_t unit) noexcept {
+        if (unit == kNoUnit) piece_.Fault(at_);
+        sink_.Put(unit == kNoUnit ? kDefaultUnit : unit);
+    }
+
     // Takes what a tilde begins; false when the tilde is an ordinary byte.
     bool TakeEscape() noexcept {
         if (at_ + 1 == call_.length) {
-            sink_.Put(kDefaultUnit);
+            Put(kNoUnit);
             ++at_;
             return true;
         }
@@ -61,40 +80,53 @@ private:
     }
 
     void TakeChinese() noexcept {
-        const unsigned char first = call_.text[at_++];
-        if (first < 0x20) return sink_.Put(first);
-        if (at_ == call_.length) return sink_.Put(kDefaultUnit);
-        sink_.Put(Pair(first, call_.text[at_++]));
+        const unsigned char first = call_.text[at_];
+        const bool single = first < 0x20;
+        const bool cut = !single && at_ + 1 == call_.length;
+        if (single) {
+            sink_.Put(first);
+        } else {
+            Put(cut ? kNoUnit : Pair(first, call_.text[at_ + 1]));
+        }
+        at_ += single || cut ? 1 : 2;
     }
 
-    [[nodiscard]] char16_t Pair(unsigned char first, unsigned char second) const noexcept {
+    // The character of two bytes. A blank in the place of either makes them a fault, but a legible
+    // one.
+    [[nodiscard]] char16_t Pair(unsigned char first, unsigned char second) noexcept {
         const unsigned char row = first | 0x80;
         const unsigned char cell = second | 0x80;
         const bool both = (first ^ second) < 0x80;  // both with the high bit or both without
-        if (both && IsRowByte(row) && IsCellByte(cell)) return base_.Pair(row, cell);
-        if (first == 0x20 && second != 0) return second;
-        if (second == 0x20 && first >= 0x21 && first <= 0x7D) return u'\u3000';
-        return kDefaultUnit;
+        if (both && IsRowByte(row) && IsCellByte(cell)) {
+            return base_.IsDefinedPair(row, cell) ? base_.Pair(row, cell) : kNoUnit;
+        }
+        const bool blank_first = first == 0x20 && second != 0;
+        const bool blank_second = second == 0x20 && first >= 0x21 && first <= 0x7D;
+        if (!blank_first && !blank_second) return kNoUnit;
+        piece_.Fault(at_);
+        return blank_first ? second : u'\u3000';
     }
 
     const Decoding& call_;
+    Piece& piece_;
     UnitSink sink_;
     DoubleByteView base_{*FindTablePage(kBasePage)};
     std::size_t at_ = 0;
-    bool chinese_ = false;
+    bool chinese_;
 };
 
 }  // namespace
 
-Outcome DecodeHz(const Decoding& call) noexcept {
-    return Decoder(call).Run();
+Outcome DecodeHz(const Decoding& call, Piece& piece) noexcept {
+    return Decoder(call, piece).Run();
 }
 
-Outcome EncodeHz(const Encoding& call) noexcept {
+Outcome EncodeHz(const Encoding& call, Piece& piece) noexcept {
     const DoubleByteView base(*FindTablePage(kBasePage));
     ByteSink sink(call.out, call.capacity);
-    bool chinese = false;
-    for (std::size_t at = 0; at < call.length && !sink.IsFull(); ++at) {
+    bool chinese = piece.state.set != 0;
+    std::size_t at = 0;
+    for (; at < call.length && !sink.IsFull(); ++at) {
         const char16_t unit = call.text[at];
         const std::uint16_t code = base.Code(unit);
         if (unit >= 0x80 && code != kMissingCode && IsRowByte(FirstByte(code)) &&
@@ -107,11 +139,13 @@ Outcome EncodeHz(const Encoding& call) noexcept {
         }
         if (chinese) sink.Put({'~', '}'});
         chinese = false;
+        if (unit >= 0x80) piece.Fault(at);
         if (unit == u'~') sink.Put('~');
         sink.Put(static_cast<unsigned char>(unit < 0x80 ? unit : kDefaultUnit));
     }
-    if (chinese) sink.Put({'~', '}'});
-    return sink.Result();
+    if (chinese && piece.last) sink.Put({'~', '}'});
+    piece.state.set = chinese ? 1 : 0;
+    return sink.Result(at);
 }
 
 }  // namespace platform::nls

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::uint32_t kBasePage = 20932;
 constexpr char16_t kDefaultUnit = u'?';
+constexpr char16_t kNoUnit = 0xFFFF;  // no character; no code of the page stands for U+FFFF
 constexpr unsigned char kEscape = 0x1B;
 constexpr char16_t kFirstHalfWidth = 0xFF61;
 constexpr char16_t kLastHalfWidth = 0xFF9F;
@@ -49,80 +50,117 @@ bool IsKatakana(unsigned int byte) noexcept {
 
 class Decoder {
 public:
-    explicit Decoder(const Decoding& call) noexcept : call_(call), sink_(call.out, call.capacity) {}
+    Decoder(const Decoding& call, Piece& piece) noexcept
+        : call_(call),
+          piece_(piece),
+          sink_(call.out, call.capacity),
+          set_(static_cast<Set>(piece.state.set)),
+          saved_(static_cast<Set>(piece.state.saved_set)) {}
 
     Outcome Run() noexcept {
-        while (at_ < call_.length && !sink_.IsFull()) {
-            const unsigned char byte = call_.text[at_++];
-            if (byte == kEscape) {
-                TakeEscape();
-            } else if (byte == 0x0E) {
-                saved_ = set_;
-                set_ = Set::kKana;
-            } else if (byte == 0x0F) {
-                set_ = saved_;
-            } else if (set_ == Set::kX0208 || set_ == Set::kX0212) {
-                sink_.Put(at_ < call_.length ? Pair(byte, call_.text[at_++]) : kDefaultUnit);
-            } else {
-                sink_.Put(Single(byte));
-            }
-        }
-        return sink_.Result();
+        while (at_ < call_.length && !sink_.IsFull() && TakeCharacter()) continue;
+        piece_.state.set = static_cast<std::uint8_t>(set_);
+        piece_.state.saved_set = static_cast<std::uint8_t>(saved_);
+        return sink_.Result(at_);
     }
 
 private:
-    void TakeEscape() noexcept {
-        const std::string_view rest(reinterpret_cast<const char*>(call_.text) + at_,
-                                    call_.length - at_);
-        for (const Selection& selection : kSelections) {
-            if (!rest.starts_with(selection.bytes)) continue;
-            at_ += std::string_view(selection.bytes).size();
-            if (selection.set != Set::kNone) set_ = saved_ = selection.set;
-            return;
+    // False, without a byte taken, where the piece cuts a character or an escape sequence.
+    bool TakeCharacter() noexcept {
+        const unsigned char byte = call_.text[at_];
+        if (byte == kEscape) return TakeEscape();
+        if (byte == 0x0E) {
+            saved_ = set_;
+            set_ = Set::kKana;
+        } else if (byte == 0x0F) {
+            set_ = saved_;
+        } else if (set_ == Set::kX0208 || set_ == Set::kX0212) {
+            return TakePair(byte);
+        } else {
+            Put(Single(byte));
         }
+        ++at_;
+        return true;
+    }
+
+    bool TakeEscape() noexcept {
+        const std::string_view rest(reinterpret_cast<const char*>(call_.text) + at_ + 1,
+                                    call_.length - at_ - 1);
+        for (const Selection& selection : kSelections) {
+            const std::string_view bytes = selection.bytes;
+            if (!piece_.last && rest.size() < bytes.size() && bytes.starts_with(rest)) return false;
+            if (!rest.starts_with(bytes)) continue;
+            at_ += 1 + bytes.size();
+            if (selection.set != Set::kNone) set_ = saved_ = selection.set;
+            return true;
+        }
+        piece_.Fault(at_);
         sink_.Put(kEscape);
+        ++at_;
+        return true;
+    }
+
+    bool TakePair(unsigned char first) noexcept {
+        const bool cut = at_ + 1 == call_.length;
+        if (cut && !piece_.last) return false;
+        Put(cut ? kNoUnit : Pair(first, call_.text[at_ + 1]));
+        at_ += cut ? 1 : 2;
+        return true;
+    }
+
+    void Put(char16_t unit) noexcept {
+        if (unit == kNoUnit) piece_.Fault(at_);
+        sink_.Put(unit == kNoUnit ? kDefaultUnit : unit);
     }
 
     [[nodiscard]] char16_t Single(unsigned char byte) const noexcept {
         if (IsKatakana(byte - 0x80u)) return HalfWidth(byte - 0x80u);
-        if (set_ == Set::kAscii) return byte < 0x80 ? byte : kDefaultUnit;
-        return IsKatakana(byte) ? HalfWidth(byte) : kDefaultUnit;
+        if (set_ == Set::kAscii) return byte < 0x80 ? byte : kNoUnit;
+        return IsKatakana(byte) ? HalfWidth(byte) : kNoUnit;
     }
 
     [[nodiscard]] char16_t Pair(unsigned char first, unsigned char second) const noexcept {
-        if (first >= 0x80 || second >= 0x80) return kDefaultUnit;
+        if (first >= 0x80 || second >= 0x80) return kNoUnit;
         if (set_ == Set::kX0208 && first == 0x2A && IsKatakana(second)) return HalfWidth(second);
         const unsigned char lead = first | 0x80;
         const unsigned char trail = set_ == Set::kX0208 ? second | 0x80 : second;
-        return base_.IsDefinedPair(lead, trail) ? base_.Pair(lead, trail) : kDefaultUnit;
+        return base_.IsDefinedPair(lead, trail) ? base_.Pair(lead, trail) : kNoUnit;
     }
 
     const Decoding& call_;
+    Piece& piece_;
     UnitSink sink_;
     DoubleByteView base_{*FindTablePage(kBasePage)};
     std::size_t at_ = 0;
-    Set set_ = Set::kAscii;
-    Set saved_ = Set::kAscii;
+    Set set_;
+    Set saved_;
 };
 
 class Encoder {
 public:
-    explicit Encoder(const Encoding& call) noexcept : call_(call), sink_(call.out, call.capacity) {}
+    Encoder(const Encoding& call, Piece& piece) noexcept
+        : call_(call),
+          piece_(piece),
+          sink_(call.out, call.capacity),
+          set_(static_cast<Set>(piece.state.set)) {}
 
     Outcome Run() noexcept {
-        for (std::size_t at = 0; at < call_.length && !sink_.IsFull(); ++at) Put(call_.text[at]);
-        Select(Set::kAscii);
-        return sink_.Result();
+        for (; at_ < call_.length && !sink_.IsFull(); ++at_) Put(call_.text[at_]);
+        if (piece_.last) Select(Set::kAscii);
+        piece_.state.set = static_cast<std::uint8_t>(set_);
+        return sink_.Result(at_);
     }
 
 private:
     void Put(char16_t unit) noexcept {
         if (unit >= kFirstHalfWidth && unit <= kLastHalfWidth) {
+            piece_.Fault(at_);
             return PutPair(Set::kX0208, kFullWidth[unit - kFirstHalfWidth]);
         }
         const std::uint16_t code = base_.Code(unit);
         if (code == kMissingCode || !IsPairCode(code)) {
             Select(Set::kAscii);
+            if (unit >= 0x80 || unit == 0x0E || unit == 0x0F || unit == kEscape) piece_.Fault(at_);
             return sink_.Put(static_cast<unsigned char>(unit < 0x80 ? unit : kDefaultUnit));
         }
         const unsigned int jis = (FirstByte(code) & 0x7Fu) << 8 | (SecondByte(code) & 0x7Fu);
@@ -143,19 +181,21 @@ private:
     }
 
     const Encoding& call_;
+    Piece& piece_;
     ByteSink sink_;
     DoubleByteView base_{*FindTablePage(kBasePage)};
-    Set set_ = Set::kAscii;
+    std::size_t at_ = 0;
+    Set set_;
 };
 
 }  // namespace
 
-Outcome DecodeIso2022Jp(const Decoding& call) noexcept {
-    return Decoder(call).Run();
+Outcome DecodeIso2022Jp(const Decoding& call, Piece& piece) noexcept {
+    return Decoder(call, piece).Run();
 }
 
-Outcome EncodeIso2022Jp(const Encoding& call) noexcept {
-    return Encoder(call).Run();
+Outcome EncodeIso2022Jp(const Encoding& call, Piece& piece) noexcept {
+    return Encoder(call, piece).Run();
 }
 
 }  // namespace platform::nls

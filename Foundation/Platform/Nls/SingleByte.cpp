@@ -11,24 +11,12 @@ namespace {
 // How much of a page is Latin-1 both ways; the values of TablePage::identity.
 enum Identity : std::uint8_t { kNone, kAscii, kLatin };
 
-constexpr unsigned int kSingleBytes = 256;
+constexpr std::size_t kSingleBytes = 256;
 
 // Whether the byte was decoded from a row, and not refused by strict decoding.
 bool IsDefined(const TablePage& page, const char16_t* units, unsigned char byte) noexcept {
     const char16_t unit = units[byte];
     return !IsPrivateUse(unit) && (unit != page.default_unit || byte == page.default_code);
-}
-
-// Whether strict decoding refuses the text. A text longer than the page is judged by the page
-// first: most pages define every byte.
-bool IsRefused(const TablePage& page, const char16_t* units, const Decoding& call) noexcept {
-    const auto defined = [&](unsigned char byte) { return IsDefined(page, units, byte); };
-    if (call.length > kSingleBytes) {
-        unsigned int byte = 0;
-        while (byte < kSingleBytes && defined(static_cast<unsigned char>(byte))) ++byte;
-        if (byte == kSingleBytes) return false;
-    }
-    return !std::all_of(call.text, call.text + call.length, defined);
 }
 
 // Encodes unit by unit. Held by value where blocks are written: stores of bytes might change what a
@@ -59,6 +47,16 @@ private:
 };
 
 #if FOUNDATION_SSE2
+
+// Whole blocks of ASCII in front of the text, in bytes.
+std::size_t AsciiRun(const unsigned char* text, const unsigned char* end) noexcept {
+    const unsigned char* at = text;
+    while (end - at >= static_cast<std::ptrdiff_t>(kBlock) &&
+           _mm_movemask_epi8(LoadBlock(at)) == 0) {
+        at += kBlock;
+    }
+    return static_cast<std::size_t>(at - text);
+}
 
 // Whether all 16 bytes are their own units.
 template <Identity identity>
@@ -115,6 +113,9 @@ std::size_t EncodeBlocks(SingleEncoder& encoder, const char16_t* text, std::size
 
 #else
 
+std::size_t AsciiRun(const unsigned char*, const unsigned char*) noexcept {
+    return 0;
+}
 template <Identity>
 std::size_t DecodeBlocks(const char16_t*, const unsigned char*, std::size_t, char16_t*) noexcept {
     return 0;
@@ -126,19 +127,42 @@ std::size_t EncodeBlocks(SingleEncoder&, const char16_t*, std::size_t, unsigned 
 
 #endif
 
+// Number of bytes before the first one that strict decoding refuses. A text longer than the page is
+// judged by the page first: most pages define every byte.
+std::size_t AcceptedPrefix(const TablePage& page, const char16_t* units,
+                           const Decoding& call) noexcept {
+    const auto defined = [&](unsigned char byte) { return IsDefined(page, units, byte); };
+    if (call.length > kSingleBytes) {
+        std::size_t byte = 0;
+        while (byte < kSingleBytes && defined(static_cast<unsigned char>(byte))) ++byte;
+        if (byte == kSingleBytes) return call.length;
+    }
+    const unsigned char* const end = call.text + call.length;
+    const unsigned char* at = call.text;
+    for (;;) {
+        if (page.identity != kNone) at += AsciiRun(at, end);
+        const unsigned char* const stop =
+            end - at > static_cast<std::ptrdiff_t>(kBlock) ? at + kBlock : end;
+        const unsigned char* const refused = std::find_if_not(at, stop, defined);
+        if (refused != stop || stop == end) return static_cast<std::size_t>(refused - call.text);
+        at = stop;
+    }
+}
+
 }  // namespace
 
 Outcome DecodeSingleByte(const TablePage& page, const Decoding& call) noexcept {
     const char16_t* units = kSingleUnits + page.single_units;
-    if (call.strict && IsRefused(page, units, call)) return {0, kErrorNoUnicodeTranslation};
-    if (call.out == nullptr) return {call.length, kErrorSuccess};
+    const std::size_t length = call.strict ? AcceptedPrefix(page, units, call) : call.length;
+    const std::uint32_t error = length < call.length ? kErrorNoUnicodeTranslation : kErrorSuccess;
+    if (call.out == nullptr) return {length, error, length};
 
-    const std::size_t count = std::min(call.length, call.capacity);
+    const std::size_t count = std::min(length, call.capacity);
     std::size_t at = 0;
     if (page.identity == kLatin) at = DecodeBlocks<kLatin>(units, call.text, count, call.out);
     if (page.identity == kAscii) at = DecodeBlocks<kAscii>(units, call.text, count, call.out);
     for (; at < count; ++at) call.out[at] = units[call.text[at]];
-    return {count, count < call.length ? kErrorInsufficientBuffer : kErrorSuccess};
+    return {count, count < length ? kErrorInsufficientBuffer : error, count};
 }
 
 Outcome EncodeSingleByte(const TablePage& page, Encoding& call) noexcept {

@@ -20,13 +20,11 @@ constexpr std::uint32_t Packed(std::uint32_t ansi, std::uint32_t oem) {
 constinit std::atomic<std::uint32_t> configured{Packed(kWestern, kUnitedStatesOem)};
 constinit std::atomic<std::uint32_t> found{Packed(kWestern, kUnitedStatesOem)};
 
-// Languages without pages have those of Western Europe. Where the OEM page is not served (737, 775,
-// 852, 855, 857 and 866 are not) the ANSI page takes its place.
+// Languages without pages have those of Western Europe.
 std::uint32_t PagesOf(LCID lcid) noexcept {
     const std::uint32_t ansi = LocaleNumber(lcid, kLocaleAnsiCodePage).value_or(0);
     if (ansi == 0) return Packed(kWestern, kWesternOem);
-    const std::uint32_t oem = LocaleNumber(lcid, kLocaleOemCodePage).value_or(0);
-    return Packed(ansi, IsValidCodePage(oem) ? oem : ansi);
+    return Packed(ansi, LocaleNumber(lcid, kLocaleOemCodePage).value_or(ansi));
 }
 
 std::uint32_t Configured() noexcept {

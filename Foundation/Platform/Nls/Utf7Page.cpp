@@ -35,95 +35,155 @@ bool IsDirect(char16_t unit) noexcept {
     return unit < kDirect.size() && kDirect[unit];
 }
 
-// Bits on their way between units and base-64 digits, the newest lowest.
-struct BitStore {
-    std::uint32_t bits = 0;
-    unsigned int count = 0;
+// The bits on their way between units and base-64 digits, the newest lowest.
+void AddBits(ShiftState& state, std::uint32_t value, unsigned int width) noexcept {
+    state.bits = state.bits << width | value;
+    state.bit_count = static_cast<std::uint8_t>(state.bit_count + width);
+}
+std::uint32_t TakeBits(ShiftState& state, unsigned int width) noexcept {
+    state.bit_count = static_cast<std::uint8_t>(state.bit_count - width);
+    const std::uint32_t value = state.bits >> state.bit_count;
+    state.bits &= (1u << state.bit_count) - 1u;
+    return value;
+}
 
-    void Add(std::uint32_t value, unsigned int width) noexcept {
-        bits = bits << width | value;
-        count += width;
+class Decoder {
+public:
+    Decoder(const Decoding& call, Piece& piece) noexcept
+        : call_(call), piece_(piece), state_(piece.state), sink_(call.out, call.capacity) {}
+
+    Outcome Run() noexcept {
+        while (at_ < call_.length && !sink_.IsFull()) {
+            if (state_.in_run) {
+                TakeRun();
+            } else if (call_.text[at_] != '+') {
+                TakeDirect();
+            } else if (!TakePlus()) {
+                break;
+            }
+        }
+        if (piece_.last && state_.in_run && at_ == call_.length) EndRun(true);
+        piece_.state = state_;
+        return sink_.Result(at_);
     }
-    std::uint32_t Take(unsigned int width) noexcept {
-        count -= width;
-        const std::uint32_t value = bits >> count;
-        bits &= (1u << count) - 1u;
-        return value;
+
+private:
+    void TakeDirect() noexcept {
+        const unsigned char byte = call_.text[at_];
+        if (byte >= 0x80) piece_.Fault(at_);
+        sink_.Put(byte);
+        ++at_;
     }
+
+    // False, with nothing taken, where the piece ends behind the '+'.
+    bool TakePlus() noexcept {
+        const bool cut = at_ + 1 == call_.length;
+        if (cut && !piece_.last) return false;
+        if (!cut && call_.text[at_ + 1] == '-') {
+            sink_.Put(u'+');
+            at_ += 2;
+            return true;
+        }
+        ++at_;
+        state_.in_run = true;
+        state_.run_is_empty = true;
+        return true;
+    }
+
+    void TakeRun() noexcept {
+        for (; at_ < call_.length; ++at_) {
+            const unsigned char byte = call_.text[at_];
+            const unsigned char digit = kDigitValues[byte];
+            if (digit == kNoDigit) {
+                EndRun(byte < 0x80);
+                if (byte == '-') ++at_;
+                return;
+            }
+            AddBits(state_, digit, 6);
+            if (state_.bit_count < 16) continue;
+            sink_.Put(static_cast<char16_t>(TakeBits(state_, 16)));
+            state_.run_is_empty = false;
+        }
+    }
+
+    // Left-over bits are dropped, but stay in front of the next run when a byte from 80 up ended
+    // this one. They are what fills up the last digit, unless something is wrong.
+    void EndRun(bool drop_bits) noexcept {
+        const bool sound = !state_.run_is_empty && state_.bit_count < 6 && state_.bits == 0;
+        if (!sound) piece_.Fault(at_ == 0 ? 0 : at_ - 1);
+        state_.in_run = false;
+        if (!drop_bits) return;
+        state_.bits = 0;
+        state_.bit_count = 0;
+    }
+
+    const Decoding& call_;
+    Piece& piece_;
+    ShiftState state_;
+    UnitSink sink_;
+    std::size_t at_ = 0;
 };
 
-// Reads the run behind a '+' and returns the position behind it. Left-over bits are dropped, but
-// stay in front of the next run when a byte from 80 up ended this one.
-std::size_t DecodeRun(const Decoding& call, std::size_t at, BitStore& store,
-                      UnitSink& sink) noexcept {
-    for (; at < call.length; ++at) {
-        const unsigned char byte = call.text[at];
-        const unsigned char digit = kDigitValues[byte];
-        if (digit == kNoDigit) {
-            if (byte < 0x80) store = {};
-            return byte == '-' ? at + 1 : at;
-        }
-        store.Add(digit, 6);
-        if (store.count >= 16) sink.Put(static_cast<char16_t>(store.Take(16)));
-    }
-    return at;
-}
+class Encoder {
+public:
+    Encoder(const Encoding& call, Piece& piece) noexcept
+        : call_(call), piece_(piece), state_(piece.state), sink_(call.out, call.capacity) {}
 
-// Writes the run of units that begins at `at` and returns the position behind it.
-std::size_t EncodeRun(const Encoding& call, std::size_t at, ByteSink& sink) noexcept {
-    const auto put_digit = [&sink](std::uint32_t digit) {
-        sink.Put(static_cast<unsigned char>(kDigits[digit]));
-    };
-    BitStore store;
-    sink.Put('+');
-    for (; at < call.length && call.text[at] != u'+' && !IsDirect(call.text[at]); ++at) {
-        store.Add(call.text[at], 16);
-        while (store.count >= 6) put_digit(store.Take(6));
+    Outcome Run() noexcept {
+        std::size_t at = 0;
+        for (; at < call_.length && !sink_.IsFull(); ++at) {
+            const char16_t unit = call_.text[at];
+            if (unit == u'+') {
+                EndRun();
+                sink_.Put({'+', '-'});
+            } else if (IsDirect(unit)) {
+                EndRun();
+                sink_.Put(static_cast<unsigned char>(unit));
+            } else {
+                PutInRun(unit);
+            }
+        }
+        if (piece_.last) EndRun();
+        piece_.state = state_;
+        return sink_.Result(at);
     }
-    if (store.count != 0) {
-        store.Add(0, 6 - store.count);
-        put_digit(store.Take(6));
+
+private:
+    void PutDigit() noexcept {
+        sink_.Put(static_cast<unsigned char>(kDigits[TakeBits(state_, 6)]));
     }
-    sink.Put('-');
-    return at;
-}
+
+    void PutInRun(char16_t unit) noexcept {
+        if (!state_.in_run) sink_.Put('+');
+        state_.in_run = true;
+        AddBits(state_, unit, 16);
+        while (state_.bit_count >= 6) PutDigit();
+    }
+
+    void EndRun() noexcept {
+        if (!state_.in_run) return;
+        state_.in_run = false;
+        if (state_.bit_count != 0) {
+            AddBits(state_, 0, 6u - state_.bit_count);
+            PutDigit();
+        }
+        sink_.Put('-');
+    }
+
+    const Encoding& call_;
+    Piece& piece_;
+    ShiftState state_;
+    ByteSink sink_;
+};
 
 }  // namespace
 
-Outcome DecodeUtf7(const Decoding& call) noexcept {
-    UnitSink sink(call.out, call.capacity);
-    BitStore store;
-    std::size_t at = 0;
-    while (at < call.length && !sink.IsFull()) {
-        const unsigned char byte = call.text[at++];
-        if (byte != '+') {
-            sink.Put(byte);
-        } else if (at < call.length && call.text[at] == '-') {
-            sink.Put(u'+');
-            ++at;
-        } else {
-            at = DecodeRun(call, at, store, sink);
-        }
-    }
-    return sink.Result();
+Outcome DecodeUtf7(const Decoding& call, Piece& piece) noexcept {
+    return Decoder(call, piece).Run();
 }
 
-Outcome EncodeUtf7(const Encoding& call) noexcept {
-    ByteSink sink(call.out, call.capacity);
-    std::size_t at = 0;
-    while (at < call.length && !sink.IsFull()) {
-        const char16_t unit = call.text[at];
-        if (unit == u'+') {
-            sink.Put({'+', '-'});
-            ++at;
-        } else if (IsDirect(unit)) {
-            sink.Put(static_cast<unsigned char>(unit));
-            ++at;
-        } else {
-            at = EncodeRun(call, at, sink);
-        }
-    }
-    return sink.Result();
+Outcome EncodeUtf7(const Encoding& call, Piece& piece) noexcept {
+    return Encoder(call, piece).Run();
 }
 
 }  // namespace platform::nls

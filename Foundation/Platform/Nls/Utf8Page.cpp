@@ -15,29 +15,38 @@ constexpr char16_t kReplacement = 0xFFFD;
 constexpr char kReplacementBytes[] = {'\xEF', '\xBF', '\xBD'};
 
 // Bytes that the lead byte announces behind itself; 0 for a byte that begins no sequence.
-std::size_t Announced(unsigned char lead) noexcept {
-    if (lead < 0xC2 || lead > 0xF4) return 0;
-    return lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+std::size_t Announced(char lead) noexcept {
+    const std::uint32_t byte = detail::Byte(lead);
+    if (byte < 0xC2 || byte > 0xF4) return 0;
+    return byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
 }
 
-// Size of the ill-formed piece at the beginning of the text.
-std::size_t IllFormedPiece(const char* text, std::size_t length) noexcept {
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const std::size_t announced = Announced(lead);
+// Whether no character begins with the two bytes, a lead byte and a trail byte.
+bool IsRuledOut(char first, char second) noexcept {
+    const std::uint32_t lead = detail::Byte(first);
+    const std::uint32_t trail = detail::Byte(second);
+    const bool too_small = (lead == 0xE0 && trail < 0xA0) || (lead == 0xF0 && trail < 0x90);
+    const bool surrogate = lead == 0xED && trail >= 0xA0;
+    const bool too_large = lead == 0xF4 && trail >= 0x90;
+    return too_small || surrogate || too_large;
+}
+
+}  // namespace
+
+std::size_t IllFormedUtf8(const char* text, std::size_t length) noexcept {
+    const std::size_t announced = Announced(text[0]);
     std::size_t size = 1;
     while (size <= announced && size < length && detail::IsTrail(text[size])) {
         ++size;
-        if (size != 2) continue;
-        const auto second = static_cast<unsigned char>(text[1]);
-        const bool too_small = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
-        const bool surrogate = lead == 0xED && second >= 0xA0;
-        const bool too_large = lead == 0xF4 && second >= 0x90;
-        if (too_small || surrogate || too_large) break;
+        if (size == 2 && IsRuledOut(text[0], text[1])) break;
     }
     return size;
 }
 
-}  // namespace
+bool IsCutUtf8(const char* text, std::size_t length) noexcept {
+    return length <= Announced(text[0]) && IllFormedUtf8(text, length) == length &&
+           (length != 2 || !IsRuledOut(text[0], text[1]));
+}
 
 Outcome DecodeUtf8(const Decoding& call) noexcept {
     const char* text = reinterpret_cast<const char*>(call.text);
@@ -51,15 +60,15 @@ Outcome DecodeUtf8(const Decoding& call) noexcept {
                 : Utf8ToUtf16(text + at, left, call.out + count, call.capacity - count);
         at += done.taken;
         count += done.written;
-        if (at == call.length) return {count, kErrorSuccess};
+        if (at == call.length) return {count, kErrorSuccess, at};
         if (detail::ReadUtf8(text + at, call.length - at).length != 0) break;  // does not fit
-        if (call.strict) return {0, kErrorNoUnicodeTranslation};
+        if (call.strict) return {count, kErrorNoUnicodeTranslation, at};
         if (count == call.capacity) break;
         if (call.out != nullptr) call.out[count] = kReplacement;
         ++count;
-        at += IllFormedPiece(text + at, call.length - at);
+        at += IllFormedUtf8(text + at, call.length - at);
     }
-    return {count, kErrorInsufficientBuffer};
+    return {count, kErrorInsufficientBuffer, at};
 }
 
 Outcome EncodeUtf8(const Encoding& call) noexcept {
@@ -73,15 +82,15 @@ Outcome EncodeUtf8(const Encoding& call) noexcept {
                            : Utf16ToUtf8(call.text + at, left, out + count, call.capacity - count);
         at += done.taken;
         count += done.written;
-        if (at == call.length) return {count, kErrorSuccess};
+        if (at == call.length) return {count, kErrorSuccess, at};
         if (detail::ReadUtf16(call.text + at, call.length - at).length != 0) break;  // does not fit
-        if (call.strict) return {0, kErrorNoUnicodeTranslation};
+        if (call.strict) return {count, kErrorNoUnicodeTranslation, at};
         if (call.capacity - count < sizeof kReplacementBytes) break;
         if (out != nullptr) std::memcpy(out + count, kReplacementBytes, sizeof kReplacementBytes);
         count += sizeof kReplacementBytes;
         ++at;
     }
-    return {count, kErrorInsufficientBuffer};
+    return {count, kErrorInsufficientBuffer, at};
 }
 
 }  // namespace platform::nls

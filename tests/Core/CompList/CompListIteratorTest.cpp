@@ -135,13 +135,88 @@ TEST(CompListIteratorTest, StartsAnewOnAnotherListAndNeedsNoHandle) {
     EXPECT_FALSE(iterator.b_GetNext(&word, &handle));
 }
 
+// An image of one-byte elements and handles and two-byte distances around a stream.
+Bytes Around(const Bytes& stream, std::uint8_t entries) {
+    Bytes image = PlainCompList(1, 1, false, false).Image();
+    image.resize(132);
+    image.insert(image.end(), stream.begin(), stream.end());
+    for (unsigned i = 0; i < 4; ++i) {
+        image[4 + i] = static_cast<std::uint8_t>(image.size() >> (8 * i));
+    }
+    image[120] = entries;
+    return image;
+}
+
+Bytes With(Bytes image, std::size_t at, std::uint8_t value) {
+    image[at] = value;
+    return image;
+}
+
+TEST(CompListIteratorTest, TellsSoundImagesFromForgedOnes) {
+    const Bytes good = Around({'a', 13, 6, 0, 'b', 26, 1, 'c', 26, 2, 25}, 2);
+    Bytes longer = good;
+    longer.push_back(99);
+    const Bytes joining{'a', 13, 9, 0, 'b', 13, 5, 0, 'c', 26, 1, 'd', 26, 2, 25};
+    const struct {
+        const char* what;
+        Bytes image;
+        bool sound;
+    } cases[] = {
+        {"as written", good, true},
+        {"no words", Around({25}, 0), true},
+        {"four-byte elements, no words", PlainCompList(4, 1, false, false).Image(), true},
+        {"bytes behind the end", longer, true},
+        {"the empty word, twice", With(With(good, 127, 1), 120, 4), true},
+        {"jump entry", With(good, 16, 132), true},
+        {"jump entry of a letter that is not there", With(good, 40, 132), false},
+        {"jump entry to another letter", With(good, 16 + 8, 132), false},
+        {"fewer entries than words", With(good, 120, 1), false},
+        {"more entries than words", With(good, 120, 3), false},
+        {"the empty word is not counted", With(With(good, 127, 1), 12, 0), false},
+        {"network byte order", With(good, 124, 1), false},
+        {"stamp", With(good, 0, 1), false},
+        {"handle size", With(good, 126, 3), false},
+        {"end behind the buffer", With(good, 4, 200), false},
+        {"no end marker", Around({'a', 26, 1}, 1), false},
+        {"words behind the end marker", Around({'a', 26, 1, 25, 'b', 26, 2, 25}, 2), false},
+        {"a handle is cut", Around({'a', 26}, 1), false},
+        {"a distance is cut", Around({'a', 13, 1}, 1), false},
+        {"a path without a word", Around({'a', 25}, 0), false},
+        {"nothing behind a word that goes on", Around({'a', 10, 1, 25}, 1), false},
+        {"a mark first", Around({26, 1, 25}, 1), false},
+        {"a zero character", Around({'a', 0, 26, 1, 25}, 1), false},
+        {"two marks", Around({'a', 10, 1, 26, 2, 25}, 2), false},
+        {"the same character twice", With(good, 139, 'a'), false},
+        {"a distance into a word", With(good, 134, 4), false},
+        {"a distance to the end marker", With(good, 134, 9), false},
+        {"a distance to itself", With(good, 134, 0), false},
+        {"a distance behind the image", With(good, 134, 40), false},
+        {"nothing leads to a tail", Around({'a', 26, 1, 'b', 26, 2, 25}, 2), false},
+        {"two markers lead to one tail", Around(joining, 2), false},
+    };
+    for (const auto& [what, image, sound] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(Adopted(image).b_IsSound() != FALSE, sound);
+    }
+    EXPECT_FALSE(CT_CompList(static_cast<const CT_Buffer*>(nullptr)).b_IsSound());
+    EXPECT_FALSE(Adopted(With(good, 4, 200)).b_Add("d", 1));
+}
+
 TEST(CompListIteratorTest, DamagedImagesAreReadToAnEndAndNeverChanged) {
     const auto test_words = [] { return Words(5, u"abz", 4); };
     Words words = test_words();
-    const Bytes good = Shape{2, 1, true, false}.Plain(words, 60).Image();
+    const Bytes good = Shape{2, 1, false, false}.Plain(words, 60).Image();
     Damage(good, [&](const Bytes& image) {
         CT_CompList list = Adopted(image);
-        ASSERT_LE(Enumerate(list).size(), image.size());
+        const Entries entries = Enumerate(list);
+        ASSERT_LE(entries.size(), image.size());
+        const bool sound = list.b_IsSound() != FALSE;
+        if (sound) {
+            ASSERT_EQ(entries.size(), list.n_GetNrOfEntries());
+            for (const auto& [word, handle] : entries) {
+                ASSERT_EQ(list.n_Search(word.c_str()), handle);
+            }
+        }
         Words keys = test_words();
         for (unsigned i = 0; i < 60; ++i) {
             const Word key = keys.Next();
@@ -151,6 +226,7 @@ TEST(CompListIteratorTest, DamagedImagesAreReadToAnEndAndNeverChanged) {
         }
         const bool added = list.b_Add(u"zzzzzzzz", 1) != FALSE;
         ASSERT_TRUE(added ? list.b_Search(u"zzzzzzzz") != FALSE : ImageOf(list) == image);
+        ASSERT_TRUE(!sound || (added && list.b_IsSound() != FALSE));
     });
 }
 
@@ -165,6 +241,32 @@ TEST(CompListIteratorTest, EndsOnAnImageWhosePathsJoin) {
         image[4 + i] = static_cast<std::uint8_t>(image.size() >> (8 * i));
     }
     EXPECT_LE(Enumerate(Adopted(image)).size(), image.size());
+}
+
+// a, aa, aaa, ... with an alternative at each: words of ten million characters in all, which are
+// not copied for a caller who looks at one after the other.
+TEST(CompListIteratorTest, WordsThatContinueOneAnotherShareOneBlock) {
+    constexpr unsigned kDepth = 3000;
+    CT_CompList list = Shape{2, 4, false, true}.New();
+    Word path;
+    for (unsigned i = 0; i < kDepth; ++i) {
+        path += u'a';
+        ASSERT_TRUE(list.b_Add(path.c_str(), i) && list.b_Add((path + u'b').c_str(), i));
+    }
+    CT_UCompListIterator iterator(&list);
+    CT_UString word;
+    unsigned handle = 0, words = 0, blocks = 0;
+    for (const void* block = nullptr; iterator.b_GetNext(&word, &handle) != FALSE; ++words) {
+        ASSERT_EQ(word.n_GetLength(),
+                  handle + (word.u_GetAt(word.n_GetLength() - 1) == u'b' ? 2 : 1));
+        blocks += word.qcuz_Get() != block ? 1 : 0;
+        block = word.qcuz_Get();
+    }
+    EXPECT_EQ(words, 2 * kDepth);
+    EXPECT_LT(blocks, 100u);
+    iterator.vv_Set(&list);
+    for (words = 0; iterator.b_GetNext(nullptr, &handle) != FALSE;) ++words;
+    EXPECT_EQ(words, 2 * kDepth);
 }
 
 // A list that grew, whose image is still to be written, and one that will get its index.

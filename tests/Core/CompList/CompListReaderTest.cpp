@@ -72,6 +72,8 @@ TEST(CompListReaderTest, ToleratesWhatCannotBeRead) {
         EXPECT_TRUE(test::NoError());
     }
     EXPECT_FALSE(reader.b_ReadItems(static_cast<const CT_UString*>(nullptr)));
+    EXPECT_FALSE(reader.b_ReadItems(static_cast<CT_StreamTextReader*>(nullptr)));
+    EXPECT_FALSE(CT_CompListReader(nullptr, FALSE).b_ReadItems(folder.Name(u"list.txt").c_str()));
     const std::u16string name = folder.Name(u"list.txt");
     for (const auto call : {platform::FileCall::kOpen, platform::FileCall::kRead}) {
         const test::FileFault fault(call, 0, 5, true);

@@ -159,6 +159,23 @@ TEST(CompListTest, CopiesShareTheImageUntilOneGrows) {
     EXPECT_EQ(CT_CompList(static_cast<const CT_Buffer*>(nullptr)).pcco_GetBuffer(), nullptr);
 }
 
+TEST(CompListTest, KeepsTheBytesBehindAnImage) {
+    Words words(3, u"abcd", 6);
+    PlainCompList plain = Shape{2, 2, false, false}.Plain(words, 50);
+    const std::string behind("what else the buffer holds");
+    Bytes image = plain.Image();
+    image.insert(image.end(), behind.begin(), behind.end());
+    CT_CompList list = Adopted(image);
+    for (unsigned i = 0; i < 50; ++i) {
+        const Word word = words.Next();
+        EXPECT_EQ(list.b_Add(word.c_str(), i) != FALSE, plain.Add(word, i));
+        image = plain.Image();
+        image.insert(image.end(), behind.begin(), behind.end());
+        ASSERT_EQ(ImageOf(i % 2 == 0 ? list : CT_CompList(&list)), image);
+    }
+    EXPECT_EQ(list.n_GetEnd() + behind.size(), image.size());
+}
+
 TEST(CompListTest, SearchesAnIndexedImageAsThePlainOne) {
     Word latin;
     for (char16_t c = 'a'; c <= 'z'; ++c) latin += c;

@@ -55,6 +55,7 @@ TEST(StringCacheTest, KeepsNothingWithoutStorageAndTakesItsOwnTexts) {
     cache.v_Insert(nullptr, u"a");
     EXPECT_EQ(cache.qcuz_Lookup(u"a"), nullptr);
     EXPECT_EQ(cache.qcuz_Lookup(nullptr), nullptr);
+    EXPECT_EQ(cache.n_Hash(nullptr), 0u);
     for (const auto& [size, ways] : {std::pair{0u, 0u}, {0, 4}, {3, 4}, {4, 0}}) {
         cache.v_Set(size, ways);
         cache.v_Insert(u"a", u"b");

@@ -214,6 +214,8 @@ TEST(TreeTest, UsesAgainWhatRemovingLeaves) {
     CT_VoidTree items(100);
     const char item[100] = {};
     items.v_Add(u"stays", item);
+    items.v_Add(u"keeps nothing", nullptr);
+    EXPECT_EQ(items.n_Entries(), 1u);
     std::uint64_t before = 0;
     for (unsigned i = 0; i < 10000; ++i) {
         if (i == 100) before = platform::AllocationCount();

@@ -266,6 +266,47 @@ TEST(VoidHashTableTest, HandlesLongChainsAndReturnsMemory) {
     EXPECT_EQ(platform::LiveBlocks() - before, 2);  // the slots, a chunk of nodes
 }
 
+TEST(VoidHashTableTest, NullArgumentsAnswerTheFailureValue) {
+    const std::uint32_t number = 7;
+    Table table(4, 4, &F::sn_HashPN4, &Table::si_CompareInteger, 13);
+    EXPECT_FALSE(table.b_Insert(nullptr, &number) || table.b_Insert(&number, nullptr));
+    EXPECT_FALSE(table.b_Insert(&number, &number));
+    std::uint32_t out = 9;
+    EXPECT_FALSE(table.b_Get(nullptr, &out) || table.b_Remove(nullptr, &out));
+    EXPECT_EQ(out, 0u);
+    for (const std::uint32_t slot : {0u, 1u, 14u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(table.pso_GetAt(slot), nullptr);
+        table.v_RemoveAt(slot, table.pso_GetAt(8));
+    }
+    EXPECT_EQ(table.n_GetCount(), 1u);
+    CT_VoidHashIterator nowhere(static_cast<const Table*>(nullptr));
+    nowhere.v_Remove(&out);
+    nowhere.v_GetKey(&out);
+    EXPECT_FALSE(nowhere.b_Next() || nowhere.n_GetCount() != 0 || nowhere.b_IsEqual(nullptr));
+    CT_VoidHashIterator walk(&table);
+    walk.v_Set(static_cast<const CT_VoidHashIterator*>(nullptr));
+    EXPECT_TRUE(walk.b_IsEqual(&nowhere));
+    table.v_Set(static_cast<const Table*>(nullptr));
+    EXPECT_EQ(table.n_GetCount(), 0u);
+
+    const Table none(static_cast<const Table*>(nullptr));
+    for (Table* const useless : {new Table(&none), new Table(4, 4, nullptr, nullptr, 13),
+                                 new Table(4, 4, &F::sn_HashPN4, nullptr, 13)}) {
+        EXPECT_FALSE(useless->b_Insert(&number, &number) || useless->b_Get(&number, &out));
+        useless->v_Resize(40);
+        EXPECT_EQ(useless->n_GetCount(), 0u);
+        delete useless;
+    }
+    const void* const no_text = nullptr;
+    for (const Form form : {kText, kTextAt, kCStrAt, kWideAt, kUStr, kUStrAt, kStrAt, kInt}) {
+        for (const auto hash : {kFunctions[form].hashes[0][0], kFunctions[form].hashes[1][1]}) {
+            EXPECT_EQ(hash(nullptr, 13), 1u);
+            EXPECT_EQ(hash(form % 2 == 1 ? &no_text : nullptr, 13), 1u);
+            EXPECT_EQ(hash(nullptr, 0), 0u);
+        }
+    }
+}
+
 TEST(VoidHashTableTest, StaysAsItWasWhenMemoryRunsOutOrAFunctionThrows) {
     // Three collisions of 13 slots: one more makes the table grow.
     const auto fill = [](Table::HashFunction function) {

@@ -108,6 +108,32 @@ TEST(VoidListTest, FindsAndCopies) {
     EXPECT_EQ(item, 7);
 }
 
+TEST(VoidListTest, NullArgumentsAnswerTheFailureValue) {
+    CT_VoidList list = Make({1, 2}), empty(sizeof(int));
+    std::uint32_t index = 9;
+    for (const auto insert : {&CT_VoidList::v_InsertFirst, &CT_VoidList::v_InsertLast}) {
+        (list.*insert)(nullptr);
+    }
+    list.v_InsertBefore(nullptr, list.pso_GetFirst());
+    list.v_SetAt(nullptr, list.pso_GetFirst());
+    list.v_SetAt(&index, nullptr);
+    list.v_GetAt(nullptr, list.pso_GetFirst());
+    list.v_GetAt(&index, nullptr);
+    empty.v_RemoveFirst(&index);
+    EXPECT_EQ(index, 9u);
+    EXPECT_EQ(list.pso_Skip(nullptr, 1), nullptr);
+    EXPECT_EQ(list.pso_Find(nullptr, &index), nullptr);
+    EXPECT_EQ(index, 0u);
+    for (const std::uint32_t none : {0u, 3u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(list.pso_GetPosition(none), nullptr);
+    }
+    EXPECT_FALSE(list.b_IsEqual(nullptr));
+    EXPECT_THAT(Items(list), ElementsAre(1, 2));
+    list.v_Set(nullptr);
+    EXPECT_THAT(Items(list), ElementsAre());
+    EXPECT_EQ(CT_VoidList(static_cast<const CT_VoidList*>(nullptr)).n_GetCount(), 0u);
+}
+
 TEST(VoidListTest, StaysAsItWasWhenMemoryRunsOut) {
     const CT_VoidList other = Make({7, 8, 9});
     const int item = 5;

@@ -179,6 +179,22 @@ TEST(VoidSortedArrayTest, OwnItemsAndSharesSurviveChanges) {
     EXPECT_FALSE(other.b_IsEqual(&share)) << "another comparison";
 }
 
+TEST(VoidSortedArrayTest, NullArgumentsAnswerTheFailureValue) {
+    CT_VoidSortedArray array = Sorted({3, 1, 2});
+    const CT_VoidSortedArray unordered(array.pcco_GetArray(), nullptr), same(&unordered);
+    array.v_Insert(nullptr);
+    array.v_SetAt(nullptr, 1);
+    array.v_GetAt(nullptr, 1);
+    EXPECT_EQ(array.n_Find(nullptr), 0u);
+    EXPECT_FALSE(array.b_IsEqual(nullptr));
+    EXPECT_THAT(Items(array), ElementsAre(1, 2, 3));
+    EXPECT_EQ(unordered.n_Find(test::Own(*array.pcco_GetArray(), 1)), 0u);
+    EXPECT_FALSE(unordered.b_IsEqual(&same)) << "nothing says so";
+    array.v_Set(static_cast<const CT_VoidSortedArray*>(nullptr));
+    EXPECT_THAT(Items(array), ElementsAre());
+    EXPECT_EQ(CT_VoidSortedArray(static_cast<CT_VoidSortedArray*>(nullptr)).n_GetCount(), 0u);
+}
+
 TEST(VoidSortedArrayTest, StaysAsItWasWhenMemoryRunsOut) {
     const CT_VoidSortedArray origin = Sorted({2, 4, 6});
     CT_VoidArray unsorted(sizeof(int));

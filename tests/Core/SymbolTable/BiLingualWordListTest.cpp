@@ -72,7 +72,9 @@ TEST(BiLingualWordListTest, FindsTheFirstPartnerOfEachWordAndKeepsEveryPair) {
         };
         for (int i = 0; i < 20000; ++i) {
             const auto& [source, target] = pairs.emplace_back(word(), word());
-            list.v_Insert(source.c_str(), target.c_str());
+            const BOOL found = list.b_Insert(source.c_str(), target.c_str());
+            ASSERT_EQ(found != FALSE, list.qcuz_FindSource(source.c_str()) != nullptr &&
+                                          list.qcuz_FindTarget(target.c_str()) != nullptr);
             if (!source.empty()) targets.emplace(source, target);
             if (!target.empty()) sources.emplace(target, source);
         }
@@ -116,12 +118,17 @@ TEST(BiLingualWordListTest, IteratorsTellWhereTheyAre) {
     EXPECT_TRUE(nothing.b_AtHome() && nothing.b_AtEnd() && !nothing.b_Next());
     nothing.v_Get(&source, &target);
     EXPECT_EQ(source.n_GetLength() + target.n_GetLength(), 0u);
+    CT_BiUWordListIterator nowhere(static_cast<const CT_BiLingualUWordList*>(nullptr));
+    nowhere.v_Get(nullptr, &target);
+    EXPECT_FALSE(nowhere.b_Next() || nowhere.b_IsEqual(nullptr) || !nowhere.b_AtEnd());
+    nowhere.v_Set(static_cast<const CT_BiUWordListIterator*>(nullptr));
+    EXPECT_TRUE(nowhere.b_AtHome());
 }
 
 TEST(BiLingualWordListTest, AnswersNothingForWordsThatNoIndexTakes) {
     CT_BiLingualUWordList list = Sample();
     for (const char16_t* odd : {u"", u"two\nlines", u"\x1A"}) {
-        list.v_Insert(odd, u"odd");
+        EXPECT_FALSE(list.b_Insert(odd, u"odd"));
         EXPECT_EQ(list.qcuz_FindSource(odd), nullptr);
     }
     EXPECT_EQ(list.qcuz_FindSource(u"tree"), nullptr);
@@ -129,7 +136,7 @@ TEST(BiLingualWordListTest, AnswersNothingForWordsThatNoIndexTakes) {
     list.v_Insert(nullptr, list.qcuz_FindSource(u"Baum"));
     const Pairs all = Contents(list);
     EXPECT_EQ(Pairs(all.end() - 2, all.end()), (Pairs{{u"Baum", u"house"}, {u"", u"tree"}}));
-    list.v_Set();
+    list.v_Set(static_cast<const CT_BiLingualUWordList*>(nullptr));
     EXPECT_TRUE(Contents(list).empty() && list.qcuz_FindSource(u"Haus") == nullptr);
 }
 
@@ -144,6 +151,8 @@ TEST(BiLingualWordListTest, KeepsWordsOfBytesAsWell) {
     EXPECT_EQ(again.qccz_FindTarget("Haus"), nullptr);
     CT_BiLingualUWordList wide;
     EXPECT_FALSE(Load(wide, Parts(narrow)));
+    EXPECT_FALSE(wide.b_Set(nullptr, nullptr, nullptr, nullptr));
+    EXPECT_EQ(CT_BiLingualCWordList(static_cast<CT_BiLingualCWordList*>(nullptr)).n_GetCount(), 0u);
 }
 
 TEST(BiLingualWordListTest, DamagedPartsAreRefusedOrSearchedWithinThem) {

@@ -97,6 +97,8 @@ TEST(SymbolTableTest, HandsOutIdentifiersThatAreFree) {
     EXPECT_EQ(table.n4_GetNextId(), 12u);
     table.b_Take(New(u"last", 0xFFFFFFFE));
     table.b_Take(New(nullptr));
+    EXPECT_FALSE(table.b_Take(nullptr));
+    EXPECT_EQ(CT_Symbol(static_cast<const CT_Symbol*>(nullptr)).n4_GetId(), CT_Symbol::kNoId);
     EXPECT_EQ(table.pco_Get(u"")->n4_GetId(), 2u);  // 1 is in use
     CT_ErrorManager::spco_Get()->v_SetError(7, u"before");
     table.b_Take(New(u"half", 5));  // by its name only
