@@ -7,6 +7,8 @@
 #include <cstring>
 #include <utility>
 
+#include "InputFile.h"
+
 namespace zelkor {
 
 namespace {
@@ -15,7 +17,7 @@ namespace {
 std::FILE* Open(const std::string& name) {
     std::FILE* const file = name == "-" ? stdin : std::fopen(name.c_str(), "rb");
     if (file == nullptr) {
-        throw Failure(name + ": " + std::strerror(errno));
+        throw Failure(Printable(name) + ": " + std::strerror(errno));
     }
     return file;
 }
@@ -27,7 +29,7 @@ void ReadParts(std::FILE* file, const std::string& name, const auto& use) {
         use(std::string_view(part, count));
     }
     if (std::ferror(file) != 0) {
-        throw Failure(name + ": " + std::strerror(errno));
+        throw Failure(Printable(name) + ": " + std::strerror(errno));
     }
 }
 
@@ -37,22 +39,14 @@ void MustBeReadable(const std::string& name) {
     struct stat status {};
     if (name == "-") return;
     if (stat(name.c_str(), &status) != 0) {
-        throw Failure(name + ": " + std::strerror(errno));
+        throw Failure(Printable(name) + ": " + std::strerror(errno));
     }
-    if (S_ISDIR(status.st_mode)) throw Failure(name + ": " + std::strerror(EISDIR));
+    if (S_ISDIR(status.st_mode)) throw Failure(Printable(name) + ": " + std::strerror(EISDIR));
 }
 
 std::string ReadAll(const std::string& name) {
-    constexpr std::size_t kLargest = 0xFFFFFFF0;
-    std::string bytes;
-    const std::unique_ptr<std::FILE, void (*)(std::FILE*)> file(Open(name), [](std::FILE* opened) {
-        if (opened != stdin) std::fclose(opened);
-    });
-    ReadParts(file.get(), name, [&](std::string_view part) {
-        if (bytes.size() + part.size() > kLargest) throw Failure(name + ": too large for a record");
-        bytes += part;
-    });
-    return bytes;
+    constexpr std::size_t kLargest = 0xFFFFFFF0;  // of a record, nearly
+    return InputFile(name).ReadAll(kLargest);
 }
 
 Lines::Lines(std::string name, Times times) : name_(std::move(name)), file_(Open(name_)) {
@@ -70,14 +64,15 @@ Lines::~Lines() {
 
 void Lines::TakeAll() {
     std::unique_ptr<std::FILE, Close> copy(std::tmpfile());
-    if (copy == nullptr) throw Failure(name_ + ": no temporary file can be made for it");
+    if (copy == nullptr) throw Failure(Printable(name_) + ": no temporary file can be made for it");
     bool good = true;
     ReadParts(file_.get(), name_, [&](std::string_view part) {
         good = good && std::fwrite(part.data(), 1, part.size(), copy.get()) == part.size();
-        if (!good) throw Failure(name_ + ": finds no room in a temporary file");
+        if (!good) throw Failure(Printable(name_) + ": finds no room in a temporary file");
         size_ += part.size();
     });
-    if (std::fflush(copy.get()) != 0) throw Failure(name_ + ": finds no room in a temporary file");
+    if (std::fflush(copy.get()) != 0)
+        throw Failure(Printable(name_) + ": finds no room in a temporary file");
     file_ = std::move(copy);
     Rewind();
 }
@@ -87,7 +82,7 @@ bool Lines::Next(std::string_view* line) {
     if (length < 0) {
         if (std::ferror(file_.get()) != 0) {
             if (errno == EINTR) throw Failure("interrupted");
-            throw Failure(name_ + ": " + std::strerror(errno));
+            throw Failure(Printable(name_) + ": " + std::strerror(errno));
         }
         return false;
     }
@@ -105,7 +100,7 @@ void Lines::Rewind() {
 }
 
 Failure Lines::Wrong(const std::string& what, unsigned int line) const {
-    return Failure(name_ + ':' + std::to_string(line) + ": " + what);
+    return Failure(Printable(name_) + ':' + std::to_string(line) + ": " + what);
 }
 
 }  // namespace zelkor

@@ -10,9 +10,10 @@
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 
 #include "Console.h"
+#include "InputFile.h"
+#include "OutputFile.h"
 
 namespace zelkor {
 
@@ -75,10 +76,9 @@ private:
 
 }  // namespace
 
-NamedFile::NamedFile(const std::string& name)
-    : path_(FromUtf8(name)), file_(&path_, kFileBufferSize) {}
+NamedFile::NamedFile(const CT_UString& path) : path_(path), file_(&path_, kFileBufferSize) {}
 
-RecordFile::RecordFile(const std::string& name) : file_(name), manager_(file_) {}
+RecordFile::RecordFile(const CT_UString& path) : file_(path), manager_(file_) {}
 
 RecordFile::~RecordFile() {
     if (!manager_.b_IsOpen()) return;
@@ -140,12 +140,12 @@ std::string ReadRecords(const std::string& name, RecordFile& file, const RecordU
         if ((++read & 0xFFF) == 0) progress.Advance(read);
     }
     if (read != expected) {
-        return name + ": " + Grouped(read) + " of " + Grouped(expected) +
+        return Printable(name) + ": " + Grouped(read) + " of " + Grouped(expected) +
                " records could be read; see check and repair";
     }
     if (read != counted) {
-        return name + ": the header counts " + Grouped(counted) + " of the " + Grouped(read) +
-               " records; see check and repair";
+        return Printable(name) + ": the header counts " + Grouped(counted) + " of the " +
+               Grouped(read) + " records; see check and repair";
     }
     return {};
 }
@@ -164,20 +164,20 @@ std::string ReadResources(const std::string& name, RecordFile& file, const Recor
         ++read;
     }
     if (read == count) return {};
-    return name + ": " + Grouped(read) + " of " + HowMany(count, "resource", "resources") +
-           " could be read; see check and repair";
+    return Printable(name) + ": " + Grouped(read) + " of " +
+           Counted(count, "resource", "resources") + " could be read; see check and repair";
 }
 
 void MustBeNew(const std::string& name) {
     if (name == "-" || !std::filesystem::exists(name)) return;
-    throw Failure(name + ": is there; --force replaces it", 2);
+    throw Failure(Printable(name) + ": is there; --force replaces it", 2);
 }
 
 bool ReadHeader(const std::string& name, foundation::record_format::HeaderImage* header) {
     namespace format = foundation::record_format;
-    std::ifstream file(name, std::ios::binary);
-    file.read(reinterpret_cast<char*>(header->data()), format::kHeaderSize);
-    return file.gcount() == format::kHeaderSize &&
+    InputFile file(name);
+    return file.Read(reinterpret_cast<char*>(header->data()), format::kHeaderSize) ==
+               format::kHeaderSize &&
            format::LoadU32(header->data() + format::kStampAt) == format::kStamp;
 }
 
@@ -189,7 +189,7 @@ void MustBeRecordFile(const std::string& name) {
         ReadHeader(name, &header)) {
         return;
     }
-    throw Failure(name + ": is there and is no record file; --force replaces it", 2);
+    throw Failure(Printable(name) + ": is there and is no record file; --force replaces it", 2);
 }
 
 bool SameFile(const std::string& one, const std::string& other) {
@@ -197,20 +197,22 @@ bool SameFile(const std::string& one, const std::string& other) {
     return std::filesystem::equivalent(one, other, error);
 }
 
-RecordTarget::RecordTarget(std::string name)
-    : name_(std::move(name)), unfinished_(name_ + ".unfinished") {}
-
-RecordTarget::~RecordTarget() {
-    std::filesystem::remove(unfinished_);
-}
-
-void RecordTarget::Finish() {
-    std::filesystem::rename(unfinished_, name_);
-}
-
-void WriteTo(const std::string& name, std::string_view bytes) {
-    if (name == "-") return WriteOut(bytes);
-    std::ofstream(name) << bytes;
+void Replace(const std::string& name, const std::function<void(const CT_UString& path)>& make) {
+    OutputFile output(name);
+    const CT_UString path = output.Staged();
+    try {
+        make(path);
+    } catch (const Failure& failure) {
+        // the user knows the file by its own name
+        std::string message = failure.what();
+        const std::string given = ToUtf8(path);
+        for (const std::string& staged : {std::filesystem::absolute(given).string(), given}) {
+            const std::size_t at = message.find(staged);
+            if (at != std::string::npos) message.replace(at, staged.size(), output.name());
+        }
+        throw Failure(message, failure.status());
+    }
+    output.Finish();
 }
 
 void MustFit(unsigned int header, unsigned int block, unsigned int resources, int status) {
@@ -231,10 +233,6 @@ void ThrowRecordedError(const char* kind, unsigned int number) {
     } catch (const Failure& failure) {
         throw Failure(std::string(kind) + ' ' + std::to_string(number) + ": " + failure.what());
     }
-}
-
-std::string HowMany(std::uint64_t count, const char* one, const char* more) {
-    return Grouped(count) + ' ' + (count == 1 ? one : more);
 }
 
 CT_Buffer ToBuffer(std::string_view bytes) {

@@ -14,12 +14,15 @@
 #include <string>
 #include <string_view>
 
+#include "Console.h"
+
 namespace zelkor {
 
 // A file by its name, for the classes that take a file object.
 class NamedFile {
 public:
-    explicit NamedFile(const std::string& name);
+    explicit NamedFile(const std::string& name) : NamedFile(FileName(name)) {}  // as typed
+    explicit NamedFile(const CT_UString& path);
     operator const CT_WinFile*() const { return &file_; }
 
 private:
@@ -31,7 +34,8 @@ private:
 // after a failure, so that what was done before it is kept.
 class RecordFile {
 public:
-    explicit RecordFile(const std::string& name);
+    explicit RecordFile(const std::string& name) : RecordFile(FileName(name)) {}
+    explicit RecordFile(const CT_UString& path);
     ~RecordFile();
     RecordFile(const RecordFile&) = delete;
     RecordFile& operator=(const RecordFile&) = delete;
@@ -70,21 +74,9 @@ void MustBeNew(const std::string& name);
 void MustBeRecordFile(const std::string& name);
 [[nodiscard]] bool SameFile(const std::string& one, const std::string& other);
 
-// A record file in the making, beside the one that it replaces when it is finished. What is not
-// finished is removed.
-class RecordTarget {
-public:
-    explicit RecordTarget(std::string name);
-    ~RecordTarget();
-    RecordTarget(const RecordTarget&) = delete;
-    RecordTarget& operator=(const RecordTarget&) = delete;
-
-    [[nodiscard]] const std::string& Unfinished() const { return unfinished_; }
-    void Finish();
-
-private:
-    std::string name_, unfinished_;
-};
+// Has `make` write a new file, for the library's file classes, and puts it in the place of `name`
+// when that is done; a failure leaves what was there.
+void Replace(const std::string& name, const std::function<void(const CT_UString& path)>& make);
 
 // Throws the recorded error, if there is one, with what it is about: "record 21: (31051): ...".
 void ThrowRecordedError(const char* kind, unsigned int number);
@@ -93,15 +85,10 @@ void ThrowRecordedError(const char* kind, unsigned int number);
 [[nodiscard]] std::string_view ToBytes(const CT_Buffer& buffer);
 
 void WriteOut(std::string_view bytes);  // to the standard output
-// To a file, which is replaced when all is written; "-" is the standard output.
-void WriteTo(const std::string& name, std::string_view bytes);
 
 // Printable ASCII as it is, "\\", "\t", "\n", all else "\xNN"; and back (throws Failure).
 [[nodiscard]] std::string Escape(std::string_view bytes);
 [[nodiscard]] std::string Unescape(std::string_view text);
-
-// "1 block", "1,024 blocks"
-[[nodiscard]] std::string HowMany(std::uint64_t count, const char* one, const char* more);
 
 void AddRecordInspection(CLI::App& parent);  // info, check, repair, compact
 void AddRecordMap(CLI::App& parent);

@@ -28,12 +28,12 @@ struct CreateOptions {
 void Create(const CreateOptions& options) {
     MustFit(options.header, options.block, options.resources, 2);
     if (!options.force) MustBeNew(options.file);
-    RecordTarget target(options.file);
-    RecordFile file(target.Unfinished());
-    file->v_Create(options.header, options.block, options.resources);
-    ThrowRecordedError();
-    file.Close();
-    target.Finish();
+    Replace(options.file, [&options](const CT_UString& path) {
+        RecordFile file(path);
+        file->v_Create(options.header, options.block, options.resources);
+        ThrowRecordedError();
+        file.Close();
+    });
 }
 
 struct AddOptions {
@@ -78,7 +78,7 @@ void Add(const AddOptions& options) {
     } catch (const Failure& failure) {
         const unsigned int added = file->n_GetRecordCount() - before;
         if (added == 0) throw;
-        throw Failure(std::string(failure.what()) + "; " + HowMany(added, "record", "records") +
+        throw Failure(std::string(failure.what()) + "; " + Counted(added, "record", "records") +
                       " before that are in " + options.file);
     }
     file.Close();

@@ -33,7 +33,7 @@ void Info(const std::string& name) {
     CT_RecordCheck check(path);
     Examine(check);
     format::HeaderImage header{};
-    if (!ReadHeader(name, &header)) throw Failure(name + ": is no record file");
+    if (!ReadHeader(name, &header)) throw Failure(Printable(name) + ": is no record file");
     const auto field = [&](unsigned int at) { return format::LoadU32(header.data() + at); };
     std::printf("records         %s\n", Grouped(field(format::kRecordCountAt)).c_str());
     std::printf("resource keys   %u of %u\n", field(format::kResourceCountAt),
@@ -54,8 +54,8 @@ void Info(const std::string& name) {
         const unsigned int blocks = check.n_GetBlockCount(owner);
         const auto size = std::uint64_t{blocks} * check.n_GetBlockSize();
         std::printf(
-            "%-15s %s in %s, %.1f %%\n", kLooks[i].name, HowMany(size, "byte", "bytes").c_str(),
-            HowMany(check.n_GetRunCount(owner), "run", "runs").c_str(), 100.0 * blocks / all);
+            "%-15s %s in %s, %.1f %%\n", kLooks[i].name, Counted(size, "byte", "bytes").c_str(),
+            Counted(check.n_GetRunCount(owner), "run", "runs").c_str(), 100.0 * blocks / all);
     }
     const unsigned int free = check.n_GetBlockCount(CT_RecordCheck::kFreeOwner);
     const unsigned int runs = check.n_GetRunCount(CT_RecordCheck::kFreeOwner);
@@ -75,9 +75,9 @@ void Check(const std::string& name) {
                     CT_RecordCheck::sqccz_GetText(finding.kind), finding.other);
     }
     const unsigned int count = check.n_GetFindingCount();
-    if (count != 0) throw Failure(name + ": " + HowMany(count, "finding", "findings"));
-    std::printf("%s: sound, %s\n", name.c_str(),
-                HowMany(check.n_GetRecordCount(), "record", "records").c_str());
+    if (count != 0) throw Failure(Printable(name) + ": " + Counted(count, "finding", "findings"));
+    std::printf("%s: sound, %s\n", Printable(name).c_str(),
+                Counted(check.n_GetRecordCount(), "record", "records").c_str());
 }
 
 struct RepairOptions {
@@ -107,29 +107,30 @@ void Repair(const RepairOptions& options, bool sound_only) {
         CT_RecordCheck check(source);
         Examine(check);
         if (check.n_GetFindingCount() != 0) {
-            throw Failure(options.source + ": damaged; see check and repair");
+            throw Failure(Printable(options.source) + ": damaged; see check and repair");
         }
     } else if (SameFile(options.source, options.target)) {
         // what cannot be repaired today may be read by other means
-        throw Failure(options.target + ": a repaired file needs a name of its own", 2);
+        throw Failure(Printable(options.target) + ": a repaired file needs a name of its own", 2);
     }
     if (!options.force) MustBeRecordFile(options.target);
-    RecordTarget target(options.target);
     CT_RecordRepair repair(source);
     if (options.block != 0) repair.v_SetLayout(options.header, options.block, options.resources);
-    const bool all = repair.b_Repair(NamedFile(target.Unfinished())) != FALSE;
-    ThrowRecordedError();
-    target.Finish();
+    bool all = false;
+    Replace(options.target, [&](const CT_UString& path) {
+        all = repair.b_Repair(NamedFile(path)) != FALSE;
+        ThrowRecordedError();
+    });
     for (unsigned int i = 1; options.references && i <= repair.n_GetMovedCount(); ++i) {
         const auto moved = repair.so_GetMovedAt(i);
         std::printf("%u\t%u\n", moved.old_reference, moved.new_reference);
     }
     const unsigned int lost = TellLosses(repair);
-    std::fprintf(stderr, "%s: %s\n", options.target.c_str(),
-                 HowMany(repair.n_GetMovedCount(), "record", "records").c_str());
+    std::fprintf(stderr, "%s: %s\n", Printable(options.target).c_str(),
+                 Counted(repair.n_GetMovedCount(), "record", "records").c_str());
     if (lost != 0)
         throw Failure(
-            HowMany(lost, "record or resource was lost", "records or resources were lost"));
+            Counted(lost, "record or resource was lost", "records or resources were lost"));
     if (!all) throw Failure("not all is certain to be what it was");
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Console.h"
+#include "OutputFile.h"
 #include "Records.h"
 #include "RecordsChart.h"
 
@@ -64,8 +65,8 @@ std::string Letters(const Chart& chart) {
     text += '\n';
     for (const Look& look : kLooks) text += std::string(1, look.letter) + ' ' + look.name + "  ";
     return text + kDamagedLetter + " damaged\n" +
-           HowMany(chart.blocks_per_cell, "block", "blocks") + " a letter, " +
-           HowMany(chart.blocks_per_cell * chart.block_size, "byte", "bytes") + '\n';
+           Counted(chart.blocks_per_cell, "block", "blocks") + " a letter, " +
+           Counted(chart.blocks_per_cell * chart.block_size, "byte", "bytes") + '\n';
 }
 
 struct MapOptions {
@@ -81,14 +82,16 @@ void Map(const MapOptions& options) {
     check.b_Check();
     ThrowRecordedError();
     if (check.n_GetBlockCount() == 0) {
-        throw Failure(options.file + ": no blocks to show" +
+        throw Failure(Printable(options.file) + ": no blocks to show" +
                       (check.n_GetFindingCount() == 0 ? "" : "; see zelkor records check"));
     }
     const Chart chart(check, options.file);
     if (options.svg.empty()) {
         WriteOut(Letters(chart));
     } else {
-        WriteTo(options.svg, DrawChart(chart));
+        OutputFile output(options.svg);
+        output.Write(DrawChart(chart));
+        output.Finish();
     }
 }
 

@@ -140,12 +140,12 @@ void Picture::Title() {
     }
     Text(kLeft, 36, name, " font-size=\"20\" font-weight=\"bold\"");
     Text(kLeft, 58,
-         HowMany(chart_.record_count, "record", "records") + " · " +
-             HowMany(chart_.block_count, "block", "blocks") + " of " +
-             HowMany(chart_.block_size, "byte", "bytes") + " · " + Size(Bytes(chart_.block_count)),
+         Counted(chart_.record_count, "record", "records") + " · " +
+             Counted(chart_.block_count, "block", "blocks") + " of " +
+             Counted(chart_.block_size, "byte", "bytes") + " · " + Size(Bytes(chart_.block_count)),
          Fill(kFaint));
     const bool sound = chart_.finding_count == 0;
-    Text(kRight, 36, sound ? "sound" : HowMany(chart_.finding_count, "finding", "findings"),
+    Text(kRight, 36, sound ? "sound" : Counted(chart_.finding_count, "finding", "findings"),
          " font-size=\"14\" font-weight=\"bold\" text-anchor=\"end\"" +
              Fill(sound ? "#2a7f3f" : kDamage));
 }
@@ -232,8 +232,8 @@ void Picture::Legend() {
     const std::string end = " text-anchor=\"end\"";
     unsigned int y = legend_;
     Text(kLeft, y,
-         "One cell is " + HowMany(chart_.blocks_per_cell, "block", "blocks") + ", " +
-             HowMany(chart_.blocks_per_cell * chart_.block_size, "byte", "bytes"),
+         "One cell is " + Counted(chart_.blocks_per_cell, "block", "blocks") + ", " +
+             Counted(chart_.blocks_per_cell * chart_.block_size, "byte", "bytes"),
          " font-weight=\"bold\"");
     constexpr const char* kHeads[] = {"blocks", "bytes", "share", "runs"};
     for (std::size_t i = 0; i < std::size(kHeads); ++i) {

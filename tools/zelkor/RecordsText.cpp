@@ -264,24 +264,25 @@ void Import(const ImportOptions& options) {
             "new ones for all, --lossy lets them change",
             moved);
     }
-    const auto again = [&lines] {
-        lines.Rewind();
-        ParseFirst(lines);
-    };
-    RecordTarget target(options.file);
-    RecordFile file(target.Unfinished());
-    file->v_Create(sizes.header, sizes.block, sizes.resources);
-    ThrowRecordedError();
-    if (moved == 0) {
+    Replace(options.file, [&](const CT_UString& path) {
+        const auto again = [&lines] {
+            lines.Rewind();
+            ParseFirst(lines);
+        };
+        RecordFile file(path);
+        file->v_Create(sizes.header, sizes.block, sizes.resources);
+        ThrowRecordedError();
+        if (moved == 0) {
+            again();
+            PlaceHeads(lines, sizes, file);
+        } else {
+            std::fprintf(stderr, "%s: the records have new references\n",
+                         Printable(options.file).c_str());
+        }
         again();
-        PlaceHeads(lines, sizes, file);
-    } else {
-        std::fprintf(stderr, "%s: the records have new references\n", options.file.c_str());
-    }
-    again();
-    Fill(lines, file, moved == 0, options.references);
-    file.Close();
-    target.Finish();
+        Fill(lines, file, moved == 0, options.references);
+        file.Close();
+    });
 }
 
 }  // namespace
