@@ -87,16 +87,35 @@ struct RepairOptions {
     unsigned int block = 0, header = 0, resources = 0;
 };
 
-// Tells what is lost or doubtful; how many are lost.
-unsigned int TellLosses(const CT_RecordRepair& repair) {
-    unsigned int lost = 0;
+// "record 21", "3 records"; what a loss is about.
+std::string Subject(const CT_RecordRepair::st_Lost& loss) {
+    switch (loss.kind) {
+        case CT_RecordCheck::kRecordCount:
+            return Counted(loss.count, "record", "records") + " that the header counts";
+        case CT_RecordCheck::kResourceCount:
+            return Counted(loss.count, "resource", "resources") + " that the header counts";
+        case CT_RecordCheck::kLeak:
+            return Counted(loss.count, "block", "blocks") + " from reference " +
+                   std::to_string(loss.reference);
+        case CT_RecordCheck::kStamp:
+            return "what the header counted";
+        default:
+            return loss.reference != 0 ? "record " + std::to_string(loss.reference)
+                                       : "resource " + std::to_string(loss.key);
+    }
+}
+
+// Tells what is lost or doubtful; how many records and resources are lost.
+std::uint64_t TellLosses(const CT_RecordRepair& repair) {
+    std::uint64_t lost = 0;
     for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
         const auto loss = repair.so_GetLostAt(i);
-        lost += loss.copied ? 0 : 1;
-        const bool record = loss.reference != 0;
-        std::fprintf(stderr, "zelkor: %s %s %u: %s\n",
-                     loss.copied ? "doubtful:" : "lost:", record ? "record" : "resource",
-                     record ? loss.reference : loss.key, CT_RecordCheck::sqccz_GetText(loss.kind));
+        lost += loss.copied ? 0 : loss.count;
+        const bool missing = loss.kind == CT_RecordCheck::kRecordCount ||
+                             loss.kind == CT_RecordCheck::kResourceCount;
+        const char* const fate = missing ? "missing" : loss.copied ? "doubtful" : "lost";
+        std::fprintf(stderr, "zelkor: %s: %s%s%s\n", fate, Subject(loss).c_str(),
+                     missing ? "" : ": ", missing ? "" : CT_RecordCheck::sqccz_GetText(loss.kind));
     }
     return lost;
 }
@@ -125,7 +144,7 @@ void Repair(const RepairOptions& options, bool sound_only) {
         const auto moved = repair.so_GetMovedAt(i);
         std::printf("%u\t%u\n", moved.old_reference, moved.new_reference);
     }
-    const unsigned int lost = TellLosses(repair);
+    const std::uint64_t lost = TellLosses(repair);
     std::fprintf(stderr, "%s: %s\n", Printable(options.target).c_str(),
                  Counted(repair.n_GetMovedCount(), "record", "records").c_str());
     if (lost != 0)

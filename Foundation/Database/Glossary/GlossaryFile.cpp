@@ -14,6 +14,7 @@
 #include "Foundation/Database/RecordManager/RecordFormat.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"
 #include "Foundation/Platform/Files.h"
+#include "Foundation/Platform/LastError.h"
 
 using foundation::detail::Failed;
 using foundation::detail::PlatformName;
@@ -111,6 +112,12 @@ BOOL Refuse(const char16_t* file, unsigned int code, const char16_t* format,
     return FALSE;
 }
 
+BOOL RefuseNull(const char* source = __builtin_FILE(), unsigned int line = __builtin_LINE()) {
+    platform::SetLastError(platform::kErrorInvalidParameter);
+    foundation::detail::RecordSystemError(source, line);
+    return FALSE;
+}
+
 Head MakeHead(std::uint32_t count, const Parts& parts) noexcept {
     Head head;
     std::memcpy(head.data(), kStamp, sizeof kStamp);
@@ -123,7 +130,7 @@ Head MakeHead(std::uint32_t count, const Parts& parts) noexcept {
 }  // namespace
 
 BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t* file) {
-    if (list == nullptr || file == nullptr) return FALSE;
+    if (list == nullptr || file == nullptr) return RefuseNull();
     const Parts parts{*list->pcco_GetSourceBuffer(), *list->pcco_GetTargetBuffer(),
                       *list->pcco_GetSourceIndex()->pcco_GetBuffer(),
                       *list->pcco_GetTargetIndex()->pcco_GetBuffer()};
@@ -141,7 +148,7 @@ BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t*
 }
 
 BOOL CT_GlossaryFile::sb_Load(CT_BiLingualUWordList* list, const char16_t* file) {
-    if (list == nullptr || file == nullptr) return FALSE;
+    if (list == nullptr || file == nullptr) return RefuseNull();
     const CT_UString name(file);
     const CT_WinFile named(&name, kFileBufferSize);
     CT_RecordManager records(&named);

@@ -3,7 +3,8 @@
 //
 // The file is a record file without records; the list's two buffers and two packed lists are its
 // resources, as docs/formats/glossary.md describes. Loading takes time linear in the file.
-// Errors: FALSE and an error with the file's name in its message
+// Errors: FALSE and an error, with the file's name in its message if there is one
+//   87                  an argument is null
 //   31050               no record file, or one that holds no glossary, or a later kind of one
 //   31005               damaged: the parts are not those that were stored, or do not fit together
 //   the system's error  of opening, reading, writing

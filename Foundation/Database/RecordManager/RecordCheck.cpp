@@ -18,7 +18,8 @@ RecordSurvey* NewSurvey() {
 
 }  // namespace
 
-CT_RecordCheck::CT_RecordCheck(const CT_WinFile* file) : file_(file), survey_(NewSurvey()) {}
+CT_RecordCheck::CT_RecordCheck(const CT_WinFile* file)
+    : file_(foundation::detail::OrNone(file)), survey_(NewSurvey()) {}
 
 CT_RecordCheck::~CT_RecordCheck() {
     survey_->~RecordSurvey();
@@ -36,12 +37,12 @@ void CT_RecordCheck::operator delete(void* block) {
 BOOL CT_RecordCheck::b_Check() {
     *survey_ = RecordSurvey();
     if (Failed()) return FALSE;
-    RecordImage image(&file_);
+    RecordImage image(file_);
     if (!image.Open()) {
         Failed();
         return FALSE;
     }
-    survey_->Take(image, nullptr);
+    survey_->Take(image.Bytes(), nullptr);
     return survey_->finding_count == 0 ? TRUE : FALSE;
 }
 
@@ -100,6 +101,8 @@ const char* CT_RecordCheck::sqccz_GetText(et_Finding kind) {
             return "the block belongs to two owners";
         case kLeak:
             return "blocks that nothing owns";
+        case kBehindEnd:
+            return "a record behind the data end";
     }
     return "";
 }

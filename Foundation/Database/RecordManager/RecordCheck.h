@@ -46,6 +46,7 @@ public:
         kHidden,          // a live head where a scan does not look
         kOverlap,         // the block belongs to two; other: where the second one starts
         kLeak,            // `size` bytes that nothing owns
+        kBehindEnd,       // a live head behind the data end
     };
     struct st_Finding {
         et_Finding kind;

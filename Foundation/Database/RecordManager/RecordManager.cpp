@@ -3,26 +3,25 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <iterator>
 #include <span>
 
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 
 namespace format = foundation::record_format;
+using format::Failed;
 using format::LoadU32;
 using format::StoreU32;
-using foundation::detail::Failed;
 
 namespace {
 
 constexpr unsigned int kTableGrowth = 8;
 constexpr unsigned int kScratchGrowth = 32;
 constexpr unsigned int kMapMinimum = 0xFFFFF;
-// How far a sound file may end before its data end: the last block's unused bytes, or what a failed
-// addition took and did not write.
-constexpr unsigned int kSoundGap = 0x100000;
+constexpr unsigned int kPiece = 4096;
 
 // The tables' entries as words in the order of this machine.
 void FromFile(std::byte* entries, std::uint32_t size) {
@@ -37,7 +36,7 @@ void FromFile(std::byte* entries, std::uint32_t size) {
 static_assert(sizeof(CT_RecordManager::st_Resource) == format::kEntrySize);
 
 CT_RecordManager::CT_RecordManager(const CT_WinFile* file)
-    : CT_WinFile(file),
+    : CT_WinFile(foundation::detail::OrNone(file)),
       free_table_(sizeof(FreeEntry), kTableGrowth, 0),
       directory_(sizeof(st_Resource), si_Compare, kTableGrowth, 0),
       scratch_(0, kScratchGrowth) {}
@@ -71,7 +70,8 @@ void CT_RecordManager::v_Create(unsigned int record_header_size, unsigned int bl
     if (Failed()) return CloseFailed(0);
     open_mode_ = kModeReadWrite;
     header_copy_ = free_copy_ = resource_copy_ = 1;
-    end_cap_ = kNoCap;
+    opened_size_ = 0;
+    changed_ = true;
 }
 
 void CT_RecordManager::FillHeader(unsigned int record_header_size, unsigned int block_size,
@@ -107,7 +107,8 @@ void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
         v_CreateMap(kMapMinimum);
         if (Failed()) return CloseFailed(size);
     }
-    end_cap_ = n_GetSize() <= size || n_GetSize() - size <= kSoundGap ? kNoCap : size;
+    loose_end_known_ = false;
+    changed_ = false;
     if (!ReadTables()) CloseFailed(size);
 }
 
@@ -152,7 +153,7 @@ bool CT_RecordManager::ReadFreeTable() {
     chain_end_seen_ = false;
     if (count == 0) return true;
     if (count > Get(format::kCapacityAt) ||
-        format::kFreeTableAt + std::uint64_t{count} * format::kEntrySize > Held()) {
+        format::kFreeTableAt + std::uint64_t{count} * format::kEntrySize > TablesEnd()) {
         v_SetError(format::kCorrupt);
         return false;
     }
@@ -164,8 +165,9 @@ bool CT_RecordManager::ReadFreeTable() {
     return true;
 }
 
-// Keys of a sound file ascend; those of a damaged one are put in order, so that each can be found,
-// and of entries that a killed process left twice one is kept.
+// Keys of a sound file ascend; those of a damaged one are put in order, so that each can be found.
+// Of entries that are there twice, as a killed process may leave them, one can be read; but as
+// writing the directory would drop the other, such a file cannot be changed.
 bool CT_RecordManager::ReadDirectory() {
     const unsigned int count = n_GetResourceCount();
     const std::uint64_t at = format::DirectoryAt(Get(format::kCapacityAt));
@@ -173,7 +175,7 @@ bool CT_RecordManager::ReadDirectory() {
     directory_.v_Set(kTableGrowth, 0, FALSE);
     if (count == 0) return true;
     if (count > n_GetResourceMaxCount() ||
-        at + std::uint64_t{count} * format::kEntrySize > Held()) {
+        at + std::uint64_t{count} * format::kEntrySize > TablesEnd()) {
         v_SetError(format::kCorrupt);
         return false;
     }
@@ -182,16 +184,17 @@ bool CT_RecordManager::ReadDirectory() {
     auto* const entries = static_cast<std::byte*>(scratch_.qv_Get());
     FromFile(entries, scratch_.n_GetUsedSize());
     const std::span<st_Resource> resources(reinterpret_cast<st_Resource*>(entries), count);
-    if (!std::ranges::is_sorted(resources, std::ranges::less_equal(), &st_Resource::key)) {
-        KeepOneOfEach(resources);
-    }
+    const bool sorted_once =
+        std::ranges::is_sorted(resources, std::ranges::less_equal(), &st_Resource::key);
+    changeable_ = changeable_ && (sorted_once || !KeepOneOfEach(resources));
     const CT_VoidArray sorted(&scratch_, sizeof(st_Resource));
     directory_.v_Set(&sorted);
     directory_.v_SetGrowth(kTableGrowth);
     return true;
 }
 
-void CT_RecordManager::KeepOneOfEach(std::span<st_Resource> resources) {
+// Whether there were any to drop.
+bool CT_RecordManager::KeepOneOfEach(std::span<st_Resource> resources) {
     std::ranges::sort(resources, {}, [](const st_Resource& one) {
         return std::uint64_t{one.key} << 32 | one.offset;
     });
@@ -199,12 +202,10 @@ void CT_RecordManager::KeepOneOfEach(std::span<st_Resource> resources) {
         resources.begin(), resources.end(),
         [](const st_Resource& one, const st_Resource& other) { return one.key == other.key; });
     const auto kept = static_cast<unsigned int>(rest - resources.begin());
-    if (kept == resources.size()) return;
+    if (kept == resources.size()) return false;
     scratch_.v_SetUsedSize(kept * format::kEntrySize);
     Put(format::kResourceCountAt, kept);
-    if (open_mode_ != kModeReadWrite) return;
-    HeaderChanged();
-    Add(format::kResourceCounterAt, 1);
+    return true;
 }
 
 void CT_RecordManager::ForgetTables() {
@@ -256,7 +257,8 @@ void CT_RecordManager::v_Close(BOOL clear) {
         v_WriteHeader();
         if (Failed()) return;
         if (b_GetMapping()) {
-            v_CloseMap(end_cap_ == kNoCap ? n_GetSize() : opened_size_);
+            const unsigned int length = LengthToKeep();
+            if (!Failed()) v_CloseMap(length);
             if (Failed()) return;
         }
         vv_Close();
@@ -264,6 +266,38 @@ void CT_RecordManager::v_Close(BOOL clear) {
     }
     window_.v_SetSize(0, FALSE);
     if (clear) ForgetTables();
+}
+
+// Where the bytes end that the file held behind its data end when it was opened: blocks of a writer
+// that was killed, or all that a damaged data end leaves out. 0: there are none but zeros.
+unsigned int CT_RecordManager::LooseEnd() {
+    if (loose_end_known_) return loose_end_;
+    std::byte piece[kPiece];
+    loose_end_ = 0;
+    for (unsigned int to = opened_size_; to > n_GetSize() && loose_end_ == 0;) {
+        const unsigned int from = to - std::min(kPiece, to - n_GetSize());
+        const unsigned int read = ReadAt(piece, from, to - from);
+        if (Failed()) return 0;
+        const auto last = std::find_if(std::make_reverse_iterator(piece + read),
+                                       std::make_reverse_iterator(piece),
+                                       [](std::byte one) { return one != std::byte{0}; });
+        if (last.base() != piece)
+            loose_end_ = from + static_cast<unsigned int>(last.base() - piece);
+        to = from;
+    }
+    loose_end_known_ = true;
+    return loose_end_;
+}
+
+// Of a mapped file that is being closed.
+unsigned int CT_RecordManager::LengthToKeep() {
+    const unsigned int end = n_GetSize();
+    if (open_mode_ != kModeReadWrite) return end;  // it is not cut
+    if (changed_) return std::max(end, LooseEnd());
+    if (end == opened_size_) return end;
+    foundation::detail::RecordSurvey survey;
+    survey.Take({MappedBytes(), opened_size_}, nullptr);
+    return survey.finding_count == 0 ? end : opened_size_;
 }
 
 // ---- Facts --------------------------------------------------------------------------------------
@@ -282,6 +316,7 @@ void CT_RecordManager::v_Print(const char* /*title*/, CT_TestOut* /*out*/) {}
 void CT_RecordManager::v_ConsistencyReport(const char* /*title*/, CT_TestOut* /*out*/) {}
 
 int CT_RecordManager::si_Compare(const void* a, const void* b) {
+    if (a == nullptr || b == nullptr) return (a != nullptr ? 1 : 0) - (b != nullptr ? 1 : 0);
     st_Resource left;
     st_Resource right;
     std::memcpy(&left, a, sizeof left);

@@ -11,18 +11,23 @@
 //
 // Units: sizes, lengths and offsets are bytes; a file stays below 4 GiB.
 // Errors: an operation that fails, or that finds an error already set, returns 0 or nothing, leaves
-// its output empty and adds its location to the error. What it wrote or took before stays so.
+// its output empty and adds its location to the error. Blocks that it took stay taken. A record or
+// resource that was to be replaced is as it was; if the system fails in the middle of data that is
+// written over in place, as data of the same number of blocks is, that is put back where it can be.
 //   31005  damaged: a size, link or count that cannot be, or the file is shorter than it says
 //   31050  no record file (opening)        31051  the reference is not a live record's
 //   31052  no room for another resource    31053  no such resource    31054  the resource exists
 //   5      a change, and the file is not open for writing
 //   223    the file would have 4 GiB or more
 //   else   the system's error of reading, writing, mapping
-// Damaged files are never written outside their data area. A file whose writer was killed holds
-// what was last flushed; check it, and repair it, before more is added: its free space may lead
-// into blocks that were used since, which adding tells with 31005 where it can. Threads: one
-// object, one thread. Between processes the share mode protects a file: one writer, or any number
-// of readers.
+// Damaged files are never written outside their data area; opening and closing one leaves it as it
+// is. A file whose writer was killed holds what was last flushed; check it, and repair it, before
+// more is added: its free space may lead into blocks that were used since, which adding tells with
+// 31005 where it can. What such a file holds behind its data end is not written over: the first
+// block that is taken from the end is one behind it. A file with a resource twice in its directory
+// cannot be changed (31005).
+// Threads: one object, one thread. Between processes the share mode protects a file: one writer, or
+// any number of readers.
 #ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDMANAGER_H
 #define FOUNDATION_DATABASE_RECORDMANAGER_RECORDMANAGER_H
 
@@ -76,9 +81,10 @@ public:
     // Writes what changed of header and tables and has the system store everything.
     void v_Flush();
 
-    // Writes what changed, cuts a mapped file at its data end (unless that lies far behind what the
-    // file held, as only damage has it), closes it; with `clear` forgets the
-    // tables. A closed object only forgets. On failure the object stays open.
+    // Writes what changed, cuts a mapped file at its data end, closes it; with `clear` forgets the
+    // tables. A closed object only forgets. On failure the object stays open. A file keeps its
+    // length when anything lies behind its data end, or when nothing was changed and CT_RecordCheck
+    // would find something.
     void v_Close(BOOL clear);
 
     [[nodiscard]] unsigned int n_GetBlockSize() const {
@@ -150,8 +156,6 @@ public:
     static int si_Compare(const void* a, const void* b);
 
 private:
-    static constexpr unsigned int kNoCap = 0xFFFFFFFF;
-
     struct FreeEntry {
         std::uint32_t offset;
         std::uint32_t size;  // 0: the overflow chain starts at the offset
@@ -160,13 +164,21 @@ private:
         std::uint32_t size;
         std::uint32_t link;
     };
+    // A block that was given back, with the words that are still to be written there; offset 0:
+    // none. A block of the chain has a link.
+    struct Held {
+        std::uint32_t offset;
+        ChainBlock words;
+        bool linked;
+    };
     // A record's body; offset 0: it has none.
     struct Body {
         std::uint32_t offset;
         std::uint32_t length;
     };
-    // Some bytes of the file, as they were read in one go.
-    class Piece;
+    class Piece;   // some bytes of the file, as they were read in one go
+    class Former;  // bytes of the file that are being written over
+    class Giving;  // a block that is being given back
     struct Scan;
 
     // Header fields.
@@ -188,10 +200,12 @@ private:
     bool ReadTables();
     bool ReadFreeTable();
     bool ReadDirectory();
-    void KeepOneOfEach(std::span<st_Resource> resources);
+    bool KeepOneOfEach(std::span<st_Resource> resources);
     void ForgetTables();
     void CloseFailed(unsigned int length);
     void JudgeLayout();
+    unsigned int LooseEnd();
+    unsigned int LengthToKeep();
 
     // Writing back (RecordManagerStore.cpp).
     void v_WriteHeader();
@@ -208,21 +222,15 @@ private:
     void v_Write(unsigned int offset, unsigned int value);
     void WritePair(unsigned int offset, unsigned int first, unsigned int second);
     [[nodiscard]] unsigned int n_AlignBlockSize(unsigned int size) const;
-    void v_SetError(unsigned int code, const char* file = __builtin_FILE(),
-                    unsigned int line = __builtin_LINE());
-    void SystemFailure(unsigned int error, const char* file = __builtin_FILE(),
-                       unsigned int line = __builtin_LINE());
+    void v_SetError(unsigned int code, unsigned int line = __builtin_LINE());
+    void SystemFailure(unsigned int error, unsigned int line = __builtin_LINE());
     [[nodiscard]] bool b_CanMap() const;
     // What the data area's end and the file allow tables to reach, before a mapping extended it.
-    [[nodiscard]] unsigned int Held() const {
+    [[nodiscard]] unsigned int TablesEnd() const {
         return n_GetSize() < opened_size_ ? n_GetSize() : opened_size_;
     }
-    // Where reading and writing end: the data end, unless the file is far shorter.
-    [[nodiscard]] unsigned int End() const {
-        return n_GetSize() < end_cap_ ? n_GetSize() : end_cap_;
-    }
     [[nodiscard]] bool InsideData(std::uint64_t offset, std::uint64_t count) const {
-        return offset + count <= End();
+        return offset + count <= n_GetSize();
     }
     // Whether a block of that size may start there: on a boundary, in the data area, whole.
     [[nodiscard]] bool IsBlock(std::uint64_t offset, std::uint64_t size) const {
@@ -244,23 +252,28 @@ private:
     [[nodiscard]] const std::byte* MappedBytes() const {
         return static_cast<const std::byte*>(pv_GetMapping());
     }
-    [[nodiscard]] unsigned int Reach() const { return End() < MappedSize() ? End() : MappedSize(); }
+    [[nodiscard]] unsigned int Reach() const {
+        return n_GetSize() < MappedSize() ? n_GetSize() : MappedSize();
+    }
     void SeekTo(unsigned int offset);
     unsigned int ReadAt(void* out, unsigned int offset, unsigned int count);
     [[nodiscard]] const std::byte* AtHand(unsigned int offset, unsigned int count) const;
     bool ReadSome(void* out, unsigned int offset, unsigned int count, unsigned int required);
     bool Room(CT_Buffer* out, std::uint64_t size);
     bool MayChange();
+    bool Given(const void* argument, unsigned int line = __builtin_LINE());
 
     // Space (RecordManagerSpace.cpp).
     unsigned int n_GetFreeBlock(unsigned int size);
     void v_PutFreeBlock(int kind, unsigned int offset, unsigned int size);
-    bool CanTake(std::uint64_t size, std::uint64_t returned);
+    bool GiveBack(unsigned int offset, unsigned int size);
+    bool Settle();
+    void Withdraw();
     [[nodiscard]] const FreeEntry* FreeEntries() const;
     [[nodiscard]] bool HasChain() const;
     unsigned int TakeEntry(unsigned int position, unsigned int need);
     [[nodiscard]] bool InTable(unsigned int offset) const;
-    bool FillPlace(unsigned int position, FreeEntry last);
+    bool RemoveEntry(unsigned int position);
     unsigned int TakeFromChain(unsigned int need);
     unsigned int UnlinkFromChain(unsigned int previous, unsigned int offset,
                                  const ChainBlock& block, unsigned int need);
@@ -271,7 +284,7 @@ private:
     // Records (RecordManagerRecords.cpp).
     [[nodiscard]] bool InMapping(std::uint64_t head, Body* body) const;
     void CopyMapped(std::uint64_t head, const Body& body, CT_Buffer* out, unsigned int maximum);
-    bool Locate(unsigned int reference, unsigned int* head, Body* body);
+    bool Locate(unsigned int reference, unsigned int* head, Body* body, Piece* piece);
     bool Load(Piece* piece, unsigned int offset, unsigned int count);
     bool v_CheckReference(std::uint64_t head, Piece* piece, unsigned int count);
     bool v_GetBody(unsigned int head, const Piece& piece, Body* body, Piece* more);
@@ -283,9 +296,15 @@ private:
     bool WriteRecord(unsigned int head, unsigned int body, const CT_Buffer& data, bool at_end);
     void WriteAtOnce(unsigned int head, unsigned int body, const CT_Buffer& data);
     void WriteHead(unsigned int head, unsigned int body, const CT_Buffer& data);
-    void WriteCounted(unsigned int offset, const std::byte* data, unsigned int length);
+    void WriteCounted(unsigned int offset, const std::byte* data, unsigned int length,
+                      bool whole = false);
     void WriteBody(unsigned int body, const CT_Buffer& data);
-    void MoveBody(unsigned int head, const Body& old, const CT_Buffer& data);
+    bool WriteOver(unsigned int offset, unsigned int old, const std::byte* data,
+                   unsigned int length);
+    bool WriteTail(unsigned int offset, unsigned int old, const std::byte* data,
+                   unsigned int length);
+    bool Rewrite(unsigned int head, const Body& old, const CT_Buffer& data, const Piece& piece);
+    void MoveBody(unsigned int head, const Body& old, const CT_Buffer& data, const Piece& piece);
 
     // Enumeration (RecordManagerScan.cpp).
     [[nodiscard]] std::uint64_t StartOf(unsigned int cursor);
@@ -314,8 +333,10 @@ private:
     unsigned int block_mask_ = 0;   // block size - 1 for a power of two, else 0
     unsigned int block_shift_ = 0;
     unsigned int opened_size_ = 0;  // of the file when it was opened
-    // Its size when it is far shorter than the data end, as only damage makes it.
-    unsigned int end_cap_ = kNoCap;
+    unsigned int loose_end_ = 0;    // where the bytes end that it then held behind its data end
+    bool loose_end_known_ = false;
+    bool changed_ = false;  // since it was opened
+    Held held_{};
     // No block that a walk along the overflow chain meets is larger; after a walk that did not see
     // the chain's end this holds only until a block leaves the chain.
     unsigned int chain_bound_ = 0xFFFFFFFF;

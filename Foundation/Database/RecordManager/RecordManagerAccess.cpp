@@ -5,13 +5,12 @@
 #include <limits>
 
 #include "Foundation/Core/Error/DatabaseError.h"
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/System/SysInfo/SysInfo.h"
 
 namespace format = foundation::record_format;
-using foundation::detail::Failed;
+using format::Failed;
 
 namespace {
 
@@ -123,6 +122,7 @@ void CT_RecordManager::SeekTo(unsigned int offset) {
 
 void CT_RecordManager::v_Write(unsigned int offset, const void* data, unsigned int count) {
     if (count == 0) return;
+    changed_ = true;
     const std::uint64_t end = std::uint64_t{offset} + count;
     if (b_GetMapping() && end <= MappedSize()) {
         // a store counts at once, whatever becomes of this process: so they keep their order
@@ -166,17 +166,17 @@ unsigned int CT_RecordManager::n_AlignBlockSize(unsigned int size) const {
     return n_GetBlockSize() == 0 ? 0 : static_cast<unsigned int>(Round(size));
 }
 
-void CT_RecordManager::v_SetError(unsigned int code, const char* file, unsigned int line) {
+void CT_RecordManager::v_SetError(unsigned int code, unsigned int line) {
     const char16_t* const name = pcco_GetFullName()->qcuz_Get();
     char16_t text[kMessageSize];
     CT_DatabaseError::sv_FormatError(text, kMessageSize, code, name != nullptr ? name : u"");
     // the text is no format: the name in it may hold a percent sign
-    foundation::detail::Record({code, u"%s", file, line}, text);
+    foundation::detail::Record({code, u"%s", format::kSource, line}, text);
 }
 
-void CT_RecordManager::SystemFailure(unsigned int error, const char* file, unsigned int line) {
+void CT_RecordManager::SystemFailure(unsigned int error, unsigned int line) {
     platform::SetLastError(error);
-    foundation::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), file, line);
+    foundation::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), format::kSource, line);
 }
 
 bool CT_RecordManager::b_CanMap() const {
@@ -192,4 +192,10 @@ bool CT_RecordManager::MayChange() {
         v_SetError(format::kCorrupt);
     }
     return !Failed();
+}
+
+bool CT_RecordManager::Given(const void* argument, unsigned int line) {
+    if (argument != nullptr) return true;
+    if (!Failed(line)) SystemFailure(platform::kErrorInvalidParameter, line);
+    return false;
 }

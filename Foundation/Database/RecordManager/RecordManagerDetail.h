@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"
 #include "Foundation/Platform/Prefetch.h"
 
@@ -17,6 +18,22 @@ inline constexpr unsigned int kNoResource = 31053;
 inline constexpr unsigned int kResourceExists = 31054;
 
 inline constexpr std::uint64_t kLargestFile = 0xFFFFFFFF;
+
+// Locations name the class, whichever of its sources holds the line.
+inline constexpr char kSource[] = "Foundation/Database/RecordManager/RecordManager.cpp";
+
+inline bool Failed(unsigned int line = __builtin_LINE()) noexcept {
+    return foundation::detail::Failed(kSource, line);
+}
+
+// What is tried although an error is set; that error stays.
+class InSpiteOfError {
+public:
+    InSpiteOfError() { CT_ErrorManager::spco_Get()->v_SetIgnoreError(TRUE); }
+    ~InSpiteOfError() { CT_ErrorManager::spco_Get()->v_SetIgnoreError(FALSE); }
+    InSpiteOfError(const InSpiteOfError&) = delete;
+    InSpiteOfError& operator=(const InSpiteOfError&) = delete;
+};
 
 inline constexpr unsigned int kLine = 64;  // bytes that a processor reads from memory together
 
@@ -69,6 +86,59 @@ private:
     unsigned int offset_ = 0;
     unsigned int size_ = 0;
     std::byte own_[kSize];
+};
+
+// Bytes that are about to be written over, to be put back when that fails. A mapping needs none of
+// this: storing into it does not fail.
+class CT_RecordManager::Former {
+public:
+    explicit Former(CT_RecordManager& manager) : manager_(manager) {}
+    Former(const Former&) = delete;
+    Former& operator=(const Former&) = delete;
+
+    // The bytes, which the piece may have. False with the error set.
+    bool Keep(unsigned int offset, unsigned int count, const Piece& piece) {
+        if (manager_.b_GetMapping() || count == 0) return true;
+        offset_ = offset;
+        std::byte* to = small_;
+        if (count > sizeof small_) {
+            large_.v_SetMinSize(count, FALSE);
+            to = static_cast<std::byte*>(large_.qv_Get());
+        }
+        if (const std::byte* const there = piece.Find(offset, count)) {
+            std::memcpy(to, there, count);
+        } else if (!manager_.ReadSome(to, offset, count, 0)) {
+            return false;
+        }
+        count_ = count;
+        return true;
+    }
+    // The error that is set stays.
+    void PutBack() {
+        const foundation::record_format::InSpiteOfError tried;
+        manager_.v_Write(offset_, count_ > sizeof small_ ? large_.qcv_Get() : small_, count_);
+    }
+
+private:
+    CT_RecordManager& manager_;
+    unsigned int offset_ = 0;
+    unsigned int count_ = 0;
+    std::byte small_[Piece::kSize];
+    CT_Buffer large_;
+};
+
+// Takes back what was given back and not settled.
+class CT_RecordManager::Giving {
+public:
+    explicit Giving(CT_RecordManager& manager) : manager_(manager) {}
+    ~Giving() {
+        if (manager_.held_.offset != 0) manager_.Withdraw();
+    }
+    Giving(const Giving&) = delete;
+    Giving& operator=(const Giving&) = delete;
+
+private:
+    CT_RecordManager& manager_;
 };
 
 // A scan over the data area. Without footing it looks at every block.

@@ -2,14 +2,13 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;
+using format::Failed;
 using format::LoadU32;
 using format::StoreU32;
-using foundation::detail::Failed;
 
 namespace {
 
@@ -26,7 +25,7 @@ const std::byte* Bytes(const CT_Buffer& data) {
 
 // Fills the piece with up to `count` bytes from the offset on, or with all that is at hand.
 bool CT_RecordManager::Load(Piece* piece, unsigned int offset, unsigned int count) {
-    const unsigned int end = End();
+    const unsigned int end = n_GetSize();
     if (b_GetMapping()) {
         piece->PointTo(static_cast<const std::byte*>(pv_GetMapping()), 0,
                        std::min(end, MappedSize()));
@@ -45,13 +44,13 @@ bool CT_RecordManager::Load(Piece* piece, unsigned int offset, unsigned int coun
 }
 
 // The head and the body of a live record, for changing it.
-bool CT_RecordManager::Locate(unsigned int reference, unsigned int* head, Body* body) {
+bool CT_RecordManager::Locate(unsigned int reference, unsigned int* head, Body* body,
+                              Piece* piece) {
     const std::uint64_t at = std::uint64_t{reference} * n_GetBlockSize();
     *head = static_cast<unsigned int>(at);
     if (InMapping(at, body)) return true;
-    Piece piece;
     Piece more;
-    return v_CheckReference(at, &piece, Piece::kSize) && v_GetBody(*head, piece, body, &more);
+    return v_CheckReference(at, piece, Piece::kSize) && v_GetBody(*head, *piece, body, &more);
 }
 
 // Whether a live record's head starts there; the piece then holds its first two words.
@@ -89,6 +88,7 @@ bool CT_RecordManager::v_GetBody(unsigned int head, const Piece& piece, Body* bo
 }
 
 void CT_RecordManager::v_GetRecord(unsigned int reference, CT_Buffer* out, unsigned int maximum) {
+    if (!Given(out)) return;
     if (out->n_GetUseCount() != 1) out->v_Set(0, CT_Buffer::kToEnd, FALSE);
     const std::uint64_t head = std::uint64_t{reference} * n_GetBlockSize();
     Body body;
@@ -154,7 +154,7 @@ std::uint64_t CT_RecordManager::BodyLength(const CT_Buffer& data) const {
 }
 
 unsigned int CT_RecordManager::n_AddRecord(const CT_Buffer* data) {
-    if (!MayChange()) return 0;
+    if (!Given(data) || !MayChange()) return 0;
     const std::uint64_t length = BodyLength(*data);
     if (length > format::kLargestFile) {
         SystemFailure(platform::kErrorFileTooLarge);
@@ -229,10 +229,10 @@ void CT_RecordManager::WriteHead(unsigned int head, unsigned int body, const CT_
     if (!Failed()) v_Write(head, format::kLive);
 }
 
-// A body or resource: its length word and the data.
-void CT_RecordManager::WriteCounted(unsigned int offset, const std::byte* data,
-                                    unsigned int length) {
-    if (b_GetMapping() || length > kAssembled) {
+// A body or resource: its length word and the data; `whole`: in one write.
+void CT_RecordManager::WriteCounted(unsigned int offset, const std::byte* data, unsigned int length,
+                                    bool whole) {
+    if (b_GetMapping() || (length > kAssembled && !whole)) {
         v_Write(offset, length + format::kWord);
         if (!Failed()) v_Write(offset + format::kBodyDataAt, data, length);
         return;
@@ -242,6 +242,7 @@ void CT_RecordManager::WriteCounted(unsigned int offset, const std::byte* data,
     StoreU32(image, length + format::kWord);
     if (length != 0) std::memcpy(image + format::kBodyDataAt, data, length);
     v_Write(offset, image, format::kBodyDataAt + length);
+    if (length > kAssembled) scratch_.v_SetSize(0, FALSE);
 }
 
 void CT_RecordManager::WriteBody(unsigned int body, const CT_Buffer& data) {
@@ -251,70 +252,148 @@ void CT_RecordManager::WriteBody(unsigned int body, const CT_Buffer& data) {
 
 // ---- Changing -----------------------------------------------------------------------------------
 
+// What lies behind the old data's end goes first where it may need room on the disk: should that
+// fail the old data is whole. `old` is the stored length.
+bool CT_RecordManager::WriteTail(unsigned int offset, unsigned int old, const std::byte* data,
+                                 unsigned int length) {
+    const unsigned int from = std::max(old, format::kWord);
+    if (b_GetMapping() || length + format::kWord <= from || offset + Round(old) < n_GetSize()) {
+        return true;
+    }
+    v_Write(offset + from, data + (from - format::kWord), length + format::kWord - from);
+    return !Failed();
+}
+
+// A resource's new data over the old, in one write.
+bool CT_RecordManager::WriteOver(unsigned int offset, unsigned int old, const std::byte* data,
+                                 unsigned int length) {
+    Former former(*this);
+    const bool kept = length <= Piece::kSize - format::kWord;
+    if (kept && !former.Keep(offset, format::kWord + length, Piece())) return false;
+    if (!WriteTail(offset, old, data, length)) return false;
+    WriteCounted(offset, data, length, true);
+    if (!Failed()) return true;
+    former.PutBack();
+    return false;
+}
+
+// A record's data over the old: in one write when head and body lie together.
+bool CT_RecordManager::Rewrite(unsigned int head, const Body& old, const CT_Buffer& data,
+                               const Piece& piece) {
+    const unsigned int header = n_GetRecordHeaderSize();
+    const std::byte* const bytes = Bytes(data);
+    const unsigned int rest = data.n_GetUsedSize() - header;
+    const unsigned int at = head + format::kHeadDataAt;
+    const unsigned int gap = old.offset - at - header;  // wraps where the body lies before the head
+    if (gap < head_size_) {
+        if (const std::byte* const between = piece.Find(at + header, gap)) {
+            const unsigned int size = header + gap + format::kBodyDataAt + rest;
+            scratch_.v_SetMinSize(size, FALSE);
+            auto* const image = static_cast<std::byte*>(scratch_.qv_Get());
+            std::memcpy(image, bytes, header);
+            std::memcpy(image + header, between, gap);
+            StoreU32(image + header + gap, rest + format::kWord);
+            std::memcpy(image + header + gap + format::kBodyDataAt, bytes + header, rest);
+            Former former(*this);
+            if (piece.Find(at, size) != nullptr) former.Keep(at, size, piece);
+            if (!WriteTail(old.offset, old.length, bytes + header, rest)) return false;
+            v_Write(at, image, size);
+            if (size > kAssembled) scratch_.v_SetSize(0, FALSE);
+            if (!Failed()) return true;
+            former.PutBack();
+            return false;
+        }
+    }
+    Former former(*this);
+    if (!former.Keep(at, header, piece)) return false;
+    if (!WriteTail(old.offset, old.length, bytes + header, rest)) return false;
+    v_Write(at, bytes, header);
+    if (!Failed()) WriteCounted(old.offset, bytes + header, rest, true);
+    if (!Failed()) return true;
+    former.PutBack();
+    return false;
+}
+
 void CT_RecordManager::v_UpdateRecord(unsigned int reference, const CT_Buffer* data) {
-    if (!MayChange()) return;
+    if (!Given(data) || !MayChange()) return;
     unsigned int head = 0;
     Body old;
-    if (!Locate(reference, &head, &old)) {
+    Piece piece;
+    if (!Locate(reference, &head, &old, &piece)) {
         Failed();
         return;
     }
     const std::uint64_t length = BodyLength(*data);
     if (length == 0 || old.length == 0 || Round(length) != Round(old.length)) {
-        return MoveBody(head, old, *data);
+        return MoveBody(head, old, *data, piece);
     }
-    const unsigned int header = n_GetRecordHeaderSize();
     if (b_GetMapping() && old.offset + length <= Reach()) {
+        const unsigned int header = n_GetRecordHeaderSize();
         auto* const base = static_cast<std::byte*>(pv_GetMapping());
+        changed_ = true;
         StoreU32(base + old.offset, static_cast<unsigned int>(length));
         format::CopyOut(base + old.offset + format::kBodyDataAt, Bytes(*data) + header,
                         data->n_GetUsedSize() - header);
         format::CopyOut(base + head + format::kHeadDataAt, Bytes(*data), header);
-    } else {
-        WriteBody(old.offset, *data);
-        if (Failed()) return;
-        v_Write(head + format::kHeadDataAt, Bytes(*data), header);
-        if (Failed()) return;
-    }
-    HeaderChanged();
-}
-
-// Gives the old body back, if any, and takes a new one, if needed. Should that fail the record is
-// left without a body rather than with one in free space.
-void CT_RecordManager::MoveBody(unsigned int head, const Body& old, const CT_Buffer& data) {
-    const std::uint64_t length = BodyLength(data);
-    if (length != 0 && !CanTake(length, old.offset == 0 ? 0 : Round(old.length))) return;
-    if (old.offset != 0) {
-        v_PutFreeBlock(0, old.offset, old.length);
-        if (Failed()) return;
-    }
-    HeaderChanged();
-    unsigned int body = 0;
-    if (length != 0) {
-        body = n_GetFreeBlock(static_cast<unsigned int>(length));
-        if (!Failed()) WriteBody(body, data);
-        if (Failed()) return Abandon(head + format::kBodyLinkAt, 0);
-    }
-    const unsigned int part = std::min(data.n_GetUsedSize(), n_GetRecordHeaderSize());
-    if (old.offset == 0 && body == 0) {
-        v_Write(head + format::kHeadDataAt, Bytes(data), part);
-    } else {
-        WriteHead(head, body, data);
-    }
-    Failed();
-}
-
-void CT_RecordManager::v_UpdateRecordHeader(unsigned int reference, const CT_Buffer* data) {
-    if (!MayChange()) return;
-    Piece piece;
-    const std::uint64_t head = std::uint64_t{reference} * n_GetBlockSize();
-    if (!v_CheckReference(head, &piece, format::kHeadDataAt)) {
+    } else if (!Rewrite(head, old, *data, piece)) {
         Failed();
         return;
     }
-    v_Write(static_cast<unsigned int>(head) + format::kHeadDataAt, Bytes(*data),
-            std::min(data->n_GetUsedSize(), n_GetRecordHeaderSize()));
-    if (Failed()) return;
+    HeaderChanged();
+}
+
+// Gives the old body back, if any, and takes a new one, if needed. The old one is as it was until
+// the head leads to the new one.
+void CT_RecordManager::MoveBody(unsigned int head, const Body& old, const CT_Buffer& data,
+                                const Piece& piece) {
+    const std::uint64_t length = BodyLength(data);
+    if (length > format::kLargestFile) return SystemFailure(platform::kErrorFileTooLarge);
+    const unsigned int part = std::min(data.n_GetUsedSize(), n_GetRecordHeaderSize());
+    Former former(*this);
+    if (!former.Keep(head, format::kHeadDataAt + part, piece)) return;
+    const Giving giving(*this);
+    if (old.offset != 0 && !GiveBack(old.offset, old.length)) return;
+    unsigned int body = 0;
+    if (length != 0) {
+        body = n_GetFreeBlock(static_cast<unsigned int>(length));
+        if (Failed()) return;
+    }
+    HeaderChanged();
+    if (body != 0 && body == old.offset) {
+        if (Rewrite(head, old, data, piece)) Settle();
+        Failed();
+        return;
+    }
+    if (body != 0) WriteBody(body, data);
+    if (!Failed()) {
+        if (old.offset == 0 && body == 0) {
+            v_Write(head + format::kHeadDataAt, Bytes(data), part);
+        } else {
+            WriteHead(head, body, data);
+        }
+        if (!Failed()) {
+            Settle();
+            return;
+        }
+        former.PutBack();
+    }
+    if (body != 0) Abandon(body, static_cast<unsigned int>(length));
+}
+
+void CT_RecordManager::v_UpdateRecordHeader(unsigned int reference, const CT_Buffer* data) {
+    if (!Given(data) || !MayChange()) return;
+    Piece piece;
+    const std::uint64_t head = std::uint64_t{reference} * n_GetBlockSize();
+    if (!v_CheckReference(head, &piece, Piece::kSize)) {
+        Failed();
+        return;
+    }
+    const unsigned int at = static_cast<unsigned int>(head) + format::kHeadDataAt;
+    const unsigned int part = std::min(data->n_GetUsedSize(), n_GetRecordHeaderSize());
+    Former former(*this);
+    if (!former.Keep(at, part, piece)) return;
+    v_Write(at, Bytes(*data), part);
+    if (Failed()) return former.PutBack();
     HeaderChanged();
 }
 
@@ -322,7 +401,8 @@ void CT_RecordManager::v_DeleteRecord(unsigned int reference) {
     if (!MayChange()) return;
     unsigned int head = 0;
     Body body;
-    if (!Locate(reference, &head, &body)) {
+    Piece piece;
+    if (!Locate(reference, &head, &body, &piece)) {
         Failed();
         return;
     }

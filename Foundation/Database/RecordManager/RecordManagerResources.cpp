@@ -1,9 +1,9 @@
 // CT_RecordManager: keyed resources.
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;
-using foundation::detail::Failed;
+using format::Failed;
 
 // Fills in the offset; the position in the directory, 0 with error 31053 when the key is absent.
 unsigned int CT_RecordManager::n_FindResource(st_Resource* resource) {
@@ -31,18 +31,19 @@ bool CT_RecordManager::PutResource(unsigned int offset, const CT_Buffer& data) {
 }
 
 void CT_RecordManager::v_AddResource(unsigned int key, const CT_Buffer* data) {
-    if (!MayChange()) return;
+    if (!Given(data) || !MayChange()) return;
     if (n_GetResourceCount() >= n_GetResourceMaxCount()) {
         return v_SetError(format::kDirectoryFull);
     }
     st_Resource resource{key, 0};
     if (directory_.n_Find(&resource) != 0) return v_SetError(format::kResourceExists);
-    if (!CanTake(std::uint64_t{data->n_GetUsedSize()} + format::kWord, 0)) return;
-    resource.offset = n_GetFreeBlock(data->n_GetUsedSize() + format::kWord);
+    const std::uint64_t length = std::uint64_t{data->n_GetUsedSize()} + format::kWord;
+    if (length > format::kLargestFile) return SystemFailure(platform::kErrorFileTooLarge);
+    resource.offset = n_GetFreeBlock(static_cast<unsigned int>(length));
     if (Failed()) return;
     HeaderChanged();
     if (!PutResource(resource.offset, *data)) {
-        Abandon(resource.offset, data->n_GetUsedSize() + format::kWord);
+        Abandon(resource.offset, static_cast<unsigned int>(length));
         Failed();
         return;
     }
@@ -52,6 +53,7 @@ void CT_RecordManager::v_AddResource(unsigned int key, const CT_Buffer* data) {
 }
 
 void CT_RecordManager::v_GetResource(unsigned int key, CT_Buffer* out) {
+    if (!Given(out)) return;
     if (out->n_GetUseCount() != 1) out->v_Set(0, CT_Buffer::kToEnd, FALSE);
     out->v_SetUsedSize(0);
     if (Failed()) return;
@@ -67,7 +69,7 @@ void CT_RecordManager::v_GetResource(unsigned int key, CT_Buffer* out) {
 }
 
 void CT_RecordManager::v_UpdateResource(unsigned int key, const CT_Buffer* data) {
-    if (!MayChange()) return;
+    if (!Given(data) || !MayChange()) return;
     st_Resource resource{key, 0};
     unsigned int old = 0;
     const unsigned int position = n_FindResource(&resource);
@@ -76,23 +78,26 @@ void CT_RecordManager::v_UpdateResource(unsigned int key, const CT_Buffer* data)
         return;
     }
     const std::uint64_t length = std::uint64_t{data->n_GetUsedSize()} + format::kWord;
+    const auto* const bytes = static_cast<const std::byte*>(data->qcv_Get());
     if (Round(old) == Round(length)) {
-        if (PutResource(resource.offset, *data)) HeaderChanged();
+        if (WriteOver(resource.offset, old, bytes, data->n_GetUsedSize())) HeaderChanged();
         return;
     }
-    if (!CanTake(length, Round(old))) return;
-    v_PutFreeBlock(0, resource.offset, old);
+    if (length > format::kLargestFile) return SystemFailure(platform::kErrorFileTooLarge);
+    const Giving giving(*this);
+    if (!GiveBack(resource.offset, old)) return;
+    const unsigned int place = n_GetFreeBlock(static_cast<unsigned int>(length));
     if (Failed()) return;
     HeaderChanged();
-    Add(format::kResourceCounterAt, 1);
-    resource.offset = n_GetFreeBlock(static_cast<unsigned int>(length));
-    if (!Failed() && PutResource(resource.offset, *data)) {
-        return directory_.v_SetAt(&resource, position);
+    if (place == resource.offset) {
+        if (!WriteOver(place, old, bytes, data->n_GetUsedSize())) return;
+    } else if (!PutResource(place, *data)) {
+        return Abandon(place, static_cast<unsigned int>(length));
     }
-    // its old block is free space now
-    directory_.v_RemoveAt(position);
-    Add(format::kResourceCountAt, -1);
-    Failed();
+    Add(format::kResourceCounterAt, 1);
+    resource.offset = place;
+    directory_.v_SetAt(&resource, position);
+    Settle();
 }
 
 void CT_RecordManager::v_DeleteResource(unsigned int key) {

@@ -1,11 +1,10 @@
 // CT_RecordManager: finding records by scanning the data area.
 #include <algorithm>
 
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 
 namespace format = foundation::record_format;
-using foundation::detail::Failed;
+using format::Failed;
 
 namespace {
 
@@ -19,7 +18,7 @@ constexpr unsigned int kRobustMaximum = 102400;
 bool CT_RecordManager::FillWindow(unsigned int offset) {
     window_.v_SetMinSize(kWindow, FALSE);
     window_.v_SetUsedSize(0);  // nothing is at hand while reading
-    const unsigned int count = std::min(kWindow, End() - offset);
+    const unsigned int count = std::min(kWindow, n_GetSize() - offset);
     const unsigned int read = ReadAt(window_.qv_Get(), offset, count);
     if (Failed()) return false;
     window_.v_SetUsedSize(read);
@@ -45,7 +44,7 @@ inline std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
     const std::uint64_t start = data_start_;
     if (cursor == 0) return start;
     const std::uint64_t at = std::uint64_t{cursor} * block;
-    if (head_size_ == block || at < start + block || at - block >= End()) return at;
+    if (head_size_ == block || at < start + block || at - block >= n_GetSize()) return at;
     unsigned int word = 0;
     return WordAt(static_cast<unsigned int>(at - block), &word) && word == format::kLive
                ? at - block + head_size_
@@ -56,7 +55,7 @@ inline std::uint64_t CT_RecordManager::StartOf(unsigned int cursor) {
 inline bool CT_RecordManager::FindHead(Scan* scan) {
     const unsigned int block = n_GetBlockSize();
     const std::byte* const mapped = MappedBytes();
-    const std::uint64_t end = mapped != nullptr ? Reach() : End();
+    const std::uint64_t end = mapped != nullptr ? Reach() : n_GetSize();
     while (scan->at + format::kWord <= end) {
         unsigned int word = 0;
         if (mapped != nullptr) {

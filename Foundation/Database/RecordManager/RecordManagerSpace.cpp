@@ -1,12 +1,12 @@
 // CT_RecordManager: taking blocks and giving them back.
 #include <algorithm>
 
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;
-using foundation::detail::Failed;
+using format::Failed;
+using format::InSpiteOfError;
 
 namespace {
 
@@ -23,19 +23,6 @@ const CT_RecordManager::FreeEntry* CT_RecordManager::FreeEntries() const {
 bool CT_RecordManager::HasChain() const {
     const unsigned int count = free_table_.n_GetCount();
     return count == Get(format::kCapacityAt) && FreeEntries()[count - 1].size == 0;
-}
-
-// Whether a block of that size can be had once the one of size `returned` is given back; records
-// the error. Asked before anything is given back, so that a file at its limit keeps what it has.
-bool CT_RecordManager::CanTake(std::uint64_t size, std::uint64_t returned) {
-    const std::uint64_t need = Round(size);
-    if (need + n_GetSize() <= format::kLargestFile || returned >= need) return true;
-    const FreeEntry* const entries = FreeEntries();
-    for (unsigned int i = 0; i < free_table_.n_GetCount(); ++i) {
-        if (entries[i].size >= need) return true;
-    }
-    SystemFailure(platform::kErrorFileTooLarge);
-    return false;
 }
 
 // ---- Taking -------------------------------------------------------------------------------------
@@ -71,27 +58,27 @@ unsigned int CT_RecordManager::TakeEntry(unsigned int position, unsigned int nee
     }
     if (entry.size > need) {
         const FreeEntry rest{entry.offset + need, entry.size - need};
-        v_Write(rest.offset, rest.size);
+        if (entry.offset == held_.offset) {
+            held_ = {rest.offset, {rest.size, 0}, false};
+        } else {
+            v_Write(rest.offset, rest.size);
+        }
         if (Failed()) return 0;
         free_table_.v_SetAt(&rest, static_cast<int>(position));
         return entry.offset;
     }
-    const unsigned int count = free_table_.n_GetCount();
-    if (position == count) {
-        free_table_.v_RemoveAt(count);
-    } else if (!FillPlace(position, FreeEntries()[count - 1])) {
-        return 0;
-    }
-    Put(format::kFreeCountAt, free_table_.n_GetCount());
+    if (!RemoveEntry(position)) return 0;
+    if (entry.offset == held_.offset) held_ = {};
     return entry.offset;
 }
 
-// The table's last entry fills the place of one that was used up. When it is the chain's head, the
-// chain's first block does, and the chain starts at its next one.
-bool CT_RecordManager::FillPlace(unsigned int position, FreeEntry last) {
+// The table's last entry fills the place of another one. When it is the chain's head, the chain's
+// first block does, and the chain starts at its next one.
+bool CT_RecordManager::RemoveEntry(unsigned int position) {
     const unsigned int count = free_table_.n_GetCount();
+    FreeEntry last = FreeEntries()[count - 1];
     FreeEntry chain{0, 0};
-    if (count == Get(format::kCapacityAt) && last.size == 0) {
+    if (position != count && count == Get(format::kCapacityAt) && last.size == 0) {
         ChainBlock first;
         if (!ReadChainBlock(last.offset, &first)) return false;
         last.size = first.size;
@@ -99,8 +86,9 @@ bool CT_RecordManager::FillPlace(unsigned int position, FreeEntry last) {
         if (!chain_end_seen_) chain_bound_ = kUnknownBound;
     }
     free_table_.v_RemoveAt(count);
-    free_table_.v_SetAt(&last, static_cast<int>(position));
+    if (position != count) free_table_.v_SetAt(&last, static_cast<int>(position));
     if (chain.offset != 0) free_table_.v_Insert(&chain);
+    Put(format::kFreeCountAt, free_table_.n_GetCount());
     return true;
 }
 
@@ -147,17 +135,25 @@ unsigned int CT_RecordManager::UnlinkFromChain(unsigned int previous, unsigned i
         WritePair(next, block.size - need, block.link);
         if (Failed()) return 0;
     }
-    v_Write(previous + format::kFreeLinkAt, next);
+    if (previous == held_.offset) {
+        held_.words.link = next;
+    } else {
+        v_Write(previous + format::kFreeLinkAt, next);
+    }
     if (Failed()) return 0;
     if (!chain_end_seen_) chain_bound_ = kUnknownBound;
     return offset;
 }
 
 bool CT_RecordManager::ReadChainBlock(unsigned int offset, ChainBlock* block) {
-    std::byte words[2 * format::kWord];
+    std::byte words[2 * format::kWord]{};
     if (!IsBlock(offset, sizeof words)) {
         v_SetError(format::kCorrupt);
         return false;
+    }
+    if (offset == held_.offset) {
+        *block = held_.words;
+        return true;
     }
     v_Read(words, offset, sizeof words);
     if (Failed()) return false;
@@ -169,55 +165,102 @@ bool CT_RecordManager::ReadChainBlock(unsigned int offset, ChainBlock* block) {
     return false;
 }
 
+// At the data end, or behind what the file held behind that.
 unsigned int CT_RecordManager::TakeAtEnd(unsigned int need) {
-    if (std::uint64_t{need} + n_GetSize() > format::kLargestFile) {
+    std::uint64_t offset = n_GetSize();
+    if (offset < opened_size_) {
+        const unsigned int loose = LooseEnd();
+        if (Failed()) return 0;
+        if (loose > offset) offset = Round(loose);
+    }
+    if (need + offset > format::kLargestFile) {
         SystemFailure(platform::kErrorFileTooLarge);
         return 0;
     }
-    if (end_cap_ != kNoCap) {
-        v_SetError(format::kCorrupt);
-        return 0;
-    }
-    const unsigned int offset = n_GetSize();
-    Put(format::kDataEndAt, offset + need);
-    return offset;
+    Put(format::kDataEndAt, static_cast<unsigned int>(offset) + need);
+    return static_cast<unsigned int>(offset);
 }
 
 // ---- Giving back --------------------------------------------------------------------------------
 
 void CT_RecordManager::v_PutFreeBlock(int /*kind*/, unsigned int offset, unsigned int size) {
+    if (GiveBack(offset, size)) Settle();
+}
+
+// The block is free space from now on, but its bytes stay as they are until Settle().
+bool CT_RecordManager::GiveBack(unsigned int offset, unsigned int size) {
     const std::uint64_t rounded = Round(size);
-    if (!IsBlock(offset, rounded)) return v_SetError(format::kCorrupt);
+    if (!IsBlock(offset, rounded)) {
+        v_SetError(format::kCorrupt);
+        return false;
+    }
     const FreeEntry freed{offset, static_cast<unsigned int>(rounded)};
     Add(format::kFreeCounterAt, 1);
     const unsigned int capacity = Get(format::kCapacityAt);
     if (free_table_.n_GetCount() < capacity) {
-        v_Write(offset, freed.size);
-        if (Failed()) return;
         free_table_.v_Insert(&freed);
         Put(format::kFreeCountAt, free_table_.n_GetCount());
-        return;
+        held_ = {offset, {freed.size, 0}, false};
+        return true;
     }
     const FreeEntry last = FreeEntries()[capacity - 1];
     if (last.size != 0) {
-        if (!IsBlock(last.offset, last.size)) return v_SetError(format::kCorrupt);
-        v_Write(last.offset + format::kFreeLinkAt, 0u);
-        if (Failed()) return;
+        if (IsBlock(last.offset, last.size)) {
+            v_Write(last.offset + format::kFreeLinkAt, 0u);
+        } else {
+            v_SetError(format::kCorrupt);
+        }
+        if (Failed()) return false;
         chain_bound_ = 0;
         chain_end_seen_ = true;
     }
-    WritePair(offset, freed.size, last.offset);
-    if (Failed()) return;
     const FreeEntry head{offset, 0};
     free_table_.v_SetAt(&head, static_cast<int>(capacity));
+    held_ = {offset, {freed.size, last.offset}, true};
     chain_bound_ = std::max({chain_bound_, last.size, freed.size});
+    return true;
+}
+
+// Writes the words of the block that was given back, if they are still due. One that cannot be
+// written stays out of free space.
+bool CT_RecordManager::Settle() {
+    const Held held = held_;
+    if (held.offset == 0) return true;
+    if (held.linked) {
+        WritePair(held.offset, held.words.size, held.words.link);
+    } else {
+        v_Write(held.offset, held.words.size);
+    }
+    if (Failed()) {
+        Withdraw();
+        return false;
+    }
+    held_ = {};
+    return true;
+}
+
+// Takes the block that was given back, or what was not used of it, out of free space again.
+void CT_RecordManager::Withdraw() {
+    const Held held = held_;
+    const InSpiteOfError tried;
+    for (unsigned int i = free_table_.n_GetCount(); held.offset != 0 && i != 0; --i) {
+        const FreeEntry entry = FreeEntries()[i - 1];
+        if (entry.offset != held.offset) continue;
+        const FreeEntry head{held.words.link, 0};
+        if (entry.size == 0 && head.offset != 0) {
+            free_table_.v_SetAt(&head, static_cast<int>(i));
+        } else if (!RemoveEntry(i)) {
+            RemoveEntry(free_table_.n_GetCount());  // the chain cannot be read: it is lost
+            RemoveEntry(i);
+        }
+        break;
+    }
+    held_ = {};
 }
 
 // Marks what a failed operation took, so that a scan does not follow the size the block once had.
 // The error that is set stays.
 void CT_RecordManager::Abandon(unsigned int offset, unsigned int word) {
-    CT_ErrorManager* const errors = CT_ErrorManager::spco_Get();
-    errors->v_SetIgnoreError(TRUE);
+    const InSpiteOfError tried;
     v_Write(offset, word);
-    errors->v_SetIgnoreError(FALSE);
 }

@@ -10,13 +10,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManagerDetail.h"
 
 namespace format = foundation::record_format;
+using format::Failed;
 using format::LoadU32;
 using format::StoreU32;
-using foundation::detail::Failed;
 
 namespace {
 

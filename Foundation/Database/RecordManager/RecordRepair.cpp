@@ -9,9 +9,11 @@
 #include "Foundation/Core/Error/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"
 #include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
+#include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;
 using foundation::detail::Failed;
+using foundation::detail::RecordBytes;
 using foundation::detail::RecordImage;
 using foundation::detail::RecordLayout;
 using foundation::detail::RecordSurvey;
@@ -29,13 +31,13 @@ constexpr unsigned int kWrongFormat = 31050;
 constexpr unsigned int kMessageSize = 256;
 
 // Gives the buffer the bytes; those behind the end of the file are zero.
-void Fill(CT_Buffer& out, std::uint32_t used, const RecordImage& image, std::uint64_t offset,
+void Fill(CT_Buffer& out, std::uint32_t used, const RecordBytes& image, std::uint64_t offset,
           std::uint32_t count) {
     out.v_SetMinSize(used + count, TRUE);
     out.v_SetUsedSize(used + count);
     if (count == 0) return;
     auto* const to = static_cast<std::byte*>(out.qv_Get()) + used;
-    const std::uint64_t held = image.Size() > offset ? image.Size() - offset : 0;
+    const std::uint64_t held = image.size > offset ? image.size - offset : 0;
     const auto there = static_cast<std::size_t>(std::min<std::uint64_t>(held, count));
     if (there != 0) std::memcpy(to, image.At(offset), there);
     std::memset(to + there, 0, count - there);
@@ -44,7 +46,8 @@ void Fill(CT_Buffer& out, std::uint32_t used, const RecordImage& image, std::uin
 }  // namespace
 
 CT_RecordRepair::CT_RecordRepair(const CT_WinFile* file)
-    : file_(file), report_(new (platform::Allocate(sizeof(RepairReport))) RepairReport()) {}
+    : file_(foundation::detail::OrNone(file)),
+      report_(new (platform::Allocate(sizeof(RepairReport))) RepairReport()) {}
 
 CT_RecordRepair::~CT_RecordRepair() {
     report_->~RepairReport();
@@ -70,11 +73,17 @@ void CT_RecordRepair::v_SetLayout(unsigned int record_header_size, unsigned int 
 BOOL CT_RecordRepair::b_Repair(const CT_WinFile* target) {
     *report_ = {};
     if (Failed()) return FALSE;
-    RecordImage image(&file_);
-    if (!image.Open()) {
+    if (target == nullptr) {
+        platform::SetLastError(platform::kErrorInvalidParameter);
+        foundation::detail::RecordSystemError();
+        return FALSE;
+    }
+    RecordImage file(file_);
+    if (!file.Open()) {
         Failed();
         return FALSE;
     }
+    const RecordBytes image = file.Bytes();
     // with the header lost, the data area reaches to the end of the file
     const RecordLayout given{.block_size = block_size_,
                              .record_header_size = record_header_size_,
@@ -94,11 +103,12 @@ BOOL CT_RecordRepair::b_Repair(const CT_WinFile* target) {
                  survey.layout.resource_max_count);
     if (!Failed()) CopyRecords(image, survey, out);
     if (!Failed()) CopyResources(image, survey, out);
+    if (!Failed()) ListMissing(survey);
     if (!Failed()) out.v_Close(TRUE);
     return Failed() || !report_->lost.empty() ? FALSE : TRUE;
 }
 
-void CT_RecordRepair::CopyRecords(const RecordImage& image, const RecordSurvey& survey,
+void CT_RecordRepair::CopyRecords(const RecordBytes& image, const RecordSurvey& survey,
                                   CT_RecordManager& target) {
     CT_Buffer data;
     std::uint64_t shared = 0;  // bytes that went over twice
@@ -110,7 +120,7 @@ void CT_RecordRepair::CopyRecords(const RecordImage& image, const RecordSurvey& 
             record.readable && (!record.shared || shared + record.length <= survey.file_size);
         if (!copied || record.shared) {
             const auto kind = record.readable ? CT_RecordCheck::kOverlap : CT_RecordCheck::kBody;
-            report_->lost.push_back({kind, copied ? TRUE : FALSE, reference, 0});
+            report_->lost.push_back({kind, copied ? TRUE : FALSE, reference, 0, 1});
         }
         if (!copied) continue;
         if (record.shared) shared += record.length;
@@ -125,29 +135,47 @@ void CT_RecordRepair::CopyRecords(const RecordImage& image, const RecordSurvey& 
     }
 }
 
-void CT_RecordRepair::CopyResources(const RecordImage& image, const RecordSurvey& survey,
+void CT_RecordRepair::CopyResources(const RecordBytes& image, const RecordSurvey& survey,
                                     CT_RecordManager& target) {
     using Resource = RecordSurvey::Resource;
     const auto place = [](const Resource& one) { return std::pair(one.key, one.offset); };
     RecordSurvey::List<Resource> copied;
+    std::uint64_t shared = 0;
     for (const Resource& resource : survey.resources) {
-        if (resource.readable && target.b_ResourceExists(resource.key) == 0) {
-            CT_Buffer data;
-            Fill(data, 0, image, resource.offset + std::uint64_t{format::kBodyDataAt},
-                 resource.length - format::kWord);
-            target.v_AddResource(resource.key, &data);
-            if (Failed()) return;
-            copied.push_back(resource);
-        }
+        if (!resource.readable || target.b_ResourceExists(resource.key) != 0) continue;
+        if (resource.shared && (shared += resource.length) > survey.file_size) continue;
+        CT_Buffer data;
+        Fill(data, 0, image, resource.offset + std::uint64_t{format::kBodyDataAt},
+             resource.length - format::kWord);
+        target.v_AddResource(resource.key, &data);
+        if (Failed()) return;
+        copied.push_back(resource);
     }
     std::ranges::sort(copied, {}, place);
     // an entry that is there twice, as a killed process may leave it, is no loss
     for (const Resource& resource : survey.resources) {
-        if (std::ranges::binary_search(copied, place(resource), {}, place)) continue;
-        const bool twice = target.b_ResourceExists(resource.key) != 0;
-        report_->lost.push_back(
-            {twice ? CT_RecordCheck::kDirectoryOrder : CT_RecordCheck::kResource, FALSE, 0,
-             resource.key});
+        const bool went = std::ranges::binary_search(copied, place(resource), {}, place);
+        if (went && !resource.shared) continue;
+        const bool twice = !went && target.b_ResourceExists(resource.key) != 0;
+        const auto kind = went    ? CT_RecordCheck::kOverlap
+                          : twice ? CT_RecordCheck::kDirectoryOrder
+                                  : CT_RecordCheck::kResource;
+        report_->lost.push_back({kind, went ? TRUE : FALSE, 0, resource.key, 1});
+    }
+}
+
+void CT_RecordRepair::ListMissing(const RecordSurvey& survey) {
+    auto& lost = report_->lost;
+    if (!survey.header) lost.push_back({CT_RecordCheck::kStamp, TRUE, 0, 0, 0});
+    if (survey.missing_records != 0) {
+        lost.push_back({CT_RecordCheck::kRecordCount, FALSE, 0, 0, survey.missing_records});
+    }
+    if (survey.missing_resources != 0) {
+        lost.push_back({CT_RecordCheck::kResourceCount, FALSE, 0, 0, survey.missing_resources});
+    }
+    for (const RecordSurvey::Run& leak : survey.leaks) {
+        const auto reference = static_cast<unsigned int>(leak.offset / survey.layout.block_size);
+        lost.push_back({CT_RecordCheck::kLeak, TRUE, reference, 0, 1});
     }
 }
 

@@ -2,12 +2,15 @@
 //
 // The other file is opened for reading and never changed, however damaged it is. Records go over in
 // the order of their references and get new ones; a record without a body goes over with all of
-// its record header size, and resources keep their keys. What cannot be read in full is lost. When
-// two records share a body, as they may after a process was killed, both go over; what is shared
-// goes over twice only up to the size of the damaged file.
+// its record header size, and resources keep their keys. So do records that a killed process wrote
+// behind the data end, and those that another one's damaged length has swallowed. What cannot be
+// read in full is lost, and what the header counts and nobody found is missing. When blocks have
+// two owners, as they may after a process was killed, both go over; what is shared goes over twice
+// only up to the size of the damaged file.
 //
 // Units: positions count from 1.
 // Errors: b_Repair records
+//   87                  the target is null
 //   31050               the header names no usable sizes, and none were set
 //   the system's error  of opening the damaged file or of writing the new one; what there is of the
 //                       new file stays, closed
@@ -25,7 +28,7 @@
 class CT_RecordManager;
 
 namespace foundation::detail {
-class RecordImage;
+struct RecordBytes;
 struct RepairReport;
 struct RecordSurvey;
 }  // namespace foundation::detail
@@ -37,10 +40,15 @@ public:
         unsigned int new_reference;
     };
     struct st_Lost {
-        CT_RecordCheck::et_Finding kind;  // kBody, kOverlap, kResource or kDirectoryOrder
-        BOOL copied;                      // not lost but doubtful: its body is another's as well
-        unsigned int reference;           // of a record; 0: a resource
-        unsigned int key;                 // of a resource
+        // kBody, kResource, kDirectoryOrder: cannot be read; kOverlap: shares its blocks;
+        // kRecordCount, kResourceCount: `count` that the header counts are missing;
+        // kLeak: blocks that nothing owns, but hold something
+        // kStamp: the header is lost, so that nobody knows what there was
+        CT_RecordCheck::et_Finding kind;
+        BOOL copied;             // not lost but doubtful: it went over, or may have been nothing
+        unsigned int reference;  // of a record, or of the first such block; 0: a resource
+        unsigned int key;        // of a resource
+        unsigned int count;      // how many this stands for
     };
 
     // Takes the damaged file's name.
@@ -56,7 +64,8 @@ public:
     void v_SetLayout(unsigned int record_header_size, unsigned int block_size,
                      unsigned int resource_max_count);
 
-    // Creates or replaces the target; TRUE when nothing was lost or is doubtful.
+    // Creates or replaces the target; TRUE when nothing was lost or is doubtful: all that the
+    // header counts went over, and nothing owns a block with something in it that did not.
     BOOL b_Repair(const CT_WinFile* target);
 
     [[nodiscard]] unsigned int n_GetMovedCount() const;
@@ -65,10 +74,11 @@ public:
     [[nodiscard]] st_Lost so_GetLostAt(unsigned int position) const;
 
 private:
-    void CopyRecords(const foundation::detail::RecordImage& image,
+    void CopyRecords(const foundation::detail::RecordBytes& image,
                      const foundation::detail::RecordSurvey& survey, CT_RecordManager& target);
-    void CopyResources(const foundation::detail::RecordImage& image,
+    void CopyResources(const foundation::detail::RecordBytes& image,
                        const foundation::detail::RecordSurvey& survey, CT_RecordManager& target);
+    void ListMissing(const foundation::detail::RecordSurvey& survey);
 
     CT_WinFile file_;
     bool has_layout_ = false;

@@ -1,7 +1,7 @@
 // RecordSurvey: what a record file holds, as CT_RecordCheck and CT_RecordRepair see it; never
 // included by callers.
 //
-// Reads the file through a mapping, with every offset checked against the file's true size.
+// Every offset is checked against the file's true size.
 #ifndef FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEYDETAIL_H
 #define FOUNDATION_DATABASE_RECORDMANAGER_RECORDSURVEYDETAIL_H
 
@@ -16,23 +16,35 @@
 
 namespace foundation::detail {
 
-// A file opened for reading and mapped.
-class RecordImage : public CT_WinFile {
-public:
-    explicit RecordImage(const CT_WinFile* file) : CT_WinFile(file) {}
+// The file, or for null one without a name, which cannot be opened.
+inline const CT_WinFile* OrNone(const CT_WinFile* file, const CT_WinFile& none = CT_WinFile()) {
+    return file != nullptr ? file : &none;
+}
 
-    // False with the error set. An empty file opens too.
-    bool Open();
-    [[nodiscard]] std::uint64_t Size() const { return MappedSize(); }
+// The file's bytes.
+struct RecordBytes {
+    const std::byte* bytes = nullptr;
+    std::uint64_t size = 0;
+
     [[nodiscard]] bool Has(std::uint64_t offset, std::uint64_t count) const {
-        return offset + count <= Size();
+        return offset + count <= size;
     }
-    [[nodiscard]] const std::byte* At(std::uint64_t offset) const {
-        return static_cast<const std::byte*>(pv_GetMapping()) + offset;
-    }
+    [[nodiscard]] const std::byte* At(std::uint64_t offset) const { return bytes + offset; }
     // 0 beyond the end of the file.
     [[nodiscard]] std::uint32_t Word(std::uint64_t offset) const {
         return Has(offset, record_format::kWord) ? record_format::LoadU32(At(offset)) : 0;
+    }
+};
+
+// A file opened for reading and mapped.
+class RecordImage : public CT_WinFile {
+public:
+    explicit RecordImage(const CT_WinFile& file) : CT_WinFile(&file) {}
+
+    // False with the error set. An empty file opens too.
+    bool Open();
+    [[nodiscard]] RecordBytes Bytes() const {
+        return {static_cast<const std::byte*>(pv_GetMapping()), MappedSize()};
     }
 };
 
@@ -63,26 +75,38 @@ struct RecordSurvey {
         std::uint32_t offset;
         std::uint32_t length;
         bool readable;
+        bool shared;
+    };
+    struct Run {
+        std::uint64_t offset;
+        std::uint64_t size;
     };
 
-    // Fill all of this from the image. A layout given beforehand replaces the header's.
-    void Take(const RecordImage& image, const RecordLayout* layout);
+    // Fills all of this from the file. A layout given beforehand replaces the header's.
+    void Take(const RecordBytes& file, const RecordLayout* given);
 
     void Report(Kind kind, std::uint64_t offset, std::uint64_t size = 0, std::uint32_t other = 0);
     [[nodiscard]] std::uint64_t BlockOffset(std::size_t index) const {
         return start + index * std::uint64_t{layout.block_size};
     }
+    // Records and resources that can be read and belong to nothing else.
+    [[nodiscard]] std::size_t Found() const;
 
     RecordLayout layout;
-    bool usable = false;      // the layout is one that blocks can be found with
-    std::uint64_t start = 0;  // of the data area
-    std::uint64_t end = 0;    // as far as the file holds it
+    bool usable = false;         // the layout is one that blocks can be found with
+    bool header = false;         // stamp and format number are right: so the counts mean something
+    std::uint64_t start = 0;     // of the data area
+    std::uint64_t data_end = 0;  // where a scan stops: the data end as far as the file holds it
+    std::uint64_t end = 0;       // of what was looked at: the end of the file, in whole blocks
     std::uint64_t file_size = 0;
     List<CT_RecordCheck::st_Finding> findings;
     unsigned int finding_count = 0;
-    List<Owner> owners;  // by block of the data area
-    List<Record> records;
+    List<Owner> owners;    // by block of the data area
+    List<Record> records;  // in the order of their heads
     List<Resource> resources;
+    std::uint32_t missing_records = 0;  // that the header counts and nobody found
+    std::uint32_t missing_resources = 0;
+    List<Run> leaks;  // blocks that nothing owns and that hold something
 };
 
 }  // namespace foundation::detail

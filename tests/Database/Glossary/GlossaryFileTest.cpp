@@ -105,6 +105,10 @@ TEST_F(GlossaryFileTest, ADamagedFileIsRefusedOrHarmless) {
 }
 
 TEST_F(GlossaryFileTest, TellsWhatIsWrongWithAFile) {
+    EXPECT_CT_ERROR(87, CT_GlossaryFile::sb_Save(nullptr, name.c_str()));
+    EXPECT_CT_ERROR(87, CT_GlossaryFile::sb_Save(&list, nullptr));
+    EXPECT_CT_ERROR(87, CT_GlossaryFile::sb_Load(nullptr, name.c_str()));
+    EXPECT_CT_ERROR(87, CT_GlossaryFile::sb_Load(&list, nullptr));
     CT_BiLingualUWordList loaded;
     EXPECT_CT_ERROR(2, Load(loaded));
     EXPECT_FALSE(CT_GlossaryFile::sb_Load(nullptr, u"x") ||

@@ -168,9 +168,21 @@ struct RecordSmallFileTest : testing::TestWithParam<std::pair<unsigned int, unsi
             EXPECT_EQ(Findings(target.file), "");
             EXPECT_LT(std::filesystem::file_size(folder.Native(u"repaired.rec")), 0x20000u);
         }
+        if (whole) AllWentOver(check, repair);
+        if (!sound) {
+            for (const auto mapping : {Manager::kMapNever, Manager::kMapAlways}) {
+                if (mapping != Manager::kMapNever && !map_to_write) continue;
+                Manager manager(&name.file);
+                manager.v_Open(Manager::kModeReadWrite, mapping);
+                if (manager.b_IsOpen()) manager.v_Close(TRUE);
+                ClearError();
+                EXPECT_TRUE(folder.Read(u"small.rec") == bytes) << "opening changed the file";
+            }
+        }
         const std::string read = Use(name.file, Manager::kMapNever).Read();
         EXPECT_EQ(Use(name.file, Manager::kMapAlways).Read(), read);
         EXPECT_TRUE(folder.Read(u"small.rec") == bytes) << "reading changed the file";
+        if (bytes.size() >= 84 && WordAt(bytes, 80) > 0x100000) return;  // changes go there
         const std::string changed = Use(name.file, Manager::kMapNever).Change();
         Unharmed(bytes);
         if (!map_to_write) return;
@@ -181,6 +193,25 @@ struct RecordSmallFileTest : testing::TestWithParam<std::pair<unsigned int, unsi
             EXPECT_EQ(mapped, changed);
         }
         Unharmed(bytes);
+    }
+
+    // A repair that says so has saved all that is there, whatever any look at the file shows.
+    void AllWentOver(const CT_RecordCheck& check, const CT_RecordRepair& repair) const {
+        std::set<unsigned int> moved;
+        for (unsigned int i = 1; i <= repair.n_GetMovedCount(); ++i) {
+            moved.insert(repair.so_GetMovedAt(i).old_reference);
+        }
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadAndCheck, Manager::kMapNever);
+        EXPECT_LE(manager.n_GetRecordCount(), moved.size());
+        CT_Buffer out;
+        for (unsigned int cursor = 0;
+             (cursor = manager.n_GetNextRecordRobust(cursor, &out)) != 0;) {
+            const bool real = check.eo_GetOwnerAt(cursor - 1) == CT_RecordCheck::kHeadOwner;
+            EXPECT_TRUE(!real || moved.contains(cursor - 1)) << cursor - 1;
+        }
+        manager.v_Close(TRUE);
+        ClearError();
     }
 
     // After changes: not far longer than it was, and outside of tables and data as it was.
@@ -247,7 +278,7 @@ TEST_F(RecordDamageTest, TheCheckNamesWhatIsWrong) {
         {52, 129, {C::kFreeCount}},
         {56, 1, {C::kResourceCount, C::kLeak}},
         {76, 6, {C::kRecordCount}},
-        {80, static_cast<std::uint32_t>(good.size()) / 64 * 64 + 640, {C::kTruncated}},
+        {80, static_cast<std::uint32_t>(good.size()) / 64 * 64 + 640, {C::kLeak}},
         {256, 65, {C::kFreeEntry, C::kLeak}},
         {256, 0, {C::kFreeEntry, C::kLeak}},
         {264, WordAt(good, 256), {C::kFreeTwice, C::kLeak}},
@@ -290,6 +321,21 @@ TEST_F(RecordDamageTest, AChainInACircleEnds) {
     manager.v_Close(TRUE);
 }
 
+// Which of two entries is the right one nobody knows: such a file is not written.
+TEST_F(RecordDamageTest, AKeyThatIsThereTwiceForbidsChanges) {
+    Damage(1280 + 8, 1);
+    const std::string before = folder.Read(u"damaged.rec");
+    for (const auto mapping : {Manager::kMapNever, Manager::kMapAlways}) {
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, mapping);
+        EXPECT_EQ(manager.b_ResourceExists(1), 1);
+        EXPECT_CT_ERROR(31005, manager.v_DeleteResource(1));
+        EXPECT_CT_ERROR(31005, Add(manager, "x"));
+        manager.v_Close(TRUE);
+        EXPECT_TRUE(folder.Read(u"damaged.rec") == before);
+    }
+}
+
 TEST_F(RecordDamageTest, RepairSavesTheRestAndNamesTheLoss) {
     PutWord(good, std::size_t{references[2]} * 64 + 4, 12345);
     PutWord(good, 1280 + 4, 1);
@@ -297,9 +343,10 @@ TEST_F(RecordDamageTest, RepairSavesTheRestAndNamesTheLoss) {
     CT_RecordRepair repair(&name.file);
     EXPECT_FALSE(repair.b_Repair(&target.file));
     EXPECT_TRUE(folder.Read(u"damaged.rec") == good);
-    ASSERT_EQ(repair.n_GetLostCount(), 2u);
+    ASSERT_EQ(repair.n_GetLostCount(), 4u);  // the last two are blocks that nothing leads to now
     EXPECT_EQ(repair.so_GetLostAt(1).reference, references[2]);
     EXPECT_EQ(repair.so_GetLostAt(2).key, 1u);
+    EXPECT_EQ(repair.so_GetLostAt(3).reference, references[2] + 1);
     ASSERT_EQ(repair.n_GetMovedCount(), 4u);
     Manager manager(&target.file);
     manager.v_Open(Manager::kModeReadAndCheck, Manager::kMapNever);
@@ -318,6 +365,172 @@ TEST_F(RecordDamageTest, RepairSavesTheRestAndNamesTheLoss) {
     EXPECT_EQ(blind.n_GetMovedCount(), 4u);
     EXPECT_CT_ERROR(32, blind.b_Repair(&name.file));  // never onto itself
     EXPECT_TRUE(folder.Read(u"damaged.rec") == good);
+}
+
+// Many records with bodies, one behind the other: 64 bytes of head, 64 of body.
+struct RecordLossTest : testing::Test {
+    static constexpr unsigned int kRecords = 1000;
+    TempFolder folder{QuickFolder()};
+    Named name{folder, u"lost.rec"};
+    Named target{folder, u"repaired.rec"};
+    std::string good;
+    unsigned int first = 0;
+
+    RecordLossTest() {
+        Manager manager(&name.file);
+        manager.v_Create(16, 64, 4);
+        for (unsigned int i = 0; i < kRecords; ++i) {
+            const unsigned int reference = Add(manager, Bytes(i, 16 + 58));
+            if (i == 0) first = reference;
+        }
+        const CT_Buffer data = Data("resource");
+        manager.v_AddResource(1, &data);
+        manager.v_AddResource(2, &data);
+        manager.v_Close(TRUE);
+        good = folder.Read(u"lost.rec");
+    }
+};
+
+TEST_F(RecordLossTest, WhatIsMissingIsTold) {
+    using C = CT_RecordCheck;
+    const std::size_t directory = 1280;
+    const std::size_t body = (std::size_t{first} + 101 * 2 - 1) * 64;  // of record 100
+    const std::size_t resource = good.size() / 64 * 64 - 64;
+    struct Case {
+        const char* what;
+        std::size_t at;
+        std::uint32_t word;
+        std::size_t size;
+        unsigned int saved, resources;
+        std::vector<C::et_Finding> listed;
+    };
+    const std::size_t all = good.size();
+    for (const Case& one : std::vector<Case>{
+             {"sound", 22, 0, all, kRecords, 2, {}},
+             {"cut to its header", 22, 0, 256, 0, 0, {C::kRecordCount, C::kResourceCount}},
+             {"cut in half",
+              22,
+              0,
+              66000,
+              505,
+              0,
+              {C::kBody, C::kResource, C::kResource, C::kRecordCount}},
+             {"a body that swallows 256 neighbours",
+              body,
+              62 + 0x8000,
+              all,
+              kRecords,
+              2,
+              {C::kOverlap}},
+             {"a resource that does",
+              directory + 4,
+              (first + 3) * 64,
+              all,
+              kRecords,
+              2,
+              {C::kOverlap, C::kOverlap, C::kLeak}},
+             {"a link to nothing", body - 60, 0, all, kRecords, 2, {C::kLeak}},
+             {"more records counted", 76, kRecords + 5, all, kRecords, 2, {C::kRecordCount}},
+             {"fewer records counted", 76, 0, all, kRecords, 2, {}},
+             {"more resources counted", 60, 3, all, kRecords, 2, {C::kResource}},
+             {"fewer resources counted", 60, 1, all, kRecords, 1, {C::kLeak}},
+             {"too many resources counted",
+              60,
+              7,
+              all,
+              kRecords,
+              2,
+              {C::kResource, C::kResource, C::kResourceCount}},
+             {"a larger capacity", 48, 256, all, kRecords, 2, {}},
+             {"more room for resources", 56, 0x10004, all, kRecords, 2, {}},
+             {"a data end far in front", 80, (first + 6) * 64, all, kRecords, 2, {}},
+             {"a data end far behind", 80, 0x40000000, all, kRecords, 2, {}},
+             {"a head that is none",
+              body - 64,
+              0x7FFFFFFF,
+              all,
+              kRecords - 1,
+              2,
+              {C::kRecordCount, C::kLeak}},
+         }) {
+        SCOPED_TRACE(one.what);
+        std::string bytes = good.substr(0, one.size);
+        PutWord(bytes, one.at, one.word);
+        folder.Write(u"lost.rec", bytes);
+        CT_RecordRepair repair(&name.file);
+        EXPECT_EQ(repair.b_Repair(&target.file) != FALSE, one.listed.empty());
+        EXPECT_TRUE(NoError());
+        std::vector<C::et_Finding> listed;
+        for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
+            listed.push_back(repair.so_GetLostAt(i).kind);
+        }
+        EXPECT_EQ(listed, one.listed);
+        EXPECT_EQ(repair.n_GetMovedCount(), one.saved);
+        EXPECT_EQ(Findings(target.file), "");
+        EXPECT_EQ(Findings(name.file).empty(), one.at == 22 && one.size == all);
+        Manager manager(&target.file);
+        manager.v_Open(Manager::kModeReadAndCheck, Manager::kMapAlways);
+        EXPECT_EQ(manager.n_GetResourceCount(), one.resources);
+        EXPECT_FALSE(manager.b_IsCorrupt());
+        for (unsigned int i = 1; i <= repair.n_GetMovedCount(); ++i) {
+            const auto moved = repair.so_GetMovedAt(i);
+            const unsigned int number = (moved.old_reference - first) / 2;
+            const std::size_t place = std::size_t{moved.old_reference} * 64;
+            if (place + 64 == body || place + 64 == resource) continue;
+            ASSERT_EQ(Get(manager, moved.new_reference), Bytes(number, 16 + 58)) << number;
+        }
+        manager.v_Close(TRUE);
+    }
+}
+
+// A body that looks like records is data as long as no record is missing.
+TEST_F(RecordLossTest, DataThatLooksLikeARecordIsData) {
+    std::string trap(16 + 60, 'x');
+    for (int i = 0; i < 4; ++i) trap += std::string(4, '\xFF') + std::string(60, '\0');
+    Manager manager(&name.file);
+    manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+    const unsigned int reference = Add(manager, trap);
+    manager.v_Close(TRUE);
+    EXPECT_EQ(Findings(name.file), "");
+    CT_RecordRepair repair(&name.file);
+    EXPECT_TRUE(repair.b_Repair(&target.file));
+    EXPECT_EQ(repair.n_GetMovedCount(), kRecords + 1);
+    CT_RecordCheck check(&name.file);
+    EXPECT_TRUE(check.b_Check());
+    EXPECT_EQ(check.n_GetNextReference(first), first + 2);
+    EXPECT_EQ(check.n_GetNextReference(reference - 1), reference);
+    EXPECT_EQ(check.n_GetNextReference(reference), 0u);
+}
+
+// Records behind the data end: found, saved, not written over, and kept by closing.
+TEST_F(RecordLossTest, AKilledWritersRecordsAreFoundBehindTheDataEnd) {
+    for (const auto mapping : {Manager::kMapNever, Manager::kMapAlways}) {
+        SCOPED_TRACE(mapping);
+        folder.Write(u"lost.rec", good);
+        {
+            Manager killed(&name.file);
+            killed.v_Open(Manager::kModeReadWrite, mapping);
+            EXPECT_NE(Add(killed, Bytes(kRecords, 74)), 0u);
+            EXPECT_NE(Add(killed, "short"), 0u);
+        }
+        const std::string left = folder.Read(u"lost.rec");
+        CT_RecordCheck check(&name.file);
+        EXPECT_FALSE(check.b_Check());
+        ASSERT_EQ(check.n_GetFindingCount(), 2u);
+        EXPECT_EQ(check.so_GetFindingAt(1).kind, CT_RecordCheck::kBehindEnd);
+        CT_RecordRepair repair(&name.file);
+        EXPECT_TRUE(repair.b_Repair(&target.file));
+        EXPECT_EQ(repair.n_GetMovedCount(), kRecords + 2);
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapAlways);
+        manager.v_Close(TRUE);
+        EXPECT_TRUE(folder.Read(u"lost.rec") == left);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapAlways);
+        EXPECT_NE(Add(manager, "after it"), 0u);
+        manager.v_Close(TRUE);
+        EXPECT_TRUE(repair.b_Repair(&target.file));
+        EXPECT_EQ(repair.n_GetMovedCount(), kRecords + 3);
+    }
 }
 
 }  // namespace

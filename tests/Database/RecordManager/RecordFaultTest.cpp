@@ -1,5 +1,7 @@
 // Failing calls, full disks and exhausted memory.
 #include <map>
+#include <sstream>
+#include <tuple>
 
 #include "RecordFiles.h"
 
@@ -169,6 +171,260 @@ TEST_F(RecordFaultTest, AFailedAdditionIsNoRecordAndAllocationsMayFail) {
                   throw CT_SmartHeapException("", platform::kMemoryExhausted);
               }),
               20u);
+}
+
+// A record or resource replaced by another length, in files with and without room.
+struct Replacement {
+    const char* what;
+    unsigned int from, to;
+    bool resource;
+};
+constexpr Replacement kReplacements[] = {
+    {"in place", 100, 110, false},
+    {"in place, long", 100000, 100010, false},
+    {"into its own blocks", 1000, 300, false},
+    {"larger", 100, 1000, false},
+    {"body lost", 100, 5, false},
+    {"body got", 5, 100, false},
+    {"in place", 100, 110, true},
+    {"in place, long", 100000, 100010, true},
+    {"into its own blocks", 1000, 300, true},
+    {"larger", 100, 1000, true},
+};
+
+struct RecordReplaceTest : testing::TestWithParam<std::tuple<Manager::et_MappingMode, bool>> {
+    TempFolder folder{QuickFolder()};
+    Named name{folder, u"replace.rec"};
+    Manager manager{&name.file};
+    unsigned int victim = 0;
+
+    // What is to be replaced lies last in the file, or before another record. A crowded file has a
+    // full table of single blocks, and behind it a chain with larger ones.
+    void Prepare(const Replacement& one, bool last) {
+        manager.v_Create(kHeader, 64, 4);
+        std::vector<unsigned int> freed;
+        if (std::get<1>(GetParam())) {
+            for (unsigned int i = 0; i < 130; ++i) freed.push_back(Add(manager, "x"));
+            freed.push_back(Add(manager, Bytes(1, 16 + 1200)));
+            freed.push_back(Add(manager, "x"));
+        }
+        const CT_Buffer data = Data(Bytes(7, one.from));
+        victim = manager.n_AddRecord(&data);
+        manager.v_AddResource(9, &data);
+        if (!last) Add(manager, Bytes(8, 100));
+        for (const unsigned int reference : freed) manager.v_DeleteRecord(reference);
+        manager.v_Close(TRUE);
+        ASSERT_TRUE(NoError());
+    }
+    std::string Read(bool is_resource) {
+        CT_Buffer out;
+        is_resource ? manager.v_GetResource(9, &out) : manager.v_GetRecord(victim, &out, 0);
+        EXPECT_TRUE(NoError());
+        return Text(out);
+    }
+    void Replace(const Replacement& one) {
+        const CT_Buffer data = Data(Bytes(6, one.to));
+        one.resource ? manager.v_UpdateResource(9, &data) : manager.v_UpdateRecord(victim, &data);
+    }
+    // The old data or the new; the new when nothing was told. True: the new.
+    bool Verify(const Replacement& one, bool told) {
+        const std::string now = Read(one.resource);
+        const unsigned int header = one.resource ? 0 : kHeader;
+        const bool is_new = ReadsAs(now, Bytes(6, one.to), header);
+        EXPECT_TRUE(is_new || (told && ReadsAs(now, Bytes(7, one.from), header)));
+        return is_new;
+    }
+    void VerifyClosed(const Replacement& one, bool told) {
+        const bool is_new = Verify(one, told);
+        manager.v_Close(TRUE);
+        EXPECT_TRUE(NoError());
+        std::istringstream findings(Findings(name.file));
+        for (std::string line; std::getline(findings, line);) {
+            EXPECT_TRUE(told && line.ends_with("nothing owns")) << line;
+        }
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+        EXPECT_EQ(Verify(one, told), is_new);
+        EXPECT_EQ(manager.n_GetRecordCount(), References(manager).size());
+        manager.v_Close(TRUE);
+    }
+};
+
+TEST_P(RecordReplaceTest, WhatFailsLeavesTheOldOrTheNew) {
+    const auto [mapping, crowded] = GetParam();
+    enum { kOnce, kFromThen, kShort };
+    unsigned int failures = 0;
+    for (const Replacement& one : kReplacements) {
+        for (const int variant : {kOnce, kFromThen, kShort}) {
+            if (variant == kShort && one.from > 100) continue;
+            for (std::uint32_t n = 0; !HasFailure(); ++n) {
+                SCOPED_TRACE(testing::Message() << one.what << (one.resource ? " resource " : " ")
+                                                << variant << " write " << n);
+                Prepare(one, n % 2 == 0);
+                manager.v_Open(Manager::kModeReadWrite, mapping);
+                const auto call = platform::FileCall::kWrite;
+                if (variant == kShort) {
+                    platform::ShortenFileCall(call, n / 2, 5);
+                } else {
+                    platform::FailFileCall(call, n / 2, 112, variant == kFromThen);
+                }
+                Replace(one);
+                const bool struck = platform::ClearFileFaults(call) > n / 2;
+                const bool told = !NoErrorIsSet();
+                ClearError();
+                VerifyClosed(one, told);
+                failures += told ? 1 : 0;
+                if (!struck) break;
+            }
+        }
+    }
+    EXPECT_TRUE(failures > 60 || mapping != Manager::kMapNever) << failures;
+}
+
+// A data end close to 4 GiB: there is room only in what is free.
+TEST_P(RecordReplaceTest, AFullFileKeepsWhatItHas) {
+    const auto [mapping, crowded] = GetParam();
+    if (mapping != Manager::kMapNever) return;  // it would take 4 GiB of memory
+    for (const Replacement& one : kReplacements) {
+        SCOPED_TRACE(testing::Message() << one.what << one.resource);
+        Prepare(one, false);
+        std::string bytes = folder.Read(u"replace.rec");
+        PutWord(bytes, 80, 0xFFFFFFC0);
+        folder.Write(u"replace.rec", bytes);
+        manager.v_Open(Manager::kModeReadWrite, mapping);
+        Replace(one);
+        const bool told = !NoErrorIsSet();
+        // larger data fits into the chain; what becomes smaller fits into its own blocks, but not
+        // where the full table makes those unreachable
+        const bool fits = one.from / 100 == one.to / 100 || one.to < one.from || crowded;
+        EXPECT_EQ(told, !fits) << CT_ErrorManager::spco_Get()->n_GetErrorCode();
+        if (told) {
+            EXPECT_TRUE(TakeError(223));
+        }
+        VerifyClosed(one, true);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, RecordReplaceTest,
+                         testing::Combine(testing::Values(Manager::kMapNever, Manager::kMapAlways),
+                                          testing::Bool()));
+
+// A read that fails is told, gives nothing and changes nothing.
+TEST_F(RecordFaultTest, AFailedReadIsNoAnswer) {
+    Prepare();
+    const std::string before = folder.Read(u"fault.rec");
+    const CT_Buffer data = Data(Bytes(1, 700));
+    CT_Buffer out;
+    for (const auto& [reference, bytes] : flushed) {
+        for (int action = 0; action < 7; ++action) {
+            for (std::uint32_t n = 0;; ++n) {
+                SCOPED_TRACE(testing::Message() << reference << " " << action << " read " << n);
+                Manager manager(&name.file);
+                manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+                out = data;
+                unsigned int answer = 0;
+                platform::FailFileCall(platform::FileCall::kRead, n, 31);
+                switch (action) {
+                    case 0:
+                        manager.v_GetRecord(reference, &out, 0);
+                        break;
+                    case 1:
+                        manager.v_GetResource(1, &out);
+                        break;
+                    case 2:
+                        manager.v_UpdateRecord(reference, &data);
+                        break;
+                    case 3:
+                        manager.v_UpdateRecordHeader(reference, &data);
+                        break;
+                    case 4:
+                        manager.v_DeleteRecord(reference);
+                        break;
+                    case 5:
+                        manager.v_UpdateResource(1, &data);
+                        break;
+                    case 6:
+                        answer = manager.n_GetNextRecord(0, nullptr);
+                        break;
+                    default:
+                        break;
+                }
+                if (platform::ClearFileFaults(platform::FileCall::kRead) <= n) {
+                    folder.Write(u"fault.rec", before);
+                    break;
+                }
+                EXPECT_TRUE(TakeError(31));
+                EXPECT_EQ(answer, 0u);
+                EXPECT_EQ(out.n_GetUsedSize(), action < 2 ? 0u : 700u);
+                EXPECT_TRUE(folder.Read(u"fault.rec") == before);
+            }
+        }
+    }
+}
+
+// Whatever write of storing is the last one, the file's own free table is the old one, the new one
+// or counted as empty.
+TEST_F(RecordFaultTest, AStoredFreeTableIsWhole) {
+    std::vector<unsigned int> references;
+    {
+        Manager manager(&name.file);
+        manager.v_Create(kHeader, 64, 600);  // header and tables fill more than a page
+        for (unsigned int i = 0; i < 100; ++i) references.push_back(Add(manager, "x"));
+        for (unsigned int i = 0; i < 60; ++i) manager.v_DeleteRecord(references[i]);
+        manager.v_AddResource(1, &resource);
+        manager.v_Close(TRUE);
+    }
+    const std::string before = folder.Read(u"fault.rec");
+    const auto table = [](const std::string& bytes) {
+        return bytes.substr(256, std::size_t{WordAt(bytes, 52)} * 8);
+    };
+    std::string after;
+    for (std::uint32_t n = 100; n-- > 0;) {  // the first round writes everything
+        folder.Write(u"fault.rec", before);
+        Manager manager(&name.file);
+        manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+        for (unsigned int i = 60; i < 90; ++i) manager.v_DeleteRecord(references[i]);
+        for (unsigned int i = 0; i < 40; ++i) Add(manager, "y");
+        manager.v_DeleteResource(1);
+        {
+            const FullDisk full(n);
+            manager.v_Flush();
+        }
+        ClearError();
+        const std::string now = folder.Read(u"fault.rec");
+        if (after.empty()) after = now;
+        const std::string stored = table(now);
+        EXPECT_TRUE(stored.empty() || stored == table(before) || stored == table(after)) << n;
+    }
+    EXPECT_NE(table(before), table(after));
+}
+
+TEST_F(RecordFaultTest, NullArgumentsAreErrors) {
+    Prepare();
+    Manager manager(&name.file);
+    manager.v_Open(Manager::kModeReadWrite, Manager::kMapNever);
+    const unsigned int reference = flushed.begin()->first;
+    EXPECT_CT_ERROR(87, manager.n_AddRecord(nullptr));
+    EXPECT_CT_ERROR(87, manager.v_GetRecord(reference, nullptr, 0));
+    EXPECT_CT_ERROR(87, manager.v_UpdateRecord(reference, nullptr));
+    EXPECT_CT_ERROR(87, manager.v_UpdateRecordHeader(reference, nullptr));
+    EXPECT_CT_ERROR(87, manager.v_AddResource(8, nullptr));
+    EXPECT_CT_ERROR(87, manager.v_GetResource(1, nullptr));
+    EXPECT_CT_ERROR(87, manager.v_UpdateResource(1, nullptr));
+    EXPECT_EQ(Manager::si_Compare(nullptr, nullptr), 0);
+    VerifyFlushed(manager);
+    manager.v_Close(TRUE);
+    CT_RecordRepair repair(&name.file);
+    EXPECT_CT_ERROR(87, repair.b_Repair(nullptr));
+    Manager nothing(nullptr);
+    nothing.v_Open(Manager::kModeRead, Manager::kMapNever);
+    EXPECT_FALSE(NoErrorIsSet());
+    ClearError();
+    CT_RecordCheck check(nullptr);
+    EXPECT_FALSE(check.b_Check());
+    CT_RecordRepair none(nullptr);
+    EXPECT_FALSE(none.b_Repair(&name.file));
+    ClearError();
+    VerifyFile();
 }
 
 }  // namespace
