@@ -45,3 +45,18 @@ holds() {
 repeat() { # COUNT TEXT
     yes "$2" | head -n "$1" | tr -d '\n'
 }
+
+# refuse FILE STATUS OUTPUT-PATTERN ARGUMENT...: as expect, and the file is what it was.
+refuse() {
+    local file=$1
+    shift
+    cp "$file" before.copy
+    expect "$@"
+    same before.copy "$file"
+}
+
+# put FILE OFFSET BYTES: overwrites bytes, given as for printf.
+put() {
+    # shellcheck disable=SC2059
+    printf "$3" | dd of="$1" bs=1 seek="$2" conv=notrunc status=none
+}

@@ -3,9 +3,11 @@
 #include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
 #include <Foundation/Core/String/FormatString.h>
+#include <Foundation/Platform/Nls/Locales.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -24,6 +26,8 @@ using Info = CT_LocaleInfo;
 using Text = std::u16string;
 using Rows = std::vector<std::vector<Text>>;
 
+constexpr unsigned int kSortName = 0x1013;  // of the platform's types
+
 // ---- What is known ----------------------------------------
 
 struct Item {
@@ -37,6 +41,7 @@ struct Sheet {
     LCID lcid;
     std::vector<Item> items;
     std::vector<Text> days, short_days, months, short_months;
+    std::vector<Text> months_in_dates;  // beside a day
 };
 
 std::vector<Text> Values(LCID lcid, unsigned int first, unsigned int last) {
@@ -56,6 +61,74 @@ Text NumberOf(LCID lcid, float value) {
     const Text grouping = Value(lcid, Info::kGrouping);
     CT_FormatString::sb_FormatNumber(&number, value, lcid, 2, grouping.c_str());
     return ToText(number);
+}
+
+unsigned int Number(LCID lcid, Info::et_Type type) {
+    unsigned int number = 0;
+    Info::sb_GetLocaleInfo(lcid, type, &number);
+    return number;
+}
+
+// The digits in groups, by the locale's text for them: "3;0", "3;2;0", "3".
+Text InGroups(const Text& digits, const Text& grouping, const Text& separator) {
+    Text grouped;
+    std::size_t end = digits.size();
+    std::size_t rule = 0;
+    while (rule < grouping.size() && grouping[rule] > u'0' && grouping[rule] <= u'9') {
+        const std::size_t size = grouping[rule] - u'0';
+        if (end <= size) break;
+        end -= size;
+        grouped.insert(0, separator + digits.substr(end, size));
+        const bool repeats = grouping.substr(rule + 1) == u";0";
+        if (!repeats) rule += 2;
+    }
+    return digits.substr(0, end) + grouped;
+}
+
+// 1234567.50 as an amount of money: the sign of the currency and the negative one in their places.
+Text AmountOf(LCID lcid, bool negative) {
+    // by the platform's numbers for the orders; 1 stands for the number, $ for the currency
+    constexpr const char16_t* kPositive[] = {u"$1", u"1$", u"$ 1", u"1 $"};
+    constexpr const char16_t* kNegative[] = {u"($1)", u"-$1",  u"$-1",   u"$1-",  u"(1$)", u"-1$",
+                                             u"1-$",  u"1$-",  u"-1 $",  u"-$ 1", u"1 $-", u"$ 1-",
+                                             u"$ -1", u"1- $", u"($ 1)", u"(1 $)"};
+    const unsigned int order =
+        Number(lcid, negative ? Info::kNegativeCurrencyOrder : Info::kPositiveCurrencyOrder);
+    const Text symbol = Value(lcid, Info::kCurrencySymbol);
+    if (symbol.empty() || order >= (negative ? std::size(kNegative) : std::size(kPositive))) {
+        return {};
+    }
+    const unsigned int decimals = Number(lcid, Info::kCurrencyDigits);
+    Text number =
+        InGroups(decimals == 0 ? u"1234568" : u"1234567", Value(lcid, Info::kMonetaryGrouping),
+                 Value(lcid, Info::kMonetaryThousandSeparator));
+    if (decimals != 0) {
+        number += Value(lcid, Info::kMonetaryDecimalSeparator) + u'5' + Text(decimals - 1, u'0');
+    }
+    Text amount;
+    for (const char16_t mark : Text(negative ? kNegative[order] : kPositive[order])) {
+        amount += mark == u'1'   ? number
+                  : mark == u'$' ? symbol
+                  : mark == u'-' ? Value(lcid, Info::kNegativeSign)
+                                 : Text(1, mark);
+    }
+    return amount;
+}
+
+// The name of a calendar, in the locale's language where it has one.
+Text CalendarOf(LCID lcid, Info::et_Type type) {
+    const unsigned int calendar = Number(lcid, type);
+    if (calendar == 0) return {};
+    const auto name = platform::CalendarText(lcid, calendar, platform::kCalendarName);
+    if (name && !name->empty()) return Text(*name);
+    return calendar == 1 ? u"Gregorian" : ToText(std::to_string(calendar));
+}
+
+Text FirstWeek(LCID lcid) {
+    constexpr const char16_t* kRules[] = {u"the one with 1 January", u"the first whole one",
+                                          u"the first with four days"};
+    const unsigned int rule = Number(lcid, Info::kFirstWeekOfYear);
+    return rule < std::size(kRules) ? kRules[rule] : Text();
 }
 
 Text OwnDigits(LCID lcid) {
@@ -97,17 +170,36 @@ std::vector<Item> ItemsOf(LCID lcid) {
         {"  list separator", "listSeparator", Value(lcid, Info::kListSeparator)},
         {"currency", "currency", Value(lcid, Info::kCurrencySymbol)},
         {"  ISO 4217", "isoCurrency", Value(lcid, Info::kIntlCurrencySymbol)},
+        {"  amount", "amount", AmountOf(lcid, false)},
+        {"  negative", "negativeAmount", AmountOf(lcid, true)},
+        {"measures", "measure",
+         Number(lcid, Info::kMeasure) == 0 ? u"metric" : u"of the United States"},
+        {"calendar", "calendar", CalendarOf(lcid, Info::kCalendarType)},
+        {"  or", "optionalCalendar", CalendarOf(lcid, Info::kOptionalCalendar)},
         {"short date", "shortDate", Value(lcid, Info::kShortDate)},
         {"long date", "longDate", Value(lcid, Info::kLongDate)},
         {"time", "time", Value(lcid, Info::kTimeFormat)},
         {"  morning", "morning", Value(lcid, Info::kMorningMark)},
         {"  afternoon", "afternoon", Value(lcid, Info::kAfternoonMark)},
         {"week begins", "firstDay", FirstDay(lcid)},
+        {"  first week", "firstWeek", FirstWeek(lcid)},
+        {"sort order", "sortOrder", Value(lcid, kSortName)},
         {"data", "data",
          Info::sb_IsProprietary(lcid) ? u"the library's own list"
          : Info::sb_IsSupported(lcid) ? u""
                                       : u"none beyond the catalogue"},
     };
+}
+
+// Empty when they are the same as elsewhere.
+std::vector<Text> MonthsInDates(LCID lcid) {
+    std::vector<Text> months;
+    bool differ = false;
+    for (unsigned int type = Info::kMonthName1; type <= Info::kMonthName12; ++type) {
+        months.push_back(Value(lcid, type | platform::kLocaleGenitiveNames));
+        differ = differ || (!months.back().empty() && months.back() != Value(lcid, type));
+    }
+    return differ ? months : std::vector<Text>();
 }
 
 Sheet SheetOf(LCID lcid) {
@@ -116,7 +208,8 @@ Sheet SheetOf(LCID lcid) {
             Values(lcid, Info::kDayName1, Info::kDayName7),
             Values(lcid, Info::kAbbrevDayName1, Info::kAbbrevDayName7),
             Values(lcid, Info::kMonthName1, Info::kMonthName12),
-            Values(lcid, Info::kAbbrevMonthName1, Info::kAbbrevMonthName12)};
+            Values(lcid, Info::kAbbrevMonthName1, Info::kAbbrevMonthName12),
+            MonthsInDates(lcid)};
 }
 
 // ---- Showing it ----------------------------------------
@@ -136,8 +229,10 @@ void Print(const Sheet& sheet) {
     Rows names;
     for (std::size_t i = 0; i < sheet.months.size(); ++i) {
         const bool day = i < sheet.days.size();
-        names.push_back({ToText(std::to_string(i + 1)), sheet.short_months[i], sheet.months[i],
-                         day ? sheet.short_days[i] : Text(), day ? sheet.days[i] : Text()});
+        names.push_back({ToText(std::to_string(i + 1)), sheet.short_months[i], sheet.months[i]});
+        if (!sheet.months_in_dates.empty()) names.back().push_back(sheet.months_in_dates[i]);
+        names.back().push_back(day ? sheet.short_days[i] : Text());
+        names.back().push_back(day ? sheet.days[i] : Text());
     }
     std::fputs(("\n" + Aligned(names, "  ")).c_str(), stdout);
 }
@@ -163,7 +258,8 @@ std::string Json(const Sheet& sheet) {
     }
     return object + ",\n  \"days\": " + JsonList(sheet.days) +
            ",\n  \"shortDays\": " + JsonList(sheet.short_days) +
-           ",\n  \"months\": " + JsonList(sheet.months) +
+           ",\n  \"months\": " + JsonList(sheet.months) + ",\n  \"monthsInDates\": " +
+           JsonList(sheet.months_in_dates.empty() ? sheet.months : sheet.months_in_dates) +
            ",\n  \"shortMonths\": " + JsonList(sheet.short_months) + "}";
 }
 
@@ -222,9 +318,10 @@ void AddLocaleCommand(CLI::App& app) {
     auto words = std::make_shared<std::vector<std::string>>();
     auto list = std::make_shared<bool>(false);
     auto json = std::make_shared<bool>(false);
-    command->add_option("LOCALE", *words,
-                        "A code (de, DE-CH, de_CH.UTF-8), a name (\"German (Switzerland)\", "
-                        "Deutsch) or a locale number (2055, 0x0807)");
+    command->add_option(
+        "LOCALE", *words,
+        "A code (DE-CH), a name of the environment (de_CH.UTF-8, zh), a language's "
+        "name (\"German (Switzerland)\", Deutsch) or a locale number (2055, 0x0807)");
     command->add_flag("--list", *list,
                       "Every language and sub-language: code, number, name; with words, those that "
                       "have one of them in code or name");

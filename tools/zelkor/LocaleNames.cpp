@@ -1,8 +1,9 @@
 #include "LocaleNames.h"
 
+#include <Foundation/Core/Character/CharMappings.h>
 #include <Foundation/Core/Language/Language.h>
-#include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
+#include <Foundation/Platform/Nls/Locales.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -17,6 +18,11 @@ namespace {
 
 using Info = CT_LocaleInfo;
 using Text = std::u16string;
+
+// Numbers that stand for what the process runs in.
+constexpr LCID kUserDefault = 0x0400;
+constexpr LCID kSystemDefault = 0x0800;
+constexpr LCID kLargest = 0xFFFFF;
 
 // 1031, 0x407, 0407; nothing when it does not begin with a digit. The base follows from the zero.
 std::optional<unsigned long> ReadNumber(const std::string& word) {
@@ -37,41 +43,139 @@ LCID Identify(CT_Language::et_Primary primary, CT_Language::et_Sub sub) {
     return CT_Language::sn_MakeLanguageID(primary, sub);
 }
 
-// The form in which names and codes are compared: lower case, '-' between the parts of a code.
-Text Comparable(const Text& text) {
-    CT_UString changed(text.data(), static_cast<unsigned int>(text.size()));
-    changed.vv_ToLower();
-    Text result = ToText(changed);
-    std::ranges::replace(result, u'_', u'-');
-    return result;
+// The unit that stands for it in any case. The library's mappings are pairs of a capital and a
+// small letter; these have no partner, or one that came later.
+char16_t Fold(char16_t unit) {
+    constexpr char16_t kAlone[][2] = {{u'\u00B5', u'\u03BC'}, {u'\u0130', u'i'},
+                                      {u'\u017F', u's'},      {u'\u03C2', u'\u03C3'},
+                                      {u'\u1E9E', u'\u00DF'}, {u'\u04C0', u'\u04CF'}};
+    for (const auto& [from, to] : kAlone) {
+        if (unit == from) return to;
+    }
+    // Georgian capitals
+    if (unit >= u'\u1C90' && unit <= u'\u1CBF') return static_cast<char16_t>(unit - 0xBC0);
+    return CT_CharMappings::su_ToLower(unit);
 }
 
-// By the display name of a row of the catalogue, the language's name for itself, or the ISO codes
-// of language and country, which are not always those of the catalogue (he, hr-HR).
+// The form in which names and codes are compared: decomposed, in one case, '-' between the parts of
+// a code.
+Text Comparable(const Text& text) {
+    Text folded = text;
+    for (char16_t& unit : folded) unit = unit == u'_' ? u'-' : Fold(unit);
+    CT_UString apart(folded.data(), static_cast<unsigned int>(folded.size()));
+    CT_CharMappings::sv_Decompose(&apart);
+    return ToText(apart);
+}
+
+// By the display name of a row of the catalogue or by what the language calls itself, with its
+// country or without.
 std::optional<LCID> FindNamed(const Text& word) {
     const Text wanted = Comparable(word);
     for (const LocaleEntry& entry : Catalogue()) {
-        const Text language = Value(entry.lcid, Info::kIso639Language);
-        const Text both = language + u'-' + Value(entry.lcid, Info::kIso3166Country);
         const Text own = Value(entry.lcid, Info::kNativeLanguage);
-        for (const Text& name : {entry.name, own, language, both}) {
+        const Text country = Value(entry.lcid, Info::kNativeCountry);
+        for (const Text& name : {entry.name, own, own + u" (" + country + u')'}) {
             if (!name.empty() && Comparable(name) == wanted) return entry.lcid;
         }
     }
     return {};
 }
 
-std::optional<LCID> FindLocale(const std::string& word) {
-    if (const auto number = word.empty() ? std::nullopt : ReadNumber(word)) {
-        const auto lcid = static_cast<LCID>(*number);
-        const bool known = CT_Locale(lcid).b_IsValidLCID() || Info::sb_IsSupported(lcid);
-        return *number <= 0xFFFFF && known ? std::optional(lcid) : std::nullopt;
+// What the library reads as a display name beyond those of the catalogue: "german( switzerland )",
+// "English (Default)", "Bulgarian (Bulgaria)". A country that the language lacks is a slip.
+std::optional<LCID> ReadDisplayName(const CT_UString& text) {
+    const LCID lcid = CT_Language::sn_GetLanguageID(text.qcuz_Get());
+    const auto primary = CT_Language::seo_GetPrimary(lcid);
+    if (primary == CT_Language::kNeutral) return {};
+    constexpr const char16_t* kBlanks = u" \t";
+    const Text name = ToText(text);
+    const std::size_t open = std::min(name.find(u'('), name.size());
+    const std::size_t first = name.find_first_not_of(kBlanks, open + 1);
+    if (open >= name.size() || first == Text::npos) return lcid;
+    Text country = name.substr(first, name.find(u')', first) - first);
+    country.erase(country.find_last_not_of(kBlanks) + 1);
+    CT_Language::et_Sub sub = CT_Language::kSubDefault;
+    const bool known =
+        country.empty() || CT_Language::sn_GetSubCount(primary) == 0 ||
+        CT_Language::sb_GetSubCountry(&sub, country.c_str(), primary) != FALSE ||
+        CT_Language::sb_GetSubCountry(&sub, country.c_str(), CT_Language::kNeutral) != FALSE;
+    return known ? std::optional(lcid) : std::nullopt;
+}
+
+// The parts of a locale's name as the environment has them, language_TERRITORY.charset@modifier,
+// but in any case and with "-" too.
+struct EnvironmentName {
+    std::string language, territory, rest;
+    bool exact = false;  // as the environment writes it
+
+    [[nodiscard]] std::string Name() const {
+        return language + (territory.empty() ? "" : '_' + territory) + rest;
     }
-    const CT_UString text = FromUtf8(word);
+};
+
+std::optional<EnvironmentName> ReadEnvironmentName(const std::string& word) {
+    const auto letters = [](std::string_view text, char first, char last) {
+        return std::ranges::all_of(text, [=](char c) { return c >= first && c <= last; });
+    };
+    const auto change = [](std::string& text, char first, char last) {
+        for (char& c : text) c = c >= first && c <= last ? static_cast<char>(c ^ 0x20) : c;
+    };
+    const std::size_t end = std::min(word.find_first_of(".@"), word.size());
+    const std::size_t middle = std::min(word.find_first_of("_-"), end);
+    EnvironmentName name{word.substr(0, middle),
+                         word.substr(std::min(middle + 1, end), end - std::min(middle + 1, end)),
+                         word.substr(end), false};
+    name.exact = letters(name.language, 'a', 'z') && letters(name.territory, 'A', 'Z') &&
+                 (middle == end || word[middle] == '_');
+    change(name.language, 'A', 'Z');
+    change(name.territory, 'a', 'z');
+    const bool good = (name.language.size() == 2 || name.language.size() == 3) &&
+                      letters(name.language, 'a', 'z') && letters(name.territory, 'A', 'Z') &&
+                      (middle == end || name.territory.size() == 2);
+    return good ? std::optional(name) : std::nullopt;
+}
+
+// A name that the environment may have means what it means there, whatever the catalogue has.
+std::optional<LCID> FindInEnvironment(const EnvironmentName& name) {
+    const LCID lcid = platform::LocaleOfName(name.Name());
+    if (lcid == 0) return {};
+    if (name.exact || name.territory.empty()) return lcid;
+    // in another form it is no name of the environment: a country that is not there is a slip
+    const bool there = Value(lcid, Info::kIso3166Country) == ToText(name.territory) ||
+                       lcid != platform::LocaleOfName(name.language);
+    return there ? std::optional(lcid) : std::nullopt;
+}
+
+// By a code of the catalogue, "DE" or "DE-CH". The library takes any word that begins with one.
+std::optional<LCID> FindCode(const std::string& word, const CT_UString& text) {
+    const std::size_t separator = word.find_first_of("-_");
+    if (separator == std::string::npos ? word.size() > 3 : separator > 3) return {};
     CT_Language::et_Primary primary = CT_Language::kNeutral;
     CT_Language::et_Sub sub = CT_Language::kSubDefault;
-    if (CT_Language::sb_GetLanguages(&primary, &sub, &text)) return Identify(primary, sub);
-    return FindNamed(ToText(text));
+    if (!CT_Language::sb_GetLanguages(&primary, &sub, &text)) return {};
+    return primary == CT_Language::kNeutral ? std::nullopt : std::optional(Identify(primary, sub));
+}
+
+std::optional<LCID> FindLocale(const std::string& word) {
+    if (const auto number = word.empty() ? std::nullopt : ReadNumber(word)) {
+        if (*number > kLargest) return {};
+        const auto lcid = static_cast<LCID>(*number);
+        if (lcid == 0 || lcid == kUserDefault) return Info::sn_GetUserDefaultLCID();
+        if (lcid == kSystemDefault) return Info::sn_GetSystemDefaultLCID();
+        const bool known = Info::sb_IsSupported(lcid) || Info::sb_IsProprietary(lcid);
+        return known ? std::optional(lcid) : std::nullopt;
+    }
+    const auto environment = ReadEnvironmentName(word);
+    if (environment && environment->exact) {
+        if (const auto found = FindInEnvironment(*environment)) return found;
+    }
+    const CT_UString text = FromUtf8(word);
+    if (const auto found = FindCode(word, text)) return found;
+    if (environment) {
+        if (const auto found = FindInEnvironment(*environment)) return found;
+    }
+    if (const auto found = FindNamed(ToText(text))) return found;
+    return ReadDisplayName(text);
 }
 
 }  // namespace
@@ -91,6 +195,9 @@ Text Value(LCID lcid, unsigned int type) {
 }
 
 Text NameOf(LCID lcid) {
+    if (CT_Language::seo_GetPrimary(lcid) == CT_Language::kNeutral) {
+        return Value(lcid, Info::kEnglishLanguage);
+    }
     CT_UString name;
     CT_Language::sv_MakeLanguageString(&name, CT_Language::seo_GetPrimary(lcid),
                                        CT_Language::seo_GetSub(lcid));

@@ -1,15 +1,16 @@
 // zelkor records: record files, their records and resources.
 #include <Foundation/Core/Error/ErrorManager.h>
+#include <Foundation/Database/RecordManager/RecordCheck.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Commands.h"
 #include "Console.h"
+#include "RecordLines.h"
 #include "Records.h"
 
 namespace zelkor {
@@ -18,6 +19,23 @@ namespace {
 
 constexpr std::size_t kShown = 40;  // bytes of a record in a list
 
+struct CreateOptions {
+    std::string file;
+    unsigned int header = 16, block = 64, resources = 100;
+    bool force = false;
+};
+
+void Create(const CreateOptions& options) {
+    MustFit(options.header, options.block, options.resources, 2);
+    if (!options.force) MustBeNew(options.file);
+    Replace(options.file, [&options](const CT_UString& path) {
+        RecordFile file(path);
+        file->v_Create(options.header, options.block, options.resources);
+        ThrowRecordedError();
+        file.Close();
+    });
+}
+
 struct AddOptions {
     std::string file;
     std::vector<std::string> inputs;
@@ -25,70 +43,92 @@ struct AddOptions {
 };
 
 void AddOne(RecordFile& file, std::string_view bytes) {
-    const CT_Buffer data = ToBuffer(bytes);
+    RecordFile::ThrowIfInterrupted();
+    const CT_Buffer data = file.Padded(bytes);
     const unsigned int reference = file->n_AddRecord(&data);
     ThrowRecordedError();
     std::printf("%u\n", reference);
 }
 
 void AddLines(RecordFile& file, const std::string& name) {
-    std::ifstream opened;
-    if (name != "-") opened.open(name, std::ios::binary);
-    std::istream& input = name == "-" ? std::cin : opened;
-    if (!input) throw Failure(name + ": cannot be opened");
-    std::uint64_t size = 0;
-    if (name != "-" && opened.seekg(0, std::ios::end)) {
-        size = static_cast<std::uint64_t>(opened.tellg());
-        opened.seekg(0);
-    }
-    Progress progress(name, size);
-    std::uint64_t done = 0;
+    Lines lines(name, Lines::kOnce);
+    Progress progress(name, lines.Size());
     unsigned int count = 0;
-    for (std::string line; std::getline(input, line);) {
+    for (std::string_view line; lines.Next(&line);) {
         AddOne(file, line);
-        done += line.size() + 1;
-        if ((++count & 0xFFF) == 0) progress.Advance(done);
+        if ((++count & 0xFFF) == 0) progress.Advance(lines.Done());
     }
-    if (input.bad()) throw Failure(name + ": cannot be read");
 }
 
 void Add(const AddOptions& options) {
+    for (const std::string& input : options.inputs) MustBeReadable(input);
     RecordFile file(options.file);
     file.OpenToWrite();
-    if (options.lines) {
-        for (const std::string& input : options.inputs) AddLines(file, input);
-    } else {
+    const unsigned int before = file->n_GetRecordCount();
+    try {
         Progress progress(options.file, options.inputs.size());
         for (std::uint64_t i = 0; i < options.inputs.size(); ++i) {
-            AddOne(file, ReadAll(options.inputs[i]));
+            if (options.lines) {
+                AddLines(file, options.inputs[i]);
+            } else {
+                AddOne(file, ReadAll(options.inputs[i]));
+            }
             progress.Advance(i + 1);
         }
+    } catch (const Failure& failure) {
+        const unsigned int added = file->n_GetRecordCount() - before;
+        if (added == 0) throw;
+        throw Failure(std::string(failure.what()) + "; " + Counted(added, "record", "records") +
+                      " before that are in " + options.file);
     }
     file.Close();
 }
 
+// Throws, before anything is done, unless they are references of records: what only looks like a
+// head is part of something else.
+void MustBeRecords(const std::string& name, std::vector<unsigned int> references) {
+    std::ranges::sort(references);
+    if (const auto twice = std::ranges::adjacent_find(references); twice != references.end()) {
+        throw Failure("record " + std::to_string(*twice) + ": given twice", 2);
+    }
+    CT_RecordCheck check(NamedFile{name});
+    check.b_Check();
+    ThrowRecordedError();
+    for (const unsigned int reference : references) {
+        if (reference == 0 || check.n_GetNextReference(reference - 1) != reference) {
+            throw Failure("record " + std::to_string(reference) +
+                          ": (31051): Invalid record reference in " + name);
+        }
+    }
+}
+
 void Get(const std::string& name, unsigned int reference) {
+    MustBeRecords(name, {reference});
     RecordFile file(name);
     CT_Buffer data;
     file.OpenToRead()->v_GetRecord(reference, &data, 0);
-    ThrowRecordedError();
+    ThrowRecordedError("record", reference);
     WriteOut(ToBytes(data));
 }
 
 void Set(const std::string& name, unsigned int reference, const std::string& input) {
-    const CT_Buffer data = ToBuffer(ReadAll(input));
+    const std::string bytes = ReadAll(input);
+    MustBeRecords(name, {reference});
     RecordFile file(name);
-    file.OpenToWrite()->v_UpdateRecord(reference, &data);
-    ThrowRecordedError();
+    file.OpenToWrite();
+    const CT_Buffer data = file.Padded(bytes);
+    file->v_UpdateRecord(reference, &data);
+    ThrowRecordedError("record", reference);
     file.Close();
 }
 
 void Delete(const std::string& name, const std::vector<unsigned int>& references) {
+    MustBeRecords(name, references);
     RecordFile file(name);
     file.OpenToWrite();
     for (const unsigned int reference : references) {
         file->v_DeleteRecord(reference);
-        ThrowRecordedError();
+        ThrowRecordedError("record", reference);
     }
     file.Close();
 }
@@ -109,28 +149,54 @@ std::string Quoted(std::string_view bytes) {
     return text + '"';
 }
 
+// Prints a list, as JSON or as lines.
+class Listing {
+public:
+    explicit Listing(bool json) : json_(json) {
+        if (json_) WriteOut("[");
+    }
+    void Add(unsigned int reference, std::string_view bytes) {
+        const std::string_view start = bytes.substr(0, kShown);
+        if (json_) {
+            std::printf("%s\n{\"reference\": %u, \"length\": %zu, \"start\": %s}", separator_,
+                        reference, bytes.size(), Quoted(start).c_str());
+            separator_ = ",";
+        } else {
+            std::printf("%u\t%zu\t%s\n", reference, bytes.size(), Escape(start).c_str());
+        }
+    }
+    void End() {
+        if (json_) WriteOut("\n]\n");
+    }
+
+private:
+    bool json_;
+    const char* separator_ = "";
+};
+
 void List(const std::string& name, bool robust, bool json) {
     RecordFile file(name);
     file.OpenToRead();
-    CT_Buffer data;
-    const char* separator = "";
-    if (json) std::fputs("[", stdout);
-    for (unsigned int cursor = 0;;) {
-        cursor = robust ? file->n_GetNextRecordRobust(cursor, &data)
-                        : file->n_GetNextRecord(cursor, &data);
-        ThrowRecordedError();
-        if (cursor == 0) break;
-        const std::string_view bytes = ToBytes(data);
-        const std::string_view start = bytes.substr(0, kShown);
-        if (json) {
-            std::printf("%s\n{\"reference\": %u, \"length\": %zu, \"start\": %s}", separator,
-                        cursor - 1, bytes.size(), Quoted(start).c_str());
-            separator = ",";
-        } else {
-            std::printf("%u\t%zu\t%s\n", cursor - 1, bytes.size(), Escape(start).c_str());
+    Listing listing(json);
+    std::string missing;
+    if (robust) {
+        CT_Buffer data;
+        for (unsigned int cursor = 0;;) {
+            cursor = file->n_GetNextRecordRobust(cursor, &data);
+            ThrowRecordedError();
+            if (cursor == 0) break;
+            // long ones come empty
+            if (data.n_GetUsedSize() == 0) file->v_GetRecord(cursor - 1, &data, 0);
+            CT_ErrorManager::spco_Get()->v_ClearError();
+            listing.Add(cursor - 1, ToBytes(data));
         }
+    } else {
+        missing = ReadRecords(name, file, [&listing](unsigned int reference, auto bytes) {
+            listing.Add(reference, bytes);
+        });
     }
-    if (json) std::fputs("\n]\n", stdout);
+    listing.End();
+    if (!missing.empty()) throw Failure(missing);
 }
 
 // ---- Resources ----------------------------------------------------------------------------------
@@ -144,7 +210,7 @@ void PutResource(const std::string& name, unsigned int key, const std::string& i
     } else {
         file->v_UpdateResource(key, &data);
     }
-    ThrowRecordedError();
+    ThrowRecordedError("resource", key);
     file.Close();
 }
 
@@ -152,28 +218,24 @@ void GetResource(const std::string& name, unsigned int key) {
     RecordFile file(name);
     CT_Buffer data;
     file.OpenToRead()->v_GetResource(key, &data);
-    ThrowRecordedError();
+    ThrowRecordedError("resource", key);
     WriteOut(ToBytes(data));
 }
 
 void DeleteResource(const std::string& name, unsigned int key) {
     RecordFile file(name);
     file.OpenToWrite()->v_DeleteResource(key);
-    ThrowRecordedError();
+    ThrowRecordedError("resource", key);
     file.Close();
 }
 
 void ListResources(const std::string& name) {
     RecordFile file(name);
     file.OpenToRead();
-    CT_Buffer data;
-    for (unsigned int i = 1; i <= file->n_GetResourceCount(); ++i) {
-        const unsigned int key = file->n_GetResourceKeyAt(i);
-        file->v_GetResource(key, &data);
-        ThrowRecordedError();
-        const std::string_view bytes = ToBytes(data);
+    const std::string missing = ReadResources(name, file, [](unsigned int key, auto bytes) {
         std::printf("%u\t%zu\t%s\n", key, bytes.size(), Escape(bytes.substr(0, kShown)).c_str());
-    }
+    });
+    if (!missing.empty()) throw Failure(missing);
 }
 
 // ---- Options ------------------------------------------------------------------------------------
@@ -195,25 +257,22 @@ std::shared_ptr<Target> AddTarget(CLI::App* command, const char* number, bool in
 
 void AddCreate(CLI::App& parent) {
     CLI::App* command = parent.add_subcommand("create", "Make an empty record file.");
-    struct Sizes {
-        unsigned int block = 64, header = 16, resources = 100;
-    };
-    auto target = AddTarget(command, nullptr, false);
-    auto sizes = std::make_shared<Sizes>();
-    command->add_option("--block", sizes->block, "Block size in bytes (default: 64)");
-    command->add_option("--header", sizes->header, "Record header size in bytes (default: 16)");
-    command->add_option("--resources", sizes->resources, "Room for resources (default: 100)");
-    command->callback([target, sizes] {
-        RecordFile file(target->file);
-        file->v_Create(sizes->header, sizes->block, sizes->resources);
-        ThrowRecordedError();
-        file.Close();
-    });
+    auto options = std::make_shared<CreateOptions>();
+    command->add_option("FILE", options->file, "Record file")->required();
+    command->add_option("--block", options->block, "Block size in bytes (default: 64)");
+    command->add_option("--header", options->header,
+                        "Record header size in bytes (default: 16); shorter records are filled "
+                        "with zeros, 0 keeps every length");
+    command->add_option("--resources", options->resources, "Room for resources (default: 100)");
+    command->add_flag("--force", options->force, "Replace a file of that name");
+    command->callback([options] { Create(*options); });
 }
 
 void AddAdd(CLI::App& parent) {
     CLI::App* command = parent.add_subcommand(
-        "add", "Add records, one per input or line; prints one reference a line.");
+        "add",
+        "Add records, one per input or line; prints one reference a line. Records shorter than the "
+        "record header are filled with zeros.");
     auto options = std::make_shared<AddOptions>();
     command->add_option("FILE", options->file, "Record file")->required();
     command->add_option("INPUT", options->inputs, "Files with the bytes (default: -)");
@@ -241,7 +300,7 @@ void AddRecordCommands(CLI::App& parent) {
     auto listed = AddTarget(list, nullptr, false);
     auto robust = std::make_shared<bool>(false);
     auto json = std::make_shared<bool>(false);
-    list->add_flag("--robust", *robust, "Look at every block, for damaged files");
+    list->add_flag("--robust", *robust, "Take every block that looks like a record for one");
     list->add_flag("--json", *json, "As JSON; bytes are the characters of their numbers");
     list->callback([listed, robust, json] { List(listed->file, *robust, *json); });
 }
@@ -285,6 +344,7 @@ void AddRecordsCommand(CLI::App& app) {
     AddRecordCommands(*command);
     AddResourceCommands(*command);
     AddRecordInspection(*command);
+    AddRecordMap(*command);
     AddRecordText(*command);
 }
 

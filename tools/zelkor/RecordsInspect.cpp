@@ -1,4 +1,4 @@
-// zelkor records info, check, repair, compact, map: what a record file is made of.
+// zelkor records info, check, repair, compact: what a record file is made of.
 #include <Foundation/Core/Error/ErrorManager.h>
 #include <Foundation/Database/RecordManager/RecordCheck.h>
 #include <Foundation/Database/RecordManager/RecordFormat.h>
@@ -7,32 +7,19 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Console.h"
 #include "Records.h"
+#include "RecordsChart.h"
 
 namespace zelkor {
 
 namespace {
 
-// By CT_RecordCheck::et_Owner.
-struct Look {
-    const char* name;
-    char letter;
-    const char* color;
-};
-constexpr std::array<Look, CT_RecordCheck::kOwners> kLooks{{
-    {"leaked", '?', "#d62728"},
-    {"heads", 'H', "#1f4e9c"},
-    {"bodies", 'b', "#7fa8dc"},
-    {"resources", 'R', "#8c5fb0"},
-    {"free", '.', "#e4e4e4"},
-    {"unfinished", '!', "#ff9f1c"},
-}};
+namespace format = foundation::record_format;
 
 // Checks the file; the findings are in the object.
 void Examine(CT_RecordCheck& check) {
@@ -40,25 +27,22 @@ void Examine(CT_RecordCheck& check) {
     ThrowRecordedError();
 }
 
+// What the header says, whether a record manager would open the file or not, and who owns what.
 void Info(const std::string& name) {
     const NamedFile path(name);
     CT_RecordCheck check(path);
     Examine(check);
-    RecordFile file(name);
-    file.OpenToRead();
-    namespace format = foundation::record_format;
-    std::printf("records         %s\n", Grouped(file->n_GetRecordCount()).c_str());
-    std::printf("resource keys   %u of %u\n", file->n_GetResourceCount(),
-                file->n_GetResourceMaxCount());
-    std::printf("block size      %u\n", file->n_GetBlockSize());
-    std::printf("record header   %u\n", file->n_GetRecordHeaderSize());
-    std::printf("data end        %s\n", Grouped(file->n_GetSize()).c_str());
-    std::printf("references      %u to %u\n", file->n_GetMinReference(), file->n_GetMaxReference());
-    file.Close();
-    std::ifstream bytes(name, std::ios::binary);
     format::HeaderImage header{};
-    bytes.read(reinterpret_cast<char*>(header.data()), format::kHeaderSize);
+    if (!ReadHeader(name, &header)) throw Failure(Printable(name) + ": is no record file");
     const auto field = [&](unsigned int at) { return format::LoadU32(header.data() + at); };
+    std::printf("records         %s\n", Grouped(field(format::kRecordCountAt)).c_str());
+    std::printf("resource keys   %u of %u\n", field(format::kResourceCountAt),
+                field(format::kResourceMaxCountAt));
+    std::printf("block size      %u\n", field(format::kBlockSizeAt));
+    std::printf("record header   %u\n", field(format::kRecordHeaderSizeAt));
+    std::printf("data end        %s\n", Grouped(field(format::kDataEndAt)).c_str());
+    std::printf("references      %u to %u\n", check.n_GetMinReference(),
+                field(format::kDataEndAt) / std::max(1u, field(format::kBlockSizeAt)));
     std::printf("changes         header %u, resources %u, free space %u\n",
                 field(format::kHeaderCounterAt), field(format::kResourceCounterAt),
                 field(format::kFreeCounterAt));
@@ -69,8 +53,9 @@ void Info(const std::string& name) {
         const auto owner = static_cast<CT_RecordCheck::et_Owner>(i);
         const unsigned int blocks = check.n_GetBlockCount(owner);
         const auto size = std::uint64_t{blocks} * check.n_GetBlockSize();
-        std::printf("%-15s %s bytes in %u runs, %.1f %%\n", kLooks[i].name, Grouped(size).c_str(),
-                    check.n_GetRunCount(owner), 100 * blocks / all);
+        std::printf(
+            "%-15s %s in %s, %.1f %%\n", kLooks[i].name, Counted(size, "byte", "bytes").c_str(),
+            Counted(check.n_GetRunCount(owner), "run", "runs").c_str(), 100.0 * blocks / all);
     }
     const unsigned int free = check.n_GetBlockCount(CT_RecordCheck::kFreeOwner);
     const unsigned int runs = check.n_GetRunCount(CT_RecordCheck::kFreeOwner);
@@ -90,123 +75,82 @@ void Check(const std::string& name) {
                     CT_RecordCheck::sqccz_GetText(finding.kind), finding.other);
     }
     const unsigned int count = check.n_GetFindingCount();
-    if (count != 0) throw Failure(name + ": " + Grouped(count) + " findings");
-    std::printf("%s: sound, %s records\n", name.c_str(), Grouped(check.n_GetRecordCount()).c_str());
+    if (count != 0) throw Failure(Printable(name) + ": " + Counted(count, "finding", "findings"));
+    std::printf("%s: sound, %s\n", Printable(name).c_str(),
+                Counted(check.n_GetRecordCount(), "record", "records").c_str());
 }
 
 struct RepairOptions {
     std::string source, target;
     bool references = false;
+    bool force = false;
     unsigned int block = 0, header = 0, resources = 0;
 };
 
+// "record 21", "3 records"; what a loss is about.
+std::string Subject(const CT_RecordRepair::st_Lost& loss) {
+    switch (loss.kind) {
+        case CT_RecordCheck::kRecordCount:
+            return Counted(loss.count, "record", "records") + " that the header counts";
+        case CT_RecordCheck::kResourceCount:
+            return Counted(loss.count, "resource", "resources") + " that the header counts";
+        case CT_RecordCheck::kLeak:
+            return Counted(loss.count, "block", "blocks") + " from reference " +
+                   std::to_string(loss.reference);
+        case CT_RecordCheck::kStamp:
+            return "what the header counted";
+        default:
+            return loss.reference != 0 ? "record " + std::to_string(loss.reference)
+                                       : "resource " + std::to_string(loss.key);
+    }
+}
+
+// Tells what is lost or doubtful; how many records and resources are lost.
+std::uint64_t TellLosses(const CT_RecordRepair& repair) {
+    std::uint64_t lost = 0;
+    for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
+        const auto loss = repair.so_GetLostAt(i);
+        lost += loss.copied ? 0 : loss.count;
+        const bool missing = loss.kind == CT_RecordCheck::kRecordCount ||
+                             loss.kind == CT_RecordCheck::kResourceCount;
+        const char* const fate = missing ? "missing" : loss.copied ? "doubtful" : "lost";
+        std::fprintf(stderr, "zelkor: %s: %s%s%s\n", fate, Subject(loss).c_str(),
+                     missing ? "" : ": ", missing ? "" : CT_RecordCheck::sqccz_GetText(loss.kind));
+    }
+    return lost;
+}
+
 void Repair(const RepairOptions& options, bool sound_only) {
     const NamedFile source(options.source);
-    const NamedFile target(options.target);
     if (sound_only) {
         CT_RecordCheck check(source);
         Examine(check);
         if (check.n_GetFindingCount() != 0) {
-            throw Failure(options.source + ": damaged; see check and repair");
+            throw Failure(Printable(options.source) + ": damaged; see check and repair");
         }
+    } else if (SameFile(options.source, options.target)) {
+        // what cannot be repaired today may be read by other means
+        throw Failure(Printable(options.target) + ": a repaired file needs a name of its own", 2);
     }
+    if (!options.force) MustBeRecordFile(options.target);
     CT_RecordRepair repair(source);
     if (options.block != 0) repair.v_SetLayout(options.header, options.block, options.resources);
-    repair.b_Repair(target);
-    ThrowRecordedError();
+    bool all = false;
+    Replace(options.target, [&](const CT_UString& path) {
+        all = repair.b_Repair(NamedFile(path)) != FALSE;
+        ThrowRecordedError();
+    });
     for (unsigned int i = 1; options.references && i <= repair.n_GetMovedCount(); ++i) {
         const auto moved = repair.so_GetMovedAt(i);
         std::printf("%u\t%u\n", moved.old_reference, moved.new_reference);
     }
-    unsigned int lost = 0;
-    for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
-        const auto loss = repair.so_GetLostAt(i);
-        lost += loss.copied ? 0 : loss.count;
-        const bool records = loss.kind == CT_RecordCheck::kRecordCount;
-        if (records || loss.kind == CT_RecordCheck::kResourceCount) {
-            std::fprintf(stderr, "zelkor: missing: %s %s that the header counts\n",
-                         Grouped(loss.count).c_str(), records ? "records" : "resources");
-            continue;
-        }
-        const bool record = loss.reference != 0;
-        std::fprintf(stderr, "zelkor: %s %s %u: %s\n",
-                     loss.copied ? "doubtful:" : "lost:", record ? "record" : "resource",
-                     record ? loss.reference : loss.key, CT_RecordCheck::sqccz_GetText(loss.kind));
-    }
-    std::fprintf(stderr, "%s: %s records\n", options.target.c_str(),
-                 Grouped(repair.n_GetMovedCount()).c_str());
-    if (lost != 0) throw Failure(Grouped(lost) + " records or resources were lost");
-}
-
-// ---- The picture --------------------------------------------------------------------------------
-
-constexpr unsigned int kColumns = 64;
-constexpr unsigned int kMostCells = kColumns * 32;
-
-// The owners of equally long stretches of the file: the one that has most of each.
-std::vector<CT_RecordCheck::et_Owner> Cells(const CT_RecordCheck& check, unsigned int* blocks) {
-    const unsigned int count = check.n_GetBlockCount();
-    *blocks = std::max(1u, (count + kMostCells - 1) / kMostCells);
-    std::vector<CT_RecordCheck::et_Owner> cells;
-    for (unsigned int first = 0; first < count; first += *blocks) {
-        std::array<unsigned int, CT_RecordCheck::kOwners> shares{};
-        const unsigned int last = std::min(count, first + *blocks);
-        for (unsigned int i = first; i < last; ++i) {
-            ++shares[check.eo_GetOwnerAt(check.n_GetMinReference() + i)];
-        }
-        cells.push_back(static_cast<CT_RecordCheck::et_Owner>(std::ranges::max_element(shares) -
-                                                              shares.begin()));
-    }
-    return cells;
-}
-
-void PrintMap(const std::vector<CT_RecordCheck::et_Owner>& cells, unsigned int first,
-              unsigned int blocks) {
-    for (std::size_t row = 0; row < cells.size(); row += kColumns) {
-        std::printf("%10u  ", first + static_cast<unsigned int>(row) * blocks);
-        for (std::size_t i = row; i < std::min(cells.size(), row + kColumns); ++i) {
-            std::putchar(kLooks[cells[i]].letter);
-        }
-        std::putchar('\n');
-    }
-    for (const Look& look : kLooks) std::printf("%c %s  ", look.letter, look.name);
-    std::printf("(%u block%s a letter)\n", blocks, blocks == 1 ? "" : "s");
-}
-
-void DrawMap(const std::vector<CT_RecordCheck::et_Owner>& cells, const std::string& name) {
-    constexpr unsigned int kCell = 12;
-    const auto rows = static_cast<unsigned int>((cells.size() + kColumns - 1) / kColumns);
-    std::ofstream file(name);
-    file << "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" << kColumns * kCell
-         << "\" height=\"" << rows * kCell + 30
-         << "\" font-family=\"sans-serif\" font-size=\"12\">\n";
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        file << "<rect x=\"" << i % kColumns * kCell << "\" y=\"" << i / kColumns * kCell
-             << "\" width=\"" << kCell - 1 << "\" height=\"" << kCell - 1 << "\" fill=\""
-             << kLooks[cells[i]].color << "\"/>\n";
-    }
-    for (unsigned int i = 0; i < kLooks.size(); ++i) {
-        const unsigned int x = i * 120;
-        file << "<rect x=\"" << x << "\" y=\"" << rows * kCell + 10
-             << "\" width=\"12\" height=\"12\" fill=\"" << kLooks[i].color << "\"/><text x=\""
-             << x + 18 << "\" y=\"" << rows * kCell + 20 << "\">" << kLooks[i].name << "</text>\n";
-    }
-    file << "</svg>\n";
-    if (!file.flush()) throw Failure(name + ": cannot be written");
-}
-
-void Map(const std::string& name, const std::string& svg) {
-    const NamedFile path(name);
-    CT_RecordCheck check(path);
-    Examine(check);
-    if (check.n_GetBlockCount() == 0) throw Failure(name + ": no blocks to show");
-    unsigned int blocks = 1;
-    const auto cells = Cells(check, &blocks);
-    if (svg.empty()) {
-        PrintMap(cells, check.n_GetMinReference(), blocks);
-    } else {
-        DrawMap(cells, svg);
-    }
+    const std::uint64_t lost = TellLosses(repair);
+    std::fprintf(stderr, "%s: %s\n", Printable(options.target).c_str(),
+                 Counted(repair.n_GetMovedCount(), "record", "records").c_str());
+    if (lost != 0)
+        throw Failure(
+            Counted(lost, "record or resource was lost", "records or resources were lost"));
+    if (!all) throw Failure("not all is certain to be what it was");
 }
 
 void AddOnFile(CLI::App& parent, const char* verb, const char* text,
@@ -234,6 +178,7 @@ void AddRecordInspection(CLI::App& parent) {
         command->add_option("OUT", options->target, "Record file to make or replace")->required();
         command->add_flag("--references", options->references,
                           "Print OLD<TAB>NEW reference of every record");
+        command->add_flag("--force", options->force, "Replace a file that is no record file");
         if (!compact) {
             command->add_option("--block", options->block, "Block size, when the header is lost");
             command->add_option("--header", options->header, "Record header size, with --block");
@@ -241,12 +186,6 @@ void AddRecordInspection(CLI::App& parent) {
         }
         command->callback([options, compact] { Repair(*options, compact); });
     }
-    CLI::App* map = parent.add_subcommand("map", "Show the file block by block.");
-    auto name = std::make_shared<std::string>();
-    auto svg = std::make_shared<std::string>();
-    map->add_option("FILE", *name, "Record file")->required();
-    map->add_option("--svg", *svg, "Write a picture to this file instead");
-    map->callback([name, svg] { Map(*name, *svg); });
 }
 
 }  // namespace zelkor
