@@ -156,10 +156,10 @@ TEST(TestOutTest, AStreamOfWideCharactersTakesTexts) {
     ASSERT_EQ(pipe(pipes), 0);
     const pid_t child = fork();
     if (child == 0) {
-        dup2(pipes[1], STDERR_FILENO);
-        dup2(pipes[1], STDOUT_FILENO);
-        fwide(stderr, 1);
-        fwide(stdout, 1);
+        const std::string end = "/proc/self/fd/" + std::to_string(pipes[1]);
+        for (FILE* const stream : {stdout, stderr}) {  // opened anew, for it may have had bytes
+            if (freopen(end.c_str(), "w", stream) == nullptr || fwide(stream, 1) <= 0) _exit(1);
+        }
         fwprintf(stdout, L"own ");
         CT_TestOut().v_Out(u"out");
         static_cast<void>(platform::ShowMessageBox(u"text", u"box", 0));
