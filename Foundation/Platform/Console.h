@@ -1,6 +1,7 @@
 // The program's standard output and standard error, for texts that people read.
 //
-// Everything written is on its way when the call is back; failures are ignored. Threads: any; the
+// Everything written is on its way when the call is back, behind what the program wrote itself, and
+// whether or not it uses the stream for wide characters; failures are ignored. Threads: any; the
 // calls of two threads may mix between pieces.
 #ifndef FOUNDATION_PLATFORM_CONSOLE_H
 #define FOUNDATION_PLATFORM_CONSOLE_H

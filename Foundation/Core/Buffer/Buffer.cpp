@@ -139,6 +139,8 @@ void CT_Buffer::v_SetMinSize(std::uint32_t size, BOOL keep) {
 
 void CT_Buffer::v_SetUsedSize(std::uint32_t size) {
     if (data_ == nullptr) return;
+    const std::uint32_t used = n_GetUsedSize();
+    if (b_IsShared() && size < used) return v_CopyWithout(used - size, size);
     v_CopyWeWrite();
     v_SetUsedBufferSize(size);
 }
@@ -175,7 +177,7 @@ std::uint32_t CT_Buffer::n_Find(int byte, std::uint32_t from) const noexcept {
 std::uint32_t CT_Buffer::n_Find(const void* data, std::uint32_t length,
                                 std::uint32_t from) const noexcept {
     const std::uint32_t used = n_GetUsedSize();
-    if (from >= used) return kNotFound;
+    if (from >= used || data == nullptr) return kNotFound;
     const std::size_t hit =
         platform::FindText(reinterpret_cast<const char*>(data_) + from, used - from,
                            static_cast<const char*>(data), std::max(length, 1u));
@@ -185,12 +187,13 @@ std::uint32_t CT_Buffer::n_Find(const void* data, std::uint32_t length,
 BOOL CT_Buffer::b_IsEqual(const void* data, std::uint32_t length, std::uint32_t at) const noexcept {
     const std::uint32_t used = n_GetUsedSize();
     if (at >= used || length == 0) return TRUE;
+    if (data == nullptr) return FALSE;
     return std::memcmp(data_ + at, data, std::min(length, used - at)) == 0;
 }
 
 BOOL CT_Buffer::b_IsEqual(const CT_Buffer* source, std::uint32_t from, std::uint32_t length,
                           std::uint32_t at) const noexcept {
-    const std::uint32_t rest = source->n_GetUsedSize() - from;
+    const std::uint32_t rest = source == nullptr ? 0 : source->n_GetUsedSize() - from;
     if (rest == 0) return TRUE;
     return b_IsEqual(source->data_ + from, length == kToEnd ? rest : length, at);
 }
@@ -206,7 +209,7 @@ void CT_Buffer::v_Init(std::uint32_t size, std::uint32_t growth) {
 
 void CT_Buffer::v_Init(const void* data, std::uint32_t size, std::uint32_t growth) {
     v_Init(size, growth);
-    if (size == 0) return;
+    if (size == 0 || data == nullptr) return;
     std::memcpy(data_, data, size);
     v_SetUsedBufferSize(size);
 }
@@ -222,6 +225,16 @@ void CT_Buffer::v_CopyUsedTo(std::byte* fresh) const noexcept {
     st_BufferData* const header = reinterpret_cast<st_BufferData*>(fresh) - 1;
     header->used_size = std::min(n_GetUsedSize(), header->maximum_size);
     std::memcpy(fresh, data_, header->used_size);
+}
+
+// A private copy of a shared block, of the same capacity, with a gap closed.
+void CT_Buffer::v_CopyWithout(std::uint32_t count, std::uint32_t at) {
+    std::byte* const fresh = NewBlock(n_GetMaximumSize());
+    const std::uint32_t behind = n_GetUsedSize() - at - count;
+    std::memcpy(fresh, data_, at);
+    std::memcpy(fresh + at, data_ + at + count, behind);
+    v_TakeBlock(fresh);
+    v_SetUsedBufferSize(at + behind);
 }
 
 void CT_Buffer::v_Reallocate(std::uint32_t capacity) {

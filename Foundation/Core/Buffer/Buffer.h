@@ -2,7 +2,8 @@
 //
 // Units: sizes, lengths, counts and positions are 32-bit byte counts; positions start at 0. As a
 // length or count 0xFFFFFFFF means "up to the end of the used bytes". Positions and ranges must lie
-// within the used bytes; they are not checked. Sources may lie in the buffer's own block.
+// within the used bytes; they are not checked. Sources may lie in the buffer's own block; null ones
+// are empty. Of data given with a length nothing behind it is read.
 // Errors: records none. Running out of memory, or asking for 4 GiB, throws CT_SmartHeapException
 // and leaves every buffer as it was.
 // Threads: buffers that share a block may live in different threads; one object, one thread.
@@ -129,7 +130,8 @@ public:
     void v_Append(const void* data, std::uint32_t length);
     void v_Append(const CT_Buffer* source, std::uint32_t from, std::uint32_t length);
 
-    // Closes the gap over `count` removed bytes; 0xFFFFFFFF cuts at `at`, 0 does nothing at all.
+    // Closes the gap over `count` removed bytes; 0xFFFFFFFF cuts at `at`, 0 does nothing at all. Of
+    // a shared block only what stays is copied.
     void v_Remove(std::uint32_t count, std::uint32_t at);
 
     // Inserts a copy of the own bytes [from, from + length) before `at`. When the block must be
@@ -179,6 +181,7 @@ private:
     void v_SetUsedBufferSize(std::uint32_t size) noexcept { pso_GetData()->used_size = size; }
     void v_AppendSlow(int byte);
     void v_CopyUsedTo(std::byte* fresh) const noexcept;
+    void v_CopyWithout(std::uint32_t count, std::uint32_t at);
     void v_Resize(std::uint32_t capacity, BOOL keep);
     void v_Reallocate(std::uint32_t capacity);
     void v_TakeBlock(std::byte* data) noexcept;

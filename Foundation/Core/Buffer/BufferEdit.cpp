@@ -16,6 +16,7 @@ void CT_Buffer::v_Replace(int byte, std::uint32_t count, std::uint32_t at) {
 }
 
 void CT_Buffer::v_Replace(const void* data, std::uint32_t length, std::uint32_t at) {
+    if (data == nullptr) return;
     const std::uint64_t end = length == kToEnd ? n_GetUsedSize() : std::uint64_t{at} + length;
     const CT_Buffer hold = HoldIfOwn(data, end > n_GetMaximumSize());
     v_MakeRoom(end);
@@ -26,6 +27,7 @@ void CT_Buffer::v_Replace(const void* data, std::uint32_t length, std::uint32_t 
 
 void CT_Buffer::v_Replace(const CT_Buffer* source, std::uint32_t from, std::uint32_t length,
                           std::uint32_t at) {
+    if (source == nullptr || source->data_ == nullptr) return;
     v_Replace(source->data_ + from, source->CountFrom(from, length), at);
 }
 
@@ -35,6 +37,7 @@ void CT_Buffer::v_Insert(int byte, std::uint32_t count, std::uint32_t at) {
 }
 
 void CT_Buffer::v_Insert(const void* data, std::uint32_t length, std::uint32_t at) {
+    if (data == nullptr) return;
     const CT_Buffer hold = HoldIfOwn(data, true);
     std::byte* const gap = OpenGap(length, at);
     if (length != 0) std::memcpy(gap, data, length);
@@ -42,6 +45,7 @@ void CT_Buffer::v_Insert(const void* data, std::uint32_t length, std::uint32_t a
 
 void CT_Buffer::v_Insert(const CT_Buffer* source, std::uint32_t from, std::uint32_t length,
                          std::uint32_t at) {
+    if (source == nullptr || source->data_ == nullptr) return;
     v_Insert(source->data_ + from, source->CountFrom(from, length), at);
 }
 
@@ -60,8 +64,8 @@ void CT_Buffer::v_Append(const CT_Buffer* source, std::uint32_t from, std::uint3
 
 void CT_Buffer::v_Remove(std::uint32_t count, std::uint32_t at) {
     if (count == 0 || data_ == nullptr) return;
-    v_CopyWeWrite();
     const std::uint32_t behind = n_GetUsedSize() - at;
+    if (b_IsShared()) return v_CopyWithout(std::min(count, behind), at);
     const std::uint32_t moved = count < behind ? behind - count : 0;
     std::memmove(data_ + at, data_ + at + (behind - moved), moved);
     v_SetUsedBufferSize(at + moved);
@@ -118,6 +122,7 @@ void CT_Buffer::v_AtInsertMove(std::uint32_t from, std::uint32_t length, std::ui
 
 void CT_Buffer::v_AtInsertMove(CT_Buffer* source, std::uint32_t from, std::uint32_t length,
                                std::uint32_t at) {
+    if (source == nullptr) return;
     if (source == this) return v_AtInsertMove(from, length, at);
     // All memory is had before anything changes.
     if (length != 0) source->v_CopyWeWrite();

@@ -11,6 +11,8 @@ using foundation::detail::View;
 
 namespace {
 
+constinit _SHI_Pool pool(sizeof(CT_StringNumberMap), 16);
+
 constexpr std::uint32_t kNumberSize = 4;
 
 // What is left to read of a buffer.
@@ -68,6 +70,10 @@ void AppendUnit(CT_Buffer& out, std::uint32_t unit) {
 
 }  // namespace
 
+_SHI_Pool* CT_StringNumberMap::spso_GetMemPool() noexcept {
+    return &pool;
+}
+
 CT_StringNumberMap::CT_StringNumberMap(std::uint32_t growth)
     : strings_(growth), numbers_(growth, 0) {}
 
@@ -79,6 +85,7 @@ void CT_StringNumberMap::v_Set(std::uint32_t growth) {
 }
 
 void CT_StringNumberMap::v_Set(const CT_StringNumberMap* other) {
+    if (other == nullptr) return v_Set(kDefaultGrowth);
     CT_StringNumberMap copy(*other);
     Swap(copy);
 }
@@ -118,6 +125,7 @@ void CT_StringNumberMap::v_RemoveAt(std::uint32_t position) {
 }
 
 void CT_StringNumberMap::v_Append(const CT_StringNumberMap* other, std::uint32_t count) {
+    if (other == nullptr) return;
     const std::uint32_t before = n_GetCount();
     const std::uint32_t added = std::min(count, other->n_GetCount());
     if (added == 0) return;
@@ -131,6 +139,7 @@ void CT_StringNumberMap::v_Append(const CT_StringNumberMap* other, std::uint32_t
 }
 
 void CT_StringNumberMap::v_Map2Buffer(CT_Buffer* out) const {
+    if (out == nullptr) return;
     CT_Buffer records(0u, out->n_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
         AppendUnit(records, n_GetAt(i) & 0xFFFF);
@@ -143,7 +152,7 @@ void CT_StringNumberMap::v_Map2Buffer(CT_Buffer* out) const {
 
 void CT_StringNumberMap::v_Buffer2Map(const CT_Buffer* in, BOOL unicode) {
     CT_StringNumberMap fresh;
-    Records records(*in);
+    Records records(in == nullptr ? CT_Buffer() : *in);
     for (std::uint32_t number = 0; records.ReadNumber(number);) {
         const CT_UString text = unicode != FALSE ? records.ReadWide() : records.ReadNarrow();
         fresh.v_Insert(text, number);

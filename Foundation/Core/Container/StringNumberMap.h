@@ -13,7 +13,8 @@
 #include "Foundation/Core/Container/OwnedStrings.h"
 #include "Foundation/Core/Frame/HeapObject.h"
 
-class FOUNDATION_API CT_StringNumberMap : public foundation::detail::HeapObject {
+class FOUNDATION_API CT_StringNumberMap
+    : public foundation::detail::PoolObject<CT_StringNumberMap> {
     using Text = foundation::detail::TextArgument;
 
 public:
@@ -22,13 +23,17 @@ public:
 
     explicit CT_StringNumberMap(std::uint32_t growth = kDefaultGrowth);
     CT_StringNumberMap(const CT_StringNumberMap& other);
-    explicit CT_StringNumberMap(const CT_StringNumberMap* other) : CT_StringNumberMap(*other) {}
+    explicit CT_StringNumberMap(const CT_StringNumberMap* other) : CT_StringNumberMap() {
+        v_Set(other);
+    }
     CT_StringNumberMap& operator=(const CT_StringNumberMap& other) {
         v_Set(&other);
         return *this;
     }
 
-    // Empties the map and sets its growth; takes copies of the other's pairs.
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
+
+    // Empties the map and sets its growth; takes copies of the other's pairs (null: none).
     void v_Set(std::uint32_t growth);
     void v_Set(const CT_StringNumberMap* other);
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return strings_.Count(); }

@@ -9,12 +9,23 @@ using foundation::detail::OwnedStrings;
 using foundation::detail::TextItems;
 using foundation::detail::View;
 
+namespace {
+
+constinit _SHI_Pool pool(sizeof(CT_StringOrdinalMap), 16);
+
+}  // namespace
+
+_SHI_Pool* CT_StringOrdinalMap::spso_GetMemPool() noexcept {
+    return &pool;
+}
+
 void CT_StringOrdinalMap::v_Set(std::uint32_t growth) {
     OwnedStrings fresh(growth);
     strings_.Swap(fresh);
 }
 
 void CT_StringOrdinalMap::v_Set(const CT_StringOrdinalMap* other) {
+    if (other == nullptr) return v_Set(kDefaultGrowth);
     OwnedStrings copy(other->strings_);
     strings_.Swap(copy);
 }
@@ -33,10 +44,12 @@ void CT_StringOrdinalMap::v_RemoveAt(std::uint32_t position) {
 }
 
 void CT_StringOrdinalMap::v_Append(const CT_StringOrdinalMap* other, std::uint32_t count) {
+    if (other == nullptr) return;
     strings_.Append(other->strings_, count);
 }
 
 void CT_StringOrdinalMap::v_Map2String(CT_UString* out, char16_t separator) const {
+    if (out == nullptr) return;
     CT_UString text;
     text.vv_SetGrowth(out->vn_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
@@ -47,12 +60,11 @@ void CT_StringOrdinalMap::v_Map2String(CT_UString* out, char16_t separator) cons
 }
 
 void CT_StringOrdinalMap::v_Map2String(CT_CString* out, char separator) const {
+    if (out == nullptr) return;
     CT_CString text(out->n_GetCodePage());
-    CT_CString part(out->n_GetCodePage());
     text.vv_SetGrowth(out->vn_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
-        part.v_Set(qcuz_Get(i), strings_.At(i)->n_GetLength());
-        text.v_Append(&part);
+        text.v_Append(strings_.At(i));
         text.v_Append(&separator, 1);
     }
     *out = std::move(text);
@@ -60,7 +72,7 @@ void CT_StringOrdinalMap::v_Map2String(CT_CString* out, char separator) const {
 
 void CT_StringOrdinalMap::v_String2Map(const CT_UString* in, char16_t separator) {
     OwnedStrings fresh(kDefaultGrowth);
-    TextItems items(View(*in), separator);
+    TextItems items(in == nullptr ? std::u16string_view() : View(*in), separator);
     for (std::u16string_view item; items.Next(item) && !item.empty();) fresh.Append(item);
     strings_.Swap(fresh);
 }

@@ -16,7 +16,8 @@
 
 class CT_CString;
 
-class FOUNDATION_API CT_StringOrdinalMap : public foundation::detail::HeapObject {
+class FOUNDATION_API CT_StringOrdinalMap
+    : public foundation::detail::PoolObject<CT_StringOrdinalMap> {
     using Text = foundation::detail::TextArgument;
 
 public:
@@ -26,13 +27,17 @@ public:
 
     explicit CT_StringOrdinalMap(std::uint32_t growth = kDefaultGrowth) : strings_(growth) {}
     CT_StringOrdinalMap(const CT_StringOrdinalMap& other) = default;
-    explicit CT_StringOrdinalMap(const CT_StringOrdinalMap* other) : CT_StringOrdinalMap(*other) {}
+    explicit CT_StringOrdinalMap(const CT_StringOrdinalMap* other) : CT_StringOrdinalMap() {
+        v_Set(other);
+    }
     CT_StringOrdinalMap& operator=(const CT_StringOrdinalMap& other) {
         v_Set(&other);
         return *this;
     }
 
-    // Empties the map and sets its growth; takes copies of the other's strings.
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
+
+    // Empties the map and sets its growth; takes copies of the other's strings (null: none).
     void v_Set(std::uint32_t growth);
     void v_Set(const CT_StringOrdinalMap* other);
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return strings_.Count(); }
@@ -61,7 +66,7 @@ public:
 
     // Each string with the separator behind it.
     void v_Map2String(CT_UString* out, char16_t separator) const;
-    // In the code page of `out`, which stays; the separator is a byte.
+    // In the code page of `out`, as CT_CString takes UTF-16 text in; the separator is a byte.
     void v_Map2String(CT_CString* out, char separator) const;
     // The items of the text up to the first empty one; the growth becomes 8. 8-bit text is
     // converted by its own code page, and the separator is the character of the byte's number.

@@ -5,12 +5,23 @@
 using foundation::detail::TextItems;
 using foundation::detail::View;
 
+namespace {
+
+constinit _SHI_Pool pool(sizeof(CT_StringStringMap), 16);
+
+}  // namespace
+
+_SHI_Pool* CT_StringStringMap::spso_GetMemPool() noexcept {
+    return &pool;
+}
+
 void CT_StringStringMap::v_Set(std::uint32_t growth) {
     CT_StringStringMap fresh(growth);
     Swap(fresh);
 }
 
 void CT_StringStringMap::v_Set(const CT_StringStringMap* other) {
+    if (other == nullptr) return v_Set(kDefaultGrowth);
     CT_StringStringMap copy(*other);
     Swap(copy);
 }
@@ -27,8 +38,8 @@ void CT_StringStringMap::v_Insert(Text first, Text second) {
 
 void CT_StringStringMap::v_GetAt(const CT_UString** first, const CT_UString** second,
                                  std::uint32_t position) const noexcept {
-    *first = first_.Find(position);
-    *second = second_.Find(position);
+    if (first != nullptr) *first = first_.Find(position);
+    if (second != nullptr) *second = second_.Find(position);
 }
 
 void CT_StringStringMap::v_RemoveAt(std::uint32_t position) {
@@ -38,6 +49,7 @@ void CT_StringStringMap::v_RemoveAt(std::uint32_t position) {
 }
 
 void CT_StringStringMap::v_Append(const CT_StringStringMap* other, std::uint32_t count) {
+    if (other == nullptr) return;
     const std::uint32_t before = n_GetCount();
     first_.Append(other->first_, count);
     try {
@@ -50,6 +62,7 @@ void CT_StringStringMap::v_Append(const CT_StringStringMap* other, std::uint32_t
 
 void CT_StringStringMap::v_Map2String(CT_UString* out, char16_t pair_separator,
                                       char16_t record_separator) const {
+    if (out == nullptr) return;
     CT_UString text;
     text.vv_SetGrowth(out->vn_GetGrowth());
     for (std::uint32_t i = 1; i <= n_GetCount(); ++i) {
@@ -64,7 +77,7 @@ void CT_StringStringMap::v_Map2String(CT_UString* out, char16_t pair_separator,
 void CT_StringStringMap::v_String2Map(const CT_UString* in, char16_t pair_separator,
                                       char16_t record_separator) {
     CT_StringStringMap fresh;
-    TextItems records(View(*in), record_separator);
+    TextItems records(in == nullptr ? std::u16string_view() : View(*in), record_separator);
     for (std::u16string_view record; records.Next(record) && !record.empty();) {
         TextItems items(record, pair_separator);
         std::u16string_view first, second;

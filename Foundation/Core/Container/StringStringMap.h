@@ -13,7 +13,8 @@
 #include "Foundation/Core/Container/OwnedStrings.h"
 #include "Foundation/Core/Frame/HeapObject.h"
 
-class FOUNDATION_API CT_StringStringMap : public foundation::detail::HeapObject {
+class FOUNDATION_API CT_StringStringMap
+    : public foundation::detail::PoolObject<CT_StringStringMap> {
     using Text = foundation::detail::TextArgument;
 
 public:
@@ -23,13 +24,17 @@ public:
     explicit CT_StringStringMap(std::uint32_t growth = kDefaultGrowth)
         : first_(growth), second_(growth) {}
     CT_StringStringMap(const CT_StringStringMap& other) = default;
-    explicit CT_StringStringMap(const CT_StringStringMap* other) : CT_StringStringMap(*other) {}
+    explicit CT_StringStringMap(const CT_StringStringMap* other) : CT_StringStringMap() {
+        v_Set(other);
+    }
     CT_StringStringMap& operator=(const CT_StringStringMap& other) {
         v_Set(&other);
         return *this;
     }
 
-    // Empties the map and sets its growth; takes copies of the other's pairs.
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
+
+    // Empties the map and sets its growth; takes copies of the other's pairs (null: none).
     void v_Set(std::uint32_t growth);
     void v_Set(const CT_StringStringMap* other);
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return first_.Count(); }

@@ -58,6 +58,7 @@ void CT_StringValueCollection::v_Clear() noexcept {
 }
 
 void CT_StringValueCollection::v_Set(const CT_StringValueCollection* other) {
+    if (other == nullptr) return v_Clear();
     CT_StringValueCollection copy(*other);
     std::swap(elements_, copy.elements_);
 }
@@ -133,6 +134,7 @@ BOOL CT_StringValueCollection::b_Remove(Text key) {
 }
 
 void CT_StringValueCollection::v_Merge(const CT_StringValueCollection* other, BOOL overwrite) {
+    if (other == nullptr) return;
     CT_StringValueCollection merged(*this);
     for (const st_Element* element : other->elements_) {
         st_Element* const present = merged.Find(View(element->key));

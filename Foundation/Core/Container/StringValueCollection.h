@@ -10,9 +10,11 @@
 #ifndef FOUNDATION_CORE_CONTAINER_STRINGVALUECOLLECTION_H
 #define FOUNDATION_CORE_CONTAINER_STRINGVALUECOLLECTION_H
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "Foundation/Core/Container/Array.h"
 #include "Foundation/Core/Frame/HeapObject.h"
@@ -21,6 +23,10 @@
 
 class FOUNDATION_API CT_StringValueCollection : public foundation::detail::HeapObject {
     using Text = foundation::detail::TextArgument;
+    template <typename T>
+    static constexpr bool kOtherInteger =
+        std::same_as<T, unsigned int> || std::same_as<T, long> || std::same_as<T, unsigned long> ||
+        std::same_as<T, long long> || std::same_as<T, unsigned long long>;
 
 public:
     // The numbers are part of the text form.
@@ -31,14 +37,16 @@ public:
     CT_StringValueCollection() = default;
     CT_StringValueCollection(const CT_StringValueCollection& other);
     explicit CT_StringValueCollection(const CT_StringValueCollection* other)
-        : CT_StringValueCollection(*other) {}
+        : CT_StringValueCollection() {
+        v_Set(other);
+    }
     CT_StringValueCollection& operator=(const CT_StringValueCollection& other) {
         v_Set(&other);
         return *this;
     }
     ~CT_StringValueCollection() { v_Clear(); }
 
-    // Remove all elements; v_Set then copies those of the other.
+    // Remove all elements; v_Set then copies those of the other (null: none).
     void v_Set() noexcept { v_Clear(); }
     void v_Clear() noexcept;
     void v_Set(const CT_StringValueCollection* other);
@@ -50,10 +58,19 @@ public:
     BOOL b_Add(Text key, Text value, BOOL overwrite);
     BOOL b_Add(Text key, int value, BOOL overwrite);
     BOOL b_Add(Text key, double value, BOOL overwrite);
+    // The other integers are kept as int; FALSE, and nothing changes, for one that int cannot hold.
+    template <typename Integer>
+    requires(kOtherInteger<Integer>) BOOL b_Add(Text key, Integer value, BOOL overwrite) {
+        return std::in_range<int>(value) ? b_Add(key, static_cast<int>(value), overwrite) : FALSE;
+    }
     // Give a present key this value and type; FALSE when it is absent.
     BOOL b_SetValue(Text key, Text value);
     BOOL b_SetValue(Text key, int value);
     BOOL b_SetValue(Text key, double value);
+    template <typename Integer>
+    requires(kOtherInteger<Integer>) BOOL b_SetValue(Text key, Integer value) {
+        return std::in_range<int>(value) ? b_SetValue(key, static_cast<int>(value)) : FALSE;
+    }
 
     // TRUE when the key is there with that type; else FALSE, and `out` is empty or 0.
     BOOL b_GetValue(Text key, CT_UString& out) const;

@@ -61,7 +61,7 @@ const char16_t* CT_DatabaseError::sqcuz_GetErrorMessage(unsigned int code,
 }
 
 void CT_DatabaseError::sv_FormatError(char16_t* buffer, unsigned int size, unsigned int code, ...) {
-    if (size == 0) return;
+    if (size == 0 || buffer == nullptr) return;
     const char16_t* format = sqcuz_GetErrorMessage(code);
     if (format == nullptr) format = u"Unspecified Database Error";
     va_list arguments;

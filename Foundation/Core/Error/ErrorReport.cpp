@@ -15,6 +15,7 @@
 
 namespace {
 
+using foundation::detail::CutText;
 using foundation::detail::FormatCut;
 
 constexpr std::size_t kMessageSize = 1024;
@@ -22,10 +23,9 @@ constexpr unsigned int kMessageBytes = 2048;
 
 // Appends to a text of `length` units what fits `size` units with the zero; answers the length.
 std::size_t Append(char16_t* out, std::size_t size, std::size_t length, std::u16string_view text) {
-    const std::size_t count = std::min(text.size(), size - 1 - length);
-    std::copy_n(text.data(), count, out + length);
-    out[length + count] = 0;
-    return length + count;
+    text = CutText(text, size - 1 - length);
+    *std::ranges::copy(text, out + length).out = 0;
+    return length + text.size();
 }
 
 // "(code): ", the code as a signed number.
@@ -98,8 +98,7 @@ void CT_ErrorManager::sv_InsertPrefix(st_error* error) {
     char16_t area[16];
     const std::u16string_view prefix = Prefix(error->code, area);
     char16_t* const message = error->message;
-    const std::size_t length =
-        std::min(std::u16string_view(message).size(), kMessageSize - 1 - prefix.size());
+    const std::size_t length = CutText(message, kMessageSize - 1 - prefix.size()).size();
     std::memmove(message + prefix.size(), message, length * sizeof(char16_t));
     std::ranges::copy(prefix, message);
     message[prefix.size() + length] = 0;

@@ -19,9 +19,9 @@ constexpr std::size_t kAreaSize = 1024;
 class Area {
 public:
     void Append(std::u16string_view text) {
-        const std::size_t count = std::min(text.size(), kAreaSize - 1 - used_);
-        std::copy_n(text.data(), count, units_ + used_);
-        used_ += count;
+        text = foundation::detail::CutText(text, kAreaSize - 1 - used_);
+        std::ranges::copy(text, units_ + used_);
+        used_ += text.size();
     }
     void AppendFileName(const char* file) {
         const char* name = file != nullptr ? std::strrchr(file, '\\') : nullptr;

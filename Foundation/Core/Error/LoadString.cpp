@@ -15,7 +15,7 @@ constexpr unsigned int kAreaSize = 2048;
 // Formats the resource into `buffer`, cut to `size` units with the zero.
 void Format(char16_t* buffer, unsigned int size, HINSTANCE module, unsigned int id,
             va_list arguments) {
-    if (size == 0) return;
+    if (size == 0 || buffer == nullptr) return;
     char16_t format[kAreaSize];
     CT_LoadString::sv_LoadString(format, kAreaSize, module, id);
     foundation::detail::FormatCut(buffer, size, format, arguments);
@@ -24,6 +24,7 @@ void Format(char16_t* buffer, unsigned int size, HINSTANCE module, unsigned int 
 }  // namespace
 
 void CT_LoadString::sv_LoadString(CT_UString* text, HINSTANCE module, unsigned int id) {
+    if (text == nullptr) return;
     char16_t area[kAreaSize];
     sv_LoadString(area, kAreaSize, module, id);
     text->v_Set(area);
@@ -31,10 +32,11 @@ void CT_LoadString::sv_LoadString(CT_UString* text, HINSTANCE module, unsigned i
 
 void CT_LoadString::sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE module,
                                   unsigned int id) {
-    if (size == 0) return;
+    if (size == 0 || buffer == nullptr) return;
     const bool narrow = CT_OS::seo_GetVersion() < CT_OS::WindowsNT;
     const unsigned int room = narrow ? std::min(size, kAreaSize) : size;
-    const std::u16string_view found = platform::FindString(module, id).substr(0, room - 1);
+    const std::u16string_view found =
+        foundation::detail::CutText(platform::FindString(module, id), room - 1);
     std::ranges::copy(found, buffer);
     buffer[found.size()] = 0;
     if (narrow) foundation::detail::PassNarrow(buffer);
@@ -54,12 +56,12 @@ void CT_LoadString::sv_LoadStringVA(CT_UString* text, HINSTANCE module, unsigned
     va_start(arguments, id);
     Format(area, kAreaSize, module, id, arguments);
     va_end(arguments);
-    text->v_Set(area);
+    if (text != nullptr) text->v_Set(area);
 }
 
 void CT_LoadString::sv_LoadStringVaList(CT_UString* text, HINSTANCE module, unsigned int id,
                                         va_list arguments) {
     char16_t area[kAreaSize];
     Format(area, kAreaSize, module, id, arguments);
-    text->v_Set(area);
+    if (text != nullptr) text->v_Set(area);
 }

@@ -2,7 +2,8 @@
 //
 // A module's resources are those it registered with platform::RegisterStringTable; a null module is
 // the program. A missing resource gives the empty text.
-// Units: sizes are UTF-16 units with the terminating zero; what does not fit is cut. A text loaded
+// Units: sizes are UTF-16 units with the terminating zero; what does not fit is cut, never between
+// surrogates. Nothing is written to a null text or buffer. A text loaded
 // into a string is cut to 2047 units, and so are a format and what is formatted into a string.
 // The older family of platforms has only what the default 8-bit code page keeps of a text.
 // Errors: records none; strings may throw CT_SmartHeapException. Threads: any.

@@ -7,14 +7,18 @@
 
 namespace foundation::detail {
 
+std::u16string_view CutText(std::u16string_view text, std::size_t most) noexcept {
+    if (text.size() <= most) return text;
+    if (most != 0 && (text[most - 1] & 0xFC00) == 0xD800) --most;
+    return text.substr(0, most);
+}
+
 std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, va_list arguments) {
     if (format == nullptr) format = u"";
     const int written = platform::FormatText(out, size - 1, format, arguments);
     std::size_t length = static_cast<std::size_t>(written);
-    if (written < 0) {
-        length = size - 1;
-        if (length != 0 && (out[length - 1] & 0xFC00) == 0xD800) --length;
-    }
+    // One unit more than fits tells the cut from the end.
+    if (written < 0) length = CutText({out, size}, size - 1).size();
     out[length] = 0;
     return length;
 }

@@ -4,8 +4,12 @@
 
 #include <cstdarg>
 #include <cstddef>
+#include <string_view>
 
 namespace foundation::detail {
+
+// What `most` units hold of a text, never half of a surrogate pair at the end of a cut.
+[[nodiscard]] std::u16string_view CutText(std::u16string_view text, std::size_t most) noexcept;
 
 // Formats into `out`, cut to `size` units with the zero and never between surrogates; answers the
 // length. A null format is an empty one; the size is at least 1.

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "Foundation/Core/Error/MessageText.h"
 #include "Foundation/Core/Exception/ExceptionDetail.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Memory.h"
@@ -37,8 +38,8 @@ BOOL CT_Assert::sb_ShowAssertMessage(const char16_t* expression, const char16_t*
         if (block == nullptr) size = kAreaSize;
         if (block != nullptr) text = block.get();
     }
-    platform::PrintText(text, size - 1, kFormat, line, file, expression);
-    text[size - 1] = 0;
+    const int length = platform::PrintText(text, size, kFormat, line, file, expression);
+    if (length < 0) text[foundation::detail::CutText({text, size}, size - 1).size()] = 0;
     const int answer =
         platform::ShowMessageBox(text, u"Debug Assertion Failed!",
                                  platform::kBoxAbortRetryIgnore | platform::kBoxSetForeground);

@@ -201,6 +201,7 @@ const char16_t* CT_ExceptionManager::qcuz_GetCurrentText() const noexcept {
 }
 
 void CT_ExceptionManager::v_Dump(CT_TestOut* out, unsigned int thread) const {
+    if (out == nullptr) return;
     // Copied first: writing takes time, and may come back here through the debugger's sink.
     std::array<st_Location, locations.kSize> places;
     std::size_t count = 0;

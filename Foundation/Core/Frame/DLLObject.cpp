@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "Foundation/Core/Error/MessageText.h"
 #include "Foundation/Core/Frame/DLLMain.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Modules.h"
@@ -14,7 +15,7 @@
 CT_DLLObject::CT_DLLObject(const char16_t* name, BOOL keepThreadNotifications)
     : keep_thread_notifications_(keepThreadNotifications) {
     const std::u16string_view text = name != nullptr ? name : u"";
-    std::ranges::copy(text.substr(0, kNameSize - 1), name_);
+    std::ranges::copy(foundation::detail::CutText(text, kNameSize - 1), name_);
 }
 
 void CT_DLLObject::v_OnNotify(HINSTANCE instance, unsigned int reason) {

@@ -1,8 +1,18 @@
 #include "Foundation/Core/Frame/SmartHeap.h"
 
 #include "Foundation/Platform/Dialogs.h"
+#include "Foundation/Platform/ThreadLocal.h"
 
 namespace {
+
+// Whether the thread is telling the debugger. A sink that allocates comes back here, and must not
+// be told again.
+FOUNDATION_THREAD_LOCAL bool telling = false;
+
+struct Telling {
+    Telling() { telling = true; }
+    ~Telling() { telling = false; }
+};
 
 const char* MessageOf(unsigned int code) {
     return code == platform::kMemoryExhausted ? "Out of memory" : "";
@@ -22,6 +32,9 @@ bool CT_SmartHeapErrorHandler::b_OnError(const platform::MemoryError* error) {
     const char* const message = MessageOf(error->code);
     char16_t wide[32] = {};
     for (int i = 0; i < 31 && message[i] != '\0'; ++i) wide[i] = static_cast<char16_t>(message[i]);
-    platform::WriteDebugOutput(wide);
+    if (!telling) {
+        const Telling scope;
+        platform::WriteDebugOutput(wide);
+    }
     throw CT_SmartHeapException(message, error->code);
 }

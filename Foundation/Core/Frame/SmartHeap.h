@@ -32,7 +32,8 @@ private:
     static CT_Init sco_Init;
     static CT_Exit sco_Exit;
 
-    // Writes the message to the debugger output and throws; never returns.
+    // Writes the message to the debugger output and throws; never returns. A sink that runs out of
+    // memory itself gets the exception, not the message again.
     static bool b_OnError(const platform::MemoryError* error);
 };
 

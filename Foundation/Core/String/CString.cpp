@@ -1,5 +1,7 @@
 #include "Foundation/Core/String/CString.h"
 
+#include <algorithm>
+
 #include "Foundation/Core/Buffer/BufferDetail.h"
 #include "Foundation/Core/String/StringCore.h"
 #include "Foundation/Core/String/UString.h"
@@ -9,11 +11,13 @@
 
 using foundation::detail::As;
 using foundation::detail::IsExactly;
+using foundation::detail::PageInUse;
 using foundation::detail::View;
 
 namespace {
 
 using Core = foundation::detail::StringCore<char>;
+using WideCore = foundation::detail::StringCore<char16_t>;
 
 constinit _SHI_Pool pool(sizeof(CT_CString), 1024);
 
@@ -139,14 +143,25 @@ int CT_CString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
     }
     const auto* const wide = As<CT_UString>(other);
     if (wide == nullptr) return vi_Compare("", length, at);
-    using Wide = foundation::detail::StringCore<char16_t>;
-    return vi_Compare(Wide::Tail(View(*wide), from).data(), length, at);
+    return i_CompareWide(WideCore::UpToZero(WideCore::Tail(View(*wide), from).data(), length),
+                         length, at);
 }
 
 int CT_CString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint32_t at) const {
+    return i_CompareWide(WideCore::UpToZero(text, length), length, at);
+}
+
+// Each unit gives a byte at least, so that `length` units are all that can be compared; where the
+// length has cut the text, what they give is.
+int CT_CString::i_CompareWide(std::u16string_view text, std::uint32_t length,
+                              std::uint32_t at) const {
     CT_CString narrow;
-    CT_StringConvert::si_WideToMulti(&narrow, text, kToEnd, code_page_);
-    return Core::Compare(Core::Tail(View(*this), at), View(narrow), length);
+    const std::size_t most = std::min<std::size_t>(text.size(), kToEnd - 1);
+    CT_StringConvert::si_WideToMulti(&narrow, text.data(), static_cast<std::uint32_t>(most),
+                                     PageInUse(code_page_));
+    const bool cut = text.size() == length;
+    return Core::Compare(Core::Tail(View(*this), at), View(narrow),
+                         cut ? std::min(length, narrow.n_GetLength()) : length);
 }
 
 int CT_CString::vi_Compare(const char* text, std::uint32_t length, std::uint32_t at) const {
@@ -177,7 +192,7 @@ void CT_CString::vv_Init(const CT_Buffer* buffer) {
 
 void CT_CString::vv_Init(const char16_t* text, std::uint32_t length) {
     if (text == nullptr || length == 0 || (length == kToEnd && *text == 0)) return vv_Init();
-    CT_StringConvert::si_WideToMulti(this, text, length, code_page_);
+    CT_StringConvert::si_WideToMulti(this, text, length, PageInUse(code_page_));
 }
 
 void CT_CString::vv_Init(const char* text, std::uint32_t length, std::uint32_t code_page) {
@@ -261,14 +276,14 @@ void CT_CString::v_Append(const CT_CString* text) {
 }
 
 void CT_CString::v_Append(const char16_t* text, std::uint32_t length) {
-    CT_CString narrow;
-    CT_StringConvert::si_WideToMulti(&narrow, text, length, code_page_);
+    const CT_CString narrow(text, length, code_page_);
+    if (narrow.n_GetLength() == 0) return;
     v_Append(&narrow);
+    code_page_ = narrow.code_page_;
 }
 
 void CT_CString::v_Append(const CT_UString* text) {
-    const CT_CString narrow(text, code_page_);
-    v_Append(&narrow);
+    if (text != nullptr) v_Append(text->qcuz_Get(), text->n_GetLength());
 }
 
 void CT_CString::v_Insert(const char* text, std::uint32_t length, std::uint32_t at) {

@@ -90,7 +90,8 @@ public:
     void vv_SetGrowth(std::uint32_t growth) override;
     [[nodiscard]] std::uint32_t vn_GetGrowth() const override;
     void vv_Init(const CT_Buffer* buffer) override;
-    // UTF-16 text is converted to this string's code page.
+    // UTF-16 text is converted to this string's code page, where 1200 becomes 1252 and 0xFFFFFFFF
+    // the default page, 0; the string has that page then.
     void vv_Init(const char16_t* text, std::uint32_t length = kToEnd) override;
     // The code page becomes the string's.
     void vv_Init(const char* text, std::uint32_t length = kToEnd,
@@ -106,7 +107,8 @@ public:
     // when that is below the old length.
     virtual void vv_Replace(char character, std::uint32_t count, std::uint32_t at);
     [[nodiscard]] virtual char vc_GetAt(std::uint32_t index) const { return c_GetAt(index); }
-    // A zero character cuts the string at `index`.
+    // A zero character cuts the string at `index`. At the length the character is appended; behind
+    // it nothing is done.
     virtual void vv_SetAt(char character, std::uint32_t index);
     // First position at or after `from`. An empty text is found at `from`, a null text nowhere.
     [[nodiscard]] virtual std::uint32_t vn_Find(char character, std::uint32_t from = 0) const;
@@ -163,7 +165,8 @@ public:
     }
     void v_Append(const char* text, std::uint32_t length = kToEnd);
     void v_Append(const CT_CString* text);
-    // UTF-16 text is converted to this string's code page.
+    // UTF-16 text is converted as by vv_Init; where there is any, the page in use becomes the
+    // string's.
     void v_Append(const char16_t* text, std::uint32_t length = kToEnd);
     void v_Append(const CT_UString* text);
     void v_Insert(const char* text, std::uint32_t length, std::uint32_t at);
@@ -204,6 +207,8 @@ private:
     [[nodiscard]] static BOOL b_RMatch(std::string_view text, std::string_view pattern);
     [[nodiscard]] int i_ComparePart(const CT_String* other, std::uint32_t from,
                                     std::uint32_t length, std::uint32_t at) const;
+    [[nodiscard]] int i_CompareWide(std::u16string_view text, std::uint32_t length,
+                                    std::uint32_t at) const;
     void v_AppendSlow(char character);
 
     std::uint32_t code_page_ = 0;

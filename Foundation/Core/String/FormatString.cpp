@@ -24,6 +24,7 @@ private:
 // `number` is the decimal text of the value.
 BOOL Format(CT_UString* out, const char16_t* number, LCID locale, std::uint32_t decimals,
             std::uint32_t grouping) {
+    if (out == nullptr) return FALSE;
     const LCID lcid = locale == 0 ? CT_LocaleInfo::sn_GetUserDefaultLCID() : locale;
     platform::NumberFormat format;
     const LocaleText decimal(lcid, CT_LocaleInfo::kDecimalSeparator);
@@ -42,8 +43,8 @@ BOOL Format(CT_UString* out, const char16_t* number, LCID locale, std::uint32_t 
     format.negative_order = negative_order;
     if (const std::u16string_view sign = negative; !sign.empty()) format.negative_sign = sign;
 
-    // 39 digits of the largest float, a separator of 8 units before each of them, and the rest.
-    std::array<char16_t, 512> text;
+    // 309 digits of the largest double, a separator of 8 units before each of them, and the rest.
+    std::array<char16_t, 3072> text;
     const int length =
         known ? platform::FormatNumber(number, format, text.data(), static_cast<int>(text.size()))
               : 0;
@@ -55,16 +56,26 @@ BOOL Format(CT_UString* out, const char16_t* number, LCID locale, std::uint32_t 
 
 BOOL CT_FormatString::sb_FormatNumber(CT_UString* out, std::uint32_t value, LCID locale,
                                       std::uint32_t decimals, std::uint32_t grouping) {
-    std::array<char16_t, 16> number;
-    platform::PrintText(number.data(), number.size(), u"%u", value);
+    return FormatInteger(out, false, value, locale, decimals, grouping);
+}
+
+BOOL CT_FormatString::FormatInteger(CT_UString* out, bool negative, std::uint64_t magnitude,
+                                    LCID locale, std::uint32_t decimals, std::uint32_t grouping) {
+    std::array<char16_t, 24> number;
+    platform::PrintText(number.data(), number.size(), negative ? u"-%I64u" : u"%I64u", magnitude);
     return Format(out, number.data(), locale, decimals, grouping);
 }
 
-// The runtime writes a period in every locale, as the number formatting reads it.
 BOOL CT_FormatString::sb_FormatNumber(CT_UString* out, float value, LCID locale,
                                       std::uint32_t decimals, std::uint32_t grouping) {
-    std::array<char16_t, 64> number;
-    platform::PrintText(number.data(), number.size(), u"%f", static_cast<double>(value));
+    return sb_FormatNumber(out, static_cast<double>(value), locale, decimals, grouping);
+}
+
+// The runtime writes a period in every locale, as the number formatting reads it.
+BOOL CT_FormatString::sb_FormatNumber(CT_UString* out, double value, LCID locale,
+                                      std::uint32_t decimals, std::uint32_t grouping) {
+    std::array<char16_t, 320> number;  // the largest double: 309 digits and six more
+    platform::PrintText(number.data(), number.size(), u"%f", value);
     return Format(out, number.data(), locale, decimals, grouping);
 }
 

@@ -21,13 +21,24 @@ class FOUNDATION_API CT_FormatString {
 public:
     CT_FormatString() = delete;
 
-    // FALSE and an empty result when the locale is not known, when there are more than 9 decimals
-    // and, for floats, when the value is infinite or not a number. Floats show at most six decimals
-    // of their own, the digits of %f.
+    // FALSE and an empty result without a string to write to, when the locale is not known, when
+    // there are more than 9 decimals and, for floats, when the value is infinite or not a number.
+    // Floats show at most six decimals of their own, the digits of %f.
     static BOOL sb_FormatNumber(CT_UString* out, std::uint32_t value, LCID locale,
                                 std::uint32_t decimals, std::uint32_t grouping);
     static BOOL sb_FormatNumber(CT_UString* out, float value, LCID locale, std::uint32_t decimals,
                                 std::uint32_t grouping);
+    static BOOL sb_FormatNumber(CT_UString* out, double value, LCID locale, std::uint32_t decimals,
+                                std::uint32_t grouping);
+    // Every other integer, with its sign.
+    template <std::integral Integer>
+    static BOOL sb_FormatNumber(CT_UString* out, Integer value, LCID locale, std::uint32_t decimals,
+                                std::uint32_t grouping) {
+        const auto number = static_cast<std::uint64_t>(value);
+        const bool negative = value < Integer{};
+        return FormatInteger(out, negative, negative ? 0 - number : number, locale, decimals,
+                             grouping);
+    }
     // The same with the grouping as text, FALSE too when that is not one.
     template <typename Value, std::same_as<const char16_t*> Grouping>
     static BOOL sb_FormatNumber(CT_UString* out, Value value, LCID locale, std::uint32_t decimals,
@@ -36,11 +47,13 @@ public:
         if (ReadGrouping(grouping, &digits)) {
             return sb_FormatNumber(out, value, locale, decimals, digits);
         }
-        out->vv_Init();
+        if (out != nullptr) out->vv_Init();
         return FALSE;
     }
 
 private:
+    static BOOL FormatInteger(CT_UString* out, bool negative, std::uint64_t magnitude, LCID locale,
+                              std::uint32_t decimals, std::uint32_t grouping);
     [[nodiscard]] static bool ReadGrouping(const char16_t* text, std::uint32_t* digits);
 };
 

@@ -102,7 +102,7 @@ bool ReadReal(View text, double& value) {
 }  // namespace
 
 void CT_FormattedString::sv_AddData(Text prefix, Text key, Text value, CT_UString* out) {
-    *out = Item(*out, prefix.Get(), key.Get(), value.Get());
+    if (out != nullptr) *out = Item(*out, prefix.Get(), key.Get(), value.Get());
 }
 
 void CT_FormattedString::sv_AddData(CT_UString& record, Text key, Text value) {
@@ -115,6 +115,8 @@ void CT_FormattedString::sv_AddDataI(CT_UString& record, Text key, int value) {
 }
 
 void CT_FormattedString::sv_AddDataI(Text prefix, Text key, int value, CT_UString* out) {
+    if (out == nullptr) return;
+    if (out == nullptr) return;
     NumberText area;
     *out = Item(*out, prefix.Get(), key.Get(), Print(area, value));
 }
@@ -125,6 +127,8 @@ void CT_FormattedString::sv_AddDataR(CT_UString& record, Text key, double value)
 }
 
 void CT_FormattedString::sv_AddDataR(Text prefix, Text key, double value, CT_UString* out) {
+    if (out == nullptr) return;
+    if (out == nullptr) return;
     NumberText area;
     *out = Item(*out, prefix.Get(), key.Get(), Print(area, value));
 }
@@ -132,23 +136,24 @@ void CT_FormattedString::sv_AddDataR(Text prefix, Text key, double value, CT_USt
 BOOL CT_FormattedString::sb_GetData(Text record, Text key, CT_UString* value) {
     View found;
     if (!FindValue(record.Get(), key.Get(), found)) {
-        value->vv_Init();
+        if (value != nullptr) value->vv_Init();
         return FALSE;
     }
+    if (value == nullptr) return FALSE;
     value->v_Set(found.data(), static_cast<std::uint32_t>(found.size()));
     return TRUE;
 }
 
 BOOL CT_FormattedString::sb_GetDataI(Text record, Text key, int* value) {
     View found;
-    if (!FindValue(record.Get(), key.Get(), found)) return FALSE;
+    if (value == nullptr || !FindValue(record.Get(), key.Get(), found)) return FALSE;
     ReadInteger(found, *value);
     return TRUE;
 }
 
 BOOL CT_FormattedString::sb_GetDataR(Text record, Text key, double* value) {
     View found;
-    if (!FindValue(record.Get(), key.Get(), found)) return FALSE;
+    if (value == nullptr || !FindValue(record.Get(), key.Get(), found)) return FALSE;
     ReadReal(found, *value);
     return TRUE;
 }

@@ -2,8 +2,9 @@
 //
 // Keys and values must not hold "<", ">" or "=": there is no escape, and nothing is checked. Of
 // items with the same key the last one counts. Texts are zero-terminated UTF-16, CT_UString
-// pointers or CT_UStrings. Errors: records none; running out of memory throws CT_SmartHeapException
-// and changes nothing. Threads: any; nothing is kept between calls.
+// pointers or CT_UStrings; null is empty. Without a string or number to write to nothing is done,
+// and reading answers FALSE. Errors: records none; running out of memory throws
+// CT_SmartHeapException and changes nothing. Threads: any; nothing is kept between calls.
 #ifndef FOUNDATION_CORE_STRING_FORMATTEDSTRING_H
 #define FOUNDATION_CORE_STRING_FORMATTEDSTRING_H
 

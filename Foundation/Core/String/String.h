@@ -3,11 +3,12 @@
 //
 // Units: lengths, counts and positions are characters from 0 (bytes for CT_CString, UTF-16 units
 // for CT_UString). As a length or count 0xFFFFFFFF means up to the terminating zero, as a found
-// position none. Positions must lie within the length; they are not checked. Texts are borrowed,
-// may be null (empty) and may lie in the string itself.
-// Errors: code-page conversions record a system error and leave the string empty. Running out of
-// memory throws CT_SmartHeapException and leaves the string as it was.
-// Threads: strings that share storage may live in different threads; one object, one thread.
+// position none. Any other length of a text bounds the reading of it: the text needs no zero then,
+// and nothing behind the length is read. Positions must lie within the length; they are not
+// checked. Texts are borrowed, may be null (empty) and may lie in the string itself. Errors:
+// code-page conversions record a system error and leave the string empty. Running out of memory
+// throws CT_SmartHeapException and leaves the string as it was. Threads: strings that share storage
+// may live in different threads; one object, one thread.
 #ifndef FOUNDATION_CORE_STRING_STRING_H
 #define FOUNDATION_CORE_STRING_STRING_H
 
@@ -54,7 +55,8 @@ public:
     virtual void vv_StripLeft();
     // Compares this text from `at` with the other (from `from`) by character code, over at most
     // `length` characters, and never beyond a zero character: negative, 0 or positive. A null other
-    // compares as empty. Text of the other kind is converted to this string's kind first.
+    // compares as empty. Text of the other kind is converted to this string's kind first, as far as
+    // the length asks for; of texts no character behind the last one compared is read.
     [[nodiscard]] virtual int vi_Compare(const CT_String* other, std::uint32_t from,
                                          std::uint32_t length, std::uint32_t at) const;
     [[nodiscard]] virtual int vi_Compare(const char16_t* text, std::uint32_t length,

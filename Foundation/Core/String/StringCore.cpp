@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 #include "Foundation/Platform/Scan.h"
 
@@ -92,6 +93,8 @@ template <typename Unit>
 void StringCore<Unit>::SetLength(CT_Buffer& buffer, std::uint32_t length) {
     if (length == 0) {
         buffer.v_SetSize(sizeof(Unit), FALSE);
+    } else if (length < Text(buffer).size()) {
+        return Remove(buffer, kToEnd, length);
     } else {
         MakeRoom<Unit>(buffer, length);
     }
@@ -108,8 +111,7 @@ void StringCore<Unit>::Update(CT_Buffer& buffer) {
     const auto* const text = static_cast<const Unit*>(buffer.qcv_Get());
     const std::size_t zero = platform::FindUnit(text, units, Unit{0});
     const std::size_t length = zero == platform::kNoHit ? units - 1 : zero;
-    if (shared && length == Text(buffer).size()) return;
-    buffer.v_CopyWeWrite();
+    if (shared) return Remove(buffer, kToEnd, static_cast<std::uint32_t>(length));
     Finish<Unit>(buffer, length);
 }
 
@@ -182,6 +184,7 @@ template <typename Unit>
 void StringCore<Unit>::Replace(CT_Buffer& buffer, View text, std::uint32_t at) {
     const std::size_t length = at + text.size();
     if (length == 0) return buffer.v_SetSize(0, FALSE);
+    if (text.empty() && at < Text(buffer).size()) return Remove(buffer, kToEnd, at);
     const CT_Buffer hold = Hold(buffer, text, length);
     MakeRoom<Unit>(buffer, length);
     std::memmove(Units<Unit>(buffer) + at, text.data(), text.size() * sizeof(Unit));
@@ -199,9 +202,11 @@ void StringCore<Unit>::Fill(CT_Buffer& buffer, Unit unit, std::uint32_t count, s
 
 template <typename Unit>
 void StringCore<Unit>::SetAt(CT_Buffer& buffer, Unit unit, std::uint32_t index) {
-    if (index >= buffer.n_GetMaximumSize() / sizeof(Unit)) return;
+    const std::size_t length = Text(buffer).size();
+    if (unit == 0) return Remove(buffer, kToEnd, index);
+    if (index == length) return AppendUnit(buffer, unit);
+    if (index > length) return;
     buffer.v_CopyWeWrite();
-    if (unit == 0) return Finish<Unit>(buffer, index);
     Units<Unit>(buffer)[index] = unit;
 }
 
@@ -210,9 +215,8 @@ void StringCore<Unit>::Remove(CT_Buffer& buffer, std::uint32_t count, std::uint3
     const std::size_t length = Text(buffer).size();
     if (count == 0 || at >= length) return;
     const std::size_t removed = std::min<std::size_t>(count, length - at);
-    buffer.v_CopyWeWrite();
-    Unit* const gap = Units<Unit>(buffer) + at;
-    std::memmove(gap, gap + removed, (length - at - removed) * sizeof(Unit));
+    buffer.v_Remove(static_cast<std::uint32_t>(removed * sizeof(Unit)),
+                    static_cast<std::uint32_t>(at * sizeof(Unit)));
     Finish<Unit>(buffer, length - removed);
 }
 
@@ -301,6 +305,28 @@ bool StringCore<Unit>::Match(View text, View pattern) noexcept {
         }
     }
     return pattern.find_first_not_of(Unit{'*'}, p) == View::npos;
+}
+
+std::string_view DefaultPageText(const char* text, std::uint64_t count) noexcept {
+    if (text == nullptr || count >= kToEnd) return StringCore<char>::Of(text, kToEnd);
+    platform::CodePageInfo info{};
+    (void)platform::GetCodePageInfo(0, &info);
+    const auto takes_two = [&info](unsigned char byte) {
+        const unsigned char* range = info.lead_bytes;
+        while (range[0] != 0 && (byte < range[0] || byte > range[1])) range += 2;
+        return range[0] != 0;
+    };
+    std::size_t end = 0;
+    for (std::uint64_t done = 0; done < count && text[end] != 0; ++done) {
+        const auto lead = static_cast<unsigned char>(text[end++]);
+        std::size_t more = info.max_char_size == 2 && takes_two(lead) ? 1 : 0;
+        if (info.max_char_size > 2 && lead >= 0xC2) {  // UTF-8
+            more = std::size_t{1} + (lead >= 0xE0) + (lead >= 0xF0);
+            if (lead >= 0xF0) ++done;
+        }
+        while (more-- != 0 && text[end] != 0) ++end;
+    }
+    return {text, end};
 }
 
 template struct StringCore<char>;

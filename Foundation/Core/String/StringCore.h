@@ -27,7 +27,7 @@ struct StringCore {
 
     // `length` units of a text, 0xFFFFFFFF: up to its zero; a null text is empty.
     [[nodiscard]] static View Of(const Unit* text, std::uint32_t length) noexcept;
-    // The same, ending at a zero within `length` in any case.
+    // The same, ending at a zero within `length` in any case; nothing behind that is read.
     [[nodiscard]] static View UpToZero(const Unit* text, std::uint32_t length) noexcept;
     // The buffer's text; a zero follows it.
     [[nodiscard]] static View Text(const CT_Buffer& buffer) noexcept {
@@ -87,6 +87,17 @@ struct StringCore {
 
 extern template struct StringCore<char>;
 extern template struct StringCore<char16_t>;
+
+// The first `count` characters (UTF-16 units when converted) of 8-bit text of the default code
+// page, up to its zero; 0xFFFFFFFF: all. Nothing behind them is read.
+[[nodiscard]] std::string_view DefaultPageText(const char* text, std::uint64_t count) noexcept;
+
+// The code page that UTF-16 text takes on its way into a string of a page: 1252 for 1200, which is
+// UTF-16 itself, and the default one for 0xFFFFFFFF.
+[[nodiscard]] constexpr std::uint32_t PageInUse(std::uint32_t page) noexcept {
+    if (page == 1200) return 1252;
+    return page == 0xFFFFFFFF ? 0 : page;
+}
 
 // Whether the string's class is this very one; a false "no" is possible and harmless.
 template <typename String>

@@ -22,6 +22,7 @@ constexpr std::uint32_t kNotFound = CT_StringTools::kNotFound;
 // Insertion comes first: it alone may need memory.
 template <typename String, typename Units>
 std::uint32_t ReplaceFirst(String* string, Units find, Units replacement) {
+    if (string == nullptr) return kNotFound;
     const Units text = View(*string);
     const std::size_t hit = platform::FindText(text.data(), text.size(), find.data(), find.size());
     if (hit == kNoHit) return kNotFound;
@@ -145,7 +146,7 @@ std::uint32_t CT_StringTools::sn_Replace(CT_CString* string, const CT_CString* f
 void CT_StringTools::sv_ReplaceAll(CT_UString* string, Text find, Text replacement) {
     const WideView wanted = find.Get();
     const WideView given = replacement.Get();
-    if (wanted.empty()) return;
+    if (string == nullptr || wanted.empty()) return;
     // The block of a text that lies in the string itself is shared from here on, and stays.
     const CT_Buffer& buffer = *string->pcco_GetBuffer();
     const CT_Buffer hold_wanted = BufferAccess::HoldIfOwn(buffer, wanted.data(), true);

@@ -38,6 +38,7 @@ Part Item(View text, char16_t separator, std::uint32_t n) {
 }
 
 void Take(CT_UString* out, View text, Part part) {
+    if (out == nullptr) return;
     if (!part.Exists()) return out->vv_Init();
     out->v_Set(text.data() + part.begin, static_cast<std::uint32_t>(part.length));
 }
@@ -59,6 +60,7 @@ void CT_StringScanner::v_SubWordU(CT_UString* out, View text, View separators, s
 }
 
 void CT_StringScanner::v_RemoveWordU(CT_UString* text, View separators, std::uint32_t n) {
+    if (text == nullptr) return;
     Remove(text, Word(foundation::detail::View(*text), separators, n));
 }
 
@@ -71,5 +73,6 @@ void CT_StringScanner::v_ItemU(CT_UString* out, View text, char16_t separator, s
 }
 
 void CT_StringScanner::v_RemoveItemU(CT_UString* text, char16_t separator, std::uint32_t n) {
+    if (text == nullptr) return;
     Remove(text, Item(foundation::detail::View(*text), separator, n));
 }

@@ -3,9 +3,10 @@
 // Words are the longest runs of characters that are not among the separators. Items are what single
 // separator characters divide: there is one more than separators, and items may be empty. Both
 // count from 1. Texts and separators are zero-terminated UTF-16, CT_UString pointers or
-// CT_UStrings. Errors: records none; running out of memory throws CT_SmartHeapException and changes
-// nothing. Threads: any; nothing is kept between calls. Each call takes one pass over the text,
-// sixteen bytes at a time; to walk a whole text, step through it with CT_UStringForwardIterator.
+// CT_UStrings; null is empty, and without a string to change nothing is done. Errors: records none;
+// running out of memory throws CT_SmartHeapException and changes nothing. Threads: any; nothing is
+// kept between calls. Each call takes one pass over the text, sixteen bytes at a time; to walk a
+// whole text, step through it with CT_UStringForwardIterator.
 #ifndef FOUNDATION_CORE_STRING_STRINGSCANNER_H
 #define FOUNDATION_CORE_STRING_STRINGSCANNER_H
 

@@ -35,25 +35,35 @@ std::uint32_t Search(WideView text, WideView characters, std::uint32_t from, std
     return hit == part.size() ? kNotFound : from + static_cast<std::uint32_t>(hit);
 }
 
+int Difference(char16_t a, char16_t b, bool case_sensitive) {
+    if (case_sensitive || a == b) return a - b;
+    return CT_CharMappings::su_ToLower(a) - CT_CharMappings::su_ToLower(b);
+}
+
 // A zero follows each view.
 int CompareViews(WideView a, WideView b, bool case_sensitive, std::uint32_t count) {
     const std::size_t shared = std::min(a.size(), b.size()) + 1;
     const std::size_t limit = count == 0 ? shared : std::min<std::size_t>(shared, count);
-    for (std::size_t at = 0;; ++at) {
+    for (std::size_t at = 0; at < limit; ++at) {
         // Where case differs it mostly goes on differing: only behind equal characters is the run
         // worth measuring.
         if (a.data()[at] == b.data()[at]) {
             at += platform::CommonLength(a.data() + at, b.data() + at, limit - at);
+            if (at == limit) return 0;
         }
-        if (at == limit) return 0;
-        char16_t left = a.data()[at];
-        char16_t right = b.data()[at];
-        if (!case_sensitive) {
-            left = CT_CharMappings::su_ToLower(left);
-            right = CT_CharMappings::su_ToLower(right);
-        }
-        if (left != right || left == 0) return left - right;
+        const int difference = Difference(a.data()[at], b.data()[at], case_sensitive);
+        if (difference != 0 || a.data()[at] == 0) return difference;
     }
+    return 0;
+}
+
+// 8-bit text of the default page as far as `count` characters (0: all) from `offset` reach.
+CT_UString WidenUpTo(const char* text, std::uint32_t offset, std::uint32_t count) {
+    const std::uint64_t characters =
+        count == 0 ? std::uint64_t{CT_String::kToEnd} : std::uint64_t{offset} + count;
+    const std::string_view part = foundation::detail::DefaultPageText(text, characters);
+    const std::size_t most = std::min<std::size_t>(part.size(), CT_String::kToEnd - 1);
+    return CT_UString(part.data(), static_cast<std::uint32_t>(most));
 }
 
 char16_t* Units(CT_UString& text) {
@@ -86,6 +96,7 @@ struct Digits {
 template <typename Unit, typename String>
 void FormatFixed(String* out, std::uint32_t value, std::uint32_t width, Unit group_separator,
                  Unit decimal_separator, std::uint32_t decimals) {
+    if (out == nullptr) return;
     const std::uint32_t field = width == kWholeNumber ? kWholeNumberField : width;
     if (field == 0) return out->vv_Init();
     String result(*out);  // for its growth and code page
@@ -132,16 +143,21 @@ std::uint32_t CT_StringTools::sn_FindNot(Text characters, Text text, std::uint32
 int CT_StringTools::si_CompareStrings(const char16_t* a, const char16_t* b, int case_sensitive,
                                       std::uint32_t count, std::uint32_t offset_a,
                                       std::uint32_t offset_b) {
-    const WideView left = Text(a == nullptr ? a : a + offset_a).Get();
-    const WideView right = Text(b == nullptr ? b : b + offset_b).Get();
-    return CompareViews(left, right, case_sensitive != 0, count);
+    const char16_t* const left = a == nullptr ? u"" : a + offset_a;
+    const char16_t* const right = b == nullptr ? u"" : b + offset_b;
+    // Measuring the texts first would read behind the characters compared.
+    for (std::size_t at = 0; count == 0 || at < count; ++at) {
+        const int difference = Difference(left[at], right[at], case_sensitive != 0);
+        if (difference != 0 || left[at] == 0) return difference;
+    }
+    return 0;
 }
 
 int CT_StringTools::si_CompareStrings(const char* a, const char* b, int case_sensitive,
                                       std::uint32_t count, std::uint32_t offset_a,
                                       std::uint32_t offset_b) {
-    const CT_UString left(a);
-    const CT_UString right(b);
+    const CT_UString left = WidenUpTo(a, offset_a, count);
+    const CT_UString right = WidenUpTo(b, offset_b, count);
     return si_CompareStrings(&left, &right, case_sensitive, count, offset_a, offset_b);
 }
 

@@ -1,7 +1,8 @@
 // CT_StringTools: replacing, finding characters of a set, comparing parts, fixed-point numbers.
 //
 // Positions count characters from 0; 0xFFFFFFFF means none. UTF-16 text that is only read is given
-// as zero-terminated text, a CT_UString pointer or a CT_UString.
+// as zero-terminated text, a CT_UString pointer or a CT_UString; null is empty. Without a string to
+// change nothing is done.
 // Errors: records none (but conversions of 8-bit text may: see CT_StringConvert); running out of
 // memory throws CT_SmartHeapException and changes nothing.
 // Threads: any; nothing is kept between calls.
@@ -44,7 +45,9 @@ public:
     // the difference of the last two characters compared, 0 when all are equal. 8-bit text is
     // converted by code page 0, strings by their own; offsets count characters of the UTF-16 text.
     // Null texts are empty, and an offset behind the end of a converted text or a string is the
-    // end; an offset of UTF-16 text must lie within it.
+    // end; an offset of UTF-16 text must lie within it. Texts given with a count need no zero: of
+    // UTF-16 text nothing behind the last two characters compared is read, of 8-bit text nothing
+    // behind the `count` characters from the offset on.
     [[nodiscard]] static int si_CompareStrings(const char16_t* a, const char16_t* b,
                                                int case_sensitive, std::uint32_t count = 0,
                                                std::uint32_t offset_a = 0,

@@ -32,7 +32,8 @@ void* CT_Type::pv_CastTo(const void* object, const CT_Type* type) const noexcept
     const std::span table(table_, count_);
     const auto is_wanted = [type](const st_Entry& entry) { return entry.type == type; };
     const auto hit = std::find_if(table.begin(), table.end(), is_wanted);
-    if (hit == table.end() || std::find_if(hit + 1, table.end(), is_wanted) != table.end()) {
+    if (object == nullptr || hit == table.end() ||
+        std::find_if(hit + 1, table.end(), is_wanted) != table.end()) {
         return nullptr;
     }
     return const_cast<char*>(static_cast<const char*>(object) + hit->offset);

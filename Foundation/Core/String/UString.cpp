@@ -1,5 +1,7 @@
 #include "Foundation/Core/String/UString.h"
 
+#include <algorithm>
+
 #include "Foundation/Core/Buffer/BufferDetail.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/StringCore.h"
@@ -21,11 +23,24 @@ std::u16string_view ViewOrEmpty(const CT_UString* text) {
     return text == nullptr ? std::u16string_view(u"") : View(*text);
 }
 
-// 8-bit text of the default code page as UTF-16 text.
-CT_UString Widen(const char* text) {
+CT_UString Widen(std::string_view text, std::uint32_t code_page) {
     CT_UString wide;
-    CT_StringConvert::si_MultiToWide(&wide, text, CT_String::kToEnd, 0);
+    const std::size_t most = std::min<std::size_t>(text.size(), CT_String::kToEnd - 1);
+    CT_StringConvert::si_MultiToWide(&wide, text.data(), static_cast<std::uint32_t>(most),
+                                     code_page);
     return wide;
+}
+
+// At least the first `count` characters of a text, or all of them. Hardly a character of any page
+// takes more than eight bytes; where that is not enough everything is converted.
+CT_UString WidenSome(std::string_view text, std::uint32_t count, std::uint32_t code_page) {
+    const std::uint64_t most = std::uint64_t{count} * 8 + 64;
+    if (most < text.size()) {
+        CT_UString wide = Widen(text.substr(0, most), code_page);
+        // The last few may come of a character that is cut.
+        if (wide.n_GetLength() >= std::uint64_t{count} + 8) return wide;
+    }
+    return Widen(text, code_page);
 }
 
 }  // namespace
@@ -144,7 +159,10 @@ int CT_UString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
     const auto* const narrow = As<CT_CString>(other);
     if (narrow == nullptr) return vi_Compare(u"", length, at);
     using Narrow = foundation::detail::StringCore<char>;
-    return vi_Compare(Narrow::Tail(View(*narrow), from).data(), length, at);
+    const auto text = Narrow::Of(Narrow::Tail(View(*narrow), from).data(), kToEnd);
+    const CT_UString converted =
+        WidenSome(text, length, foundation::detail::PageInUse(narrow->n_GetCodePage()));
+    return Core::Compare(Core::Tail(View(*this), at), View(converted), length);
 }
 
 int CT_UString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint32_t at) const {
@@ -152,7 +170,8 @@ int CT_UString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint
 }
 
 int CT_UString::vi_Compare(const char* text, std::uint32_t length, std::uint32_t at) const {
-    return Core::Compare(Core::Tail(View(*this), at), View(Widen(text)), length);
+    const CT_UString wide = Widen(foundation::detail::DefaultPageText(text, length), 0);
+    return Core::Compare(Core::Tail(View(*this), at), View(wide), length);
 }
 
 void CT_UString::vv_Translate(const CT_String* from, const CT_String* to) {

@@ -63,7 +63,8 @@ public:
     void vv_Strip(const CT_String* set) override;
     void vv_StripRight() override;
     void vv_StripLeft() override;
-    // 8-bit text is taken as code page 0.
+    // 8-bit text is taken as code page 0, a CT_CString by its own (1252 for 1200, 0 for
+    // 0xFFFFFFFF): equality agrees with what the CT_CString finds.
     [[nodiscard]] int vi_Compare(const CT_String* other, std::uint32_t from = 0,
                                  std::uint32_t length = kToEnd,
                                  std::uint32_t at = 0) const override;
@@ -93,7 +94,8 @@ public:
     // when that is below the old length.
     virtual void vv_Replace(char16_t character, std::uint32_t count, std::uint32_t at);
     [[nodiscard]] virtual char16_t vu_GetAt(std::uint32_t index) const { return u_GetAt(index); }
-    // A zero character cuts the string at `index`.
+    // A zero character cuts the string at `index`. At the length the character is appended; behind
+    // it nothing is done.
     virtual void vv_SetAt(char16_t character, std::uint32_t index);
     // First position at or after `from`. An empty text is found at `from`, a null text nowhere.
     [[nodiscard]] virtual std::uint32_t vn_Find(char16_t character, std::uint32_t from = 0) const;

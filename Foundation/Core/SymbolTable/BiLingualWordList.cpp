@@ -11,6 +11,9 @@
 
 namespace {
 
+constinit _SHI_Pool narrow_pool(sizeof(CT_BiLingualCWordList), 16);
+constinit _SHI_Pool wide_pool(sizeof(CT_BiLingualUWordList), 16);
+
 constexpr unsigned int kHandleSize = 4;
 constexpr unsigned int kGrowth = 128;
 
@@ -99,6 +102,14 @@ CT_BiLingualWordListBasis::CT_BiLingualWordListBasis(CT_CompList::et_ElementSize
                                                      BOOL long_offsets)
     : source_index_(NewIndex(element_size, long_offsets)),
       target_index_(NewIndex(element_size, long_offsets)) {}
+
+_SHI_Pool* CT_BiLingualCWordList::spso_GetMemPool() noexcept {
+    return &narrow_pool;
+}
+
+_SHI_Pool* CT_BiLingualUWordList::spso_GetMemPool() noexcept {
+    return &wide_pool;
+}
 
 CT_BiLingualWordListBasis::~CT_BiLingualWordListBasis() = default;
 

@@ -25,6 +25,7 @@
 
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/CompList/CompList.h"
+#include "Foundation/Core/Frame/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
@@ -86,12 +87,15 @@ private:
     CT_CompList target_index_;  // to offsets in source_words_
 };
 
-class FOUNDATION_API CT_BiLingualCWordList : public CT_BiLingualWordListBasis {
+class FOUNDATION_API CT_BiLingualCWordList
+    : public CT_BiLingualWordListBasis,
+      public foundation::detail::PoolObject<CT_BiLingualCWordList> {
 public:
     explicit CT_BiLingualCWordList(BOOL long_offsets = FALSE)
         : CT_BiLingualWordListBasis(CT_CompList::kOneByte, long_offsets) {}
     explicit CT_BiLingualCWordList(const CT_BiLingualCWordList* other)
         : CT_BiLingualWordListBasis(other, CT_CompList::kOneByte) {}
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 
     using CT_BiLingualWordListBasis::v_Set;
     void v_Set(const CT_BiLingualCWordList* other) { CT_BiLingualWordListBasis::v_Set(other); }
@@ -111,12 +115,15 @@ public:
     [[nodiscard]] const char* qccz_FindTarget(const CT_CString* target) const;
 };
 
-class FOUNDATION_API CT_BiLingualUWordList : public CT_BiLingualWordListBasis {
+class FOUNDATION_API CT_BiLingualUWordList
+    : public CT_BiLingualWordListBasis,
+      public foundation::detail::PoolObject<CT_BiLingualUWordList> {
 public:
     explicit CT_BiLingualUWordList(BOOL long_offsets = FALSE)
         : CT_BiLingualWordListBasis(CT_CompList::kTwoBytes, long_offsets) {}
     explicit CT_BiLingualUWordList(const CT_BiLingualUWordList* other)
         : CT_BiLingualWordListBasis(other, CT_CompList::kTwoBytes) {}
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 
     using CT_BiLingualWordListBasis::v_Set;
     void v_Set(const CT_BiLingualUWordList* other) { CT_BiLingualWordListBasis::v_Set(other); }

@@ -12,6 +12,8 @@ using foundation::detail::Failed;
 
 namespace {
 
+constinit _SHI_Pool pool(sizeof(CT_SymbolTable), 16);
+
 constexpr std::uint32_t kSlots = 13;
 
 // The tables' key type; they never write through it.
@@ -52,6 +54,10 @@ private:
 };
 
 CT_AbstractSymbolTable::~CT_AbstractSymbolTable() = default;
+
+_SHI_Pool* CT_SymbolTable::spso_GetMemPool() noexcept {
+    return &pool;
+}
 
 CT_SymbolTable::CT_SymbolTable(BOOL case_sensitive)
     : names_(case_sensitive != FALSE ? &CT_HashFunction::sn_HashCasePQUZ

@@ -16,6 +16,7 @@
 #include <cstdint>
 
 #include "Foundation/Core/Container/Iterator.h"
+#include "Foundation/Core/Frame/HeapObject.h"
 #include "Foundation/Core/SymbolTable/Symbol.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
@@ -25,7 +26,8 @@ public:
     virtual ~CT_AbstractSymbolTable() = 0;
 };
 
-class FOUNDATION_API CT_SymbolTable : public CT_AbstractSymbolTable {
+class FOUNDATION_API CT_SymbolTable : public CT_AbstractSymbolTable,
+                                      public foundation::detail::PoolObject<CT_SymbolTable> {
 public:
     using Iterator = CT_HashIterator<char16_t*, CT_Symbol*>;
 
@@ -33,6 +35,7 @@ public:
     CT_SymbolTable(const CT_SymbolTable&) = delete;
     CT_SymbolTable& operator=(const CT_SymbolTable&) = delete;
     ~CT_SymbolTable() override;
+    [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 
     // Deletes all symbols. The identifiers go on from where they were.
     void v_Set();

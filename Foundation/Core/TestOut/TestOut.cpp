@@ -184,7 +184,7 @@ void CT_TestOut::v_WriteStream(const char16_t* format, va_list arguments) {
             static_cast<void>(platform::FormatWhole(block.get(), length, format, again));
             v_WriteUnits({block.get(), length});
         } else {
-            v_WriteUnits({area, kAreaSize - 1});
+            v_WriteUnits(foundation::detail::CutText({area, kAreaSize}, kAreaSize - 1));
         }
     }
     va_end(again);

@@ -1,8 +1,8 @@
 #include "Foundation/Platform/Dialogs.h"
 
 #include <atomic>
-#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 
 #include "Foundation/Platform/Console.h"
@@ -65,7 +65,8 @@ FatalHandler SetFatalHandler(FatalHandler handler) noexcept {
 }
 
 void EndProcess(const char* reason) {
-    std::fprintf(stderr, "%s\n", reason);
+    WriteBytes(StandardStream::kError, reason, std::strlen(reason));
+    WriteBytes(StandardStream::kError, "\n", 1);
     if (const FatalHandler handler = fatal_handler.load(std::memory_order_acquire)) handler(reason);
     std::abort();
 }

@@ -17,7 +17,9 @@ FOUNDATION_THREAD_LOCAL ThreadMemory* thread_memory = nullptr;
 
 namespace {
 
-FOUNDATION_THREAD_LOCAL bool thread_ended = false;
+// Whether the thread does without memory of its own: it is ending, or has no key to be told by when
+// it ends. Asked for once, not with each allocation.
+FOUNDATION_THREAD_LOCAL bool thread_does_without = false;
 
 // All threads that have memory of their own, and what is left of those that ended.
 constinit std::mutex threads_mutex;
@@ -31,7 +33,7 @@ constinit std::atomic<MemoryErrorHandler> error_handler{nullptr};
 void DetachThread(void* memory) noexcept {
     auto* const mine = static_cast<ThreadMemory*>(memory);
     thread_memory = nullptr;
-    thread_ended = true;
+    thread_does_without = true;
     EmptyCaches(mine);
     if (mine->error_info != nullptr) {
         std::free(mine->error_info);
@@ -47,7 +49,7 @@ void DetachThread(void* memory) noexcept {
 }  // namespace
 
 ThreadMemory* AttachThread() noexcept {
-    if (thread_ended) return nullptr;
+    if (thread_does_without) return nullptr;
     void* const place = std::malloc(sizeof(ThreadMemory));
     if (place == nullptr) return nullptr;
     auto* const mine = new (place) ThreadMemory;
@@ -55,6 +57,7 @@ ThreadMemory* AttachThread() noexcept {
     if (!exit_key_made) exit_key_made = pthread_key_create(&exit_key, DetachThread) == 0;
     if (!exit_key_made || pthread_setspecific(exit_key, mine) != 0) {
         std::free(place);
+        thread_does_without = true;
         return nullptr;
     }
     mine->next = threads;
@@ -65,7 +68,7 @@ ThreadMemory* AttachThread() noexcept {
 
 void DetachCallingThread() noexcept {
     if (thread_memory != nullptr) DetachThread(thread_memory);
-    thread_ended = true;
+    thread_does_without = true;
     const std::lock_guard lock(threads_mutex);
     if (exit_key_made) pthread_key_delete(exit_key);
     exit_key_made = false;

@@ -48,7 +48,8 @@ private:
 
 extern FOUNDATION_THREAD_LOCAL ThreadMemory* thread_memory;
 
-// Makes the calling thread's; null when that fails or the thread is ending.
+// Makes the calling thread's; null without memory, and for good when the thread is ending or no key
+// can be had for it.
 ThreadMemory* AttachThread() noexcept;
 
 // Gives up the calling thread's for good, and no longer follows the end of threads.

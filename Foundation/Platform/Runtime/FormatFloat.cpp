@@ -185,6 +185,7 @@ FloatText DescribeFloat(double value, char letter, int precision, bool alternate
         LayOutScientific(text, decimal, precision, letter);
     } else {
         if (precision == 0) precision = 1;
+        text.point = true;  // StripZeros takes it back where nothing stands behind it
         Round(decimal, precision);
         if (decimal.exponent < -4 || decimal.exponent >= precision) {
             LayOutScientific(text, decimal, precision - 1, letter == 'G' ? 'E' : 'e');

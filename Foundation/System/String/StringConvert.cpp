@@ -71,10 +71,37 @@ bool EncodeShortUtf8(CT_CString* out, std::u16string_view text) {
     return true;
 }
 
+// Keeps the thread's last error over a conversion that succeeds, so that the error of one that
+// fails can be told from an older one.
+class LastErrorKeeper {
+public:
+    LastErrorKeeper() noexcept { platform::SetLastError(platform::kErrorSuccess); }
+    LastErrorKeeper(const LastErrorKeeper&) = delete;
+    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
+    ~LastErrorKeeper() {
+        if (!failed_) platform::SetLastError(before_);
+    }
+    // Bytes that give no character at all, such as half of a shift, are a failure that the platform
+    // has no number for.
+    void FailInto(CT_String* out) {
+        if (platform::LastError() == platform::kErrorSuccess) {
+            platform::SetLastError(platform::kErrorNoUnicodeTranslation);
+        }
+        failed_ = true;
+        RecordSystemError();
+        out->v_Set(0u, TRUE);
+    }
+
+private:
+    std::uint32_t before_ = platform::LastError();
+    bool failed_ = false;
+};
+
 }  // namespace
 
 int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uint32_t length,
                                      std::uint32_t code_page) {
+    if (out == nullptr) return 0;
     const auto source = StringCore<char>::Of(text, length);
     if (source.empty()) {
         out->v_Set(0u, TRUE);
@@ -83,6 +110,7 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uin
     if (code_page == kUtf8Page && DecodeShortUtf8(out, source)) {
         return static_cast<int>(out->n_GetLength());
     }
+    LastErrorKeeper keeper;
     const auto convert = [&](char16_t* area, int capacity) {
         if (source.size() > kLongest) {
             platform::SetLastError(platform::kErrorInvalidParameter);
@@ -98,10 +126,7 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uin
     const int converted = ConvertInto<char16_t>(
         out, source.size(), convert,
         [out](const char16_t* area, std::uint32_t count) { out->vv_Init(area, count); });
-    if (converted == 0) {
-        RecordSystemError();
-        out->v_Set(0u, TRUE);
-    }
+    if (converted == 0) keeper.FailInto(out);
     return converted;
 }
 
@@ -113,6 +138,7 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const CT_CString* text) {
 int CT_StringConvert::si_WideToMulti(CT_CString* out, const char16_t* text, std::uint32_t length,
                                      std::uint32_t code_page, const char* default_character,
                                      BOOL* used_default) {
+    if (out == nullptr) return 0;
     const std::uint32_t page = code_page == kUtf16Page ? kWesternPage : code_page;
     const auto source = StringCore<char16_t>::Of(text, length);
     if (source.empty()) {
@@ -125,6 +151,7 @@ int CT_StringConvert::si_WideToMulti(CT_CString* out, const char16_t* text, std:
     if (page == kUtf8Page && plain && EncodeShortUtf8(out, source)) {
         return static_cast<int>(out->n_GetLength());
     }
+    LastErrorKeeper keeper;
     const auto convert = [&](char* area, int capacity) {
         if (source.size() > kLongest) {
             platform::SetLastError(platform::kErrorInvalidParameter);
@@ -137,10 +164,7 @@ int CT_StringConvert::si_WideToMulti(CT_CString* out, const char16_t* text, std:
     const int converted = ConvertInto<char>(
         out, platform::MaxBytes(page, source.size()), convert,
         [out, page](const char* area, std::uint32_t count) { out->vv_Init(area, count, page); });
-    if (converted == 0) {
-        RecordSystemError();
-        out->v_Set(0u, TRUE);
-    }
+    if (converted == 0) keeper.FailInto(out);
     out->v_SetCodePage(page);
     return converted;
 }

@@ -1,10 +1,12 @@
 // CT_StringConvert: conversion between 8-bit text of a code page and UTF-16 text, into strings.
 //
 // Units: lengths are bytes (8-bit side) and UTF-16 units (wide side); 0xFFFFFFFF means up to the
-// terminating zero. Code page 0 is the system's default 8-bit code page. Null or empty text gives
-// an empty string and 0, without an error.
+// terminating zero; of a text given with another length nothing behind it is read. Code page 0 is
+// the system's default 8-bit code page. Null or empty text gives an empty string and 0, without an
+// error; without a target the result is 0.
 // Errors: the system error of the platform (87 for a code page it does not know or an argument the
-// page refuses), with its location; the target is then empty and the result 0.
+// page refuses, 1113 for bytes that give no character at all, as a UTF-7 shift that is cut off),
+// with its location; the target is then empty and the result 0.
 #ifndef FOUNDATION_SYSTEM_STRING_STRINGCONVERT_H
 #define FOUNDATION_SYSTEM_STRING_STRINGCONVERT_H
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "Core/String/PlainTexts.h"
@@ -100,6 +101,26 @@ TYPED_TEST(StringMapsTest, CopiesAreIndependentAndMayBeOfThemselves) {
     EXPECT_EQ(map.n_GetCount(), (std::is_same_v<TypeParam, CT_StringOrdinalMap>) ? 1u : 3u);
     map.v_Set(1u);
     EXPECT_EQ(map.n_GetCount(), 0u);
+}
+
+TYPED_TEST(StringMapsTest, TakeNullForAnEmptyMap) {
+    const auto map = std::make_unique<TypeParam>(static_cast<const TypeParam*>(nullptr));
+    Add(*map, String("a"));
+    map->v_Append(nullptr, 1);
+    EXPECT_EQ(map->n_GetCount(), 1u);
+    map->v_Set(static_cast<const TypeParam*>(nullptr));
+    EXPECT_EQ(map->n_GetCount(), 0u);
+}
+
+TEST(StringOrdinalMapTest, StoresInPagesThatCannotBeStoredIn) {
+    const auto map = Make<CT_StringOrdinalMap>("a|b");
+    for (const std::uint32_t page : {1200u, 0xFFFFFFFFu}) {
+        CT_CString stored(page);
+        map.v_Map2String(&stored, ';');
+        CT_StringOrdinalMap read;
+        read.v_String2Map(&stored, ';');
+        EXPECT_EQ(All(read), "a,b,");
+    }
 }
 
 TYPED_TEST(StringMapsTest, ChangeAndLeakNothingWithoutMemory) {

@@ -62,6 +62,22 @@ Collection Sample() {
 const std::vector<std::string> kSample = {"text:1:x|y:0:0.000000", "integer:2::-2:0.000000",
                                           "real:3::0:0.500000"};
 
+TEST(StringValueCollectionTest, TakesEveryIntegerThatAnIntHolds) {
+    CT_StringValueCollection values;
+    EXPECT_TRUE(values.b_Add(u"u", 5u, FALSE));
+    EXPECT_TRUE(values.b_Add(u"l", -5L, FALSE));
+    EXPECT_FALSE(values.b_Add(u"big", 0x80000000u, TRUE));
+    EXPECT_FALSE(values.b_SetValue(u"u", 1LL << 32));
+    EXPECT_TRUE(values.b_SetValue(u"l", 7ul));
+    int u = 0, l = 0;
+    EXPECT_TRUE(values.b_GetValue(u"u", u) && values.b_GetValue(u"l", l));
+    EXPECT_EQ(u * 10 + l, 57);
+    values.v_Merge(nullptr, TRUE);
+    EXPECT_EQ(values.n_GetCount(), 2u);
+    values.v_Set(static_cast<const CT_StringValueCollection*>(nullptr));
+    EXPECT_EQ(values.n_GetCount(), 0u);
+}
+
 TEST(StringValueCollectionTest, KeysAreUniqueAndNeverEmpty) {
     Collection collection = Sample();
     EXPECT_FALSE(collection.b_Add(u"", 1, TRUE));

@@ -138,6 +138,24 @@ TEST_F(ErrorWindowTest, CaptionAndTextShareOneArea) {
     }
 }
 
+TEST_F(ErrorWindowTest, NothingIsCutInsideASurrogatePair) {
+    for (const std::size_t before : {1010u, 1011u, 1012u, 1018u, 1019u, 1020u, 1021u, 1022u}) {
+        SCOPED_TRACE(before);
+        const std::u16string text = std::u16string(before, u'x') + u"\U0001F600\U0001F600";
+        const auto whole = [](std::u16string_view cut) {
+            return cut.empty() || (cut.back() & 0xFC00) != 0xD800;
+        };
+        Errors().v_SetError(9, u"%s", text.c_str());
+        EXPECT_TRUE(whole(Errors().qcuz_GetErrorMessage()));
+        Errors().i_ErrorLocationWindow(0, text.c_str(), 0);
+        EXPECT_EQ((boxes_.caption + boxes_.text).find("\\uD83D"), std::string::npos);
+        Errors().v_ClearError();
+        Errors().v_SetCOMError(static_cast<HRESULT>(0x80004005), text.c_str());
+        EXPECT_TRUE(whole(Errors().qcuz_GetErrorMessage()));
+        Errors().v_ClearError();
+    }
+}
+
 TEST_F(ErrorWindowTest, TheOlderFamilySeesEightBitText) {
     const test::ForcedVersion older(1, 4, 10);
     Errors().v_SetMessageError(u"gr\u00FCn \u4E00");

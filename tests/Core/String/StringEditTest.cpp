@@ -81,7 +81,10 @@ TYPED_TEST(StringEditTest, EditsGiveTheSameTextSharedOrNot) {
 
         {"hello", [](String& s) { s.vv_SetAt(0, 2); }, "he"},
         {"hello", [](String& s) { s.v_SetAt(Unit{'X'}, 4); }, "hellX"},
-        {"", [](String& s) { s.v_SetAt(Unit{'X'}, 0); }, ""},
+        {"hello", [](String& s) { s.v_SetAt(Unit{'X'}, 5); }, "helloX"},
+        {"hello", [](String& s) { s.v_SetAt(Unit{'X'}, 6); }, "hello"},
+        {"hello", [](String& s) { s.v_SetAt(Unit{0}, 6); }, "hello"},
+        {"", [](String& s) { s.v_SetAt(Unit{'X'}, 0); }, "X"},
 
         {"hello", [](String& s) { s.vv_SetSize(2, TRUE); }, "he"},
         {"hello", [](String& s) { s.vv_SetSize(20, TRUE); }, "hello"},

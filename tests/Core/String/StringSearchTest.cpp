@@ -2,8 +2,12 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "Core/String/StringTexts.h"
+#include "Foundation/Core/String/StringTools.h"
+#include "Foundation/Platform/Nls/CodePages.h"
 
 namespace {
 
@@ -74,6 +78,69 @@ TYPED_TEST(StringSearchTest, ComparesByCodeWithEitherKind) {
     EXPECT_EQ(text.vi_Compare(&wide, 3), 0);
     EXPECT_EQ(text.vi_Compare(&narrow, 3), 0);
     EXPECT_GT(text.vi_Compare(static_cast<const CT_String*>(nullptr)), 0);
+}
+
+// A text of its own length in a block of its own, so that a sanitizer sees what reads behind it.
+template <typename Text>
+std::vector<typename Text::value_type> Exact(const Text& text) {
+    return {text.begin(), text.end()};
+}
+
+TYPED_TEST(StringSearchTest, ACountBoundsTheReadingOfATextWithoutAZero) {
+    const auto text = test::Make<TypeParam>("hello");
+    for (const auto& [ascii, sign] : {std::pair{"hel", 0}, {"hem", -1}, {"hek", 1}, {"b", 1}}) {
+        SCOPED_TRACE(ascii);
+        const std::string bytes(ascii);
+        const auto narrow = Exact(bytes);
+        const auto wide = Exact(test::Utf16(bytes));
+        const auto length = static_cast<std::uint32_t>(bytes.size());
+        EXPECT_EQ(Sign(text.vi_Compare(narrow.data(), length)), sign);
+        EXPECT_EQ(Sign(text.vi_Compare(wide.data(), length)), sign);
+        EXPECT_EQ(Sign(CT_StringTools::si_CompareStrings("xhello", narrow.data(), 1, length, 1)),
+                  sign);
+        EXPECT_EQ(Sign(CT_StringTools::si_CompareStrings(wide.data(), u"HELLO", 0, length)), -sign);
+    }
+    const auto last = Exact(std::u16string(u"A"));  // equal only without regard to case
+    EXPECT_EQ(CT_StringTools::si_CompareStrings(last.data(), u"a", 0, 1), 0);
+    // Of a string of the other kind as much is converted as the length asks for.
+    const CT_CString long_text(std::string(100000, 'h').c_str());
+    EXPECT_EQ(text.vi_Compare(&long_text, 5, 1), 0);
+    EXPECT_EQ(Sign(text.vi_Compare(&long_text, 0, 2)), -1);
+}
+
+TEST(StringKindsTest, ACountOfCharactersMayTakeMoreBytes) {
+    platform::SetSystemCodePages(932, 932);
+    const auto bytes = Exact(std::string("\x83\x65x\x83\x65"));  // U+30C6 x U+30C6
+    const CT_UString wide(u"\u30C6x\u30C7");
+    EXPECT_EQ(wide.vi_Compare(bytes.data(), 2), 0);
+    EXPECT_GT(wide.vi_Compare(bytes.data(), 3), 0);
+    EXPECT_GT(CT_StringTools::si_CompareStrings("\x83\x66", bytes.data(), 1, 1, 0, 2), 0);
+    platform::SetSystemCodePages(0, 0);
+}
+
+TEST(StringKindsTest, EachKindFindsTheOtherEqual) {
+    for (const auto& [page, text] : {std::pair{1251u, u"\u041F"},
+                                     {65001u, u"\u30C6\u00E4"},
+                                     {1200u, u"\u20AC"},
+                                     {0xFFFFFFFFu, u"\u00E4"}}) {
+        SCOPED_TRACE(page);
+        const CT_UString wide(text);
+        CT_CString set(page), appended(page), of_wide(page);
+        set.v_Set(text);
+        appended.v_Append(text);
+        of_wide.v_Append(&wide);
+        for (const CT_CString* narrow : {&set, &appended, &of_wide}) {
+            EXPECT_EQ(narrow->n_GetCodePage(), set.n_GetCodePage());
+            EXPECT_EQ(narrow->vi_Compare(&wide), 0);
+            EXPECT_EQ(wide.vi_Compare(narrow), 0);
+            EXPECT_EQ(CT_UString(narrow).vi_Compare(&wide), 0) << "it can be read";
+            CT_CString unset(*narrow);
+            unset.v_SetCodePage(page);
+            EXPECT_EQ(wide.vi_Compare(&unset), 0);
+            EXPECT_EQ(unset.vi_Compare(&wide), 0);
+        }
+    }
+    EXPECT_TRUE(test::NoError());
 }
 
 TEST(StringKindsTest, ComparisonTakesCodesAsUnsignedAndEndsAtAZero) {

@@ -189,6 +189,27 @@ TEST(FormattedStringTest, ReadsValuesAsTheRuntimeScansThem) {
     }
 }
 
+TEST(StringToolsTest, WithoutAStringNothingIsDone) {
+    CT_UString* const none = nullptr;
+    int integer = 7;
+    EXPECT_EQ(CT_StringTools::sn_Replace(none, u"a", u"b"), CT_StringTools::kNotFound);
+    CT_StringTools::sv_ReplaceAll(none, u"a", u"b");
+    CT_StringTools::sv_FormatNumber(none, 5, 9, u',', u'.', 2);
+    CT_StringScanner::v_SubWord(none, u"a b", u" ", 1);
+    CT_StringScanner::v_Item(none, u"a b", u' ', 1);
+    CT_StringScanner::v_RemoveWord(none, u" ", 1);
+    CT_StringScanner::v_RemoveItem(none, u' ', 1);
+    CT_FormattedString::sv_AddData(u"", u"K", u"1", none);
+    CT_FormattedString::sv_AddDataI(u"", u"K", 1, none);
+    CT_FormattedString::sv_AddDataR(u"", u"K", 1, none);
+    EXPECT_FALSE(CT_FormattedString::sb_GetData(u"<K=1>", u"K", none));
+    EXPECT_FALSE(CT_FormattedString::sb_GetDataI(u"<K=1>", u"K", nullptr));
+    EXPECT_FALSE(CT_FormattedString::sb_GetDataI(nullptr, u"K", &integer));
+    EXPECT_FALSE(CT_FormattedString::sb_GetDataR(u"<K=1>", u"K", nullptr));
+    EXPECT_FALSE(CT_FormatString::sb_FormatNumber(none, 5u, 0, 2, 3u));
+    EXPECT_FALSE(CT_FormatString::sb_FormatNumber(none, 5, 0, 2, u"3;0"));
+}
+
 std::string Formatted(auto value, LCID locale, std::uint32_t decimals, auto grouping) {
     CT_UString out(u"before");
     const BOOL done = CT_FormatString::sb_FormatNumber(&out, value, locale, decimals, grouping);
@@ -212,6 +233,12 @@ TEST(FormatStringTest, FollowsTheLocale) {
     for (const float value : {Limits::infinity(), -Limits::infinity(), Limits::quiet_NaN()}) {
         EXPECT_EQ(Formatted(value, 0x0409, 2, 3u), "");
     }
+    EXPECT_EQ(Formatted(5, 0x0409, 2, 3), "5.00");
+    EXPECT_EQ(Formatted(std::numeric_limits<long long>::min(), 0x0409, 0, u"3;0"),
+              "-9,223,372,036,854,775,808");
+    EXPECT_EQ(Formatted(~0ul, 0x0409, 0, 0), "18446744073709551615");
+    EXPECT_EQ(Formatted(-1234.25, 0x0407, 1, 3), "-1.234,3");
+    EXPECT_EQ(Formatted(std::numeric_limits<double>::max(), 0x0409, 9, 1u).size(), 309u + 308 + 10);
     EXPECT_EQ(Formatted(5u, 0x0409, 10, 3u), "");
     EXPECT_EQ(Formatted(5u, 0x0409, 0, u"3;"), "");
     EXPECT_EQ(Formatted(5u, 0xFFFF, 0, 3u), "");

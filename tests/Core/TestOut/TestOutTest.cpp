@@ -5,7 +5,9 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/wait.h>
 #include <unistd.h>
+#include <wchar.h>
 
 #include <string>
 
@@ -147,6 +149,31 @@ TEST(TestOutTest, LongTextsAreWholeInTheFileAndCutInTheDebugger) {
         EXPECT_EQ(folder.Read(u"out.txt").size(), 2 + 2 * (length <= 2048 ? length : 2047));
     }
     EXPECT_GT(test::FailEachAllocation([] { CT_TestOut(u"stderr", u"label", 0); }), 0u);
+}
+
+TEST(TestOutTest, AStreamOfWideCharactersTakesTexts) {
+    int pipes[2];
+    ASSERT_EQ(pipe(pipes), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const std::string end = "/proc/self/fd/" + std::to_string(pipes[1]);
+        for (FILE* const stream : {stdout, stderr}) {  // opened anew, for it may have had bytes
+            if (freopen(end.c_str(), "w", stream) == nullptr || fwide(stream, 1) <= 0) _exit(1);
+        }
+        fwprintf(stdout, L"own ");
+        CT_TestOut().v_Out(u"out");
+        static_cast<void>(platform::ShowMessageBox(u"text", u"box", 0));
+        _exit(0);
+    }
+    close(pipes[1]);
+    std::string said;
+    char bytes[256];
+    for (ssize_t n; (n = read(pipes[0], bytes, sizeof bytes)) > 0;) {
+        said.append(bytes, static_cast<std::size_t>(n));
+    }
+    close(pipes[0]);
+    waitpid(child, nullptr, 0);
+    EXPECT_EQ(said, "own " + Bytes(u"out") + "box: text\n");
 }
 
 TEST(TestOutTest, ATerminalGetsTextThatPeopleCanRead) {

@@ -147,6 +147,13 @@ TEST(StringConvertTest, FailuresAreRecordedWithTheirPlaceAndEmptyTheTarget) {
                   0);
         EXPECT_TRUE(TakeConversionError(87)) << "UTF-8 has no default character";
     }
+    for (const char* text : {"+", "+A", "+AG"}) {  // once code 0
+        CT_UString wide(u"before");
+        EXPECT_EQ(CT_StringConvert::si_MultiToWide(&wide, text, kAll, 65000), 0);
+        EXPECT_TRUE(TakeConversionError(1113)) << text;
+    }
+    EXPECT_EQ(CT_StringConvert::si_MultiToWide(nullptr, "abc", kAll, 1252), 0);
+    EXPECT_EQ(CT_StringConvert::si_WideToMulti(nullptr, u"abc", kAll, 1252), 0);
     CT_CString symbols;
     EXPECT_EQ(CT_StringConvert::si_WideToMulti(&symbols, u"\u3042", kAll, 42), 0);
     EXPECT_TRUE(TakeConversionError(1113));
