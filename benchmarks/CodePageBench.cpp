@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "benchmarks/Texts.h"
 
 namespace bench {

@@ -14,7 +14,7 @@
 #include "Foundation/Core/CompList/CompList.h"
 #include "Foundation/Core/CompList/CompListIterator.h"
 #include "Foundation/Core/CompList/CompListReader.h"
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Text/Utf.h"
 
 namespace bench {
 namespace {

@@ -12,7 +12,7 @@
 #include "Foundation/Core/Container/HashTable.h"
 #include "Foundation/Core/Container/StringCache.h"
 #include "Foundation/Core/String/Compare.h"
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Text/Utf.h"
 
 namespace bench {
 

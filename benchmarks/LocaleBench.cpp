@@ -1,7 +1,7 @@
 // The built-in locale table: one text, the whole table, letters.
 #include <benchmark/benchmark.h>
 
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/Locales/Locales.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/System/String/StringConvert.h"
+#include "Foundation/Core/String/StringConvert.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <memory>
 
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Texts.h"
 
 namespace bench {

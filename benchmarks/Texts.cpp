@@ -5,7 +5,7 @@
 #include <sstream>
 #include <string_view>
 
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Text/Utf.h"
 
 namespace bench {
 namespace {

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Text/Utf.h"
 #include "benchmarks/Texts.h"
 
 namespace bench {

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Nls/TextPieces.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/CodePages/TextPieces.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "Foundation/Core/Language/Locale.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/Locales/Locales.h"
 
 namespace {
 

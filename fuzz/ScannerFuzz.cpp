@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "Foundation/Core/String/FormattedString.h"
-#include "Foundation/Core/String/StringScanner.h"
-#include "Foundation/Core/String/StringTools.h"
+#include "Foundation/Core/Text/FormattedString.h"
+#include "Foundation/Core/Text/StringScanner.h"
+#include "Foundation/Core/Text/StringTools.h"
 #include "Foundation/Core/String/UStringForwardIterator.h"
 #include "tests/Core/String/PlainTexts.h"
 

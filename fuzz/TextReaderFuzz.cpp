@@ -12,7 +12,7 @@
 #include "Foundation/Core/File/Stream.h"
 #include "Foundation/Core/File/TextReader.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cstring>
 #include <memory>
 
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Text/Utf.h"
 #include "tests/Platform/UtfReference.h"
 
 namespace {

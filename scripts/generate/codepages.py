@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the code-page tables in Foundation/Platform/Nls/Tables.
+"""Makes the code-page tables in Foundation/Platform/CodePages/Tables.
 
     codepages.py DATA            writes the tables from the folder DATA
     codepages.py --check DATA    compares the committed tables with what would be written
@@ -308,7 +308,7 @@ def rows(kind, name, values, comment):
 
 
 def source(arrays):
-    return (HEADING + '#include "Foundation/Platform/Nls/Tables/CodePageTables.h"\n\n'
+    return (HEADING + '#include "Foundation/Platform/CodePages/Tables/CodePageTables.h"\n\n'
             'namespace platform::nls {\n' + ''.join(arrays) + '\n}  // namespace platform::nls\n')
 
 

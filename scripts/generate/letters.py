@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the table of letters in Foundation/Platform/Nls/Tables.
+"""Makes the table of letters in Foundation/Platform/Text/Tables.
 
     letters.py DATA            writes the table from DATA/ctype1.tsv
     letters.py --check DATA    compares the committed table with what would be written
@@ -14,7 +14,7 @@ import argparse
 import pathlib
 import sys
 
-OUTPUT = "Foundation/Platform/Nls/Tables/Letters.h"
+OUTPUT = "Foundation/Platform/Text/Tables/Letters.h"
 LETTER = 0x0100
 
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 
 namespace test {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "tests/Platform/CodePageCalls.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // The rules of calls, of the algorithmic pages and of damaged text, against recorded answers.
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/Locales/Locales.h"
 #include "tests/Platform/CodePageCalls.h"
 
 namespace {

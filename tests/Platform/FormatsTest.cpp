@@ -1,5 +1,5 @@
 // Numbers in the conventions of a locale.
-#include "Foundation/Platform/Nls/Formats.h"
+#include "Foundation/Platform/Locales/Formats.h"
 
 #include <gtest/gtest.h>
 

@@ -11,8 +11,8 @@
 #include "Foundation/Core/Character/CharMappings.h"
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
-#include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/Locales/Locales.h"
 #include "tests/Support/Text.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Texts that come in pieces: whatever the pieces, the result is that of the whole text, and what is
 // lost is counted once, at its place.
-#include "Foundation/Platform/Nls/TextPieces.h"
+#include "Foundation/Platform/CodePages/TextPieces.h"
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Platform/Memory.h"
 
 namespace test {

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "Foundation/Platform/System.h"
-#include "Foundation/System/SysInfo/OS.h"
+#include "Foundation/Core/Base/OS.h"
 
 namespace test {
 

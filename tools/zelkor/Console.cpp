@@ -2,8 +2,8 @@
 
 #include <Foundation/Core/Error/ErrorManager.h>
 #include <Foundation/Core/String/CString.h>
-#include <Foundation/Platform/Nls/Utf.h>
-#include <Foundation/System/String/StringConvert.h>
+#include <Foundation/Platform/Text/Utf.h>
+#include <Foundation/Core/String/StringConvert.h>
 #include <unistd.h>
 
 #include <algorithm>

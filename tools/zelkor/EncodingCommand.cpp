@@ -1,7 +1,7 @@
 // zelkor encoding: what the beginnings of files say about their encoding.
 #include <Foundation/Core/Character/CharProperties.h>
-#include <Foundation/Platform/Nls/CodePages.h>
-#include <Foundation/Platform/Nls/TextPieces.h>
+#include <Foundation/Platform/CodePages/CodePages.h>
+#include <Foundation/Platform/CodePages/TextPieces.h>
 
 #include <algorithm>
 #include <cstdio>

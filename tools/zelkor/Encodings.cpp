@@ -1,8 +1,8 @@
 #include "Encodings.h"
 
 #include <Foundation/Core/Language/Codepage.h>
-#include <Foundation/Platform/Nls/CodePages.h>
-#include <Foundation/Platform/Nls/TextPieces.h>
+#include <Foundation/Platform/CodePages/CodePages.h>
+#include <Foundation/Platform/CodePages/TextPieces.h>
 
 #include <algorithm>
 #include <array>

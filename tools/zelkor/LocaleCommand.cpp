@@ -2,8 +2,8 @@
 #include <Foundation/Core/Language/Codepage.h>
 #include <Foundation/Core/Language/Locale.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
-#include <Foundation/Core/String/FormatString.h>
-#include <Foundation/Platform/Nls/Locales.h>
+#include <Foundation/Core/Text/FormatString.h>
+#include <Foundation/Platform/Locales/Locales.h>
 
 #include <algorithm>
 #include <cstdio>

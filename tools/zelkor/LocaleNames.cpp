@@ -3,7 +3,7 @@
 #include <Foundation/Core/Character/CharMappings.h>
 #include <Foundation/Core/Language/Language.h>
 #include <Foundation/Core/Language/LocaleInfo.h>
-#include <Foundation/Platform/Nls/Locales.h>
+#include <Foundation/Platform/Locales/Locales.h>
 
 #include <algorithm>
 #include <cstdio>

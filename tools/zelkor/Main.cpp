@@ -1,5 +1,5 @@
 // The command line of the library. Exit status: 0 done, 1 the work failed, 2 bad usage.
-#include <Foundation/Core/Frame/SmartHeap.h>
+#include <Foundation/Core/Base/SmartHeap.h>
 #include <Foundation/Core/Version/AppVersion.h>
 
 #include <CLI/CLI.hpp>

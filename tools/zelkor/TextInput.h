@@ -7,7 +7,7 @@
 #ifndef TOOLS_ZELKOR_TEXTINPUT_H
 #define TOOLS_ZELKOR_TEXTINPUT_H
 
-#include <Foundation/Platform/Nls/TextPieces.h>
+#include <Foundation/Platform/CodePages/TextPieces.h>
 
 #include <cstddef>
 #include <cstdint>

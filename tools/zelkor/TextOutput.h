@@ -3,7 +3,7 @@
 #ifndef TOOLS_ZELKOR_TEXTOUTPUT_H
 #define TOOLS_ZELKOR_TEXTOUTPUT_H
 
-#include <Foundation/Platform/Nls/TextPieces.h>
+#include <Foundation/Platform/CodePages/TextPieces.h>
 
 #include <cstdint>
 #include <string>

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <new>
 
-#include "Foundation/Core/Buffer/BufferDetail.h"
-#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
+#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Scan.h"
 

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "Foundation/Core/Buffer/Buffer.h"
-#include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
 
 using namespace foundation::detail;
 

@@ -6,7 +6,7 @@
 
 #include "Foundation/Core/Character/Tables/MappingTables.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/UnitMaps.h"
+#include "Foundation/Platform/Text/UnitMaps.h"
 
 namespace {
 

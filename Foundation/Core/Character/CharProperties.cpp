@@ -6,9 +6,9 @@
 #include "Foundation/Core/Character/Tables/CodePageMembership.h"
 #include "Foundation/Core/Character/Tables/NumericTable.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Nls/TextDetection.h"
-#include "Foundation/System/SysInfo/OS.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/Text/TextDetection.h"
+#include "Foundation/Core/Base/OS.h"
 
 namespace {
 

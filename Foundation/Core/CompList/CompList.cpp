@@ -5,10 +5,10 @@
 #include <optional>
 #include <utility>
 
-#include "Foundation/Core/CompList/CompListCheck.h"
-#include "Foundation/Core/CompList/CompListGrowing.h"
-#include "Foundation/Core/CompList/CompListImage.h"
-#include "Foundation/Core/CompList/CompListIndex.h"
+#include "Foundation/Core/CompList/Internal/CompListCheck.h"
+#include "Foundation/Core/CompList/Internal/CompListGrowing.h"
+#include "Foundation/Core/CompList/Internal/CompListImage.h"
+#include "Foundation/Core/CompList/Internal/CompListIndex.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Memory.h"

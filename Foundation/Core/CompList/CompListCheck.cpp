@@ -1,4 +1,4 @@
-#include "Foundation/Core/CompList/CompListCheck.h"
+#include "Foundation/Core/CompList/Internal/CompListCheck.h"
 
 #include <algorithm>
 #include <bitset>

@@ -1,4 +1,4 @@
-#include "Foundation/Core/CompList/CompListGrowing.h"
+#include "Foundation/Core/CompList/Internal/CompListGrowing.h"
 
 namespace foundation::detail::complist {
 

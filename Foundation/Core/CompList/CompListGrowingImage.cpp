@@ -1,6 +1,6 @@
 // A growing list in the order of its image: measuring, writing and reading it.
-#include "Foundation/Core/CompList/CompListGrowing.h"
-#include "Foundation/Core/CompList/CompListParser.h"
+#include "Foundation/Core/CompList/Internal/CompListGrowing.h"
+#include "Foundation/Core/CompList/Internal/CompListParser.h"
 
 namespace foundation::detail::complist {
 

@@ -1,6 +1,6 @@
-#include "Foundation/Core/CompList/CompListIndex.h"
+#include "Foundation/Core/CompList/Internal/CompListIndex.h"
 
-#include "Foundation/Core/CompList/CompListParser.h"
+#include "Foundation/Core/CompList/Internal/CompListParser.h"
 
 namespace foundation::detail::complist {
 

@@ -1,7 +1,7 @@
 #include "Foundation/Core/CompList/CompListIterator.h"
 
 #include "Foundation/Core/CompList/CompList.h"
-#include "Foundation/Core/CompList/CompListImage.h"
+#include "Foundation/Core/CompList/Internal/CompListImage.h"
 
 using namespace foundation::detail::complist;
 

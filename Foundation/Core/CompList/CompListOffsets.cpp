@@ -1,4 +1,4 @@
-#include "Foundation/Core/CompList/CompListOffsets.h"
+#include "Foundation/Core/CompList/Internal/CompListOffsets.h"
 
 #include <algorithm>
 

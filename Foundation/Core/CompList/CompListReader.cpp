@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "Foundation/Core/CompList/CompList.h"
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/File/FileSystem.h"
 #include "Foundation/Core/File/Stream.h"
 #include "Foundation/Core/File/TextReader.h"

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Platform/Scan.h"
 
 namespace foundation::detail {

@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 
 using namespace foundation::detail;
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 #include "Foundation/Core/String/Compare.h"

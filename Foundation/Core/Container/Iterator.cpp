@@ -1,6 +1,6 @@
 #include "Foundation/Core/Container/Iterator.h"
 
-#include "Foundation/Core/Container/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
 namespace foundation::detail {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Foundation/Core/Container/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
 namespace foundation::detail {
 

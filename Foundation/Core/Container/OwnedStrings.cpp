@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "Foundation/Core/String/StringCore.h"
+#include "Foundation/Core/String/Internal/StringCore.h"
 
 namespace foundation::detail {
 

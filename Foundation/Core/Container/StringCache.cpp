@@ -4,8 +4,8 @@
 #include <cstring>
 #include <utility>
 
-#include "Foundation/Core/Container/ContainerDetail.h"
-#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
 using namespace foundation::detail;

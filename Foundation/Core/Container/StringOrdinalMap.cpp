@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Foundation/Core/Container/TextItems.h"
+#include "Foundation/Core/Container/Internal/TextItems.h"
 #include "Foundation/Core/String/CString.h"
 
 using foundation::detail::OwnedStrings;

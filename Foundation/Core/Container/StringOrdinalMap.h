@@ -12,7 +12,7 @@
 #include <cstdint>
 
 #include "Foundation/Core/Container/OwnedStrings.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 
 class CT_CString;
 

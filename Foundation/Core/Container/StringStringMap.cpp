@@ -1,6 +1,6 @@
 #include "Foundation/Core/Container/StringStringMap.h"
 
-#include "Foundation/Core/Container/TextItems.h"
+#include "Foundation/Core/Container/Internal/TextItems.h"
 
 using foundation::detail::TextItems;
 using foundation::detail::View;

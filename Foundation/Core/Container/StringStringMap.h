@@ -11,7 +11,7 @@
 #include <cstdint>
 
 #include "Foundation/Core/Container/OwnedStrings.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 
 class FOUNDATION_API CT_StringStringMap
     : public foundation::detail::PoolObject<CT_StringStringMap> {

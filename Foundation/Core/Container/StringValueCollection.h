@@ -17,7 +17,7 @@
 #include <utility>
 
 #include "Foundation/Core/Container/Array.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <functional>
 
-#include "Foundation/Core/Container/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
 using namespace foundation::detail;
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
 using namespace foundation::detail;

@@ -1,4 +1,4 @@
-#include "Foundation/Core/Container/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
 using namespace foundation::detail;

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "Foundation/Core/Container/ContainerDetail.h"
-#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Platform/Prefetch.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Foundation/Core/Container/ContainerDetail.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
 using namespace foundation::detail;
 

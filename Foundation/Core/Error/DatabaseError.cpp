@@ -4,7 +4,7 @@
 #include <cstdarg>
 #include <iterator>
 
-#include "Foundation/Core/Error/MessageText.h"
+#include "Foundation/Core/Error/Internal/MessageText.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Threads.h"

@@ -14,11 +14,11 @@
 #include <cstdarg>
 #include <type_traits>
 
-#include "Foundation/Core/Frame/Init.h"
+#include "Foundation/Core/Base/Init.h"
 #include "Foundation/Platform/ErrorFlag.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
-#include "Foundation/System/Ipc/CriticalSection.h"
+#include "Foundation/Core/Base/CriticalSection.h"
 
 class CT_UString;
 

@@ -5,10 +5,10 @@
 #include <string_view>
 
 #include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/Error/HResult.h"
-#include "Foundation/Core/Error/LoadString.h"
-#include "Foundation/Core/Error/MessageText.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/Error/Internal/HResult.h"
+#include "Foundation/Core/Message/LoadString.h"
+#include "Foundation/Core/Error/Internal/MessageText.h"
 #include "Foundation/Platform/ErrorInfo.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"

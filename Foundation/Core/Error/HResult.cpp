@@ -1,4 +1,4 @@
-#include "Foundation/Core/Error/HResult.h"
+#include "Foundation/Core/Error/Internal/HResult.h"
 
 #include <algorithm>
 #include <string_view>

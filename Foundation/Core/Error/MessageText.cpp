@@ -1,8 +1,8 @@
-#include "Foundation/Core/Error/MessageText.h"
+#include "Foundation/Core/Error/Internal/MessageText.h"
 
 #include <string_view>
 
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 
 namespace foundation::detail {

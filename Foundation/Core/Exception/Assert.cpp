@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <memory>
 
-#include "Foundation/Core/Error/MessageText.h"
-#include "Foundation/Core/Exception/ExceptionDetail.h"
+#include "Foundation/Core/Error/Internal/MessageText.h"
+#include "Foundation/Core/Exception/Internal/ExceptionDetail.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Runtime.h"

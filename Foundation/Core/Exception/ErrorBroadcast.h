@@ -7,7 +7,7 @@
 
 #include "Foundation/Core/Container/VoidArray.h"
 #include "Foundation/Platform/Export.h"
-#include "Foundation/System/Ipc/CriticalSection.h"
+#include "Foundation/Core/Base/CriticalSection.h"
 
 class CT_LogFacility;
 

@@ -6,8 +6,8 @@
 #include <new>
 #include <utility>
 
-#include "Foundation/Core/Exception/ExceptionDetail.h"
-#include "Foundation/Core/File/PlatformName.h"
+#include "Foundation/Core/Exception/Internal/ExceptionDetail.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Core/TestOut/TestOut.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/ThreadLocal.h"

@@ -10,11 +10,11 @@
 #ifndef FOUNDATION_CORE_EXCEPTION_EXCEPTIONMANAGER_H
 #define FOUNDATION_CORE_EXCEPTION_EXCEPTIONMANAGER_H
 
-#include "Foundation/Core/Frame/Init.h"
+#include "Foundation/Core/Base/Init.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
-#include "Foundation/System/Ipc/CriticalSection.h"
+#include "Foundation/Core/Base/CriticalSection.h"
 
 class CT_TestOut;
 

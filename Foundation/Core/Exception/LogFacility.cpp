@@ -3,8 +3,8 @@
 #include <cstdarg>
 #include <cstddef>
 
-#include "Foundation/Core/Error/MessageText.h"
-#include "Foundation/Core/Exception/ExceptionDetail.h"
+#include "Foundation/Core/Error/Internal/MessageText.h"
+#include "Foundation/Core/Exception/Internal/ExceptionDetail.h"
 #include "Foundation/Platform/Runtime.h"
 
 namespace {

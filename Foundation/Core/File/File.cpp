@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "Foundation/Core/Character/CharProperties.h"
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/FileDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/File/FileSystem.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Platform/Scan.h"

@@ -1,6 +1,6 @@
 #include "Foundation/Core/File/FileName.h"
 
-#include "Foundation/Core/File/FileDetail.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <random>
 
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/FileDetail.h"
-#include "Foundation/Core/File/PlatformName.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Paths.h"

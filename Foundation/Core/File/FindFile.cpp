@@ -3,7 +3,7 @@
 #include <new>
 
 #include "Foundation/Core/File/FileSystem.h"
-#include "Foundation/Core/File/PlatformName.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/Memory.h"
 

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "Foundation/Core/Buffer/Buffer.h"
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/FileDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/File/WinFile.h"
 
 using foundation::detail::Failed;

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Nls/LineEnd.h"
-#include "Foundation/System/SysInfo/OS.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/Text/LineEnd.h"
+#include "Foundation/Core/Base/OS.h"
 
 using foundation::detail::ClearError;
 using foundation::detail::ErrorIsSet;

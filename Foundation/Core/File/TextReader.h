@@ -16,10 +16,10 @@
 #include <memory>
 
 #include "Foundation/Core/File/Stream.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/Language/Codepage.h"
 #include "Foundation/Platform/Export.h"
-#include "Foundation/Platform/Nls/TextPieces.h"
+#include "Foundation/Platform/CodePages/TextPieces.h"
 #include "Foundation/Platform/Types.h"
 
 class CT_UString;

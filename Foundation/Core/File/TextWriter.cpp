@@ -4,10 +4,10 @@
 #include <cstdarg>
 #include <string>
 
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 
 using foundation::detail::Failed;
 

@@ -13,7 +13,7 @@
 #include <memory>
 
 #include "Foundation/Core/File/Stream.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/Language/Codepage.h"
 #include "Foundation/Platform/Export.h"
 

@@ -6,10 +6,10 @@
 #include <new>
 #include <utility>
 
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/FileDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/File/FileSystem.h"
-#include "Foundation/Core/File/PlatformName.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"

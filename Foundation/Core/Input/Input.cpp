@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "Foundation/Core/Character/CharProperties.h"
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/FileDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 
 using foundation::detail::Failed;
 

@@ -11,7 +11,7 @@
 
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/WinFile.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 

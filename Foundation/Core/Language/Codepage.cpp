@@ -4,12 +4,12 @@
 #include <string_view>
 
 #include "Foundation/Core/Character/CharProperties.h"
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/File/WinFile.h"
-#include "Foundation/Core/Language/CodepageTable.h"
+#include "Foundation/Core/Language/Internal/CodepageTable.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 
 using foundation::detail::CodepageRow;

@@ -7,7 +7,7 @@
 #ifndef FOUNDATION_CORE_LANGUAGE_CODEPAGE_H
 #define FOUNDATION_CORE_LANGUAGE_CODEPAGE_H
 
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 

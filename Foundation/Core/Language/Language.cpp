@@ -6,7 +6,7 @@
 
 #include "Foundation/Core/Language/Tables/LanguageTable.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
 using foundation::detail::kPrimaryRows;

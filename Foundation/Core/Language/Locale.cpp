@@ -7,7 +7,7 @@
 #include "Foundation/Core/Exception/ExceptionManager.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
 namespace {

@@ -6,12 +6,12 @@
 #include <string_view>
 
 #include "Foundation/Core/Container/StringOrdinalMap.h"
-#include "Foundation/Core/File/PlatformName.h"
-#include "Foundation/Core/Language/AnsiCodePages.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
+#include "Foundation/Core/Language/Internal/AnsiCodePages.h"
 #include "Foundation/Core/Language/Codepage.h"
-#include "Foundation/Core/Language/ProprietaryLocales.h"
+#include "Foundation/Core/Language/Internal/ProprietaryLocales.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/Locales.h"
+#include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
 using foundation::detail::ProprietaryLocale;

@@ -1,4 +1,4 @@
-#include "Foundation/Core/Language/ProprietaryLocales.h"
+#include "Foundation/Core/Language/Internal/ProprietaryLocales.h"
 
 #include <algorithm>
 #include <span>

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "Foundation/Core/Buffer/Buffer.h"
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"

@@ -8,7 +8,7 @@
 #ifndef FOUNDATION_CORE_OUTPUT_OUTPUT_H
 #define FOUNDATION_CORE_OUTPUT_OUTPUT_H
 
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 

@@ -1,7 +1,7 @@
 #include "Foundation/Core/String/String.h"
 
 #include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/String/StringCore.h"
+#include "Foundation/Core/String/Internal/StringCore.h"
 
 CT_String::CT_String(const CT_Type* /*type*/) {
     if (CT_Type::sb_InConstruct(this)) CT_Type::sv_Enter(this, &sco_Type);

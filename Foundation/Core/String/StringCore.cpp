@@ -1,11 +1,11 @@
-#include "Foundation/Core/String/StringCore.h"
+#include "Foundation/Core/String/Internal/StringCore.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-#include "Foundation/Core/Buffer/BufferDetail.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 #include "Foundation/Platform/Scan.h"
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <span>
 
-#include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Platform/Memory.h"
 
 constinit CT_Type* CT_Type::spco_First = nullptr;

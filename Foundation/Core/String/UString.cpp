@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "Foundation/Core/Buffer/BufferDetail.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/String/StringCore.h"
+#include "Foundation/Core/String/Internal/StringCore.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Runtime.h"
-#include "Foundation/System/String/StringConvert.h"
+#include "Foundation/Core/String/StringConvert.h"
 
 using foundation::detail::As;
 using foundation::detail::IsExactly;

@@ -25,7 +25,7 @@
 
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/CompList/CompList.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 

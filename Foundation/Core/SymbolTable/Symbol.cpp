@@ -1,7 +1,7 @@
 #include "Foundation/Core/SymbolTable/Symbol.h"
 
-#include "Foundation/Core/Container/ContainerDetail.h"
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Container/Internal/ContainerDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 
 using namespace foundation::detail;
 

@@ -4,8 +4,8 @@
 #include <cstring>
 
 #include "Foundation/Core/Container/HashFunction.h"
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/Frame/SmartHeap.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Core/String/Compare.h"
 
 using foundation::detail::Failed;

@@ -16,7 +16,7 @@
 #include <cstdint>
 
 #include "Foundation/Core/Container/Iterator.h"
-#include "Foundation/Core/Frame/HeapObject.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/SymbolTable/Symbol.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <utility>
 
-#include "Foundation/Core/Error/MessageText.h"
-#include "Foundation/Core/File/PlatformName.h"
+#include "Foundation/Core/Error/Internal/MessageText.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Platform/Console.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Files.h"

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <iterator>
 
-#include "Foundation/System/Ipc/CriticalSection.h"
+#include "Foundation/Core/Base/CriticalSection.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <span>
 
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Core/File/PlatformName.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Core/SymbolTable/BiLingualWordList.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <new>
 
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Database/RecordManager/Internal/RecordSurveyDetail.h"
 
 using foundation::detail::Failed;
 using foundation::detail::RecordImage;

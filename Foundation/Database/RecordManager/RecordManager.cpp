@@ -6,8 +6,8 @@
 #include <iterator>
 #include <span>
 
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
-#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordSurveyDetail.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 

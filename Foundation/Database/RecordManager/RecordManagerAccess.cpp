@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "Foundation/Core/Error/DatabaseError.h"
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/System/SysInfo/SysInfo.h"
 

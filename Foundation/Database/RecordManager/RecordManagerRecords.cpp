@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;

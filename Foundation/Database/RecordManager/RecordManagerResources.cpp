@@ -1,5 +1,5 @@
 // CT_RecordManager: keyed resources.
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;

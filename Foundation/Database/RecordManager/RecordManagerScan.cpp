@@ -1,7 +1,7 @@
 // CT_RecordManager: finding records by scanning the data area.
 #include <algorithm>
 
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 
 namespace format = foundation::record_format;
 using format::Failed;

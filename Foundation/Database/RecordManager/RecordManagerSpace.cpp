@@ -1,7 +1,7 @@
 // CT_RecordManager: taking blocks and giving them back.
 #include <algorithm>
 
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Database/RecordManager/RecordManagerDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 
 namespace format = foundation::record_format;
 using format::Failed;

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "Foundation/Core/Error/DatabaseError.h"
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Database/RecordManager/RecordManager.h"
-#include "Foundation/Database/RecordManager/RecordSurveyDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordSurveyDetail.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace format = foundation::record_format;

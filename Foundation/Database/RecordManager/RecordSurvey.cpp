@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Foundation/Core/Error/Failure.h"
-#include "Foundation/Database/RecordManager/RecordSurveyorDetail.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
+#include "Foundation/Database/RecordManager/Internal/RecordSurveyorDetail.h"
 
 namespace foundation::detail {
 

@@ -1,7 +1,7 @@
 // RecordSurvey: heads and their bodies.
 #include <algorithm>
 
-#include "Foundation/Database/RecordManager/RecordSurveyorDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordSurveyorDetail.h"
 
 namespace foundation::detail {
 

@@ -1,7 +1,7 @@
 // RecordSurvey: the resource directory, the free table and the overflow chain.
 #include <algorithm>
 
-#include "Foundation/Database/RecordManager/RecordSurveyorDetail.h"
+#include "Foundation/Database/RecordManager/Internal/RecordSurveyorDetail.h"
 
 namespace foundation::detail {
 

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/Text/Utf.h"
 
 namespace platform {
 

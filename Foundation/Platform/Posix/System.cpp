@@ -18,8 +18,8 @@
 #include <string_view>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
-#include "Foundation/Platform/Nls/Utf.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/Text/Utf.h"
 
 namespace platform {
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "Foundation/Core/Error/Failure.h"
+#include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/System.h"
-#include "Foundation/System/SysInfo/OS.h"
+#include "Foundation/Core/Base/OS.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "Foundation/Core/Container/HashFunction.h"
 
-#include "Foundation/Core/Container/HashDetail.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "HashSupport.h"
 
 namespace {

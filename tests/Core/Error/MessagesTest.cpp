@@ -5,7 +5,7 @@
 
 #include "Foundation/Core/Error/DatabaseError.h"
 #include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Core/Error/LoadString.h"
+#include "Foundation/Core/Message/LoadString.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Modules.h"
 #include "Support/Dialogs.h"

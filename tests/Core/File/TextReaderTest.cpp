@@ -7,7 +7,7 @@
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/Stream.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Support/Platform.h"
 
 namespace {

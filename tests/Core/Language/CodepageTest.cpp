@@ -9,7 +9,7 @@
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Items.h"
 #include "Support/TempFolder.h"
 #include "Support/Text.h"

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "Core/String/StringTexts.h"
-#include "Foundation/Core/String/StringTools.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Core/Text/StringTools.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 
 namespace {
 

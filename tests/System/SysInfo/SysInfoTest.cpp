@@ -11,9 +11,9 @@
 
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Nls/CodePages.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/System.h"
-#include "Foundation/System/SysInfo/OS.h"
+#include "Foundation/Core/Base/OS.h"
 #include "Support/Errors.h"
 #include "Support/Platform.h"
 #include "Support/Text.h"

@@ -1,0 +1,68 @@
+// What the source files of the containers share: objects from class pools, and item copying.
+#ifndef FOUNDATION_CORE_CONTAINER_INTERNAL_CONTAINERDETAIL_H
+#define FOUNDATION_CORE_CONTAINER_INTERNAL_CONTAINERDETAIL_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
+#include "Foundation/Platform/Memory.h"
+
+namespace foundation::detail {
+
+// An object of a class with a pool; classes derived from it, being larger, come from the heap.
+[[nodiscard]] inline void* NewObject(_SHI_Pool& pool, std::size_t size) {
+    void* const block =
+        size <= pool.size ? platform::AllocateBlock(&pool) : platform::Allocate(size);
+    if (block == nullptr) ReportExhausted();
+    return block;
+}
+inline void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept {
+    if (size <= pool.size) {
+        platform::FreeBlock(&pool, block);
+    } else {
+        platform::Free(block);
+    }
+}
+
+// Copies one item; `out` and `item` may be the same. Sizes up to 16 are copied as two pieces that
+// may overlap, both read before either is written.
+inline void CopyItem(void* out, const void* item, std::uint32_t size) noexcept {
+    const auto in_two = [&]<typename Piece>(Piece first) {
+        Piece last;
+        const std::size_t at = size - sizeof(Piece);
+        std::memcpy(&first, item, sizeof(Piece));
+        std::memcpy(&last, static_cast<const std::byte*>(item) + at, sizeof(Piece));
+        std::memcpy(out, &first, sizeof(Piece));
+        std::memcpy(static_cast<std::byte*>(out) + at, &last, sizeof(Piece));
+    };
+    if (size > 16) {
+        std::memmove(out, item, size);
+    } else if (size >= 8) {
+        in_two(std::uint64_t{});
+    } else if (size >= 4) {
+        in_two(std::uint32_t{});
+    } else if (size >= 2) {
+        in_two(std::uint16_t{});
+    } else if (size == 1) {
+        std::memcpy(out, item, 1);
+    }
+}
+
+// Fills one item with zeros.
+inline void ClearItem(void* out, std::uint32_t size) noexcept {
+    if (size == 16) {
+        std::memset(out, 0, 16);
+    } else if (size == 8) {
+        std::memset(out, 0, 8);
+    } else if (size == 4) {
+        std::memset(out, 0, 4);
+    } else if (size != 0) {
+        std::memset(out, 0, size);
+    }
+}
+
+}  // namespace foundation::detail
+
+#endif

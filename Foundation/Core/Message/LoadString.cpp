@@ -1,0 +1,67 @@
+#include "Foundation/Core/Message/LoadString.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "Foundation/Core/Error/Internal/MessageText.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/Modules.h"
+#include "Foundation/Core/Base/OS.h"
+
+namespace {
+
+constexpr unsigned int kAreaSize = 2048;
+
+// Formats the resource into `buffer`, cut to `size` units with the zero.
+void Format(char16_t* buffer, unsigned int size, HINSTANCE module, unsigned int id,
+            va_list arguments) {
+    if (size == 0 || buffer == nullptr) return;
+    char16_t format[kAreaSize];
+    CT_LoadString::sv_LoadString(format, kAreaSize, module, id);
+    foundation::detail::FormatCut(buffer, size, format, arguments);
+}
+
+}  // namespace
+
+void CT_LoadString::sv_LoadString(CT_UString* text, HINSTANCE module, unsigned int id) {
+    if (text == nullptr) return;
+    char16_t area[kAreaSize];
+    sv_LoadString(area, kAreaSize, module, id);
+    text->v_Set(area);
+}
+
+void CT_LoadString::sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE module,
+                                  unsigned int id) {
+    if (size == 0 || buffer == nullptr) return;
+    const bool narrow = CT_OS::seo_GetVersion() < CT_OS::WindowsNT;
+    const unsigned int room = narrow ? std::min(size, kAreaSize) : size;
+    const std::u16string_view found =
+        foundation::detail::CutText(platform::FindString(module, id), room - 1);
+    std::ranges::copy(found, buffer);
+    buffer[found.size()] = 0;
+    if (narrow) foundation::detail::PassNarrow(buffer);
+}
+
+void CT_LoadString::sv_LoadStringVA(char16_t* buffer, unsigned int size, HINSTANCE module,
+                                    unsigned int id, ...) {
+    va_list arguments;
+    va_start(arguments, id);
+    Format(buffer, size, module, id, arguments);
+    va_end(arguments);
+}
+
+void CT_LoadString::sv_LoadStringVA(CT_UString* text, HINSTANCE module, unsigned int id, ...) {
+    char16_t area[kAreaSize];
+    va_list arguments;
+    va_start(arguments, id);
+    Format(area, kAreaSize, module, id, arguments);
+    va_end(arguments);
+    if (text != nullptr) text->v_Set(area);
+}
+
+void CT_LoadString::sv_LoadStringVaList(CT_UString* text, HINSTANCE module, unsigned int id,
+                                        va_list arguments) {
+    char16_t area[kAreaSize];
+    Format(area, kAreaSize, module, id, arguments);
+    if (text != nullptr) text->v_Set(area);
+}

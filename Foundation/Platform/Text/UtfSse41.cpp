@@ -1,0 +1,10 @@
+// The kernels for processors with SSSE3, SSE4.1 and population counts.
+#define UTF_INSTRUCTIONS "sse4.1,popcnt"
+
+#include "Foundation/Platform/Text/UtfSse41.h"
+
+namespace platform::detail {
+
+constinit const UtfKernels kSse41Kernels = KernelsOver<VectorSse41>();
+
+}  // namespace platform::detail
