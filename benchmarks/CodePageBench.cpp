@@ -13,6 +13,8 @@
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "benchmarks/Texts.h"
 
+namespace platform = zelkor::platform;
+
 namespace bench {
 namespace {
 

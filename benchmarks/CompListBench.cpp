@@ -16,6 +16,8 @@
 #include "Foundation/Core/CompList/CompListReader.h"
 #include "Foundation/Platform/Text/Utf.h"
 
+namespace platform = zelkor::platform;
+
 namespace bench {
 namespace {
 

@@ -10,6 +10,8 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // The test after every call that may fail.

@@ -14,6 +14,8 @@
 #include "Foundation/Core/String/Compare.h"
 #include "Foundation/Platform/Text/Utf.h"
 
+namespace platform = zelkor::platform;
+
 namespace bench {
 
 const Keys<std::u16string>& TextsOf(std::int64_t count) {

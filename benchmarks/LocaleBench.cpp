@@ -3,6 +3,8 @@
 
 #include "Foundation/Platform/Locales/Locales.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // The twelve months of one locale in turn, as views and copied into a buffer.

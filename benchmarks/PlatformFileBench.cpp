@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 
 constexpr std::uint32_t kRecord = 104;
 constexpr std::uint32_t kRecords = 10'000;

@@ -9,6 +9,8 @@
 
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 std::u16string FormatString(const char16_t* format, ...) {

@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/String/UString.h"
 #include "Foundation/Core/String/StringConvert.h"
+#include "Foundation/Core/String/UString.h"
 
 namespace {
 

@@ -10,11 +10,11 @@
 
 #include "Foundation/Core/Container/StringOrdinalMap.h"
 #include "Foundation/Core/Container/StringValueCollection.h"
+#include "Foundation/Core/String/UStringForwardIterator.h"
 #include "Foundation/Core/Text/FormatString.h"
 #include "Foundation/Core/Text/FormattedString.h"
 #include "Foundation/Core/Text/StringScanner.h"
 #include "Foundation/Core/Text/StringTools.h"
-#include "Foundation/Core/String/UStringForwardIterator.h"
 #include "TextBench.h"
 
 namespace {

@@ -9,6 +9,8 @@
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Texts.h"
 
+namespace platform = zelkor::platform;
+
 namespace bench {
 
 namespace {

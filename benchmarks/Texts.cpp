@@ -7,6 +7,8 @@
 
 #include "Foundation/Platform/Text/Utf.h"
 
+namespace platform = zelkor::platform;
+
 namespace bench {
 namespace {
 

@@ -15,6 +15,8 @@
 #include "Foundation/Platform/Text/Utf.h"
 #include "benchmarks/Texts.h"
 
+namespace platform = zelkor::platform;
+
 namespace bench {
 namespace {
 

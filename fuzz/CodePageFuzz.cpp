@@ -10,9 +10,11 @@
 #include <iterator>
 #include <vector>
 
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/CodePages/TextPieces.h"
+#include "Foundation/Platform/LastError.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 

@@ -13,6 +13,8 @@
 
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr std::size_t kArguments = 64;

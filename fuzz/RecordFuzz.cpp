@@ -186,10 +186,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (manager.b_IsOpen()) manager.v_Close(TRUE);
     ClearError();
     Require(sound || source.IsUnchanged());
-    const auto end = size < kDataEndAt + 4
-                         ? 0
-                         : foundation::record_format::LoadU32(
-                               reinterpret_cast<const std::byte*>(data) + kDataEndAt);
+    const auto end =
+        size < kDataEndAt + 4
+            ? 0
+            : zelkor::record_format::LoadU32(reinterpret_cast<const std::byte*>(data) + kDataEndAt);
     if (end > kFarthest) return 0;
     source.Restore();
     manager.v_Open(CT_RecordManager::kModeReadWrite, kMappings[turn == 1]);

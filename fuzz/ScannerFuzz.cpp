@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "Foundation/Core/String/UStringForwardIterator.h"
 #include "Foundation/Core/Text/FormattedString.h"
 #include "Foundation/Core/Text/StringScanner.h"
 #include "Foundation/Core/Text/StringTools.h"
-#include "Foundation/Core/String/UStringForwardIterator.h"
 #include "tests/Core/String/PlainTexts.h"
 
 namespace {

@@ -17,7 +17,7 @@ void Require(bool holds) {
 }
 
 bool Equal(const CT_UString& left, const CT_UString& right) {
-    return foundation::detail::View(left) == foundation::detail::View(right);
+    return zelkor::detail::View(left) == zelkor::detail::View(right);
 }
 
 void CheckValues(const CT_UString& text) {

@@ -14,6 +14,8 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 void Require(bool holds) {

@@ -9,6 +9,8 @@
 #include "Foundation/Platform/Text/Utf.h"
 #include "tests/Platform/UtfReference.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr int kLevels = 4;

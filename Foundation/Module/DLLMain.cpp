@@ -7,6 +7,8 @@
 #include "Foundation/Platform/Modules.h"
 #include "Foundation/System/Thread/Thread.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr unsigned int kVersion = 7;

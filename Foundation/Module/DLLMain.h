@@ -12,7 +12,7 @@
 class CT_ModuleVersion;
 class CT_UString;
 
-class FOUNDATION_API CT_BasisDLLMain {
+class ZELKOR_API CT_BasisDLLMain {
 public:
     [[nodiscard]] static HINSTANCE sh_GetInstance();
     static void sv_SetInstance(HINSTANCE instance);
@@ -50,6 +50,6 @@ inline constexpr unsigned int kThreadDetach = 3;
 // The library calls it itself when it is loaded and unloaded. The loader of a POSIX system cannot
 // be told to refuse a library, so an attach that answers FALSE ends the process there, through
 // platform::EndProcess: a library that runs without its slot would fail later and elsewhere.
-extern "C" FOUNDATION_API BOOL DllMain(HINSTANCE instance, unsigned int reason, void* reserved);
+extern "C" ZELKOR_API BOOL DllMain(HINSTANCE instance, unsigned int reason, void* reserved);
 
 #endif

@@ -12,10 +12,12 @@
 #include "Foundation/Platform/System.h"
 #include "Foundation/Platform/Threads.h"
 
+namespace platform = zelkor::platform;
+
 CT_DLLObject::CT_DLLObject(const char16_t* name, BOOL keepThreadNotifications)
     : keep_thread_notifications_(keepThreadNotifications) {
     const std::u16string_view text = name != nullptr ? name : u"";
-    std::ranges::copy(foundation::detail::CutText(text, kNameSize - 1), name_);
+    std::ranges::copy(zelkor::detail::CutText(text, kNameSize - 1), name_);
 }
 
 void CT_DLLObject::v_OnNotify(HINSTANCE instance, unsigned int reason) {

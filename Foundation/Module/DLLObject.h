@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_DLLObject {
+class ZELKOR_API CT_DLLObject {
 public:
     // The display name is cut to 255 units; a null name is empty. Without `keepThreadNotifications`
     // the module is not told of threads once it was attached.

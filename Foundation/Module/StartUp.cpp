@@ -1,21 +1,23 @@
 // Everything that runs when the library is loaded and unloaded, in order: the objects of this file
 // are constructed from top to bottom and destroyed from bottom to top. No other file of the library
 // has static objects that need work at start-up.
+#include "Foundation/Core/Base/Init.h"
+#include "Foundation/Core/Base/OS.h"
+#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Exception/ExceptionManager.h"
-#include "Foundation/Module/DLLMain.h"
-#include "Foundation/Core/Base/Init.h"
-#include "Foundation/Core/Base/SmartHeap.h"
-#include "Foundation/Module/Internal/StringTable.h"
-#include "Foundation/Module/Internal/VersionResourceDetail.h"
 #include "Foundation/Core/Language/LocaleInfo.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
+#include "Foundation/Module/DLLMain.h"
+#include "Foundation/Module/Internal/StringTable.h"
+#include "Foundation/Module/Internal/VersionResourceDetail.h"
 #include "Foundation/Platform/Dialogs.h"
+#include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Modules.h"
-#include "Foundation/Platform/Locales/Locales.h"
-#include "Foundation/Core/Base/OS.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 
@@ -73,8 +75,8 @@ namespace {
 class Loader {
 public:
     Loader() : instance_(platform::ModuleOf(&pool_memory)) {
-        platform::RegisterStringTable(instance_, foundation::detail::kStringTable);
-        platform::RegisterVersion(instance_, &foundation::detail::kVersionResource);
+        platform::RegisterStringTable(instance_, zelkor::detail::kStringTable);
+        platform::RegisterVersion(instance_, &zelkor::detail::kVersionResource);
         if (!DllMain(instance_, kProcessAttach, nullptr)) {
             platform::EndProcess("The library could not be loaded: no thread slot for CT_Thread.");
         }

@@ -11,19 +11,18 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 enum class StandardStream { kOutput, kError };
 
 // Whether the stream goes to a terminal, not to a file or a pipe.
-[[nodiscard]] FOUNDATION_API bool IsTerminal(StandardStream stream) noexcept;
+[[nodiscard]] ZELKOR_API bool IsTerminal(StandardStream stream) noexcept;
 
-FOUNDATION_API void WriteBytes(StandardStream stream, const void* bytes,
-                               std::size_t count) noexcept;
+ZELKOR_API void WriteBytes(StandardStream stream, const void* bytes, std::size_t count) noexcept;
 
 // The text in the terminal's encoding, which is UTF-8; an unpaired surrogate is a question mark.
-FOUNDATION_API void WriteText(StandardStream stream, std::u16string_view text) noexcept;
+ZELKOR_API void WriteText(StandardStream stream, std::u16string_view text) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

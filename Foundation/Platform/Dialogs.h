@@ -9,7 +9,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Flags of a box: the buttons in the low four bits, and the wish to come to the front.
 inline constexpr std::uint32_t kBoxOk = 0;
@@ -38,23 +38,22 @@ using MessageBoxHandler = int (*)(const char16_t* text, const char16_t* caption,
 // The default prints caption and text to the standard error and answers with the button that goes
 // on as if nothing had been asked: Ignore, Continue or OK where there is one, else No or Cancel.
 // Where there was a choice the answer is printed, too: "-> Ignore".
-FOUNDATION_API MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) noexcept;
-FOUNDATION_API int ShowMessageBox(const char16_t* text, const char16_t* caption,
-                                  std::uint32_t flags);
+ZELKOR_API MessageBoxHandler SetMessageBoxHandler(MessageBoxHandler handler) noexcept;
+ZELKOR_API int ShowMessageBox(const char16_t* text, const char16_t* caption, std::uint32_t flags);
 
 // Takes one piece of debugger output, zero-terminated; a line may arrive in several pieces.
 using DebugOutputSink = void (*)(const char16_t* text);
 
 // Installs a sink (null: the default, which drops the text) and returns the one before.
-FOUNDATION_API DebugOutputSink SetDebugOutputSink(DebugOutputSink sink) noexcept;
-FOUNDATION_API void WriteDebugOutput(const char16_t* text);
+ZELKOR_API DebugOutputSink SetDebugOutputSink(DebugOutputSink sink) noexcept;
+ZELKOR_API void WriteDebugOutput(const char16_t* text);
 
 // Ends the process at once for a reason that it cannot survive, which is printed to the standard
 // error first. A handler may end it in another way; when it returns, the process is aborted.
 using FatalHandler = void (*)(const char* reason);
-FOUNDATION_API FatalHandler SetFatalHandler(FatalHandler handler) noexcept;
-[[noreturn]] FOUNDATION_API void EndProcess(const char* reason);
+ZELKOR_API FatalHandler SetFatalHandler(FatalHandler handler) noexcept;
+[[noreturn]] ZELKOR_API void EndProcess(const char* reason);
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

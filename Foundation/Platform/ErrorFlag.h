@@ -6,18 +6,18 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Whether the thread has an error that is not ignored. The error manager alone sets it.
 #if defined(_WIN32)  // where libraries cannot export thread-local variables
-[[nodiscard]] FOUNDATION_API bool& ErrorFlag() noexcept;
+[[nodiscard]] ZELKOR_API bool& ErrorFlag() noexcept;
 #else
-extern FOUNDATION_API FOUNDATION_THREAD_LOCAL bool error_flag;
+extern ZELKOR_API ZELKOR_THREAD_LOCAL bool error_flag;
 [[nodiscard]] inline bool& ErrorFlag() noexcept {
     return error_flag;
 }
 #endif
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

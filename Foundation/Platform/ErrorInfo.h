@@ -5,16 +5,16 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Leaves a description for the thread, in place of the one before; null takes it away. The text is
 // copied. FALSE when there is no memory for it.
-FOUNDATION_API bool SetErrorInfo(const char16_t* description) noexcept;
+ZELKOR_API bool SetErrorInfo(const char16_t* description) noexcept;
 
 // Takes the thread's description away from it: the caller frees it with platform::Free. Null when
 // there is none.
-[[nodiscard]] FOUNDATION_API char16_t* TakeErrorInfo() noexcept;
+[[nodiscard]] ZELKOR_API char16_t* TakeErrorInfo() noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "Foundation/Platform/LastError.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -64,4 +64,4 @@ std::u16string_view SystemText(std::uint32_t number) noexcept {
     return {kText.data() + place->start, place->length};
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

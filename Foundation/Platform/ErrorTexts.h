@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 struct ErrorText {
     std::uint32_t number;
@@ -568,6 +568,6 @@ inline constexpr ErrorText kErrorTexts[] = {
 };
 // clang-format on
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -11,7 +11,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 enum class FileCall : std::uint32_t {
     kOpen,
@@ -43,19 +43,19 @@ inline constexpr std::uint32_t kFileCalls = static_cast<std::uint32_t>(FileCall:
 
 // The call fails with a Win32 error number and does nothing. (QueryStatus answers the C runtime
 // number that goes with it.) A number of 0 counts the call without harm.
-FOUNDATION_API void FailFileCall(FileCall call, std::uint32_t after, std::uint32_t error,
-                                 bool sticky = false) noexcept;
+ZELKOR_API void FailFileCall(FileCall call, std::uint32_t after, std::uint32_t error,
+                             bool sticky = false) noexcept;
 
 // The read or write succeeds, but transfers at most `limit` bytes.
-FOUNDATION_API void ShortenFileCall(FileCall call, std::uint32_t after, std::uint32_t limit,
-                                    bool sticky = false) noexcept;
+ZELKOR_API void ShortenFileCall(FileCall call, std::uint32_t after, std::uint32_t limit,
+                                bool sticky = false) noexcept;
 
 // The write stores at most `limit` bytes and fails with 112, and so does every one after it.
-FOUNDATION_API void FillDisk(std::uint32_t after, std::uint32_t limit) noexcept;
+ZELKOR_API void FillDisk(std::uint32_t after, std::uint32_t limit) noexcept;
 
 // Ends every fault of this thread; answers how many calls of that kind were made since it was set.
-FOUNDATION_API std::uint32_t ClearFileFaults(FileCall counted = FileCall::kOpen) noexcept;
+ZELKOR_API std::uint32_t ClearFileFaults(FileCall counted = FileCall::kOpen) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

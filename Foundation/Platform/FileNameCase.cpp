@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -61,4 +61,4 @@ char16_t FileNameUpper(char16_t unit) noexcept {
     return unit;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

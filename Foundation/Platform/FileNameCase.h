@@ -4,12 +4,12 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // The simple upper-case mappings of UnicodeData of the scripts that have case in the basic plane:
 // Latin, Greek, Cyrillic, Armenian and the full-width letters; all other units stay.
-[[nodiscard]] FOUNDATION_API char16_t FileNameUpper(char16_t unit) noexcept;
+[[nodiscard]] ZELKOR_API char16_t FileNameUpper(char16_t unit) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

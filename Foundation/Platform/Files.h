@@ -19,7 +19,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Access.
 inline constexpr std::uint32_t kAccessNone = 0;
@@ -71,48 +71,47 @@ inline constexpr std::uint32_t kSeekEnd = 2;
 //   123    a separator behind a name that is no folder; a new name with a character
 //          from "<>:\"|?*" or below 32; a text that is not well-formed
 //   1224   it would be cut and has a view
-[[nodiscard]] FOUNDATION_API HANDLE OpenFile(const char16_t* name, std::uint32_t access,
-                                             std::uint32_t share, std::uint32_t disposition,
-                                             std::uint32_t flags_and_attributes) noexcept;
+[[nodiscard]] ZELKOR_API HANDLE OpenFile(const char16_t* name, std::uint32_t access,
+                                         std::uint32_t share, std::uint32_t disposition,
+                                         std::uint32_t flags_and_attributes) noexcept;
 
 // Closes a handle of a file, a mapping or a thread and releases its locks; 6 when it is not open. A
 // file whose last data could not be stored says so here once; closing it again then succeeds.
-FOUNDATION_API bool CloseHandle(HANDLE handle) noexcept;
+ZELKOR_API bool CloseHandle(HANDLE handle) noexcept;
 
 // One transfer at the handle's position, which moves by the count transferred. Fewer bytes than
 // asked for are read at the end of the file or from a pipe; a write is short only on failure, and
 // *done tells how much was stored (112: the disk is full). 5 without that access; 33 when another
 // handle has locked part of the range: nothing is transferred then.
-FOUNDATION_API bool ReadFile(HANDLE file, void* buffer, std::uint32_t count,
-                             std::uint32_t* done) noexcept;
-FOUNDATION_API bool WriteFile(HANDLE file, const void* data, std::uint32_t count,
-                              std::uint32_t* done) noexcept;
+ZELKOR_API bool ReadFile(HANDLE file, void* buffer, std::uint32_t count,
+                         std::uint32_t* done) noexcept;
+ZELKOR_API bool WriteFile(HANDLE file, const void* data, std::uint32_t count,
+                          std::uint32_t* done) noexcept;
 
 // Moves the position by a signed distance and stores the new one (`position` may be null). It may
 // lie behind the end. 131 when it would be negative, 87 for another origin, 25 for another place in
 // a pipe (whose end is where it stands); it stays then.
-FOUNDATION_API bool SetFilePosition(HANDLE file, std::int64_t distance, std::uint32_t origin,
-                                    std::uint64_t* position) noexcept;
+ZELKOR_API bool SetFilePosition(HANDLE file, std::int64_t distance, std::uint32_t origin,
+                                std::uint64_t* position) noexcept;
 
 // Ends the file at the position. 5 without write access, 1224 when it would cut a mapping.
-FOUNDATION_API bool SetEndOfFile(HANDLE file) noexcept;
+ZELKOR_API bool SetEndOfFile(HANDLE file) noexcept;
 
 // Has the system store what was written; 5 without write access.
-FOUNDATION_API bool FlushFile(HANDLE file) noexcept;
+ZELKOR_API bool FlushFile(HANDLE file) noexcept;
 
-FOUNDATION_API bool QueryFileSize(HANDLE file, std::uint64_t* size) noexcept;
-FOUNDATION_API bool QueryFileInformation(HANDLE file,
-                                         BY_HANDLE_FILE_INFORMATION* information) noexcept;
+ZELKOR_API bool QueryFileSize(HANDLE file, std::uint64_t* size) noexcept;
+ZELKOR_API bool QueryFileInformation(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) noexcept;
 
 // Locks [offset, offset + length) against reading, writing and locking through any other handle,
 // without waiting: 33 when a byte of it is locked already, through this handle too. The range may
 // lie behind the end. Unlocking names exactly a range that was locked (else 158). 5 without read
 // or write access. Transfers of other users' processes are not held back, their locks are.
-FOUNDATION_API bool LockFile(HANDLE file, std::uint64_t offset, std::uint64_t length) noexcept;
-FOUNDATION_API bool UnlockFile(HANDLE file, std::uint64_t offset, std::uint64_t length) noexcept;
+ZELKOR_API bool LockFile(HANDLE file, std::uint64_t offset, std::uint64_t length) noexcept;
+ZELKOR_API bool UnlockFile(HANDLE file, std::uint64_t offset, std::uint64_t length) noexcept;
 
 // Accepts the number of handles the program means to use and answers how many it may.
-FOUNDATION_API std::uint32_t SetHandleCount(std::uint32_t count) noexcept;
+ZELKOR_API std::uint32_t SetHandleCount(std::uint32_t count) noexcept;
 
 // ---- Mappings -----------------------------------------------------------------------------------
 
@@ -122,45 +121,44 @@ FOUNDATION_API std::uint32_t SetHandleCount(std::uint32_t count) noexcept;
 //   5 the handle's access does not allow it   8 longer than the file, for reading
 //   1006 the file is empty and `size` is 0
 // A mapping outlives its file's handle, a view its mapping's.
-[[nodiscard]] FOUNDATION_API HANDLE CreateMapping(HANDLE file, bool writable,
-                                                  std::uint64_t size) noexcept;
+[[nodiscard]] ZELKOR_API HANDLE CreateMapping(HANDLE file, bool writable,
+                                              std::uint64_t size) noexcept;
 
 // A view of the mapping's first `size` bytes (0: all). Null on failure (5: longer than the mapping,
 // or to write and the mapping is not). The view ends with UnmapView, which takes its first byte
 // (487: no view begins there).
-[[nodiscard]] FOUNDATION_API void* MapView(HANDLE mapping, bool writable,
-                                           std::uint64_t size) noexcept;
-FOUNDATION_API bool UnmapView(void* view) noexcept;
+[[nodiscard]] ZELKOR_API void* MapView(HANDLE mapping, bool writable, std::uint64_t size) noexcept;
+ZELKOR_API bool UnmapView(void* view) noexcept;
 
 // Makes a view to write, its mapping and its file that long, as CreateMapping does, and the view
 // stays where it is. False, with all as before, when that cannot be done (8: no addresses left
 // behind the view); mapping the file anew may succeed then.
-[[nodiscard]] FOUNDATION_API bool GrowView(HANDLE mapping, void* view, std::uint64_t size) noexcept;
+[[nodiscard]] ZELKOR_API bool GrowView(HANDLE mapping, void* view, std::uint64_t size) noexcept;
 
 // Has the system store the view's first `size` bytes (0: all).
-FOUNDATION_API bool FlushView(const void* view, std::uint64_t size) noexcept;
+ZELKOR_API bool FlushView(const void* view, std::uint64_t size) noexcept;
 
 // ---- Names of files -----------------------------------------------------------------------------
 
 // 2, 3: no such file or folder; 5: read-only or a folder; 32: a handle does not share deleting.
-FOUNDATION_API bool RemoveFile(const char16_t* name) noexcept;
+ZELKOR_API bool RemoveFile(const char16_t* name) noexcept;
 
 // Renames a file or folder, also to another folder; `replace` allows an existing file as target
 // (else 183), `copy` a file's way to another file system. A target is replaced in one step: whoever
 // stops in between finds the old or the new content. Across file systems the source goes last.
-FOUNDATION_API bool RenameFile(const char16_t* from, const char16_t* to, bool replace,
-                               bool copy) noexcept;
+ZELKOR_API bool RenameFile(const char16_t* from, const char16_t* to, bool replace,
+                           bool copy) noexcept;
 
 // Copies content, attributes and time of last change. 80 when the target exists and `replace` is
 // false. A copy that fails half-way leaves no target behind.
-FOUNDATION_API bool DuplicateFile(const char16_t* from, const char16_t* to, bool replace) noexcept;
+ZELKOR_API bool DuplicateFile(const char16_t* from, const char16_t* to, bool replace) noexcept;
 
 // The attribute word: a folder 0x10, a file at least 0x80 (normal) when no other bit is set. A file
 // that was never given attributes has the archive bit. Read-only (files only) is kept in the
 // permission bits; hidden, system, archive and temporary in an extended attribute: they are dropped
 // where the file system has none. Other bits are ignored.
-[[nodiscard]] FOUNDATION_API std::uint32_t QueryAttributes(const char16_t* name) noexcept;
-FOUNDATION_API bool SetAttributes(const char16_t* name, std::uint32_t attributes) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t QueryAttributes(const char16_t* name) noexcept;
+ZELKOR_API bool SetAttributes(const char16_t* name, std::uint32_t attributes) noexcept;
 
 // What the C runtime's stat knows; times are seconds since 1970-01-01 UTC.
 struct FileStatus {
@@ -181,35 +179,35 @@ inline constexpr std::uint32_t kModeFile = 0x8000;
 
 // 0, or the C runtime's error number (2: nothing of that name, 13: not allowed, ...); *status is
 // then all zero. The last error is left alone. A folder may be named with a separator behind.
-[[nodiscard]] FOUNDATION_API int QueryStatus(const char16_t* name, FileStatus* status) noexcept;
+[[nodiscard]] ZELKOR_API int QueryStatus(const char16_t* name, FileStatus* status) noexcept;
 
 // Whether something of that name exists; false also when it cannot be asked.
-[[nodiscard]] FOUNDATION_API bool Exists(const char16_t* name) noexcept;
+[[nodiscard]] ZELKOR_API bool Exists(const char16_t* name) noexcept;
 
 // ---- Folders and temporary files ----------------------------------------------------------------
 // Texts are written zero-terminated; the answer is their length without the zero, 0 on failure
 // (122: it does not fit). A folder named for the caller is a full path with "\" and a drive.
 
-FOUNDATION_API bool CreateFolder(const char16_t* name) noexcept;  // 183: the name exists
-FOUNDATION_API bool RemoveFolder(const char16_t* name) noexcept;  // 145: not empty, 267: no folder
+ZELKOR_API bool CreateFolder(const char16_t* name) noexcept;  // 183: the name exists
+ZELKOR_API bool RemoveFolder(const char16_t* name) noexcept;  // 145: not empty, 267: no folder
 
 // The current folder belongs to the whole process. A name with a drive makes that the current
 // drive (C at first); the current folder of any other drive is its root.
-FOUNDATION_API bool ChangeFolder(const char16_t* name) noexcept;
+ZELKOR_API bool ChangeFolder(const char16_t* name) noexcept;
 // `drive`: 0 is the current one, 1 is A; 15 for one above 26.
-[[nodiscard]] FOUNDATION_API std::uint32_t CurrentFolder(std::uint32_t drive,
-                                                         std::span<char16_t> folder) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t CurrentFolder(std::uint32_t drive,
+                                                     std::span<char16_t> folder) noexcept;
 
 // The folder for temporary files, with a separator at its end: $TMPDIR, or /tmp.
-[[nodiscard]] FOUNDATION_API std::uint32_t TemporaryFolder(std::span<char16_t> folder) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t TemporaryFolder(std::span<char16_t> folder) noexcept;
 
 // folder \ first three units of prefix, number in hexadecimal, ".tmp". With `unique` 0 finds a
 // number that is free and makes the file, empty and for its owner only; otherwise only builds the
 // name from the low 16 bits. Answers the number used, 0 on failure.
-FOUNDATION_API std::uint32_t CreateTemporaryFile(const char16_t* folder, const char16_t* prefix,
-                                                 std::uint32_t unique,
-                                                 std::span<char16_t> name) noexcept;
+ZELKOR_API std::uint32_t CreateTemporaryFile(const char16_t* folder, const char16_t* prefix,
+                                             std::uint32_t unique,
+                                             std::span<char16_t> name) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -6,7 +6,7 @@
 
 #include "Foundation/Platform/FileNameCase.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -104,4 +104,4 @@ bool MatchesPattern(std::u16string_view name, std::u16string_view pattern) noexc
     return reached[name.size()];
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -20,7 +20,7 @@
 #include "Foundation/Platform/Paths.h"
 #include "Foundation/Platform/Types.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 struct FoundFile {
     std::uint32_t attributes;  // as QueryAttributes (Files.h); a plain file is 0x20 or 0x80
@@ -31,18 +31,18 @@ struct FoundFile {
 
 // Begins a search and delivers its first entry. INVALID_HANDLE_VALUE on failure: 2 nothing matches,
 // 3 no such folder or an empty pattern.
-[[nodiscard]] FOUNDATION_API HANDLE FindFirst(const char16_t* pattern, FoundFile* found);
+[[nodiscard]] ZELKOR_API HANDLE FindFirst(const char16_t* pattern, FoundFile* found);
 
 // The next entry; false with 18 when there is none.
-FOUNDATION_API bool FindNext(HANDLE search, FoundFile* found);
+ZELKOR_API bool FindNext(HANDLE search, FoundFile* found);
 
 // Ends a search; 6 when there is none of that handle.
-FOUNDATION_API bool FindClose(HANDLE search) noexcept;
+ZELKOR_API bool FindClose(HANDLE search) noexcept;
 
 // Whether a name matches a pattern without folder, by the rules above.
-[[nodiscard]] FOUNDATION_API bool MatchesPattern(std::u16string_view name,
-                                                 std::u16string_view pattern) noexcept;
+[[nodiscard]] ZELKOR_API bool MatchesPattern(std::u16string_view name,
+                                             std::u16string_view pattern) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -10,7 +10,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // The numbers that the library itself tests for or sets; any other Win32 number may occur.
 inline constexpr std::uint32_t kErrorSuccess = 0;
@@ -49,13 +49,13 @@ inline constexpr std::uint32_t kErrorFileInvalid = 1006;
 inline constexpr std::uint32_t kErrorNoUnicodeTranslation = 1113;
 inline constexpr std::uint32_t kErrorUserMappedFile = 1224;
 
-[[nodiscard]] FOUNDATION_API std::uint32_t LastError() noexcept;
-FOUNDATION_API void SetLastError(std::uint32_t number) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t LastError() noexcept;
+ZELKOR_API void SetLastError(std::uint32_t number) noexcept;
 
 // The system's English message for a Win32 error number or a common HRESULT, ending in CR LF as the
 // system ends them; empty when the system has no text for the number. Borrowed, constant.
-[[nodiscard]] FOUNDATION_API std::u16string_view SystemText(std::uint32_t number) noexcept;
+[[nodiscard]] ZELKOR_API std::u16string_view SystemText(std::uint32_t number) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -44,7 +44,7 @@ struct _SHI_Pool {
     _SHI_Pool* next = nullptr;
 };
 
-namespace platform {
+namespace zelkor::platform {
 
 // What the memory manager tells the error handler; the code is first.
 struct MemoryError {
@@ -58,34 +58,34 @@ using MemoryErrorHandler = bool (*)(const MemoryError* error);
 
 // Installs a handler (null: none, requests then answer null) and returns the one before. While the
 // library is loaded its own handler stands here, which throws CT_SmartHeapException.
-FOUNDATION_API MemoryErrorHandler SetMemoryErrorHandler(MemoryErrorHandler handler) noexcept;
+ZELKOR_API MemoryErrorHandler SetMemoryErrorHandler(MemoryErrorHandler handler) noexcept;
 
 // A block of at least `size` bytes, rounded up to a multiple of 4 and at least 4; null only when
 // memory is exhausted and the handler gave up. Reallocate keeps the leading bytes and leaves the
 // old block valid when it fails; a null block allocates.
-[[nodiscard]] FOUNDATION_API void* Allocate(std::size_t size);
-[[nodiscard]] FOUNDATION_API void* AllocateZeroed(std::size_t size);
-[[nodiscard]] FOUNDATION_API void* Reallocate(void* block, std::size_t size);
-FOUNDATION_API void Free(void* block) noexcept;
+[[nodiscard]] ZELKOR_API void* Allocate(std::size_t size);
+[[nodiscard]] ZELKOR_API void* AllocateZeroed(std::size_t size);
+[[nodiscard]] ZELKOR_API void* Reallocate(void* block, std::size_t size);
+ZELKOR_API void Free(void* block) noexcept;
 // As Allocate, but answers null at once: the handler is not asked.
-[[nodiscard]] FOUNDATION_API void* TryAllocate(std::size_t size) noexcept;
+[[nodiscard]] ZELKOR_API void* TryAllocate(std::size_t size) noexcept;
 
 // Has the handler hear of a request that is larger than any block; comes back when it gives up.
-FOUNDATION_API void ReportExhausted();
+ZELKOR_API void ReportExhausted();
 
 // One block of the pool's size, or null as above; freeing null does nothing. Under
 // AddressSanitizer every block comes from the heap, so that use after freeing is seen.
-[[nodiscard]] FOUNDATION_API void* AllocateBlock(_SHI_Pool* pool);
-FOUNDATION_API void FreeBlock(_SHI_Pool* pool, void* block) noexcept;
+[[nodiscard]] ZELKOR_API void* AllocateBlock(_SHI_Pool* pool);
+ZELKOR_API void FreeBlock(_SHI_Pool* pool, void* block) noexcept;
 
 // Test seam: makes the `countdown`-th allocation of this thread from now on fail (1: the next one),
 // and with `sticky` all that follow; 0 switches it off. AllocationCount counts this thread's tries
 // to allocate, LiveBlocks the blocks of all threads not yet freed (exact while the other threads
 // rest). Both always count, in counters of each thread; a trial after the handler freed memory is
 // a try of its own.
-FOUNDATION_API void FailAllocation(std::uint64_t countdown, bool sticky = false) noexcept;
-[[nodiscard]] FOUNDATION_API std::uint64_t AllocationCount() noexcept;
-[[nodiscard]] FOUNDATION_API std::int64_t LiveBlocks() noexcept;
+ZELKOR_API void FailAllocation(std::uint64_t countdown, bool sticky = false) noexcept;
+[[nodiscard]] ZELKOR_API std::uint64_t AllocationCount() noexcept;
+[[nodiscard]] ZELKOR_API std::int64_t LiveBlocks() noexcept;
 
 // Gives the memory of pools whose blocks have all come back to the heap again, and stops caching in
 // the calling thread. Called once when the library goes; everything keeps working afterwards.
@@ -112,6 +112,6 @@ struct Allocator {
     }
 };
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

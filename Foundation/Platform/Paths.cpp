@@ -6,7 +6,7 @@
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -198,4 +198,4 @@ std::size_t FullPath(const char16_t* given, std::span<char16_t> out) noexcept {
     return path.text().size();
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

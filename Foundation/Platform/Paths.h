@@ -20,7 +20,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Room for a path with its zero, as the platform counts; the system's own limit is higher.
 inline constexpr std::size_t kMaxPath = 260;
@@ -31,32 +31,31 @@ inline constexpr std::size_t kMaxPath = 260;
 struct PathParts {
     std::u16string_view drive, directory, name, extension;
 };
-[[nodiscard]] FOUNDATION_API PathParts SplitPath(std::u16string_view path) noexcept;
+[[nodiscard]] ZELKOR_API PathParts SplitPath(std::u16string_view path) noexcept;
 
 // The inverse: the drive's first unit and a colon, a "\" behind the directory and a period before
 // the extension where missing. Answers the length without the zero; the path is written, with its
 // zero, only when it fits `out`, which may overlap none of the parts.
-[[nodiscard]] FOUNDATION_API std::size_t MakePath(std::span<char16_t> out,
-                                                  const PathParts& parts) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t MakePath(std::span<char16_t> out,
+                                              const PathParts& parts) noexcept;
 
 // The absolute form of a path, zero-terminated: current folder in front, "\" throughout, ".", ".."
 // and doubled separators resolved. Every other name stays as it is: periods and blanks at its end
 // belong to it, and no name is a device's. A null or empty path is the current folder. Answers the
 // length; 0 with the last error set (206) when it does not fit, or (2) there is no current folder.
-[[nodiscard]] FOUNDATION_API std::size_t FullPath(const char16_t* path,
-                                                  std::span<char16_t> out) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FullPath(const char16_t* path,
+                                              std::span<char16_t> out) noexcept;
 
 // The system's own form of a path, as zero-terminated bytes, and the way back: an absolute path
 // gets the current drive in front, and "\" throughout. Each answers the length without the zero, or
 // 0 with the last error set (3: the path is empty or too long for `out`; 123: see above).
-[[nodiscard]] FOUNDATION_API std::size_t NativePath(const char16_t* path,
-                                                    std::span<char> out) noexcept;
-[[nodiscard]] FOUNDATION_API std::size_t PathFromNative(const char* native,
-                                                        std::span<char16_t> out) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t NativePath(const char16_t* path, std::span<char> out) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t PathFromNative(const char* native,
+                                                    std::span<char16_t> out) noexcept;
 
 // Longest native path with its zero that the services of the ground take.
 inline constexpr std::size_t kMaxNativePath = 4096;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -2,7 +2,7 @@
 #ifndef FOUNDATION_PLATFORM_PREFETCH_H
 #define FOUNDATION_PLATFORM_PREFETCH_H
 
-namespace platform {
+namespace zelkor::platform {
 
 // Starts bringing the cache line in. Any address will do; it is not read.
 inline void Prefetch([[maybe_unused]] const void* address) noexcept {
@@ -11,6 +11,6 @@ inline void Prefetch([[maybe_unused]] const void* address) noexcept {
 #endif
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

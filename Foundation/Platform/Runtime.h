@@ -14,7 +14,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // ---- Formatted output -------------------------------------------------------------------------
 //
@@ -53,53 +53,51 @@ namespace platform {
 // As the runtime's _vsnwprintf and _vsnprintf: the number of units written without the terminator,
 // or -1 when they do not fit; `out` then holds the first `capacity` units. A terminator follows the
 // text when there is room for it: a text of exactly `capacity` units has none.
-FOUNDATION_API int FormatText(char16_t* out, std::size_t capacity, const char16_t* format,
-                              std::va_list arguments) noexcept;
-FOUNDATION_API int FormatText(char* out, std::size_t capacity, const char* format,
-                              std::va_list arguments) noexcept;
+ZELKOR_API int FormatText(char16_t* out, std::size_t capacity, const char16_t* format,
+                          std::va_list arguments) noexcept;
+ZELKOR_API int FormatText(char* out, std::size_t capacity, const char* format,
+                          std::va_list arguments) noexcept;
 
 // Writes what fits as above and answers how long the whole text is, so that one pass is enough
 // when it fits and a second always is. The answer can be as large as the widths ask for; the work
 // is bounded by the format and `capacity`.
-[[nodiscard]] FOUNDATION_API std::size_t FormatWhole(char16_t* out, std::size_t capacity,
-                                                     const char16_t* format,
-                                                     std::va_list arguments) noexcept;
-[[nodiscard]] FOUNDATION_API std::size_t FormatWhole(char* out, std::size_t capacity,
-                                                     const char* format,
-                                                     std::va_list arguments) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FormatWhole(char16_t* out, std::size_t capacity,
+                                                 const char16_t* format,
+                                                 std::va_list arguments) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FormatWhole(char* out, std::size_t capacity,
+                                                 const char* format,
+                                                 std::va_list arguments) noexcept;
 
 // FormatText with the arguments in the call, for fixed formats of the library.
-FOUNDATION_API int PrintText(char16_t* out, std::size_t capacity, const char16_t* format, ...);
-FOUNDATION_API int PrintText(char* out, std::size_t capacity, const char* format, ...);
+ZELKOR_API int PrintText(char16_t* out, std::size_t capacity, const char16_t* format, ...);
+ZELKOR_API int PrintText(char* out, std::size_t capacity, const char* format, ...);
 
 // ---- Comparing --------------------------------------------------------------------------------
 
 // By unit, 8-bit texts as unsigned bytes: -1, 0 or 1 (wcscmp, strcmp).
-[[nodiscard]] FOUNDATION_API int CompareText(const char16_t* a, const char16_t* b) noexcept;
-[[nodiscard]] FOUNDATION_API int CompareText(const char* a, const char* b) noexcept;
+[[nodiscard]] ZELKOR_API int CompareText(const char16_t* a, const char16_t* b) noexcept;
+[[nodiscard]] ZELKOR_API int CompareText(const char* a, const char* b) noexcept;
 // At most `count` units of each (wcsncmp, strncmp).
-[[nodiscard]] FOUNDATION_API int CompareText(const char16_t* a, const char16_t* b,
-                                             std::size_t count) noexcept;
-[[nodiscard]] FOUNDATION_API int CompareText(const char* a, const char* b,
-                                             std::size_t count) noexcept;
+[[nodiscard]] ZELKOR_API int CompareText(const char16_t* a, const char16_t* b,
+                                         std::size_t count) noexcept;
+[[nodiscard]] ZELKOR_API int CompareText(const char* a, const char* b, std::size_t count) noexcept;
 
 // Without regard to case (_wcsicmp, _stricmp): 0, or the first differing unit of `a` in lower case
 // minus that of `b`.
-[[nodiscard]] FOUNDATION_API int CompareNoCase(const char16_t* a, const char16_t* b) noexcept;
-[[nodiscard]] FOUNDATION_API int CompareNoCase(const char* a, const char* b) noexcept;
+[[nodiscard]] ZELKOR_API int CompareNoCase(const char16_t* a, const char16_t* b) noexcept;
+[[nodiscard]] ZELKOR_API int CompareNoCase(const char* a, const char* b) noexcept;
 // At most `count` units of each (_wcsnicmp, _strnicmp).
-[[nodiscard]] FOUNDATION_API int CompareNoCase(const char16_t* a, const char16_t* b,
-                                               std::size_t count) noexcept;
-[[nodiscard]] FOUNDATION_API int CompareNoCase(const char* a, const char* b,
-                                               std::size_t count) noexcept;
+[[nodiscard]] ZELKOR_API int CompareNoCase(const char16_t* a, const char16_t* b,
+                                           std::size_t count) noexcept;
+[[nodiscard]] ZELKOR_API int CompareNoCase(const char* a, const char* b,
+                                           std::size_t count) noexcept;
 // For texts of known length, which is faster: they compare as if a zero unit followed each. A zero
 // inside both ends the comparison, as it does above.
-[[nodiscard]] FOUNDATION_API int CompareNoCase(std::u16string_view a,
-                                               std::u16string_view b) noexcept;
-[[nodiscard]] FOUNDATION_API int CompareNoCase(std::string_view a, std::string_view b) noexcept;
+[[nodiscard]] ZELKOR_API int CompareNoCase(std::u16string_view a, std::u16string_view b) noexcept;
+[[nodiscard]] ZELKOR_API int CompareNoCase(std::string_view a, std::string_view b) noexcept;
 
 // Units before the terminator (wcslen).
-[[nodiscard]] FOUNDATION_API std::size_t TextLength(const char16_t* text) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t TextLength(const char16_t* text) noexcept;
 
 // ---- Case and white space ---------------------------------------------------------------------
 
@@ -117,10 +115,10 @@ FOUNDATION_API int PrintText(char* out, std::size_t capacity, const char* format
 }
 
 // In place over `length` units (_wcslwr, _wcsupr, _strlwr, _strupr).
-FOUNDATION_API void LowerText(char16_t* text, std::size_t length) noexcept;
-FOUNDATION_API void UpperText(char16_t* text, std::size_t length) noexcept;
-FOUNDATION_API void LowerText(char* text, std::size_t length) noexcept;
-FOUNDATION_API void UpperText(char* text, std::size_t length) noexcept;
+ZELKOR_API void LowerText(char16_t* text, std::size_t length) noexcept;
+ZELKOR_API void UpperText(char16_t* text, std::size_t length) noexcept;
+ZELKOR_API void LowerText(char* text, std::size_t length) noexcept;
+ZELKOR_API void UpperText(char* text, std::size_t length) noexcept;
 
 // The byte test (isspace): tabulator to carriage return, and blank.
 [[nodiscard]] constexpr bool IsSpace(char byte) noexcept {
@@ -140,11 +138,11 @@ FOUNDATION_API void UpperText(char* text, std::size_t length) noexcept;
 
 // _wtoi and atoi (and _wtol, atol): base 10, 0 when there is no number; values outside the range
 // become the nearest limit.
-[[nodiscard]] FOUNDATION_API std::int32_t ReadInteger(const char16_t* text) noexcept;
-[[nodiscard]] FOUNDATION_API std::int32_t ReadInteger(const char* text) noexcept;
+[[nodiscard]] ZELKOR_API std::int32_t ReadInteger(const char16_t* text) noexcept;
+[[nodiscard]] ZELKOR_API std::int32_t ReadInteger(const char* text) noexcept;
 // _wtoi64 and _atoi64.
-[[nodiscard]] FOUNDATION_API std::int64_t ReadInteger64(const char16_t* text) noexcept;
-[[nodiscard]] FOUNDATION_API std::int64_t ReadInteger64(const char* text) noexcept;
+[[nodiscard]] ZELKOR_API std::int64_t ReadInteger64(const char16_t* text) noexcept;
+[[nodiscard]] ZELKOR_API std::int64_t ReadInteger64(const char* text) noexcept;
 
 struct ReadNumber {
     std::int32_t value;
@@ -152,8 +150,8 @@ struct ReadNumber {
     bool out_of_range;     // the value is the nearest limit
 };
 // wcstol and strtol: base 2 to 36; base 0 takes 0x for 16, a leading 0 for 8, else 10.
-[[nodiscard]] FOUNDATION_API ReadNumber ReadLong(const char16_t* text, int base) noexcept;
-[[nodiscard]] FOUNDATION_API ReadNumber ReadLong(const char* text, int base) noexcept;
+[[nodiscard]] ZELKOR_API ReadNumber ReadLong(const char16_t* text, int base) noexcept;
+[[nodiscard]] ZELKOR_API ReadNumber ReadLong(const char* text, int base) noexcept;
 
 struct ReadReal {
     double value;
@@ -161,9 +159,9 @@ struct ReadReal {
 };
 // wcstod and strtod: digits with a period, then an exponent after e, E, d or D when digits follow
 // it. Too large a number is infinite, too small a one 0. No hexadecimal form, no "inf" or "nan".
-[[nodiscard]] FOUNDATION_API ReadReal ReadDouble(const char16_t* text) noexcept;
-[[nodiscard]] FOUNDATION_API ReadReal ReadDouble(const char* text) noexcept;
+[[nodiscard]] ZELKOR_API ReadReal ReadDouble(const char16_t* text) noexcept;
+[[nodiscard]] ZELKOR_API ReadReal ReadDouble(const char* text) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -10,31 +10,31 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 inline constexpr std::size_t kNoHit = static_cast<std::size_t>(-1);
 
 // Index of the first unit equal to `wanted`, kNoHit when there is none.
-[[nodiscard]] FOUNDATION_API std::size_t FindUnit(const char* text, std::size_t length,
-                                                  char wanted) noexcept;
-[[nodiscard]] FOUNDATION_API std::size_t FindUnit(const char16_t* text, std::size_t length,
-                                                  char16_t wanted) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FindUnit(const char* text, std::size_t length,
+                                              char wanted) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FindUnit(const char16_t* text, std::size_t length,
+                                              char16_t wanted) noexcept;
 
 // Index of the first occurrence of wanted[0, wanted_length), kNoHit when there is none; an empty
 // one is found at 0. Linear in both lengths, whatever the texts.
-[[nodiscard]] FOUNDATION_API std::size_t FindText(const char* text, std::size_t length,
-                                                  const char* wanted,
-                                                  std::size_t wanted_length) noexcept;
-[[nodiscard]] FOUNDATION_API std::size_t FindText(const char16_t* text, std::size_t length,
-                                                  const char16_t* wanted,
-                                                  std::size_t wanted_length) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FindText(const char* text, std::size_t length,
+                                              const char* wanted,
+                                              std::size_t wanted_length) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FindText(const char16_t* text, std::size_t length,
+                                              const char16_t* wanted,
+                                              std::size_t wanted_length) noexcept;
 
 // Index of the first place, at most `length`, where the two differ or where both are zero.
-[[nodiscard]] FOUNDATION_API std::size_t CommonLength(const char* left, const char* right,
-                                                      std::size_t length) noexcept;
-[[nodiscard]] FOUNDATION_API std::size_t CommonLength(const char16_t* left, const char16_t* right,
-                                                      std::size_t length) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t CommonLength(const char* left, const char* right,
+                                                  std::size_t length) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t CommonLength(const char16_t* left, const char16_t* right,
+                                                  std::size_t length) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -8,7 +8,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // A lock that its owner may take again: it is free after as many Leave as Enter. Can be a
 // `constinit` object; it must not be destroyed while it is held.
@@ -18,8 +18,8 @@ public:
     RecursiveLock(const RecursiveLock&) = delete;
     RecursiveLock& operator=(const RecursiveLock&) = delete;
 
-    FOUNDATION_API void Enter();
-    FOUNDATION_API void Leave();
+    ZELKOR_API void Enter();
+    ZELKOR_API void Leave();
 
 private:
     std::mutex mutex_;
@@ -27,6 +27,6 @@ private:
     std::uint32_t depth_ = 0;              // times entered, guarded by mutex_
 };
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

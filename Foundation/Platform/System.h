@@ -8,7 +8,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // The family (2 is the NT line, 1 the older one that takes 8-bit text), the numbers, and the
 // additional version text.
@@ -23,7 +23,7 @@ struct SystemVersion {
 // A POSIX system answers as family 2, version 10.0, with the release number of its kernel as build
 // (6.1.25 is 60125) and the release text of the kernel. FALSE, with *version all zero, only when a
 // failure is forced.
-FOUNDATION_API bool QuerySystemVersion(SystemVersion* version) noexcept;
+ZELKOR_API bool QuerySystemVersion(SystemVersion* version) noexcept;
 
 struct ProcessorInfo {
     std::uint32_t
@@ -32,7 +32,7 @@ struct ProcessorInfo {
     std::uint32_t level;  // family of the processor as it names itself: 3, 4, 5, 6, ...
     std::uint32_t type;   // 386, 486, 586; on others 0
 };
-[[nodiscard]] FOUNDATION_API ProcessorInfo QueryProcessors() noexcept;
+[[nodiscard]] ZELKOR_API ProcessorInfo QueryProcessors() noexcept;
 
 // Memory of the machine, whatever share of it a container may use.
 struct MemoryStatus {
@@ -49,19 +49,19 @@ enum : std::uint32_t {
     kMemoryWhole = 7,
 };
 // Members outside of `parts` may be 0.
-[[nodiscard]] FOUNDATION_API MemoryStatus QueryMemory(std::uint32_t parts = kMemoryWhole) noexcept;
+[[nodiscard]] ZELKOR_API MemoryStatus QueryMemory(std::uint32_t parts = kMemoryWhole) noexcept;
 
 // Writes the computer's name, zero-terminated: the first 15 characters of the host name up to its
 // first dot. FALSE with the last error set when it does not fit (122) or cannot be had; the text is
 // then empty.
-FOUNDATION_API bool ComputerName(char16_t* name, std::uint32_t capacity) noexcept;
+ZELKOR_API bool ComputerName(char16_t* name, std::uint32_t capacity) noexcept;
 
 // System metrics by their usual numbers: 18 height of the Kanji window, 42 double-byte support, 63
 // network present (bit 0), 73 slow machine, 74 Hebrew and Arabic support. 42 and 74 follow the ANSI
 // page; no machine is slow or has a Kanji window. 0 for all others.
-[[nodiscard]] FOUNDATION_API int SystemMetric(int index) noexcept;
+[[nodiscard]] ZELKOR_API int SystemMetric(int index) noexcept;
 
-[[nodiscard]] FOUNDATION_API std::uint32_t CurrentProcessId() noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t CurrentProcessId() noexcept;
 
 // Test seam: answers given in place of the machine's own. A null member asks the machine.
 struct SystemAnswers {
@@ -71,8 +71,8 @@ struct SystemAnswers {
     bool (*computer_name)(char16_t* name, std::uint32_t capacity) = nullptr;
     int (*metric)(int index) = nullptr;
 };
-FOUNDATION_API void SetSystemAnswers(const SystemAnswers& answers) noexcept;
+ZELKOR_API void SetSystemAnswers(const SystemAnswers& answers) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

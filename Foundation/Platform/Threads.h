@@ -7,26 +7,26 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Number of the calling thread: unique among the running threads, never 0.
-[[nodiscard]] FOUNDATION_API std::uint32_t CurrentThreadId() noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t CurrentThreadId() noexcept;
 
 // A handle of the calling thread that other threads can use, and that lasts until CloseHandle, also
 // beyond the thread's end. Null with the last error 4 when there is none left.
-[[nodiscard]] FOUNDATION_API HANDLE OpenCurrentThread() noexcept;
+[[nodiscard]] ZELKOR_API HANDLE OpenCurrentThread() noexcept;
 
 // A slot holds one pointer for each thread, null at first. kNoThreadSlot with the last error set
 // when there is none left.
 inline constexpr std::uint32_t kNoThreadSlot = 0xFFFFFFFF;
-[[nodiscard]] FOUNDATION_API std::uint32_t AllocateThreadSlot() noexcept;
-FOUNDATION_API void FreeThreadSlot(std::uint32_t slot) noexcept;
-[[nodiscard]] FOUNDATION_API void* ThreadSlot(std::uint32_t slot) noexcept;
-FOUNDATION_API bool SetThreadSlot(std::uint32_t slot, void* value) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t AllocateThreadSlot() noexcept;
+ZELKOR_API void FreeThreadSlot(std::uint32_t slot) noexcept;
+[[nodiscard]] ZELKOR_API void* ThreadSlot(std::uint32_t slot) noexcept;
+ZELKOR_API bool SetThreadSlot(std::uint32_t slot, void* value) noexcept;
 
 // Test seam: while set, AllocateThreadSlot finds no slot.
-FOUNDATION_API void FailThreadSlots(bool fail) noexcept;
+ZELKOR_API void FailThreadSlots(bool fail) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -13,7 +13,7 @@
 
 #include "Foundation/Platform/Scan.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 class UnitSet {
 public:
@@ -59,6 +59,6 @@ private:
     bool any_high_ = false;
 };
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -104,10 +104,10 @@ def header(name, inputs, summary, body):
 
 #include <cstdint>
 
-namespace foundation::detail {{
+namespace zelkor::detail {{
 
 {body}
-}}  // namespace foundation::detail
+}}  // namespace zelkor::detail
 
 #endif
 """

@@ -41,7 +41,7 @@ def render(pages):
 #include <array>
 #include <cstdint>
 
-namespace foundation::detail {{
+namespace zelkor::detail {{
 
 struct UnitRange {{
     char16_t first;
@@ -57,7 +57,7 @@ inline constexpr auto kMembership = std::to_array<UnitRange>({{
 {body},
 }});
 
-}}  // namespace foundation::detail
+}}  // namespace zelkor::detail
 
 #endif
 """

@@ -309,7 +309,7 @@ def rows(kind, name, values, comment):
 
 def source(arrays):
     return (HEADING + '#include "Foundation/Platform/CodePages/Tables/CodePageTables.h"\n\n'
-            'namespace platform::nls {\n' + ''.join(arrays) + '\n}  // namespace platform::nls\n')
+            'namespace zelkor::platform::nls {\n' + ''.join(arrays) + '\n}  // namespace zelkor::platform::nls\n')
 
 
 def record_line(record):
@@ -376,7 +376,7 @@ HEADER = '''%(heading)s//
 #include <cstddef>
 #include <cstdint>
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 struct TablePage {
     std::uint16_t number;
@@ -419,7 +419,7 @@ inline constexpr std::uint16_t kMissingCode = 0xFFFF;
 extern const TablePage kTablePages[kTablePageCount];
 %(externs)s
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif
 '''

@@ -191,7 +191,7 @@ def table(rows):
            "// text in kHResultTexts, where every text ends in a zero.",
            "#ifndef FOUNDATION_CORE_ERROR_TABLES_HRESULTTABLE_H",
            "#define FOUNDATION_CORE_ERROR_TABLES_HRESULTTABLE_H", "",
-           "#include <cstdint>", "", "namespace foundation::detail {", "",
+           "#include <cstdint>", "", "namespace zelkor::detail {", "",
            "struct HResultRow {", "    std::uint32_t value;", "    std::uint16_t text;", "};", "",
            "inline constexpr HResultRow kHResults[] = {"]
     cells = [f"{{0x{value:08X}, {offset}}}" for (value, _), offset in zip(rows, offsets)]
@@ -199,7 +199,7 @@ def table(rows):
     out += ["};", "", "inline constexpr char kHResultTexts[] ="]
     out += [f'    "{text}\\0"' for _, text in rows]
     out[-1] += ";"
-    out += ["", "}  // namespace foundation::detail", "", "#endif", ""]
+    out += ["", "}  // namespace zelkor::detail", "", "#endif", ""]
     return "\n".join(out)
 
 

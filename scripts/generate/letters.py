@@ -45,12 +45,12 @@ def table(runs):
            "// Which UTF-16 units are letters: the high byte of a unit selects a block of 256 bits.",
            "#ifndef FOUNDATION_PLATFORM_NLS_TABLES_LETTERS_H",
            "#define FOUNDATION_PLATFORM_NLS_TABLES_LETTERS_H", "", "#include <cstdint>", "",
-           "namespace platform::nls {", "", "inline constexpr std::uint8_t kLetterBlocks[256] = {"]
+           "namespace zelkor::platform::nls {", "", "inline constexpr std::uint8_t kLetterBlocks[256] = {"]
     cells = [str(kept.index(block)) for block in blocks]
     out += ["    " + ", ".join(cells[i:i + 24]) + "," for i in range(0, 256, 24)]
     out += ["};", "", f"inline constexpr std::uint64_t kLetterBits[{len(kept)}][4] = {{"]
     out += ["    {" + ", ".join(f"0x{word:016X}" for word in block) + "}," for block in kept]
-    return "\n".join(out + ["};", "", "}  // namespace platform::nls", "", "#endif", ""])
+    return "\n".join(out + ["};", "", "}  // namespace zelkor::platform::nls", "", "#endif", ""])
 
 
 def main():

@@ -367,7 +367,7 @@ def cells(numbers, width):
 
 def table_file(version, name, columns, table, pool, *lines):
     out = heading(version, *lines)
-    out += ['#include "Foundation/Platform/Locales/Tables/LocaleTables.h"', "", "namespace platform::nls {", "",
+    out += ['#include "Foundation/Platform/Locales/Tables/LocaleTables.h"', "", "namespace zelkor::platform::nls {", "",
             f"constinit const std::uint16_t k{name}Offsets[kTableRows][{len(columns)}] = {{"]
     for lcid, row, _ in table:
         out.append(f"    {{  // {lcid:04X} {row['SLANGUAGE']}")
@@ -376,17 +376,17 @@ def table_file(version, name, columns, table, pool, *lines):
     out += ["};", "", f"constinit const char16_t k{name}Texts[{pool.length + 1}] ="]
     out += ["    " + literal(text) for text in pool.kept]
     out[-1] += ";"
-    return "\n".join(out + ["", "}  // namespace platform::nls", ""])
+    return "\n".join(out + ["", "}  // namespace zelkor::platform::nls", ""])
 
 
 def signature_file(version, table):
     out = heading(version, "What the letters of each locale need of a font, and the code pages of it.")
-    out += ['#include "Foundation/Platform/Locales/Tables/LocaleTables.h"', "", "namespace platform::nls {", "",
+    out += ['#include "Foundation/Platform/Locales/Tables/LocaleTables.h"', "", "namespace zelkor::platform::nls {", "",
             "constinit const char16_t kLocaleSignatures[kTableRows][16] = {"]
     for _, _, words in table:
         units = [f"0x{word >> shift & 0xFFFF:04X}" for word in words for shift in (0, 16)]
         out.append("    {" + ", ".join(units) + "},")
-    return "\n".join(out + ["};", "", "}  // namespace platform::nls", ""])
+    return "\n".join(out + ["};", "", "}  // namespace zelkor::platform::nls", ""])
 
 
 def header(version, table, pools):
@@ -399,7 +399,7 @@ def header(version, table, pools):
                   "sub-languages, which count from 1 without a hole.")
     out += ["#ifndef FOUNDATION_PLATFORM_NLS_TABLES_LOCALETABLES_H",
             "#define FOUNDATION_PLATFORM_NLS_TABLES_LOCALETABLES_H", "", "#include <cstdint>", "",
-            "namespace platform::nls {", "",
+            "namespace zelkor::platform::nls {", "",
             f"inline constexpr std::uint32_t kLocaleRows = {len(languages)};",
             f"inline constexpr std::uint32_t kPrimaryLanguages = {count};",
             "// Behind them, the invariant locale.",
@@ -426,7 +426,7 @@ def header(version, table, pools):
                 f"extern const char16_t k{name}Texts[{pool.length + 1}];"]
     out += ["", "// The words of a LocaleSignature, low halves first.",
             "extern const char16_t kLocaleSignatures[kTableRows][16];", "",
-            "}  // namespace platform::nls", "", "#endif", ""]
+            "}  // namespace zelkor::platform::nls", "", "#endif", ""]
     return "\n".join(out)
 
 

@@ -10,18 +10,18 @@
 #include <thread>
 #include <vector>
 
+#include "Foundation/Core/Base/Init.h"
+#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Core/Container/StringNumberMap.h"
 #include "Foundation/Core/Container/StringOrdinalMap.h"
 #include "Foundation/Core/Container/StringStringMap.h"
 #include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Module/DLLMain.h"
-#include "Foundation/Module/DLLObject.h"
-#include "Foundation/Core/Base/Init.h"
-#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Core/SymbolTable/BiLingualWordList.h"
 #include "Foundation/Core/SymbolTable/SymbolTable.h"
 #include "Foundation/Core/Version/AppVersion.h"
 #include "Foundation/Core/Version/ModuleVersion.h"
+#include "Foundation/Module/DLLMain.h"
+#include "Foundation/Module/DLLObject.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Modules.h"
@@ -32,6 +32,8 @@
 #include "Support/Dialogs.h"
 #include "Support/Errors.h"
 #include "Support/Text.h"
+
+namespace platform = zelkor::platform;
 
 struct DLLObjectTestAccess {
     static void PrintMessage(const CT_DLLObject& object, unsigned int reason) {

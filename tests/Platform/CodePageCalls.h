@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 
 namespace test {
 
@@ -33,13 +33,13 @@ inline Answer<char16_t> Decode(std::uint32_t page, std::uint32_t flags, const st
                                std::size_t capacity) {
     const auto source = Exact(text);
     const auto out = std::make_unique<char16_t[]>(capacity);
-    platform::SetLastError(0);
-    const int result = platform::MultiByteToWideChar(
+    zelkor::platform::SetLastError(0);
+    const int result = zelkor::platform::MultiByteToWideChar(
         page, flags, source.get(), static_cast<int>(text.size()),
         capacity == 0 ? nullptr : out.get(), static_cast<int>(capacity));
     return {
         result,
-        platform::LastError(),
+        zelkor::platform::LastError(),
         {out.get(), capacity != 0 && result != 0 ? static_cast<std::size_t>(result) : capacity}};
 }
 
@@ -48,14 +48,14 @@ inline Answer<char> Encode(std::uint32_t page, std::uint32_t flags, const std::u
                            BOOL* used_default = nullptr) {
     const auto source = Exact(text);
     const auto out = std::make_unique<char[]>(capacity);
-    platform::SetLastError(0);
-    const int result =
-        platform::WideCharToMultiByte(page, flags, source.get(), static_cast<int>(text.size()),
-                                      capacity == 0 ? nullptr : out.get(),
-                                      static_cast<int>(capacity), default_char, used_default);
+    zelkor::platform::SetLastError(0);
+    const int result = zelkor::platform::WideCharToMultiByte(
+        page, flags, source.get(), static_cast<int>(text.size()),
+        capacity == 0 ? nullptr : out.get(), static_cast<int>(capacity), default_char,
+        used_default);
     return {
         result,
-        platform::LastError(),
+        zelkor::platform::LastError(),
         {out.get(), capacity != 0 && result != 0 ? static_cast<std::size_t>(result) : capacity}};
 }
 
@@ -70,7 +70,7 @@ inline std::u16string Decoded(std::uint32_t page, const std::string& text) {
 
 inline std::string Encoded(std::uint32_t page, const std::u16string& text) {
     const int size = Encode(page, 0, text, 0).result;
-    EXPECT_LE(static_cast<std::size_t>(size), platform::MaxBytes(page, text.size()));
+    EXPECT_LE(static_cast<std::size_t>(size), zelkor::platform::MaxBytes(page, text.size()));
     if (size == 0) return {};
     const auto answer = Encode(page, 0, text, static_cast<std::size_t>(size));
     EXPECT_EQ(answer.result, size);

@@ -9,6 +9,8 @@
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "tests/Platform/CodePageCalls.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using test::Decode;

@@ -10,6 +10,8 @@
 #include "Foundation/Platform/Locales/Locales.h"
 #include "tests/Platform/CodePageCalls.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace std::string_literals;

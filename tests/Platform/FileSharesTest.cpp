@@ -20,7 +20,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 using std::u16string;
 
 // "RW3": reading and writing, sharing both; "-0" no access; D to delete.

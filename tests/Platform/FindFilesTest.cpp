@@ -17,7 +17,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 using std::u16string;
 using std::u16string_view;
 using Names = std::vector<u16string_view>;

@@ -8,6 +8,8 @@
 #include "Foundation/Platform/LastError.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using platform::FormatNumber;

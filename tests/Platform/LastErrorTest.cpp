@@ -7,7 +7,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 
 TEST(LastErrorTest, EachThreadHasItsOwn) {
     SetLastError(kErrorDiskFull);

@@ -17,7 +17,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 using Text = std::u16string;
 
 Text Value(LCID lcid, std::uint32_t type) {

@@ -11,13 +11,13 @@
 #include <thread>
 #include <vector>
 
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 #include "tests/Support/Text.h"
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 
 LCID Hexadecimal(const std::string& text) {
     return text.empty() ? 0 : static_cast<LCID>(std::stoul(text, nullptr, 16));

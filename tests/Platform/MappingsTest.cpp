@@ -15,7 +15,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 using std::u16string;
 
 HANDLE Open(const u16string& name, std::uint32_t access, std::uint32_t share = kShareNone) {

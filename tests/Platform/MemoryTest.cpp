@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constinit _SHI_Pool small_pool(24, 16);

@@ -14,7 +14,7 @@
 
 namespace {
 
-using namespace platform;
+using namespace zelkor::platform;
 using std::u16string;
 using std::u16string_view;
 

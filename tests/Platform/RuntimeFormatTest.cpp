@@ -10,6 +10,8 @@
 #include "Foundation/Platform/Runtime.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 std::u16string Wide(const char16_t* format, ...) {

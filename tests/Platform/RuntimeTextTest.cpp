@@ -7,6 +7,8 @@
 #include "Foundation/Platform/Runtime.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using platform::CompareNoCase;

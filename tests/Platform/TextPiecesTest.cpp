@@ -8,6 +8,8 @@
 
 #include "tests/Platform/CodePageCalls.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace std::string_literals;

@@ -14,12 +14,12 @@ namespace test {
 // Answers every box as told and keeps what the last one showed, as UTF-8.
 class MessageBoxes {
 public:
-    explicit MessageBoxes(int button = platform::kAnswerIgnore)
-        : before_(platform::SetMessageBoxHandler(Show)) {
+    explicit MessageBoxes(int button = zelkor::platform::kAnswerIgnore)
+        : before_(zelkor::platform::SetMessageBoxHandler(Show)) {
         answer = button;
         count = 0;
     }
-    ~MessageBoxes() { platform::SetMessageBoxHandler(before_); }
+    ~MessageBoxes() { zelkor::platform::SetMessageBoxHandler(before_); }
     MessageBoxes(const MessageBoxes&) = delete;
     MessageBoxes& operator=(const MessageBoxes&) = delete;
 
@@ -36,14 +36,14 @@ private:
         return answer;
     }
 
-    platform::MessageBoxHandler before_;
+    zelkor::platform::MessageBoxHandler before_;
 };
 
 // Collects the debugger output, piece by piece, as UTF-8.
 class DebugOutput {
 public:
-    DebugOutput() : before_(platform::SetDebugOutputSink(Collect)) { pieces.clear(); }
-    ~DebugOutput() { platform::SetDebugOutputSink(before_); }
+    DebugOutput() : before_(zelkor::platform::SetDebugOutputSink(Collect)) { pieces.clear(); }
+    ~DebugOutput() { zelkor::platform::SetDebugOutputSink(before_); }
     DebugOutput(const DebugOutput&) = delete;
     DebugOutput& operator=(const DebugOutput&) = delete;
 
@@ -58,7 +58,7 @@ public:
 private:
     static void Collect(const char16_t* text) { pieces.push_back(Utf8(text)); }
 
-    platform::DebugOutputSink before_;
+    zelkor::platform::DebugOutputSink before_;
 };
 
 }  // namespace test

@@ -3,6 +3,8 @@
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace test {
 
 namespace {

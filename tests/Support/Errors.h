@@ -34,17 +34,17 @@ void KeepsMemory();
 template <typename Operation>
 std::uint64_t FailEachAllocation(Operation operation) {
     for (std::uint64_t n = 1; n <= 1000000; ++n) {
-        const std::int64_t live = platform::LiveBlocks();
+        const std::int64_t live = zelkor::platform::LiveBlocks();
         bool failed = false;
-        platform::FailAllocation(n);
+        zelkor::platform::FailAllocation(n);
         try {
             operation();
         } catch (const CT_SmartHeapException& exception) {
             failed = true;
-            EXPECT_EQ(exception.n_GetCode(), platform::kMemoryExhausted);
+            EXPECT_EQ(exception.n_GetCode(), zelkor::platform::kMemoryExhausted);
         }
-        platform::FailAllocation(0);
-        EXPECT_EQ(platform::LiveBlocks(), live) << "after failing allocation " << n;
+        zelkor::platform::FailAllocation(0);
+        EXPECT_EQ(zelkor::platform::LiveBlocks(), live) << "after failing allocation " << n;
         EXPECT_TRUE(NoError()) << "after failing allocation " << n;
         if (!failed || testing::Test::HasFailure()) return n - 1;
     }

@@ -14,11 +14,11 @@ namespace test {
 // fault of the thread is gone.
 class FileFault {
 public:
-    FileFault(platform::FileCall call, std::uint32_t after, std::uint32_t error,
+    FileFault(zelkor::platform::FileCall call, std::uint32_t after, std::uint32_t error,
               bool sticky = false) {
-        platform::FailFileCall(call, after, error, sticky);
+        zelkor::platform::FailFileCall(call, after, error, sticky);
     }
-    ~FileFault() { platform::ClearFileFaults(); }
+    ~FileFault() { zelkor::platform::ClearFileFaults(); }
     FileFault(const FileFault&) = delete;
     FileFault& operator=(const FileFault&) = delete;
 };
@@ -26,11 +26,11 @@ public:
 // Makes one transfer move at most `limit` bytes, though it succeeds.
 class ShortTransfer {
 public:
-    ShortTransfer(platform::FileCall call, std::uint32_t after, std::uint32_t limit,
+    ShortTransfer(zelkor::platform::FileCall call, std::uint32_t after, std::uint32_t limit,
                   bool sticky = false) {
-        platform::ShortenFileCall(call, after, limit, sticky);
+        zelkor::platform::ShortenFileCall(call, after, limit, sticky);
     }
-    ~ShortTransfer() { platform::ClearFileFaults(); }
+    ~ShortTransfer() { zelkor::platform::ClearFileFaults(); }
     ShortTransfer(const ShortTransfer&) = delete;
     ShortTransfer& operator=(const ShortTransfer&) = delete;
 };
@@ -39,9 +39,9 @@ public:
 class FullDisk {
 public:
     explicit FullDisk(std::uint32_t after = 0, std::uint32_t limit = 0) {
-        platform::FillDisk(after, limit);
+        zelkor::platform::FillDisk(after, limit);
     }
-    ~FullDisk() { platform::ClearFileFaults(); }
+    ~FullDisk() { zelkor::platform::ClearFileFaults(); }
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
 };
@@ -50,12 +50,12 @@ public:
 // on until it makes no more of them; `check(n)` follows each run in which the n-th call (from 0)
 // failed. Returns how many runs that were.
 template <typename Operation, typename Check>
-std::uint32_t FailEachFileCall(platform::FileCall call, std::uint32_t error, Operation operation,
-                               Check check) {
+std::uint32_t FailEachFileCall(zelkor::platform::FileCall call, std::uint32_t error,
+                               Operation operation, Check check) {
     for (std::uint32_t n = 0; n < 100000; ++n) {
-        platform::FailFileCall(call, n, error);
+        zelkor::platform::FailFileCall(call, n, error);
         operation();
-        if (platform::ClearFileFaults(call) <= n) return n;
+        if (zelkor::platform::ClearFileFaults(call) <= n) return n;
         check(n);
         if (testing::Test::HasFailure()) return n;
     }

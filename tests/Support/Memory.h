@@ -15,14 +15,14 @@ std::uint64_t ExpectUnchangedWithoutMemory(Make make, Change change, Read read) 
         SCOPED_TRACE(n);
         auto object = make();
         const auto before = read(object);
-        platform::FailAllocation(n);
+        zelkor::platform::FailAllocation(n);
         bool failed = false;
         try {
             change(object);
         } catch (const CT_SmartHeapException&) {
             failed = true;
         }
-        platform::FailAllocation(0);
+        zelkor::platform::FailAllocation(0);
         if (!failed) return n - 1;
         EXPECT_EQ(read(object), before);
     }

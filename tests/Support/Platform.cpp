@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Foundation/Platform/System.h"
 #include "Foundation/Core/Base/OS.h"
+#include "Foundation/Platform/System.h"
+
+namespace platform = zelkor::platform;
 
 namespace test {
 
@@ -21,7 +23,7 @@ void Classify(bool (*answer)(platform::SystemVersion*)) {
     platform::SystemAnswers answers;
     answers.version = answer;
     platform::SetSystemAnswers(answers);
-    foundation::detail::ClassifySystemAgain();
+    zelkor::detail::ClassifySystemAgain();
 }
 
 }  // namespace

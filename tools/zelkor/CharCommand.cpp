@@ -13,7 +13,7 @@
 #include "Commands.h"
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -174,4 +174,4 @@ void AddCharCommand(CLI::App& app) {
     command->callback([arguments, json] { Run(*arguments, *json); });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -10,7 +10,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -236,4 +236,4 @@ std::vector<Fact> FactsOf(char32_t code) {
     return facts;
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // One property. Empty values: the character does not have it.
 struct Fact {
@@ -32,6 +32,6 @@ struct Fact {
 // For a character beyond U+FFFF only its two UTF-16 units and what they are.
 [[nodiscard]] std::vector<Fact> FactsOf(char32_t code);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -8,7 +8,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -98,4 +98,4 @@ std::string JsonText(std::u16string_view text) {
     return quoted + '"';
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

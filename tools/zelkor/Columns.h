@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // Cells that a terminal gives a UTF-16 text: two for a wide East Asian character, none for a mark
 // that sits on the character before it.
@@ -20,6 +20,6 @@ namespace zelkor {
 // A JSON text of UTF-16: in UTF-8, with quotation marks.
 [[nodiscard]] std::string JsonText(std::u16string_view text);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

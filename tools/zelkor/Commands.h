@@ -5,7 +5,7 @@
 
 #include <CLI/App.hpp>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 void AddWordListCommand(CLI::App& app);
 void AddConvertCommand(CLI::App& app);
@@ -15,6 +15,6 @@ void AddGlossaryCommand(CLI::App& app);
 void AddRecordsCommand(CLI::App& app);
 void AddLocaleCommand(CLI::App& app);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -2,14 +2,14 @@
 
 #include <Foundation/Core/Error/ErrorManager.h>
 #include <Foundation/Core/String/CString.h>
-#include <Foundation/Platform/Text/Utf.h>
 #include <Foundation/Core/String/StringConvert.h>
+#include <Foundation/Platform/Text/Utf.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -163,4 +163,4 @@ std::string Counted(std::uint64_t count, const char* one, const char* more) {
     return Grouped(count) + " " + (count == 1 ? one : more);
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // Ends a command with a message (empty: none) and an exit status: 1, the work failed; 2, bad usage.
 class Failure : public std::runtime_error {
@@ -67,6 +67,6 @@ private:
 // The number with the word for one or for more: "1 word", "2,000 words".
 [[nodiscard]] std::string Counted(std::uint64_t count, const char* one, const char* more);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -10,7 +10,7 @@
 #include "TextInput.h"
 #include "TextOutput.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -66,4 +66,4 @@ void AddConvertCommand(CLI::App& app) {
     command->callback([options] { Convert(*options); });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

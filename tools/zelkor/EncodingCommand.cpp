@@ -16,7 +16,7 @@
 #include "InputFile.h"
 #include "Surrogates.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -119,4 +119,4 @@ void AddEncodingCommand(CLI::App& app) {
     command->callback([files] { Run(*files); });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

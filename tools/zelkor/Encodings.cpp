@@ -11,7 +11,7 @@
 #include "Console.h"
 #include "Surrogates.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -133,4 +133,4 @@ std::optional<Encoding> EncodingOfMark(std::string_view bytes) {
     return std::nullopt;
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

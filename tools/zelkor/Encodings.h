@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 inline constexpr unsigned int kUtf8Number = 65001;
 inline constexpr unsigned int kUtf16Little = 1200;
@@ -39,6 +39,6 @@ struct Encoding {
 [[nodiscard]] bool DecodeExactly(unsigned int page, std::string_view bytes, std::u16string& units);
 [[nodiscard]] bool EncodeExactly(unsigned int page, std::u16string_view units, std::string& bytes);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -20,7 +20,7 @@
 #include "TemporaryFile.h"
 #include "TextInput.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -294,4 +294,4 @@ void AddGlossaryCommand(CLI::App& app) {
     AddShow(*command, "info", "Print the numbers of pairs and words, and sizes.", Info);
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -10,7 +10,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -61,4 +61,4 @@ std::string InputFile::ReadAll(std::size_t most) {
     return bytes;
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

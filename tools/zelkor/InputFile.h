@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 class InputFile {
 public:
@@ -32,6 +32,6 @@ private:
     std::uint64_t size_ = 0;
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -18,7 +18,7 @@
 #include "Console.h"
 #include "LocaleNames.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -333,4 +333,4 @@ void AddLocaleCommand(CLI::App& app) {
     });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -12,7 +12,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -257,4 +257,4 @@ LCID ParseLocale(const std::string& word) {
                   2);
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

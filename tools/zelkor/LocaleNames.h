@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 [[nodiscard]] std::u16string ToText(const CT_UString& text);
 [[nodiscard]] std::u16string ToText(std::string_view ascii);
@@ -34,6 +34,6 @@ struct LocaleEntry {
 // The locale of a code, a display name or a number; anything else ends the command with bad usage.
 [[nodiscard]] LCID ParseLocale(const std::string& word);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

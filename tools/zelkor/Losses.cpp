@@ -3,7 +3,7 @@
 #include "Console.h"
 #include "OutputFile.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 void Losses::Tell(const std::string& message) {
     std::fprintf(stderr, "zelkor: %s\n", message.c_str());
@@ -19,4 +19,4 @@ void Losses::Settle(const OutputFile& output) const {
                   "; --lossy writes what can be kept");
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 class OutputFile;
 
@@ -41,6 +41,6 @@ private:
     std::uint64_t count_ = 0;
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -14,8 +14,8 @@ namespace {
 void PrintVersion() {
     const CT_AppVersion version;
     std::printf("Zelkor Foundation %s\n%s\n",
-                zelkor::ToUtf8(*version.pcco_GetProductVersion()).c_str(),
-                zelkor::ToUtf8(*version.pcco_GetProductEdition()).c_str());
+                zelkor::cli::ToUtf8(*version.pcco_GetProductVersion()).c_str(),
+                zelkor::cli::ToUtf8(*version.pcco_GetProductEdition()).c_str());
 }
 
 int Run(int argc, char** argv) {
@@ -23,16 +23,16 @@ int Run(int argc, char** argv) {
                  "zelkor");
     app.require_subcommand(1);
     app.add_flag_callback(
-        "-v,--verbose", [] { zelkor::ShowLocations(true); },
+        "-v,--verbose", [] { zelkor::cli::ShowLocations(true); },
         "Show the source locations that an error passed through");
     app.fallthrough();
-    zelkor::AddWordListCommand(app);
-    zelkor::AddConvertCommand(app);
-    zelkor::AddEncodingCommand(app);
-    zelkor::AddCharCommand(app);
-    zelkor::AddGlossaryCommand(app);
-    zelkor::AddRecordsCommand(app);
-    zelkor::AddLocaleCommand(app);
+    zelkor::cli::AddWordListCommand(app);
+    zelkor::cli::AddConvertCommand(app);
+    zelkor::cli::AddEncodingCommand(app);
+    zelkor::cli::AddCharCommand(app);
+    zelkor::cli::AddGlossaryCommand(app);
+    zelkor::cli::AddRecordsCommand(app);
+    zelkor::cli::AddLocaleCommand(app);
     app.add_subcommand("version", "Print the product version and edition.")->callback(PrintVersion);
     app.footer("Exit status: 0 done, 1 the work failed, 2 bad usage.");
     try {
@@ -49,8 +49,8 @@ int main(int argc, char** argv) {
     try {
         const int status = Run(argc, argv);
         if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return status;
-        throw zelkor::Failure("the standard output could not be written");
-    } catch (const zelkor::Failure& failure) {
+        throw zelkor::cli::Failure("the standard output could not be written");
+    } catch (const zelkor::cli::Failure& failure) {
         if (*failure.what() != 0) std::fprintf(stderr, "zelkor: %s\n", failure.what());
         return failure.status();
     } catch (const CT_SmartHeapException&) {

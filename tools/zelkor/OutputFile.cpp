@@ -15,7 +15,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -207,4 +207,4 @@ void OutputFile::CopyInto(int target) {
     }
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

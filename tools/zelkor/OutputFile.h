@@ -16,7 +16,7 @@
 
 #include "TemporaryFile.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 class OutputFile {
 public:
@@ -57,6 +57,6 @@ private:
     bool is_untouched_ = true;  // what was there, while it is copied into
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -9,7 +9,7 @@
 
 #include "InputFile.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -103,4 +103,4 @@ Failure Lines::Wrong(const std::string& what, unsigned int line) const {
     return Failure(Printable(name_) + ':' + std::to_string(line) + ": " + what);
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -10,7 +10,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // Throws Failure when there is no such file to read.
 void MustBeReadable(const std::string& name);
@@ -59,6 +59,6 @@ private:
     unsigned int number_ = 0;
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -15,7 +15,7 @@
 #include "InputFile.h"
 #include "OutputFile.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -173,8 +173,8 @@ void MustBeNew(const std::string& name) {
     throw Failure(Printable(name) + ": is there; --force replaces it", 2);
 }
 
-bool ReadHeader(const std::string& name, foundation::record_format::HeaderImage* header) {
-    namespace format = foundation::record_format;
+bool ReadHeader(const std::string& name, zelkor::record_format::HeaderImage* header) {
+    namespace format = zelkor::record_format;
     InputFile file(name);
     return file.Read(reinterpret_cast<char*>(header->data()), format::kHeaderSize) ==
                format::kHeaderSize &&
@@ -184,7 +184,7 @@ bool ReadHeader(const std::string& name, foundation::record_format::HeaderImage*
 void MustBeRecordFile(const std::string& name) {
     std::error_code error;
     const auto status = std::filesystem::status(name, error);
-    foundation::record_format::HeaderImage header{};
+    zelkor::record_format::HeaderImage header{};
     if (!std::filesystem::is_regular_file(status) || std::filesystem::file_size(name, error) == 0 ||
         ReadHeader(name, &header)) {
         return;
@@ -216,7 +216,7 @@ void Replace(const std::string& name, const std::function<void(const CT_UString&
 }
 
 void MustFit(unsigned int header, unsigned int block, unsigned int resources, int status) {
-    namespace format = foundation::record_format;
+    namespace format = zelkor::record_format;
     if (block < format::kSmallestBlock) {
         throw Failure("a block size of " + std::to_string(block) + " is too small: 8 is the least",
                       status);
@@ -290,4 +290,4 @@ std::string Unescape(std::string_view text) {
     return bytes;
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

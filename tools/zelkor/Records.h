@@ -16,7 +16,7 @@
 
 #include "Console.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // A file by its name, for the classes that take a file object.
 class NamedFile {
@@ -67,8 +67,7 @@ using RecordUse = std::function<void(unsigned int number, std::string_view bytes
 // Throws Failure for sizes that no record file can have.
 void MustFit(unsigned int header, unsigned int block, unsigned int resources, int status);
 // The file's header; false when it has none with a record file's stamp.
-[[nodiscard]] bool ReadHeader(const std::string& name,
-                              foundation::record_format::HeaderImage* header);
+[[nodiscard]] bool ReadHeader(const std::string& name, zelkor::record_format::HeaderImage* header);
 // Throws Failure when a file of that name is there, or is there and is no record file.
 void MustBeNew(const std::string& name);
 void MustBeRecordFile(const std::string& name);
@@ -94,6 +93,6 @@ void AddRecordInspection(CLI::App& parent);  // info, check, repair, compact
 void AddRecordMap(CLI::App& parent);
 void AddRecordText(CLI::App& parent);  // export, import
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // How blocks are shown, by CT_RecordCheck::et_Owner.
 struct Look {
@@ -70,6 +70,6 @@ struct Chart {
 // The chart as an SVG image.
 [[nodiscard]] std::string DrawChart(const Chart& chart);
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

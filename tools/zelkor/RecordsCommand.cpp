@@ -13,7 +13,7 @@
 #include "RecordLines.h"
 #include "Records.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -348,4 +348,4 @@ void AddRecordsCommand(CLI::App& app) {
     AddRecordText(*command);
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

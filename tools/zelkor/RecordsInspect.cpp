@@ -15,11 +15,11 @@
 #include "Records.h"
 #include "RecordsChart.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
-namespace format = foundation::record_format;
+namespace format = zelkor::record_format;
 
 // Checks the file; the findings are in the object.
 void Examine(CT_RecordCheck& check) {
@@ -188,4 +188,4 @@ void AddRecordInspection(CLI::App& parent) {
     }
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -9,7 +9,7 @@
 #include "Records.h"
 #include "RecordsChart.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 CT_RecordCheck::et_Owner Chart::Cell::Shown() const {
     for (std::size_t i = 0; i < kLooks.size(); ++i) {
@@ -106,4 +106,4 @@ void AddRecordMap(CLI::App& parent) {
     map->callback([options] { Map(*options); });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

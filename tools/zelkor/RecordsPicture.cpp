@@ -11,7 +11,7 @@
 #include "Records.h"
 #include "RecordsChart.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -277,4 +277,4 @@ std::string DrawChart(const Chart& chart) {
     return Picture(chart).Draw();
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -16,11 +16,11 @@
 #include "RecordLines.h"
 #include "Records.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
-namespace format = foundation::record_format;
+namespace format = zelkor::record_format;
 
 constexpr unsigned int kFormat = 1;
 constexpr std::uint64_t kLargestFile = 0xFFFFFFFF;
@@ -304,4 +304,4 @@ void AddRecordText(CLI::App& parent) {
     in->callback([options] { Import(*options); });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

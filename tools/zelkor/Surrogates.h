@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 constexpr bool IsFirstHalf(char16_t unit) {
     return (unit & 0xFC00) == 0xD800;
@@ -40,6 +40,6 @@ inline std::size_t FindUnpaired(std::u16string_view units, std::size_t at = 0) {
     return units.size();
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -17,7 +17,7 @@
 #include "Console.h"
 #include "InputFile.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -141,4 +141,4 @@ void WriteAll(int descriptor, std::string_view bytes, const std::string& name) {
     }
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

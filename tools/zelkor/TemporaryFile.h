@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelkor {
+namespace zelkor::cli {
 
 class TemporaryFile {
 public:
@@ -57,6 +57,6 @@ private:
     CT_UString path_;
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -7,7 +7,7 @@
 
 #include "Surrogates.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -195,4 +195,4 @@ bool LineInput::Next(Line& line) {
     return true;
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

@@ -22,7 +22,7 @@
 #include "InputFile.h"
 #include "Losses.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 // What a text is taken for.
 struct TextRule {
@@ -92,6 +92,6 @@ private:
     char16_t end_ = 0;  // the end of the line before, when the block ended with it
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

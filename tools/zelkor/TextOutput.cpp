@@ -6,7 +6,7 @@
 
 #include "Surrogates.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 TextOutput::TextOutput(OutputFile& file, const Encoding& encoding, Losses& losses,
                        std::string source)
@@ -87,4 +87,4 @@ void TextOutput::Tell(std::u16string_view units, std::size_t at, char32_t charac
     });
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

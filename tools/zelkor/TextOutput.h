@@ -13,7 +13,7 @@
 #include "Losses.h"
 #include "OutputFile.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 class TextOutput {
 public:
@@ -43,6 +43,6 @@ private:
     std::uint64_t line_feeds_ = 0;  // before the text in hand
 };
 
-}  // namespace zelkor
+}  // namespace zelkor::cli
 
 #endif

@@ -18,7 +18,7 @@
 #include "Surrogates.h"
 #include "TextInput.h"
 
-namespace zelkor {
+namespace zelkor::cli {
 
 namespace {
 
@@ -287,4 +287,4 @@ void AddWordListCommand(CLI::App& app) {
     AddShow(*command, "info", "Print entries, sizes and flags of a list.", Info);
 }
 
-}  // namespace zelkor
+}  // namespace zelkor::cli

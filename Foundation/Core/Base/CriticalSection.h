@@ -18,7 +18,7 @@ public:
     void v_Leave() { section_.Leave(); }
 
 private:
-    platform::RecursiveLock section_;
+    zelkor::platform::RecursiveLock section_;
 };
 
 class CT_CriticalSectionMarker {

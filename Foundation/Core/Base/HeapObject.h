@@ -8,7 +8,7 @@
 
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct HeapObject {
     // Exhausted memory throws CT_SmartHeapException.
@@ -32,6 +32,6 @@ struct PoolObject {
     static void operator delete(void*, void*) noexcept {}
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -5,6 +5,8 @@
 
 #include "Foundation/Platform/System.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // What start-up found; all zero before.
@@ -100,6 +102,6 @@ BOOL CT_OS::sb_GetIsWindowsXP() {
     return IsOneOf(WindowsXP, WindowsXP);
 }
 
-void foundation::detail::ClassifySystemAgain() {
+void zelkor::detail::ClassifySystemAgain() {
     CT_OS::sv_Init();
 }

@@ -9,12 +9,12 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 // Test seam: classifies again what platform::QuerySystemVersion answers now.
-FOUNDATION_API void ClassifySystemAgain();
-}  // namespace foundation::detail
+ZELKOR_API void ClassifySystemAgain();
+}  // namespace zelkor::detail
 
-class FOUNDATION_API CT_OS {
+class ZELKOR_API CT_OS {
 public:
     enum et_OS {
         NotClassified = 0,  // before start-up
@@ -49,7 +49,7 @@ public:
 private:
     static void sv_Init();
     static CT_Init sco_Init;
-    friend void foundation::detail::ClassifySystemAgain();
+    friend void zelkor::detail::ClassifySystemAgain();
 };
 
 #endif

@@ -3,11 +3,13 @@
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // Whether the thread is telling the debugger. A sink that allocates comes back here, and must not
 // be told again.
-FOUNDATION_THREAD_LOCAL bool telling = false;
+ZELKOR_THREAD_LOCAL bool telling = false;
 
 struct Telling {
     Telling() { telling = true; }

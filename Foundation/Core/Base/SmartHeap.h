@@ -7,7 +7,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Memory.h"
 
-class FOUNDATION_API CT_SmartHeapException {
+class ZELKOR_API CT_SmartHeapException {
 public:
     // The message is borrowed: a string literal in practice.
     CT_SmartHeapException(const char* message, unsigned int code)
@@ -22,7 +22,7 @@ private:
     unsigned int code_;
 };
 
-class FOUNDATION_API CT_SmartHeapErrorHandler {
+class ZELKOR_API CT_SmartHeapErrorHandler {
 public:
     CT_SmartHeapErrorHandler() = delete;
 
@@ -34,7 +34,7 @@ private:
 
     // Writes the message to the debugger output and throws; never returns. A sink that runs out of
     // memory itself gets the exception, not the message again.
-    static bool b_OnError(const platform::MemoryError* error);
+    static bool b_OnError(const zelkor::platform::MemoryError* error);
 };
 
 #endif

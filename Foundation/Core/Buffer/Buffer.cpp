@@ -4,14 +4,16 @@
 #include <cstring>
 #include <new>
 
-#include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Core/Base/SmartHeap.h"
+#include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Scan.h"
 
-using namespace foundation::detail;
+namespace platform = zelkor::platform;
 
-namespace foundation::detail {
+using namespace zelkor::detail;
+
+namespace zelkor::detail {
 
 std::byte* NewBlock(std::uint32_t capacity) {
     void* const block = platform::Allocate(kSlack + kHeaderSize + capacity);
@@ -47,7 +49,7 @@ void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept {
     }
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 namespace {
 

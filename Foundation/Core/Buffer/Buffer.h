@@ -20,11 +20,11 @@
 
 struct _SHI_Pool;
 
-namespace foundation::detail {
+namespace zelkor::detail {
 struct BufferAccess;
 }
 
-class FOUNDATION_API CT_Buffer {
+class ZELKOR_API CT_Buffer {
 public:
     // The header directly before the content, in the same allocation.
     struct st_BufferData {
@@ -158,7 +158,7 @@ public:
                                  std::uint32_t at) const noexcept;
 
 private:
-    friend struct foundation::detail::BufferAccess;
+    friend struct zelkor::detail::BufferAccess;
 
     [[nodiscard]] st_BufferData* pso_GetData() const noexcept {
         return data_ == nullptr ? nullptr : reinterpret_cast<st_BufferData*>(data_) - 1;
@@ -202,7 +202,7 @@ private:
 
 static_assert(sizeof(CT_Buffer::st_BufferData) == 12);
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // What the strings' own paths use of a buffer.
 struct BufferAccess {
@@ -221,6 +221,6 @@ struct BufferAccess {
     }
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -5,7 +5,7 @@
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/Buffer/Internal/Blocks.h"
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 
 void CT_Buffer::v_Replace(int byte, std::uint32_t count, std::uint32_t at) {
     const std::uint64_t end = count == kToEnd ? n_GetUsedSize() : std::uint64_t{at} + count;

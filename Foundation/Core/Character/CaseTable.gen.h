@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr unsigned int kCaseShift = 6;
 inline constexpr char16_t kFirstAboveLower = 0x24D0;
@@ -231,6 +231,6 @@ inline constexpr std::uint16_t kCaseBlocks[3648] = {
     0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr unsigned int kCategoryShift = 6;
 inline constexpr std::uint8_t kCategoryStage[1024] = {
@@ -373,6 +373,6 @@ inline constexpr std::uint8_t kCategoryBlocks[7744] = {
     28, 27, 27, 28, 28,
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

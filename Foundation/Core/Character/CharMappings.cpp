@@ -8,9 +8,11 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Text/UnitMaps.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 using platform::UnitMap;
 
 static_assert(kCaseShift == UnitMap::kShift && kMappingShift == UnitMap::kShift);

@@ -14,21 +14,21 @@
 
 class CT_UString;
 
-namespace platform {
+namespace zelkor::platform {
 struct UnitMap;
 }
 
-class FOUNDATION_API CT_CharMappings {
+class ZELKOR_API CT_CharMappings {
 public:
     // A unit without a mapping is returned unchanged. Case: the 673 pairs of capital and small
     // letters, one to one in both directions; so U+0130, U+0131, U+00B5, U+017F, U+03C2 and the
     // title-case digraphs stay as they are.
     [[nodiscard]] static constexpr char16_t su_ToLower(char16_t unit) {
-        using namespace foundation::detail;
+        using namespace zelkor::detail;
         return Mapped(unit, kLowerStage);
     }
     [[nodiscard]] static constexpr char16_t su_ToUpper(char16_t unit) {
-        using namespace foundation::detail;
+        using namespace zelkor::detail;
         return Mapped(unit, kUpperStage);
     }
     // The first unit of the decomposition.
@@ -62,12 +62,12 @@ public:
 
 private:
     [[nodiscard]] static constexpr char16_t Mapped(char16_t unit, const std::uint8_t* stage) {
-        using namespace foundation::detail;
+        using namespace zelkor::detail;
         const unsigned int block = stage[unit >> kCaseShift];
         return static_cast<char16_t>(
             unit + kCaseBlocks[(block << kCaseShift) + (unit & ((1U << kCaseShift) - 1))]);
     }
-    static void sv_MapString(CT_UString* text, const platform::UnitMap& map);
+    static void sv_MapString(CT_UString* text, const zelkor::platform::UnitMap& map);
 };
 
 #endif

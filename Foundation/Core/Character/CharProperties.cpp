@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Character/Tables/CodePageMembership.h"
 #include "Foundation/Core/Character/Tables/NumericTable.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Text/TextDetection.h"
-#include "Foundation/Core/Base/OS.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 
@@ -44,7 +46,7 @@ const char16_t* CT_CharProperties::sqcuz_GetCharacterName(char16_t) {
 }
 
 void CT_CharProperties::sv_NumericValue(char16_t unit, short& numerator, short& denominator) {
-    using namespace foundation::detail;
+    using namespace zelkor::detail;
     const auto* const end = std::end(kNumericValues);
     const auto* const value =
         std::ranges::lower_bound(kNumericValues, unit, {}, &NumericValue::code);
@@ -87,7 +89,7 @@ BOOL CT_CharProperties::sb_IsTextLikelyUnicode(const void* data, unsigned int si
 }
 
 BOOL CT_CharProperties::sb_IsInCodepage(char16_t character, unsigned int code_page) {
-    using namespace foundation::detail;
+    using namespace zelkor::detail;
     if (code_page == 0 || code_page == 1200 || code_page >= 65000) return TRUE;
     if (code_page < kFirstListedPage || code_page > kLastListedPage) {
         return SurvivesRoundTrip(character, code_page);

@@ -15,7 +15,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_CharProperties {
+class ZELKOR_API CT_CharProperties {
 public:
     // General categories. kUnknown is what Unicode 2.0 does not assign (U+20AC is such a unit); a
     // gap in a run of one category may carry that category. kOtherNotAssigned is never answered.
@@ -159,7 +159,7 @@ public:
     using CharacterTest = BOOL (*)(char16_t unit);
 
     [[nodiscard]] static constexpr et_UnicodeProperty seo_GetUnicodeProperty(char16_t unit) {
-        using namespace foundation::detail;
+        using namespace zelkor::detail;
         const unsigned int block = kCategoryStage[unit >> kCategoryShift];
         return static_cast<et_UnicodeProperty>(
             kCategoryBlocks[(block << kCategoryShift) + (unit & ((1U << kCategoryShift) - 1))]);

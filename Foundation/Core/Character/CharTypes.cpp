@@ -4,10 +4,10 @@
 
 namespace {
 
-using foundation::detail::TypeRecord;
+using zelkor::detail::TypeRecord;
 
 const TypeRecord& TypesOf(char16_t unit) {
-    using namespace foundation::detail;
+    using namespace zelkor::detail;
     const unsigned int block = kTypeStage[unit >> kTypeShift];
     return kTypeRecords[kTypeBlocks[(block << kTypeShift) + (unit & ((1U << kTypeShift) - 1))]];
 }

@@ -13,7 +13,9 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Memory.h"
 
-using namespace foundation::detail::complist;
+namespace platform = zelkor::platform;
+
+using namespace zelkor::detail::complist;
 
 namespace {
 

@@ -37,7 +37,7 @@
 class CT_CString;
 class CT_UString;
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 class GrowingList;
 class Index;
@@ -49,9 +49,9 @@ struct Release {
     void operator()(Index* index) const noexcept;
 };
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
-class FOUNDATION_API CT_CompList {
+class ZELKOR_API CT_CompList {
 public:
     // Bytes per character in the image. Lists of four can be made and adopted, but no key fits.
     enum et_ElementSize : unsigned int { kOneByte = 1, kTwoBytes = 2, kFourBytes = 4 };
@@ -163,11 +163,10 @@ private:
     [[nodiscard]] unsigned int n_Walk(const Unit* key, et_WalkMode mode,
                                       unsigned int* matched) const;
     template <typename Unit>
-    [[nodiscard]] foundation::detail::complist::Outcome WalkAdopted(const Unit* key,
-                                                                    bool exact) const;
+    [[nodiscard]] zelkor::detail::complist::Outcome WalkAdopted(const Unit* key, bool exact) const;
     template <typename Unit>
     BOOL b_Insert(const Unit* key, unsigned int handle);
-    [[nodiscard]] foundation::detail::complist::View Image() const;
+    [[nodiscard]] zelkor::detail::complist::View Image() const;
     void WriteImage() const;
     void BuildIndex() const;
     bool MakeGrowing();
@@ -184,10 +183,9 @@ private:
     std::uint32_t limit_ = 0;              // readable bytes of an adopted image, 0 when it is none
     CT_Buffer behind_;                     // what stood behind the image that the list grew from
     std::array<std::byte, 132> header_{};  // always current, but for the jump table
-    std::unique_ptr<foundation::detail::complist::GrowingList,
-                    foundation::detail::complist::Release>
+    std::unique_ptr<zelkor::detail::complist::GrowingList, zelkor::detail::complist::Release>
         growing_;
-    mutable std::atomic<foundation::detail::complist::Index*> index_{nullptr};
+    mutable std::atomic<zelkor::detail::complist::Index*> index_{nullptr};
     mutable std::atomic<std::uint32_t> skipped_{0};  // alternatives passed over without an index
     mutable std::mutex lock_;  // held while one of several readers writes the image or the index
 };

@@ -7,7 +7,7 @@
 
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 namespace {
 
@@ -131,4 +131,4 @@ std::optional<std::uint32_t> CountSoundWords(const View& image) {
     return empty ? std::optional<std::uint32_t>(0) : std::nullopt;
 }
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist

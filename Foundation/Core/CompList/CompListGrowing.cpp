@@ -1,6 +1,6 @@
 #include "Foundation/Core/CompList/Internal/CompListGrowing.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 namespace {
 
@@ -217,4 +217,4 @@ template bool GrowingList::Add(const char16_t*, std::uint32_t);
 template Outcome GrowingList::Search(const std::uint8_t*, bool) const noexcept;
 template Outcome GrowingList::Search(const char16_t*, bool) const noexcept;
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist

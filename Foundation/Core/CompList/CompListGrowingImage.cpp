@@ -2,7 +2,7 @@
 #include "Foundation/Core/CompList/Internal/CompListGrowing.h"
 #include "Foundation/Core/CompList/Internal/CompListParser.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 // The letter behind which the marker of a new alternative is put: the last alternative so far.
 std::uint32_t GrowingList::SourceOf(std::uint32_t parent) const noexcept {
@@ -159,4 +159,4 @@ bool GrowingList::Read(const View& image) {
     return widths_.element == 2 && ReadAs<char16_t>(image);
 }
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist

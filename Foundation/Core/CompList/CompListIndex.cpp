@@ -2,7 +2,7 @@
 
 #include "Foundation/Core/CompList/Internal/CompListParser.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 // Names a branching point by the position of the alternative in place.
 template <typename Unit>
@@ -147,4 +147,4 @@ template Outcome WalkImage(const View&, const std::uint8_t*, const Index*, bool,
 template Outcome WalkImage(const View&, const char16_t*, const Index*, bool,
                            std::uint32_t&) noexcept;
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist

@@ -3,7 +3,7 @@
 #include "Foundation/Core/CompList/CompList.h"
 #include "Foundation/Core/CompList/Internal/CompListImage.h"
 
-using namespace foundation::detail::complist;
+using namespace zelkor::detail::complist;
 
 CT_CompListIterator::CT_CompListIterator(const CT_CompList* list)
     : list_(nullptr), stack_(sizeof(Branch)) {

@@ -23,7 +23,7 @@
 
 class CT_CompList;
 
-class FOUNDATION_API CT_CompListIterator {
+class ZELKOR_API CT_CompListIterator {
 public:
     // A null list has no words.
     explicit CT_CompListIterator(const CT_CompList* list);
@@ -66,7 +66,7 @@ private:
     std::uint32_t elements_left_ = 0;  // more than a sound image has in all
 };
 
-class FOUNDATION_API CT_CCompListIterator : public CT_CompListIterator {
+class ZELKOR_API CT_CCompListIterator : public CT_CompListIterator {
 public:
     // The words have the list's code page.
     explicit CT_CCompListIterator(const CT_CompList* list);
@@ -81,7 +81,7 @@ private:
     CT_CString collected_;
 };
 
-class FOUNDATION_API CT_UCompListIterator : public CT_CompListIterator {
+class ZELKOR_API CT_UCompListIterator : public CT_CompListIterator {
 public:
     explicit CT_UCompListIterator(const CT_CompList* list) : CT_CompListIterator(list) {}
 

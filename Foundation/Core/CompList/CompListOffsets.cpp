@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 void OffsetTable::AddTail(std::uint32_t start, std::uint32_t source, std::uint32_t bytes,
                           std::uint32_t distance) noexcept {
@@ -61,4 +61,4 @@ void OffsetTable::Insert(std::uint32_t letter, std::uint32_t bytes) noexcept {
     tails_[TailOf(letter)].bytes += bytes;
 }
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist

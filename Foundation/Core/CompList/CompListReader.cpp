@@ -12,7 +12,9 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Runtime.h"
 
-namespace detail = foundation::detail;
+namespace platform = zelkor::platform;
+
+namespace detail = zelkor::detail;
 
 namespace {
 

@@ -15,7 +15,7 @@ class CT_CompList;
 class CT_StreamTextReader;
 class CT_UString;
 
-class FOUNDATION_API CT_CompListReader {
+class ZELKOR_API CT_CompListReader {
 public:
     // The list is borrowed. With `comments` lines that begin with '#' are left out.
     CT_CompListReader(CT_CompList* list, BOOL comments) : list_(list), comments_(comments) {}

@@ -2,7 +2,7 @@
 
 #include "Foundation/Core/String/UString.h"
 
-using foundation::detail::CharTree;
+using zelkor::detail::CharTree;
 
 namespace {
 

@@ -23,7 +23,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_AlphaTree {
+class ZELKOR_API CT_AlphaTree {
 public:
     enum et_ElementSize : unsigned int { kOneByte = 1, kTwoBytes = 2, kFourBytes = 4 };
     static constexpr std::uint32_t kNotFound = 0xFFFFFFFF;
@@ -63,7 +63,7 @@ public:
     [[nodiscard]] std::size_t Bytes() const noexcept { return tree_.Bytes(); }
 
 private:
-    foundation::detail::CharTree tree_;
+    zelkor::detail::CharTree tree_;
     CT_TestOut out_;
 };
 

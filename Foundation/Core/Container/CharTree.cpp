@@ -7,7 +7,7 @@
 #include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Platform/Scan.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace {
 
@@ -199,4 +199,4 @@ void CharTree::PutBlock(std::uint32_t block, std::size_t size) noexcept {
     nodes_[block].branches = std::exchange(unused_.first[Power(size)], block);
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

@@ -15,7 +15,7 @@
 
 #include "Foundation/Core/Container/PlainArray.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 class CharTree {
 public:
@@ -108,6 +108,6 @@ void CharTree::ForEach(Visit visit) const {
     }
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -23,7 +23,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-class FOUNDATION_API CT_HashFunction {
+class ZELKOR_API CT_HashFunction {
 public:
     static unsigned int sn_HashCaseQCCZ(const void* key, unsigned int size);
     static unsigned int sn_HashNoCaseQCCZ(const void* key, unsigned int size);

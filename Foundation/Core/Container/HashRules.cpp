@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 
-#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/HashFunction.h"
+#include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 #include "Foundation/Core/String/Compare.h"
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 
 namespace {
 

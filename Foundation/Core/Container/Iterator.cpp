@@ -2,7 +2,7 @@
 
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace {
 
@@ -22,4 +22,4 @@ _SHI_Pool* IteratorMemory::spso_GetMemPool() noexcept {
     return &pool;
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

@@ -20,10 +20,10 @@
 
 struct _SHI_Pool;
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The memory of iterators of all types.
-class FOUNDATION_API IteratorMemory {
+class ZELKOR_API IteratorMemory {
 public:
     static void* operator new(std::size_t size);
     static void* operator new(std::size_t, void* place) noexcept { return place; }
@@ -32,10 +32,10 @@ public:
     [[nodiscard]] static _SHI_Pool* spso_GetMemPool() noexcept;
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 template <typename T>
-class CT_Iterator : public foundation::detail::IteratorMemory {
+class CT_Iterator : public zelkor::detail::IteratorMemory {
 public:
     virtual ~CT_Iterator() = default;
 

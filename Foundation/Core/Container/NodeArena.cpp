@@ -4,7 +4,7 @@
 
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace {
 
@@ -63,4 +63,4 @@ void NodeArena::AddChunk() {
     UseChunk(nodes * node_size_);
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

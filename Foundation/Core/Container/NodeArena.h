@@ -12,9 +12,9 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
-class FOUNDATION_API NodeArena {
+class ZELKOR_API NodeArena {
 public:
     explicit NodeArena(std::size_t node_size) noexcept;
     NodeArena(const NodeArena&) = delete;
@@ -56,6 +56,6 @@ private:
     std::size_t chunk_size_ = 0;  // bytes of nodes in the latest chunk
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

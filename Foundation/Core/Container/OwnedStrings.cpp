@@ -6,7 +6,7 @@
 
 #include "Foundation/Core/String/Internal/StringCore.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace {
 
@@ -76,4 +76,4 @@ void OwnedStrings::Swap(OwnedStrings& other) noexcept {
     std::swap(strings_, other.strings_);
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

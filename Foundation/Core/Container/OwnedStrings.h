@@ -13,9 +13,9 @@
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
-class FOUNDATION_API OwnedStrings {
+class ZELKOR_API OwnedStrings {
 public:
     explicit OwnedStrings(std::uint32_t growth) : strings_(growth, 0) {}
     OwnedStrings(const OwnedStrings& other);
@@ -54,6 +54,6 @@ private:
     return text == nullptr ? u"" : text->qcuz_Get();
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

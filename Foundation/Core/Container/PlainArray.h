@@ -9,7 +9,7 @@
 
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // Items without constructors, from the memory manager.
 template <typename T>
@@ -62,6 +62,6 @@ private:
     std::size_t capacity_ = 0;
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

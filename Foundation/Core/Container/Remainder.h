@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // Exact for all 32-bit numbers and divisors of at least 1 (Lemire, Kaser, Kurz: "Faster remainder
 // by direct computation", 2019): the fraction that the quotient leaves, 64 bits wide, times the
@@ -19,6 +19,6 @@ namespace foundation::detail {
     return static_cast<std::uint32_t>(((fraction >> 32) * divisor + low) >> 32);
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

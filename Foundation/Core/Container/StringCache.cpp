@@ -8,7 +8,9 @@
 #include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
-using namespace foundation::detail;
+namespace platform = zelkor::platform;
+
+using namespace zelkor::detail;
 
 namespace {
 

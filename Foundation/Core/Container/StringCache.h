@@ -13,7 +13,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-class FOUNDATION_API CT_StringCache {
+class ZELKOR_API CT_StringCache {
 public:
     // 251 buckets of 4 pairs.
     CT_StringCache() : CT_StringCache(251 * 4, 4) {}

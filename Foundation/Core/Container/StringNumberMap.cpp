@@ -7,7 +7,9 @@
 
 #include "Foundation/Platform/Scan.h"
 
-using foundation::detail::View;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::View;
 
 namespace {
 

@@ -10,12 +10,11 @@
 
 #include <cstdint>
 
-#include "Foundation/Core/Container/OwnedStrings.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/Container/OwnedStrings.h"
 
-class FOUNDATION_API CT_StringNumberMap
-    : public foundation::detail::PoolObject<CT_StringNumberMap> {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_StringNumberMap : public zelkor::detail::PoolObject<CT_StringNumberMap> {
+    using Text = zelkor::detail::TextArgument;
 
 public:
     static constexpr std::uint32_t kDefaultGrowth = 8;
@@ -57,7 +56,7 @@ public:
         return pcco_GetAt(numbers_.n_Find(number));
     }
     [[nodiscard]] const char16_t* qcuz_Get(std::uint32_t number) const noexcept {
-        return foundation::detail::UnitsOf(pcco_Get(number));
+        return zelkor::detail::UnitsOf(pcco_Get(number));
     }
     [[nodiscard]] std::uint32_t n_GetAt(std::uint32_t position) const noexcept {
         return strings_.Has(position) ? numbers_.o_GetAt(position) : 0;
@@ -66,7 +65,7 @@ public:
         return strings_.Find(position);
     }
     [[nodiscard]] const char16_t* qcuz_GetAt(std::uint32_t position) const noexcept {
-        return foundation::detail::UnitsOf(pcco_GetAt(position));
+        return zelkor::detail::UnitsOf(pcco_GetAt(position));
     }
 
     // Appends copies of the other's first `count` pairs; the other may be this map.
@@ -83,7 +82,7 @@ public:
 private:
     void Swap(CT_StringNumberMap& other) noexcept;
 
-    foundation::detail::OwnedStrings strings_;
+    zelkor::detail::OwnedStrings strings_;
     CT_Array<std::uint32_t> numbers_;
 };
 

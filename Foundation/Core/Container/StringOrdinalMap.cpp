@@ -5,9 +5,9 @@
 #include "Foundation/Core/Container/Internal/TextItems.h"
 #include "Foundation/Core/String/CString.h"
 
-using foundation::detail::OwnedStrings;
-using foundation::detail::TextItems;
-using foundation::detail::View;
+using zelkor::detail::OwnedStrings;
+using zelkor::detail::TextItems;
+using zelkor::detail::View;
 
 namespace {
 

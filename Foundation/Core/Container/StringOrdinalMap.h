@@ -11,14 +11,13 @@
 
 #include <cstdint>
 
-#include "Foundation/Core/Container/OwnedStrings.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/Container/OwnedStrings.h"
 
 class CT_CString;
 
-class FOUNDATION_API CT_StringOrdinalMap
-    : public foundation::detail::PoolObject<CT_StringOrdinalMap> {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_StringOrdinalMap : public zelkor::detail::PoolObject<CT_StringOrdinalMap> {
+    using Text = zelkor::detail::TextArgument;
 
 public:
     static constexpr std::uint32_t kDefaultGrowth = 8;
@@ -58,7 +57,7 @@ public:
         return strings_.Find(position);
     }
     [[nodiscard]] const char16_t* qcuz_Get(std::uint32_t position) const noexcept {
-        return foundation::detail::UnitsOf(pcco_Get(position));
+        return zelkor::detail::UnitsOf(pcco_Get(position));
     }
 
     // Appends copies of the other's first `count` strings; the other may be this map.
@@ -74,7 +73,7 @@ public:
     void v_String2Map(const CT_CString* in, char separator);
 
 private:
-    foundation::detail::OwnedStrings strings_;
+    zelkor::detail::OwnedStrings strings_;
 };
 
 #endif

@@ -2,8 +2,8 @@
 
 #include "Foundation/Core/Container/Internal/TextItems.h"
 
-using foundation::detail::TextItems;
-using foundation::detail::View;
+using zelkor::detail::TextItems;
+using zelkor::detail::View;
 
 namespace {
 

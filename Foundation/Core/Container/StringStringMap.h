@@ -10,12 +10,11 @@
 
 #include <cstdint>
 
-#include "Foundation/Core/Container/OwnedStrings.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/Container/OwnedStrings.h"
 
-class FOUNDATION_API CT_StringStringMap
-    : public foundation::detail::PoolObject<CT_StringStringMap> {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_StringStringMap : public zelkor::detail::PoolObject<CT_StringStringMap> {
+    using Text = zelkor::detail::TextArgument;
 
 public:
     static constexpr std::uint32_t kDefaultGrowth = 4;
@@ -66,8 +65,8 @@ public:
 private:
     void Swap(CT_StringStringMap& other) noexcept;
 
-    foundation::detail::OwnedStrings first_;
-    foundation::detail::OwnedStrings second_;
+    zelkor::detail::OwnedStrings first_;
+    zelkor::detail::OwnedStrings second_;
 };
 
 #endif

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-using foundation::detail::View;
+using zelkor::detail::View;
 
 namespace {
 

@@ -16,13 +16,13 @@
 #include <string_view>
 #include <utility>
 
-#include "Foundation/Core/Container/Array.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/Container/Array.h"
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
 
-class FOUNDATION_API CT_StringValueCollection : public foundation::detail::HeapObject {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_StringValueCollection : public zelkor::detail::HeapObject {
+    using Text = zelkor::detail::TextArgument;
     template <typename T>
     static constexpr bool kOtherInteger =
         std::same_as<T, unsigned int> || std::same_as<T, long> || std::same_as<T, unsigned long> ||
@@ -120,7 +120,7 @@ private:
 };
 
 // An element; only the value that the type names counts.
-struct CT_StringValueCollection::st_Element : foundation::detail::HeapObject {
+struct CT_StringValueCollection::st_Element : zelkor::detail::HeapObject {
     et_Type type = kNone;
     CT_UString key;
     CT_UString string_value;

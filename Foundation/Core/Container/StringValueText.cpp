@@ -10,7 +10,9 @@
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Scan.h"
 
-using foundation::detail::View;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::View;
 
 namespace {
 

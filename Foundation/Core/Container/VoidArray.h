@@ -21,7 +21,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_VoidArray {
+class ZELKOR_API CT_VoidArray {
 public:
     static constexpr std::uint32_t kDefaultGrowth = 8;
     static constexpr std::uint32_t kRest = 0xFFFFFFFF;  // as a count

@@ -6,7 +6,7 @@
 #include "Foundation/Core/Container/Internal/HashDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 #include "Foundation/Core/Container/VoidHashTable.h"
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 
 BOOL CT_VoidHashIterator::b_Next() noexcept {
     if (table_ == nullptr || (at_home_ == FALSE && item_ == nullptr)) return FALSE;

@@ -5,12 +5,14 @@
 #include <utility>
 #include <vector>
 
+#include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 #include "Foundation/Core/Container/Internal/HashDetail.h"
-#include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Platform/Prefetch.h"
 
-using namespace foundation::detail;
+namespace platform = zelkor::platform;
+
+using namespace zelkor::detail;
 
 namespace {
 

@@ -27,7 +27,7 @@
 
 struct _SHI_Pool;
 
-class FOUNDATION_API CT_VoidHashTable {
+class ZELKOR_API CT_VoidHashTable {
 public:
     // Answers the slot of a key, from 1 to the table size, which is at least 1. See
     // CT_HashFunction.
@@ -143,7 +143,7 @@ private:
         [[nodiscard]] std::uint32_t Size() const noexcept { return size_; }
         // From 0.
         [[nodiscard]] std::uint32_t IndexOf(std::uint32_t hash) const noexcept {
-            return foundation::detail::Remainder(hash, size_, reciprocal_);
+            return zelkor::detail::Remainder(hash, size_, reciprocal_);
         }
         [[nodiscard]] st_HashItem*& operator[](std::uint32_t index) const noexcept {
             return heads_[index];
@@ -220,7 +220,7 @@ private:
     CompareFunction compare_;
     Rules rules_;
     Slots slots_;
-    foundation::detail::NodeArena items_;
+    zelkor::detail::NodeArena items_;
 };
 
 // Walks a table from before its first item ("at home") to behind its last. The table must outlive
@@ -228,7 +228,7 @@ private:
 // made through it leave its place undefined. A null table has no items. Reading needs a current
 // item, that is a step that answered TRUE; without one, zeros are copied out and nothing is
 // removed.
-class FOUNDATION_API CT_VoidHashIterator {
+class ZELKOR_API CT_VoidHashIterator {
 public:
     explicit CT_VoidHashIterator(const CT_VoidHashTable* table) noexcept : table_(table) {}
     explicit CT_VoidHashIterator(const CT_VoidHashIterator* other) noexcept

@@ -5,7 +5,9 @@
 
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
-using namespace foundation::detail;
+namespace platform = zelkor::platform;
+
+using namespace zelkor::detail;
 
 namespace {
 

@@ -18,7 +18,7 @@
 
 struct _SHI_Pool;
 
-class FOUNDATION_API CT_VoidList {
+class ZELKOR_API CT_VoidList {
 public:
     // A node; the item's bytes follow directly.
     struct st_Position {

@@ -4,7 +4,7 @@
 
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 
 namespace {
 

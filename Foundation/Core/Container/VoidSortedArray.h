@@ -17,7 +17,7 @@
 
 #include "Foundation/Core/Container/VoidArray.h"
 
-class FOUNDATION_API CT_VoidSortedArray {
+class ZELKOR_API CT_VoidSortedArray {
 public:
     // Negative when `a` sorts before `b`, 0 when they are equal, positive when after. The pointers
     // lead to items, without promise of their alignment beyond that of items stored back to back.

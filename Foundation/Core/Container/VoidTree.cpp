@@ -8,7 +8,7 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Core/TestOut/TestOut.h"
 
-using foundation::detail::CharTree;
+using zelkor::detail::CharTree;
 
 namespace {
 

@@ -24,7 +24,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_VoidTree {
+class ZELKOR_API CT_VoidTree {
 public:
     enum et_ElementSize : unsigned int { kOneByte = 1, kTwoBytes = 2, kFourBytes = 4 };
     // Is given a key and its item, for as long as the call; it must not change the tree.
@@ -71,10 +71,10 @@ private:
     [[nodiscard]] std::byte* Item(std::uint32_t number) noexcept;
     [[nodiscard]] const std::byte* Item(std::uint32_t number) const noexcept;
 
-    foundation::detail::CharTree tree_;  // the payload is the item's number
+    zelkor::detail::CharTree tree_;  // the payload is the item's number
     std::uint32_t item_size_;
-    std::uint32_t unused_ = foundation::detail::CharTree::kNone;  // item, holding the next one's
-    foundation::detail::PlainArray<std::byte> items_;
+    std::uint32_t unused_ = zelkor::detail::CharTree::kNone;  // item, holding the next one's
+    zelkor::detail::PlainArray<std::byte> items_;
 };
 
 #endif

@@ -66,6 +66,6 @@ void CT_DatabaseError::sv_FormatError(char16_t* buffer, unsigned int size, unsig
     if (format == nullptr) format = u"Unspecified Database Error";
     va_list arguments;
     va_start(arguments, code);
-    foundation::detail::FormatCut(buffer, size, format, arguments);
+    zelkor::detail::FormatCut(buffer, size, format, arguments);
     va_end(arguments);
 }

@@ -5,7 +5,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-class FOUNDATION_API CT_DatabaseError {
+class ZELKOR_API CT_DatabaseError {
 public:
     // The format of a code, where %s takes the file name; null for an unknown code.
     [[nodiscard]] static const char16_t* sqcuz_GetErrorMessage(unsigned int code,

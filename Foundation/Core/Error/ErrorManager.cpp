@@ -8,11 +8,13 @@
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Threads.h"
 
-using foundation::detail::thread_errors;
+namespace platform = zelkor::platform;
 
-namespace foundation::detail {
+using zelkor::detail::thread_errors;
 
-FOUNDATION_THREAD_LOCAL ThreadErrors thread_errors;
+namespace zelkor::detail {
+
+ZELKOR_THREAD_LOCAL ThreadErrors thread_errors;
 
 // Records are used from the front; those given back go to the free list.
 struct ErrorRecordBlock {
@@ -27,12 +29,12 @@ struct ErrorMapping {
     ErrorMapping* next;
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 namespace {
 
-using foundation::detail::ErrorMapping;
-using foundation::detail::ErrorRecordBlock;
+using zelkor::detail::ErrorMapping;
+using zelkor::detail::ErrorRecordBlock;
 
 constexpr unsigned int kLocations = 100;
 

@@ -14,20 +14,20 @@
 #include <cstdarg>
 #include <type_traits>
 
+#include "Foundation/Core/Base/CriticalSection.h"
 #include "Foundation/Core/Base/Init.h"
 #include "Foundation/Platform/ErrorFlag.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
-#include "Foundation/Core/Base/CriticalSection.h"
 
 class CT_UString;
 
-namespace foundation::detail {
+namespace zelkor::detail {
 struct ErrorRecordBlock;
 struct ErrorMapping;
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
-class FOUNDATION_API CT_ErrorManager {
+class ZELKOR_API CT_ErrorManager {
 public:
     struct st_location {
         const char* file;  // borrowed: a string literal in practice
@@ -94,7 +94,7 @@ public:
     void v_AddLocation(const char* file, unsigned int line);
 
     // An active record that is not ignored; a held record.
-    [[nodiscard]] BOOL b_IsSetError() const { return platform::ErrorFlag() ? TRUE : FALSE; }
+    [[nodiscard]] BOOL b_IsSetError() const { return zelkor::platform::ErrorFlag() ? TRUE : FALSE; }
     [[nodiscard]] BOOL b_IsHoldError() const;
 
     // Reading the active record, or else the held one; 0 and empty texts without either. Texts stay
@@ -176,8 +176,8 @@ private:
     static void sv_Unlink(st_error** list, const st_error* error);
     static void sv_InsertPrefix(st_error* error);
 
-    std::atomic<foundation::detail::ErrorMapping*> mappings_{nullptr};  // the latest first
-    foundation::detail::ErrorRecordBlock* blocks_ = nullptr;            // of records
+    std::atomic<zelkor::detail::ErrorMapping*> mappings_{nullptr};  // the latest first
+    zelkor::detail::ErrorRecordBlock* blocks_ = nullptr;            // of records
     st_error* free_errors_ = nullptr;
     st_error* active_errors_ = nullptr;
     st_error* held_errors_ = nullptr;

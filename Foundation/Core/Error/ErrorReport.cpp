@@ -7,16 +7,18 @@
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/Error/Internal/HResult.h"
-#include "Foundation/Core/Message/LoadString.h"
 #include "Foundation/Core/Error/Internal/MessageText.h"
+#include "Foundation/Core/Message/LoadString.h"
 #include "Foundation/Platform/ErrorInfo.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
-using foundation::detail::CutText;
-using foundation::detail::FormatCut;
+using zelkor::detail::CutText;
+using zelkor::detail::FormatCut;
 
 constexpr std::size_t kMessageSize = 1024;
 constexpr unsigned int kMessageBytes = 2048;
@@ -201,7 +203,7 @@ void CT_ErrorManager::v_SetCOMError(HRESULT hresult, const char16_t* context) {
             description = object;
             TakeCode(description, code);
         } else {
-            description = foundation::detail::DescribeHResult(hresult, area);
+            description = zelkor::detail::DescribeHResult(hresult, area);
         }
         char16_t text[kMessageSize];
         text[0] = 0;
@@ -214,7 +216,7 @@ void CT_ErrorManager::v_SetCOMError(HRESULT hresult, const char16_t* context) {
 
 // ---- The idiom of the library's own sources -----------------------------------------------------
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 void AddLocation(const char* file, unsigned int line) noexcept {
     if (CT_ErrorManager* const manager = CT_ErrorManager::spco_Get()) {
@@ -240,4 +242,4 @@ void ClearError() noexcept {
     if (CT_ErrorManager* const manager = CT_ErrorManager::spco_Get()) manager->v_ClearError();
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

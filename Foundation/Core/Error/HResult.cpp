@@ -10,7 +10,9 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail {
+namespace platform = zelkor::platform;
+
+namespace zelkor::detail {
 
 static_assert(std::ranges::adjacent_find(kHResults, std::ranges::greater_equal(),
                                          &HResultRow::value) == std::end(kHResults),
@@ -40,11 +42,11 @@ std::u16string_view DescribeHResult(HRESULT hresult, std::span<char16_t> area) {
     return put(std::u16string_view(u"[No error description found.]"));
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 void CT_ErrorManager::sv_GetHRESULTDescription(HRESULT hresult, CT_UString& description) {
     char16_t area[1024];
-    foundation::detail::DescribeHResult(hresult, area);
+    zelkor::detail::DescribeHResult(hresult, area);
     description.v_Set(area);
 }
 

@@ -5,7 +5,7 @@
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 std::u16string_view CutText(std::u16string_view text, std::size_t most) noexcept {
     if (text.size() <= most) return text;
@@ -33,4 +33,4 @@ void PassNarrow(char16_t* text) {
     }
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

@@ -10,6 +10,8 @@
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr const char16_t* kFormat =
@@ -39,7 +41,7 @@ BOOL CT_Assert::sb_ShowAssertMessage(const char16_t* expression, const char16_t*
         if (block != nullptr) text = block.get();
     }
     const int length = platform::PrintText(text, size, kFormat, line, file, expression);
-    if (length < 0) text[foundation::detail::CutText({text, size}, size - 1).size()] = 0;
+    if (length < 0) text[zelkor::detail::CutText({text, size}, size - 1).size()] = 0;
     const int answer =
         platform::ShowMessageBox(text, u"Debug Assertion Failed!",
                                  platform::kBoxAbortRetryIgnore | platform::kBoxSetForeground);
@@ -48,7 +50,7 @@ BOOL CT_Assert::sb_ShowAssertMessage(const char16_t* expression, const char16_t*
 }
 
 BOOL CT_Assert::sb_ShowAssertMessage(const char* expression, const char* file, unsigned int line) {
-    using foundation::detail::WidenQuietly;
+    using zelkor::detail::WidenQuietly;
     return sb_ShowAssertMessage(WidenQuietly(expression).qcuz_Get(), WidenQuietly(file).qcuz_Get(),
                                 line);
 }

@@ -5,7 +5,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_Assert {
+class ZELKOR_API CT_Assert {
 public:
     // Shows expression, file and line with the buttons Abort, Retry and Ignore. Abort ends the
     // process at once with exit code 3. TRUE for Retry: the caller should break into the debugger;

@@ -5,13 +5,13 @@
 #ifndef FOUNDATION_CORE_EXCEPTION_ERRORBROADCAST_H
 #define FOUNDATION_CORE_EXCEPTION_ERRORBROADCAST_H
 
+#include "Foundation/Core/Base/CriticalSection.h"
 #include "Foundation/Core/Container/VoidArray.h"
 #include "Foundation/Platform/Export.h"
-#include "Foundation/Core/Base/CriticalSection.h"
 
 class CT_LogFacility;
 
-class FOUNDATION_API CT_ErrorBroadcast {
+class ZELKOR_API CT_ErrorBroadcast {
 public:
     // Running out of memory throws CT_SmartHeapException.
     CT_ErrorBroadcast();

@@ -16,7 +16,7 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Export.h"
 
-class FOUNDATION_API CT_Exception {
+class ZELKOR_API CT_Exception {
 public:
     explicit CT_Exception(unsigned int code) noexcept : code_(code) {}
     // A null text is empty. Running out of memory throws CT_SmartHeapException.
@@ -34,7 +34,7 @@ private:
     CT_UString text_;
 };
 
-class FOUNDATION_API CT_IPC_TimeOutException : public CT_Exception {
+class ZELKOR_API CT_IPC_TimeOutException : public CT_Exception {
 public:
     static constexpr unsigned int kCode = 258;
 

@@ -13,6 +13,8 @@
 #include "Foundation/Platform/ThreadLocal.h"
 #include "Foundation/Platform/Threads.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using st_ExceptionInfo = CT_ExceptionManager::st_ExceptionInfo;
@@ -38,7 +40,7 @@ constinit Pool<st_ExceptionInfo, 10> infos{};
 constinit Pool<st_Location, 100> locations{};
 
 constinit CT_ExceptionManager* manager = nullptr;
-FOUNDATION_THREAD_LOCAL st_ExceptionInfo* thread_info = nullptr;
+ZELKOR_THREAD_LOCAL st_ExceptionInfo* thread_info = nullptr;
 
 // What `make` answers, or the empty text when there is no memory for it: an exception is in flight
 // and must not be replaced by another.
@@ -55,7 +57,7 @@ CT_UString Copy(const char16_t* text) noexcept {
     return TextOr([text] { return CT_UString(text); });
 }
 CT_UString Copy(const char* text) noexcept {
-    return TextOr([text] { return foundation::detail::WidenQuietly(text); });
+    return TextOr([text] { return zelkor::detail::WidenQuietly(text); });
 }
 
 }  // namespace
@@ -245,8 +247,8 @@ int CT_ExceptionManager::i_ExceptionLocationWindow(const char16_t* title,
         line.v_Format(u"\n\t(%s, %u): code %u", at->file.qcuz_Get(), at->line, at->code);
         text.v_Append(&line);
     }
-    foundation::detail::PassPlatform(&caption);
-    foundation::detail::PassPlatform(&text);
+    zelkor::detail::PassPlatform(&caption);
+    zelkor::detail::PassPlatform(&text);
     const int answer = platform::ShowMessageBox(text.qcuz_Get(), caption.qcuz_Get(),
                                                 flags | platform::kBoxSetForeground);
     if (answer == platform::kAnswerAbort) platform::EndProcess("Aborted from an exception box.");

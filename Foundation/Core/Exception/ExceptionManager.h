@@ -10,15 +10,15 @@
 #ifndef FOUNDATION_CORE_EXCEPTION_EXCEPTIONMANAGER_H
 #define FOUNDATION_CORE_EXCEPTION_EXCEPTIONMANAGER_H
 
+#include "Foundation/Core/Base/CriticalSection.h"
 #include "Foundation/Core/Base/Init.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
-#include "Foundation/Core/Base/CriticalSection.h"
 
 class CT_TestOut;
 
-class FOUNDATION_API CT_ExceptionManager {
+class ZELKOR_API CT_ExceptionManager {
 public:
     struct st_Location {
         st_Location* next;  // the next older one

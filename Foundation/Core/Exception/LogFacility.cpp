@@ -7,6 +7,8 @@
 #include "Foundation/Core/Exception/Internal/ExceptionDetail.h"
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr std::size_t kAreaSize = 1024;
@@ -26,7 +28,7 @@ void CT_LogFacility::vv_Log(const CT_UString* message, const CT_UString* source,
 
 void CT_LogFacility::vv_Logf(const char* source, const char* category, et_Severity severity,
                              std::int32_t value, const char* format, ...) {
-    using foundation::detail::WidenQuietly;
+    using zelkor::detail::WidenQuietly;
     char area[kAreaSize] = {};
     va_list arguments;
     va_start(arguments, format);
@@ -43,7 +45,7 @@ void CT_LogFacility::vv_Logf(const char16_t* source, const char16_t* category, e
     char16_t area[kAreaSize];
     va_list arguments;
     va_start(arguments, format);
-    foundation::detail::FormatCut(area, kAreaSize, format, arguments);
+    zelkor::detail::FormatCut(area, kAreaSize, format, arguments);
     va_end(arguments);
     vv_Log(area, source, category, severity, value);
 }

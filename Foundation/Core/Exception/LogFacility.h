@@ -14,7 +14,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_LogFacility {
+class ZELKOR_API CT_LogFacility {
 public:
     // Names for common use; the library gives them no meaning, and other values pass as well.
     enum et_Severity : int { Information = 0, Warning = 1, Error = 2, Fatal = 3 };
@@ -33,7 +33,7 @@ public:
                          std::int32_t value, const char16_t* format, ...);
 };
 
-class FOUNDATION_API CT_LogFacilityDummy : public CT_LogFacility {
+class ZELKOR_API CT_LogFacilityDummy : public CT_LogFacility {
 public:
     ~CT_LogFacilityDummy() override;
     void vv_Log(const CT_UString* message, const CT_UString* source, const CT_UString* category,

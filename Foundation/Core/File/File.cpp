@@ -6,16 +6,18 @@
 
 #include "Foundation/Core/Character/CharProperties.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/File/FileSystem.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Platform/Scan.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
-using foundation::detail::ErrorIsSet;
-using foundation::detail::Failed;
-using foundation::detail::View;
+using zelkor::detail::ErrorIsSet;
+using zelkor::detail::Failed;
+using zelkor::detail::View;
 
 constexpr unsigned int kAll = 0xFFFFFFFF;
 constexpr unsigned int kBufferUnit = 1024;
@@ -328,7 +330,7 @@ BOOL CT_File::b_IsLikelyUnicode() {
 
 void CT_File::v_SetAccess(et_FileAccess access) {
     if (access == direction_) return;
-    foundation::detail::SeekTo(*this, vn_GetOffset());
+    zelkor::detail::SeekTo(*this, vn_GetOffset());
     if (Failed()) return;
     direction_ = access;
 }
@@ -361,7 +363,7 @@ void CT_File::RebuildFullName() {
     CT_FileSystem::sv_MakePath(&full_name_, &drive_, &directory_, &name_, &extension_);
 }
 
-void foundation::detail::SeekTo(CT_File& file, unsigned int offset) {
+void zelkor::detail::SeekTo(CT_File& file, unsigned int offset) {
     constexpr unsigned int kReach = 0x7FFFFFFF;  // a distance is signed: farther takes two steps
     constexpr unsigned int kUnreachable = 0xFFFFFFFF;  // refused as -1, without a first step
     if (offset <= kReach || offset == kUnreachable) {

@@ -17,7 +17,7 @@
 
 class CT_CString;
 
-class FOUNDATION_API CT_File {
+class ZELKOR_API CT_File {
 public:
     enum et_Access : unsigned int { kNoAccess, kReadAccess, kWriteAccess, kReadWriteAccess };
     enum et_Open : unsigned int {

@@ -4,9 +4,9 @@
 
 namespace {
 
-using foundation::detail::Assign;
-using foundation::detail::kSeparators;
-using foundation::detail::View;
+using zelkor::detail::Assign;
+using zelkor::detail::kSeparators;
+using zelkor::detail::View;
 
 BOOL Give(const CT_UString& part, CT_UString* out) {
     if (out == nullptr) return FALSE;

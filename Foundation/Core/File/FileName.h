@@ -13,7 +13,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_FileName {
+class ZELKOR_API CT_FileName {
 public:
     CT_FileName() = default;
     explicit CT_FileName(const CT_FileName* other);

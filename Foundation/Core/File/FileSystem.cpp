@@ -14,15 +14,17 @@
 #include "Foundation/Platform/Paths.h"
 #include "Foundation/Platform/Threads.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
-using foundation::detail::Assign;
-using foundation::detail::IsOlderFamily;
-using foundation::detail::kSeparators;
-using foundation::detail::PassPlatform;
-using foundation::detail::PlatformName;
-using foundation::detail::Seconds;
-using foundation::detail::View;
+using zelkor::detail::Assign;
+using zelkor::detail::IsOlderFamily;
+using zelkor::detail::kSeparators;
+using zelkor::detail::PassPlatform;
+using zelkor::detail::PlatformName;
+using zelkor::detail::Seconds;
+using zelkor::detail::View;
 
 using PathArea = std::array<char16_t, platform::kMaxPath>;
 
@@ -142,7 +144,7 @@ void CT_FileSystem::sv_MakePath(CT_UString* path, const CT_UString* drive,
 
 void CT_FileSystem::sv_FullPath(CT_UString* path) {
     if (path != nullptr && !MakeAbsolute(path)) {
-        foundation::detail::Record({kSemanticError, kSemanticError}, path->qcuz_Get());
+        zelkor::detail::Record({kSemanticError, kSemanticError}, path->qcuz_Get());
     }
 }
 
@@ -172,8 +174,8 @@ void CT_FileSystem::sv_GetCurrentPath(CT_UString* path, unsigned int drive) {
     if (length != 0) return Take(path, area.data(), length);
     const unsigned int error = RuntimeError();
     path->vv_Init();
-    foundation::detail::Record({error, kMessageCallFailed}, path->qcuz_Get(),
-                               IsOlderFamily() ? u"getdcwd" : u"tgetdcwd", error);
+    zelkor::detail::Record({error, kMessageCallFailed}, path->qcuz_Get(),
+                           IsOlderFamily() ? u"getdcwd" : u"tgetdcwd", error);
 }
 
 BOOL CT_FileSystem::sb_IsExistent(const CT_UString* path) {

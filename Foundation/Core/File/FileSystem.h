@@ -14,7 +14,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_FileSystem {
+class ZELKOR_API CT_FileSystem {
 public:
     // What a name stands for. Times are seconds since 1970-01-01 UTC; one that does not fit is the
     // nearest that does. The size of a file of 4 GiB or more reads 0xFFFFFFFF.

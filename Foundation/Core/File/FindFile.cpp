@@ -7,6 +7,8 @@
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/Memory.h"
 
+namespace platform = zelkor::platform;
+
 CT_FindFile::CT_FindFile(const CT_UString* pattern, unsigned int required, unsigned int excluded,
                          BOOL full_names) {
     v_Set(pattern, required, excluded, full_names);
@@ -44,7 +46,7 @@ void CT_FindFile::v_Set(const CT_UString* pattern, unsigned int required, unsign
 
 BOOL CT_FindFile::b_FindFirst(CT_UString* name, unsigned int* attributes) {
     EndSearch();
-    search_ = platform::FindFirst(foundation::detail::PlatformName(&pattern_).Get(), &found_);
+    search_ = platform::FindFirst(zelkor::detail::PlatformName(&pattern_).Get(), &found_);
     if (search_ == INVALID_HANDLE_VALUE) return FALSE;
     if (!b_TestAttribut()) return b_FindNext(name, attributes);
     Deliver(name, attributes);
@@ -73,7 +75,7 @@ BOOL CT_FindFile::b_TestAttribut() const {
 
 void CT_FindFile::v_MakeName(CT_UString* name) const {
     CT_UString found(found_.name);
-    foundation::detail::PassPlatform(&found);
+    zelkor::detail::PassPlatform(&found);
     name->v_Set(&prefix_);
     name->v_Append(&found);
 }

@@ -15,7 +15,7 @@
 #include "Foundation/Platform/FindFiles.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_FindFile {
+class ZELKOR_API CT_FindFile {
 public:
     // An entry passes when it has at least one attribute of `required` (0: any entry) and none of
     // `excluded`. With `full_names` names come with the drive and folder of the pattern in front.
@@ -44,7 +44,7 @@ private:
     void Deliver(CT_UString* name, unsigned int* attributes) const;
     void EndSearch();
 
-    platform::FoundFile found_{};
+    zelkor::platform::FoundFile found_{};
     HANDLE search_ = INVALID_HANDLE_VALUE;
     CT_UString prefix_;
     CT_UString pattern_;

@@ -8,8 +8,8 @@
 #include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/File/WinFile.h"
 
-using foundation::detail::Failed;
-using foundation::detail::Record;
+using zelkor::detail::Failed;
+using zelkor::detail::Record;
 
 namespace {
 
@@ -54,7 +54,7 @@ void CT_FileStream::v_Close() {
 
 void CT_FileStream::v_SetOffset(unsigned int offset) {
     if (file_ == nullptr) return;
-    foundation::detail::SeekTo(*file_, offset);
+    zelkor::detail::SeekTo(*file_, offset);
     Failed();
 }
 

@@ -17,7 +17,7 @@
 class CT_Buffer;
 class CT_WinFile;
 
-class FOUNDATION_API CT_Stream {
+class ZELKOR_API CT_Stream {
 public:
     enum et_Mode : unsigned int { kClosed, kRead, kWrite };
 
@@ -44,7 +44,7 @@ protected:
     et_Mode mode_ = kClosed;
 };
 
-class FOUNDATION_API CT_FileStream : public CT_Stream {
+class ZELKOR_API CT_FileStream : public CT_Stream {
 public:
     explicit CT_FileStream(CT_WinFile* file) : file_(file) {}
     ~CT_FileStream() override;  // closes an open file
@@ -68,7 +68,7 @@ private:
     CT_WinFile* file_;
 };
 
-class FOUNDATION_API CT_BufferStream : public CT_Stream {
+class ZELKOR_API CT_BufferStream : public CT_Stream {
 public:
     explicit CT_BufferStream(CT_Buffer* buffer) : buffer_(buffer) {}
 

@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Text/LineEnd.h"
-#include "Foundation/Core/Base/OS.h"
 
-using foundation::detail::ClearError;
-using foundation::detail::ErrorIsSet;
-using foundation::detail::Failed;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::ClearError;
+using zelkor::detail::ErrorIsSet;
+using zelkor::detail::Failed;
 
 namespace {
 

@@ -15,16 +15,16 @@
 #include <cstddef>
 #include <memory>
 
-#include "Foundation/Core/File/Stream.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/File/Stream.h"
 #include "Foundation/Core/Language/Codepage.h"
-#include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/CodePages/TextPieces.h"
+#include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
 class CT_UString;
 
-class FOUNDATION_API CT_TextReader {
+class ZELKOR_API CT_TextReader {
 public:
     virtual ~CT_TextReader() = default;
 
@@ -49,8 +49,7 @@ protected:
 // cut at the end of a full block; when that does not help the block is empty, which ends the text
 // for the call that met it. Where a full block ends, a cut UTF-8 character is read with the next
 // block, and ISO-2022-JP, HZ and UTF-7 go on with what the text has switched on.
-class FOUNDATION_API CT_StreamTextReader : public CT_TextReader,
-                                           public foundation::detail::HeapObject {
+class ZELKOR_API CT_StreamTextReader : public CT_TextReader, public zelkor::detail::HeapObject {
 public:
     static constexpr unsigned int kBlockSize = 16384;
 
@@ -101,7 +100,7 @@ private:
     unsigned int stream_size_ = 0;
     unsigned int errors_ = 0;
     unsigned int read_error_ = 0;
-    platform::TextDecoder decoder_{0};
+    zelkor::platform::TextDecoder decoder_{0};
     bool by_pieces_ = false;      // decoder_ is in use
     unsigned char kept_[3] = {};  // bytes that come first in the next block
     unsigned int kept_count_ = 0;
@@ -111,7 +110,7 @@ private:
 };
 
 // A reader on a caller's file, which is borrowed and closed with the reader.
-class FOUNDATION_API CT_FileTextReader : public CT_TextReader {
+class ZELKOR_API CT_FileTextReader : public CT_TextReader {
 public:
     CT_FileTextReader(CT_WinFile& file, CT_Codepage encoding, BOOL sniff);
     ~CT_FileTextReader() override;

@@ -6,10 +6,12 @@
 
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 
-using foundation::detail::Failed;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::Failed;
 
 namespace {
 
@@ -163,7 +165,7 @@ unsigned int CT_StreamTextWriter::WriteChunk(unsigned int first, unsigned int la
     if (size == 0) {
         CT_UString encoding;
         encoding.v_Format(u"encoding %u", static_cast<unsigned int>(encoding_));
-        foundation::detail::RecordSystemError(encoding.qcuz_Get());
+        zelkor::detail::RecordSystemError(encoding.qcuz_Get());
     }
     WriteBytes(reinterpret_cast<const unsigned char*>(bytes), size);
     return units;
@@ -176,7 +178,7 @@ void CT_StreamTextWriter::WriteBytes(const unsigned char* bytes, unsigned int co
         if (Failed()) return;
         if (written == 0) {
             platform::SetLastError(platform::kErrorWriteFault);
-            return foundation::detail::RecordSystemError();
+            return zelkor::detail::RecordSystemError();
         }
         bytes += written;
         count -= written;

@@ -12,14 +12,14 @@
 #include <array>
 #include <memory>
 
-#include "Foundation/Core/File/Stream.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/File/Stream.h"
 #include "Foundation/Core/Language/Codepage.h"
 #include "Foundation/Platform/Export.h"
 
 class CT_UString;
 
-class FOUNDATION_API CT_TextWriter {
+class ZELKOR_API CT_TextWriter {
 public:
     virtual ~CT_TextWriter() = default;
 
@@ -45,8 +45,7 @@ protected:
     CT_TextWriter& operator=(const CT_TextWriter&) = delete;
 };
 
-class FOUNDATION_API CT_StreamTextWriter : public CT_TextWriter,
-                                           public foundation::detail::HeapObject {
+class ZELKOR_API CT_StreamTextWriter : public CT_TextWriter, public zelkor::detail::HeapObject {
 public:
     static constexpr unsigned int kPendingUnits = 16384;
 
@@ -82,7 +81,7 @@ private:
 };
 
 // Appends to the string at once; flushing and closing do nothing. The string is borrowed.
-class FOUNDATION_API CT_StringTextWriter : public CT_TextWriter {
+class ZELKOR_API CT_StringTextWriter : public CT_TextWriter {
 public:
     explicit CT_StringTextWriter(CT_UString& target) : target_(target) {}
 
@@ -98,7 +97,7 @@ private:
 
 // A writer into a caller's file, which is borrowed and closed with the writer. As with the stream
 // writer, text that was neither flushed nor closed is lost.
-class FOUNDATION_API CT_FileTextWriter : public CT_TextWriter {
+class ZELKOR_API CT_FileTextWriter : public CT_TextWriter {
 public:
     CT_FileTextWriter(CT_WinFile& file, CT_Codepage::et_Codepage encoding);
     ~CT_FileTextWriter() override;

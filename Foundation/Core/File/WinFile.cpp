@@ -7,18 +7,20 @@
 #include <utility>
 
 #include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/File/FileSystem.h"
+#include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
-using foundation::detail::Failed;
-using foundation::detail::PlatformName;
-using foundation::detail::Seconds;
+using zelkor::detail::Failed;
+using zelkor::detail::PlatformName;
+using zelkor::detail::Seconds;
 
 constexpr unsigned int kRenamedBufferSize = 16384;
 constexpr unsigned int kWholeFile = 0xFFFFFFFF;
@@ -352,8 +354,8 @@ void CT_WinFile::v_GetFileInformation(struct _stat* information) const {
     if (error == 0 && status.size > kLargestFile) error = kFileTooLarge;
     if (information == nullptr) error = kInvalidArgument;
     if (error != 0) {
-        foundation::detail::Record({error, kMessageCallFailed}, pcco_GetFullName()->qcuz_Get(),
-                                   u"_wstat", error);
+        zelkor::detail::Record({error, kMessageCallFailed}, pcco_GetFullName()->qcuz_Get(),
+                               u"_wstat", error);
         return;
     }
     *information = {};
@@ -381,7 +383,7 @@ void CT_WinFile::sv_SetHandleCount(unsigned int count) {
 }
 
 void CT_WinFile::Fail(const char* file, unsigned int line) const {
-    foundation::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), file, line);
+    zelkor::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), file, line);
 }
 
 unsigned int CT_WinFile::Refuse(unsigned int error, const char* file, unsigned int line) const {
@@ -394,7 +396,7 @@ void CT_WinFile::FailBetween(const CT_UString* target, const char* file, unsigne
     CT_UString names(pcco_GetFullName());
     names.v_Append(u" : ");
     names.v_Append(target);
-    foundation::detail::RecordSystemError(names.qcuz_Get(), file, line);
+    zelkor::detail::RecordSystemError(names.qcuz_Get(), file, line);
 }
 
 void CT_WinFile::CloseForReset() {

@@ -21,7 +21,7 @@
 
 struct _SHI_Pool;
 
-class FOUNDATION_API CT_WinFile : public CT_File {
+class ZELKOR_API CT_WinFile : public CT_File {
 public:
     CT_WinFile();
     CT_WinFile(const CT_UString* name, unsigned int buffer_size);

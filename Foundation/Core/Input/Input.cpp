@@ -7,7 +7,7 @@
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/File/Internal/FileDetail.h"
 
-using foundation::detail::Failed;
+using zelkor::detail::Failed;
 
 namespace {
 
@@ -146,7 +146,7 @@ BOOL CT_FileInput::vb_CopyNextBuffer(unsigned char* target, unsigned int count) 
 BOOL CT_FileInput::vb_Skip(unsigned int count) {
     if (vb_IsEmpty()) return FALSE;
     offset_ = std::min(Beyond(offset_, count), size_);
-    foundation::detail::SeekTo(file_, offset_);
+    zelkor::detail::SeekTo(file_, offset_);
     return Failed() ? FALSE : TRUE;
 }
 

@@ -9,15 +9,15 @@
 #ifndef FOUNDATION_CORE_INPUT_INPUT_H
 #define FOUNDATION_CORE_INPUT_INPUT_H
 
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/WinFile.h"
-#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
 class CT_UString;
 
-class FOUNDATION_API CT_Input {
+class ZELKOR_API CT_Input {
 public:
     virtual ~CT_Input() = default;
 
@@ -57,7 +57,7 @@ private:
 
 // Over the caller's memory, which stays borrowed. Copying or skipping more than is left moves the
 // offset behind the end.
-class FOUNDATION_API CT_MemoryInput : public CT_Input, public foundation::detail::HeapObject {
+class ZELKOR_API CT_MemoryInput : public CT_Input, public zelkor::detail::HeapObject {
 public:
     CT_MemoryInput(unsigned int block_size, const unsigned char* data, unsigned int length);
     void v_Set(unsigned int block_size, const unsigned char* data, unsigned int length);
@@ -83,7 +83,7 @@ private:
 
 // Over a file that nobody else may have open, read block by block. A pipe has no size and hands out
 // nothing here.
-class FOUNDATION_API CT_FileInput : public CT_Input, public foundation::detail::HeapObject {
+class ZELKOR_API CT_FileInput : public CT_Input, public zelkor::detail::HeapObject {
 public:
     // Do not open the file; v_Set closes the one before.
     CT_FileInput(unsigned int block_size, const CT_UString* name);
@@ -119,7 +119,7 @@ private:
 
 // Over a mapping of a file that nobody else may have open. An empty file cannot be mapped: opening
 // it records the platform's error.
-class FOUNDATION_API CT_MappedFileInput : public CT_Input, public foundation::detail::HeapObject {
+class ZELKOR_API CT_MappedFileInput : public CT_Input, public zelkor::detail::HeapObject {
 public:
     // Do not open the file; v_Set closes the one before.
     CT_MappedFileInput(unsigned int block_size, const CT_UString* name);

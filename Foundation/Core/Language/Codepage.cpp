@@ -12,8 +12,10 @@
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Runtime.h"
 
-using foundation::detail::CodepageRow;
-using foundation::detail::kCodepageRows;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::CodepageRow;
+using zelkor::detail::kCodepageRows;
 
 namespace {
 
@@ -52,10 +54,10 @@ unsigned int ReadBeginning(const CT_UString* file_name, void* bytes) {
                  CT_File::kAttributeNormal, 0);
     if (file.b_IsOpen()) {
         count = file.vn_Read(bytes, kGuessedBytes);
-        if (foundation::detail::ErrorIsSet()) count = 0;
+        if (zelkor::detail::ErrorIsSet()) count = 0;
         file.vv_Close();
     }
-    foundation::detail::ClearError();
+    zelkor::detail::ClearError();
     return count;
 }
 
@@ -181,7 +183,7 @@ BOOL CT_Codepage::sb_IsValidCodePage(unsigned int number) {
 }
 
 CT_Codepage CT_Codepage::sco_GuessEncoding(const CT_UString* file_name) {
-    if (foundation::detail::ErrorIsSet()) return kSystemAnsi;
+    if (zelkor::detail::ErrorIsSet()) return kSystemAnsi;
     unsigned char bytes[kGuessedBytes];
     const unsigned int count = ReadBeginning(file_name, bytes);
     if (count < 3) return kSystemAnsi;

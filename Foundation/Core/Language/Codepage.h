@@ -13,7 +13,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_Codepage : public foundation::detail::HeapObject {
+class ZELKOR_API CT_Codepage : public zelkor::detail::HeapObject {
 public:
     // Stored in files and settings: the values never change.
     enum et_Codepage : unsigned int {

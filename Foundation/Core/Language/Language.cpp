@@ -9,10 +9,12 @@
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
-using foundation::detail::kPrimaryRows;
-using foundation::detail::kSubRows;
-using foundation::detail::PrimaryRow;
-using foundation::detail::SubRow;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::kPrimaryRows;
+using zelkor::detail::kSubRows;
+using zelkor::detail::PrimaryRow;
+using zelkor::detail::SubRow;
 
 namespace {
 
@@ -335,7 +337,7 @@ BOOL CT_Language::sb_GetLanguages(et_Primary* primary, et_Sub* sub, const CT_USt
     if (code == nullptr || code->n_GetLength() < 2) return FALSE;
     // No code of the catalogue is longer than 3 characters, so that a longer part is never found.
     char16_t upper[9] = {};
-    const Text whole = foundation::detail::View(*code).substr(0, std::size(upper) - 1);
+    const Text whole = zelkor::detail::View(*code).substr(0, std::size(upper) - 1);
     std::ranges::transform(whole, upper, [](char16_t unit) { return platform::ToUpper(unit); });
     const CodeParts parts = SplitCode(Text(upper, whole.size()));
 

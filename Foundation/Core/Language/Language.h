@@ -15,7 +15,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_Language {
+class ZELKOR_API CT_Language {
 public:
     // The library's own numbering, kept in files and settings: the values never change. They are
     // not the platform's primary language numbers.

@@ -10,6 +10,8 @@
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr unsigned int kBadArgument = 22;
@@ -23,7 +25,7 @@ std::optional<unsigned int> ReadCode(const CT_UString* code) {
     const std::uint32_t length = code == nullptr ? 0 : code->n_GetLength();
     if (length == 2 || length == 3) {
         char16_t upper[4] = {};
-        std::ranges::transform(foundation::detail::View(*code), upper,
+        std::ranges::transform(zelkor::detail::View(*code), upper,
                                [](char16_t unit) { return platform::ToUpper(unit); });
         if (Language::sb_GetPrimary(&primary, upper)) {
             return Language::sn_MakeLanguageID(primary, sub);

@@ -14,7 +14,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_Locale {
+class ZELKOR_API CT_Locale {
 public:
     // The 4-bit number of the LCID; what 1 and up mean depends on the language (phone book,
     // technical, stroke count, ...).

@@ -6,15 +6,17 @@
 #include <string_view>
 
 #include "Foundation/Core/Container/StringOrdinalMap.h"
-#include "Foundation/Core/String/Internal/PlatformName.h"
-#include "Foundation/Core/Language/Internal/AnsiCodePages.h"
 #include "Foundation/Core/Language/Codepage.h"
+#include "Foundation/Core/Language/Internal/AnsiCodePages.h"
 #include "Foundation/Core/Language/Internal/ProprietaryLocales.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"
 
-using foundation::detail::ProprietaryLocale;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::ProprietaryLocale;
 
 namespace {
 
@@ -23,7 +25,7 @@ using Text = std::u16string_view;
 constexpr std::size_t kLongestValue = 127;
 constexpr unsigned int kUtf16Page = 1200;
 
-constinit foundation::detail::AnsiCodePages ansi_code_pages;
+constinit zelkor::detail::AnsiCodePages ansi_code_pages;
 
 // ---- Values -------------------------------------------------------------------------------------
 
@@ -217,7 +219,7 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, CT_UString* value)
     const auto found = FindValue(lcid, type);
     if (!found || value == nullptr) return FALSE;
     value->v_Set(found->text.data(), static_cast<std::uint32_t>(found->text.size()));
-    if (found->of_platform) foundation::detail::PassPlatform(value);
+    if (found->of_platform) zelkor::detail::PassPlatform(value);
     return TRUE;
 }
 
@@ -226,9 +228,9 @@ BOOL CT_LocaleInfo::sb_GetLocaleInfo(LCID lcid, et_Type type, char16_t* buffer, 
     if (!found || (buffer == nullptr && size != 0)) return FALSE;
     Text text = found->text;
     CT_UString passed;
-    if (found->of_platform && foundation::detail::IsOlderFamily()) {
+    if (found->of_platform && zelkor::detail::IsOlderFamily()) {
         sb_GetLocaleInfo(lcid, type, &passed);
-        text = foundation::detail::View(passed);
+        text = zelkor::detail::View(passed);
     }
     const std::size_t copied = text.copy(buffer, size);
     if (copied < size) buffer[copied] = 0;

@@ -15,7 +15,7 @@
 class CT_Exit;
 class CT_UString;
 
-class FOUNDATION_API CT_LocaleInfo {
+class ZELKOR_API CT_LocaleInfo {
 public:
     // The platform's locale information types; values beside these are passed through as well.
     // "Number" marks those whose text is a decimal number, which the number form can read.

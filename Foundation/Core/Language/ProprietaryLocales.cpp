@@ -6,7 +6,7 @@
 #include "Foundation/Core/Language/Tables/ProprietaryTables.h"
 #include "Foundation/Platform/Runtime.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace {
 
@@ -49,4 +49,4 @@ LCID ProprietaryLocale::Fallback() const {
     return number ? static_cast<LCID>(platform::ReadInteger(number->data())) : 0;
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

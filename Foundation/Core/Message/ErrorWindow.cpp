@@ -4,12 +4,14 @@
 #include <iterator>
 #include <string_view>
 
+#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Error/Internal/MessageText.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/Modules.h"
 #include "Foundation/Platform/Runtime.h"
-#include "Foundation/Core/Base/OS.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 
@@ -19,7 +21,7 @@ constexpr std::size_t kAreaSize = 1024;
 class Area {
 public:
     void Append(std::u16string_view text) {
-        text = foundation::detail::CutText(text, kAreaSize - 1 - used_);
+        text = zelkor::detail::CutText(text, kAreaSize - 1 - used_);
         std::ranges::copy(text, units_ + used_);
         used_ += text.size();
     }
@@ -71,8 +73,8 @@ int CT_ErrorManager::i_ErrorLocationWindow(unsigned int titleID, const char16_t*
     }
     char16_t* const text = area.End();
     if (CT_OS::seo_GetVersion() < CT_OS::WindowsNT) {
-        foundation::detail::PassNarrow(caption);
-        foundation::detail::PassNarrow(text);
+        zelkor::detail::PassNarrow(caption);
+        zelkor::detail::PassNarrow(text);
     }
     const int answer = platform::ShowMessageBox(text, caption, flags | platform::kBoxSetForeground);
     if (answer == platform::kAnswerAbort) platform::EndProcess("Aborted from an error box.");

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Error/Internal/MessageText.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Modules.h"
-#include "Foundation/Core/Base/OS.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 
@@ -18,7 +20,7 @@ void Format(char16_t* buffer, unsigned int size, HINSTANCE module, unsigned int 
     if (size == 0 || buffer == nullptr) return;
     char16_t format[kAreaSize];
     CT_LoadString::sv_LoadString(format, kAreaSize, module, id);
-    foundation::detail::FormatCut(buffer, size, format, arguments);
+    zelkor::detail::FormatCut(buffer, size, format, arguments);
 }
 
 }  // namespace
@@ -36,10 +38,10 @@ void CT_LoadString::sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE
     const bool narrow = CT_OS::seo_GetVersion() < CT_OS::WindowsNT;
     const unsigned int room = narrow ? std::min(size, kAreaSize) : size;
     const std::u16string_view found =
-        foundation::detail::CutText(platform::FindString(module, id), room - 1);
+        zelkor::detail::CutText(platform::FindString(module, id), room - 1);
     std::ranges::copy(found, buffer);
     buffer[found.size()] = 0;
-    if (narrow) foundation::detail::PassNarrow(buffer);
+    if (narrow) zelkor::detail::PassNarrow(buffer);
 }
 
 void CT_LoadString::sv_LoadStringVA(char16_t* buffer, unsigned int size, HINSTANCE module,

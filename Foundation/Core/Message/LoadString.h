@@ -17,7 +17,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_LoadString {
+class ZELKOR_API CT_LoadString {
 public:
     static void sv_LoadString(CT_UString* text, HINSTANCE module, unsigned int id);
     static void sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE module,

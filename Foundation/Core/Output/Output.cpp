@@ -14,8 +14,8 @@
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
 
-using foundation::detail::BufferAccess;
-using foundation::detail::Failed;
+using zelkor::detail::BufferAccess;
+using zelkor::detail::Failed;
 
 namespace {
 

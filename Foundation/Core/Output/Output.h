@@ -18,7 +18,7 @@ class CT_String;
 class CT_UString;
 class CT_WinFile;
 
-class FOUNDATION_API CT_Output {
+class ZELKOR_API CT_Output {
 public:
     virtual ~CT_Output() = default;
 
@@ -38,7 +38,7 @@ protected:
     CT_Output& operator=(const CT_Output&) = delete;
 };
 
-class FOUNDATION_API CT_MemoryOutput : public CT_Output, public foundation::detail::HeapObject {
+class ZELKOR_API CT_MemoryOutput : public CT_Output, public zelkor::detail::HeapObject {
 public:
     // An empty buffer, or one that shares the content of the given one.
     CT_MemoryOutput();
@@ -64,7 +64,7 @@ private:
     CT_Buffer* buffer_;
 };
 
-class FOUNDATION_API CT_FileOutput : public CT_Output, public foundation::detail::HeapObject {
+class ZELKOR_API CT_FileOutput : public CT_Output, public zelkor::detail::HeapObject {
 public:
     // Makes the file anew; nobody else may have it open.
     explicit CT_FileOutput(const CT_UString* name);
@@ -98,7 +98,7 @@ private:
 // Into the caller's string, which is borrowed. Text of the other kind is converted: 8-bit text with
 // the code page given, UTF-16 text (always the whole zero-terminated one) with the string's. Raw
 // bytes go in front of the terminator, and the text then ends at its first zero.
-class FOUNDATION_API CT_StringOutput : public CT_Output, public foundation::detail::HeapObject {
+class ZELKOR_API CT_StringOutput : public CT_Output, public zelkor::detail::HeapObject {
 public:
     explicit CT_StringOutput(CT_String& target);
     void v_Set(CT_String& target);

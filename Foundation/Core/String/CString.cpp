@@ -4,20 +4,22 @@
 
 #include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Core/String/Internal/StringCore.h"
+#include "Foundation/Core/String/StringConvert.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Runtime.h"
-#include "Foundation/Core/String/StringConvert.h"
 
-using foundation::detail::As;
-using foundation::detail::IsExactly;
-using foundation::detail::PageInUse;
-using foundation::detail::View;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::As;
+using zelkor::detail::IsExactly;
+using zelkor::detail::PageInUse;
+using zelkor::detail::View;
 
 namespace {
 
-using Core = foundation::detail::StringCore<char>;
-using WideCore = foundation::detail::StringCore<char16_t>;
+using Core = zelkor::detail::StringCore<char>;
+using WideCore = zelkor::detail::StringCore<char16_t>;
 
 constinit _SHI_Pool pool(sizeof(CT_CString), 1024);
 
@@ -57,11 +59,11 @@ void CT_CString::v_LeavePrototype() noexcept {
 }
 
 void* CT_CString::operator new(std::size_t size) {
-    return foundation::detail::NewObject(pool, size);
+    return zelkor::detail::NewObject(pool, size);
 }
 
 void CT_CString::operator delete(void* block, std::size_t size) noexcept {
-    foundation::detail::DeleteObject(pool, block, size);
+    zelkor::detail::DeleteObject(pool, block, size);
 }
 
 _SHI_Pool* CT_CString::spso_GetMemPool() noexcept {

@@ -14,7 +14,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_CString : public CT_String {
+class ZELKOR_API CT_CString : public CT_String {
 public:
     CT_CString() noexcept = default;
     explicit CT_CString(std::uint32_t code_page) noexcept : code_page_(code_page) {}
@@ -199,7 +199,7 @@ protected:
 
 private:
     [[nodiscard]] CT_Buffer::st_BufferData* Header() const noexcept {
-        return foundation::detail::BufferAccess::Header(buffer_);
+        return zelkor::detail::BufferAccess::Header(buffer_);
     }
     [[nodiscard]] const char* Units() const noexcept {
         return static_cast<const char*>(buffer_.qcv_Get());
@@ -220,13 +220,13 @@ private:
     static CT_CString sco_Object;
 };
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The text of a string without its terminator; good until the string changes.
 [[nodiscard]] inline std::string_view View(const CT_CString& text) noexcept {
     return {text.qccz_Get(), text.n_GetLength()};
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

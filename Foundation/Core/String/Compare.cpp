@@ -9,9 +9,11 @@
 #include "Foundation/Platform/Runtime.h"
 #include "Foundation/Platform/Scan.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
-using foundation::detail::View;
+using zelkor::detail::View;
 
 template <typename Number>
 int Order(Number a, Number b) noexcept {

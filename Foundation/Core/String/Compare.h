@@ -25,7 +25,7 @@ class CT_CString;
 class CT_String;
 class CT_UString;
 
-class FOUNDATION_API CT_Compare {
+class ZELKOR_API CT_Compare {
 public:
     // ---- Numbers ------------------------------------------------------------------------------
     [[nodiscard]] static int si_CompareN(unsigned int a, unsigned int b) noexcept;

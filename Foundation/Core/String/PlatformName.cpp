@@ -1,10 +1,10 @@
 #include "Foundation/Core/String/Internal/PlatformName.h"
 
+#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/Base/OS.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 bool IsOlderFamily() {
     return CT_OS::seo_GetVersion() < CT_OS::WindowsNT;
@@ -26,4 +26,4 @@ PlatformName::PlatformName(const CT_UString* name)
     text_ = passed_.qcuz_Get();
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

@@ -77,7 +77,7 @@ void CT_String::vv_Init() {}
 
 void CT_String::v_Set(const char* text, std::uint32_t length, std::uint32_t code_page) {
     if (code_page == kOwnCodePage) {
-        const auto* const own = foundation::detail::As<CT_CString>(this);
+        const auto* const own = zelkor::detail::As<CT_CString>(this);
         code_page = own == nullptr ? 0 : own->n_GetCodePage();
     }
     vv_Init(text, length, code_page);

@@ -20,7 +20,7 @@
 #include "Foundation/Platform/Types.h"
 
 // The base's own operations do nothing and return 0.
-class FOUNDATION_API CT_String {
+class ZELKOR_API CT_String {
 public:
     static constexpr std::uint32_t kToEnd = 0xFFFFFFFF;        // as a length or count
     static constexpr std::uint32_t kNotFound = 0xFFFFFFFF;     // as a found position

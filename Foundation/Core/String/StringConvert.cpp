@@ -9,13 +9,15 @@
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/Internal/StringCore.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Text/Utf.h"
 
-using foundation::detail::RecordSystemError;
-using foundation::detail::StringCore;
+namespace platform = zelkor::platform;
+
 using platform::kUtf8Page;
+using zelkor::detail::RecordSystemError;
+using zelkor::detail::StringCore;
 
 namespace {
 

@@ -18,7 +18,7 @@
 class CT_CString;
 class CT_UString;
 
-class FOUNDATION_API CT_StringConvert {
+class ZELKOR_API CT_StringConvert {
 public:
     CT_StringConvert() = delete;
 

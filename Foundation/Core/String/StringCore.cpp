@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Runtime.h"
 #include "Foundation/Platform/Scan.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace {
 
@@ -332,4 +332,4 @@ std::string_view DefaultPageText(const char* text, std::uint64_t count) noexcept
 template struct StringCore<char>;
 template struct StringCore<char16_t>;
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

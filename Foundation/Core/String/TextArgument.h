@@ -8,7 +8,7 @@
 
 #include "Foundation/Core/String/UString.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 class TextArgument {
 public:
@@ -28,6 +28,6 @@ private:
     std::u16string_view view_ = u"";
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

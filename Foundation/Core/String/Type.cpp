@@ -7,6 +7,8 @@
 #include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Platform/Memory.h"
 
+namespace platform = zelkor::platform;
+
 constinit CT_Type* CT_Type::spco_First = nullptr;
 constinit CT_Type* CT_Type::spco_InConstruct = nullptr;
 constinit CT_Type* CT_Type::spco_InDestruct = nullptr;
@@ -41,7 +43,7 @@ void* CT_Type::pv_CastTo(const void* object, const CT_Type* type) const noexcept
 
 void CT_Type::sv_Enter(const void* object, const CT_Type* type) {
     void* const staged = platform::Reallocate(spso_Staged, (sn_Staged + 1) * sizeof(st_Entry));
-    if (staged == nullptr) foundation::detail::ReportExhausted();
+    if (staged == nullptr) zelkor::detail::ReportExhausted();
     spso_Staged = static_cast<st_Entry*>(staged);
     const char* const prototype = static_cast<const char*>(spco_InConstruct->object_);
     spso_Staged[sn_Staged++] = {type, static_cast<const char*>(object) - prototype};

@@ -16,7 +16,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_Type {
+class ZELKOR_API CT_Type {
 public:
     // Links the type at the head of the process-wide list and opens the registration of the
     // prototype at [object, object + size). The name is borrowed.

@@ -5,17 +5,19 @@
 #include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/Internal/StringCore.h"
+#include "Foundation/Core/String/StringConvert.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Runtime.h"
-#include "Foundation/Core/String/StringConvert.h"
 
-using foundation::detail::As;
-using foundation::detail::IsExactly;
-using foundation::detail::View;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::As;
+using zelkor::detail::IsExactly;
+using zelkor::detail::View;
 
 namespace {
 
-using Core = foundation::detail::StringCore<char16_t>;
+using Core = zelkor::detail::StringCore<char16_t>;
 
 constinit _SHI_Pool pool(sizeof(CT_UString), 1024);
 
@@ -72,11 +74,11 @@ void CT_UString::v_LeavePrototype() noexcept {
 }
 
 void* CT_UString::operator new(std::size_t size) {
-    return foundation::detail::NewObject(pool, size);
+    return zelkor::detail::NewObject(pool, size);
 }
 
 void CT_UString::operator delete(void* block, std::size_t size) noexcept {
-    foundation::detail::DeleteObject(pool, block, size);
+    zelkor::detail::DeleteObject(pool, block, size);
 }
 
 _SHI_Pool* CT_UString::spso_GetMemPool() noexcept {
@@ -158,10 +160,10 @@ int CT_UString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
     }
     const auto* const narrow = As<CT_CString>(other);
     if (narrow == nullptr) return vi_Compare(u"", length, at);
-    using Narrow = foundation::detail::StringCore<char>;
+    using Narrow = zelkor::detail::StringCore<char>;
     const auto text = Narrow::Of(Narrow::Tail(View(*narrow), from).data(), kToEnd);
     const CT_UString converted =
-        WidenSome(text, length, foundation::detail::PageInUse(narrow->n_GetCodePage()));
+        WidenSome(text, length, zelkor::detail::PageInUse(narrow->n_GetCodePage()));
     return Core::Compare(Core::Tail(View(*this), at), View(converted), length);
 }
 
@@ -170,7 +172,7 @@ int CT_UString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint
 }
 
 int CT_UString::vi_Compare(const char* text, std::uint32_t length, std::uint32_t at) const {
-    const CT_UString wide = Widen(foundation::detail::DefaultPageText(text, length), 0);
+    const CT_UString wide = Widen(zelkor::detail::DefaultPageText(text, length), 0);
     return Core::Compare(Core::Tail(View(*this), at), View(wide), length);
 }
 

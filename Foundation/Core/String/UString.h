@@ -14,7 +14,7 @@
 
 class CT_CString;
 
-class FOUNDATION_API CT_UString : public CT_String {
+class ZELKOR_API CT_UString : public CT_String {
 public:
     CT_UString() noexcept = default;
     // Empty, with room for that many characters.
@@ -193,7 +193,7 @@ protected:
 
 private:
     [[nodiscard]] CT_Buffer::st_BufferData* Header() const noexcept {
-        return foundation::detail::BufferAccess::Header(buffer_);
+        return zelkor::detail::BufferAccess::Header(buffer_);
     }
     [[nodiscard]] const char16_t* Units() const noexcept {
         return static_cast<const char16_t*>(buffer_.qcv_Get());
@@ -211,13 +211,13 @@ private:
     static CT_UString sco_Object;
 };
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The text of a string without its terminator; good until the string changes.
 [[nodiscard]] inline std::u16string_view View(const CT_UString& text) noexcept {
     return {text.qcuz_Get(), text.n_GetLength()};
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

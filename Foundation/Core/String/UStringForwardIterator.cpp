@@ -1,7 +1,7 @@
 #include "Foundation/Core/String/UStringForwardIterator.h"
 
-using foundation::detail::TextArgument;
-using foundation::detail::View;
+using zelkor::detail::TextArgument;
+using zelkor::detail::View;
 
 CT_UStringForwardIterator::CT_UStringForwardIterator(const CT_UString& text,
                                                      TextArgument separators)

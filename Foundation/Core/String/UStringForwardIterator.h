@@ -14,10 +14,10 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/UnitSet.h"
 
-class FOUNDATION_API CT_UStringForwardIterator {
+class ZELKOR_API CT_UStringForwardIterator {
 public:
     // Without separators the whole text is the one token, unless it is empty.
-    CT_UStringForwardIterator(const CT_UString& text, foundation::detail::TextArgument separators);
+    CT_UStringForwardIterator(const CT_UString& text, zelkor::detail::TextArgument separators);
 
     // Steps to the next token; FALSE, with an empty current token where separators were all that
     // was left, when there is none.
@@ -31,7 +31,7 @@ private:
     CT_UString current_;
     std::uint32_t position_ = 0;
     std::uint32_t length_ = 0;
-    platform::UnitSet set_;  // of the separators, whose block copies share
+    zelkor::platform::UnitSet set_;  // of the separators, whose block copies share
 };
 
 #endif

@@ -4,7 +4,7 @@
 
 #include "Foundation/Core/String/UString.h"
 
-class FOUNDATION_API CT_UStringWrapper : public CT_UString {
+class ZELKOR_API CT_UStringWrapper : public CT_UString {
 public:
     CT_UStringWrapper() noexcept = default;
     explicit CT_UStringWrapper(const CT_UString* text) : CT_UString(text) {}

@@ -23,16 +23,16 @@
 
 #include <cstdint>
 
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/CompList/CompList.h"
-#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
 class CT_CString;
 class CT_UString;
 
-class FOUNDATION_API CT_BiLingualWordListBasis {
+class ZELKOR_API CT_BiLingualWordListBasis {
 public:
     virtual ~CT_BiLingualWordListBasis();
 
@@ -87,9 +87,8 @@ private:
     CT_CompList target_index_;  // to offsets in source_words_
 };
 
-class FOUNDATION_API CT_BiLingualCWordList
-    : public CT_BiLingualWordListBasis,
-      public foundation::detail::PoolObject<CT_BiLingualCWordList> {
+class ZELKOR_API CT_BiLingualCWordList : public CT_BiLingualWordListBasis,
+                                         public zelkor::detail::PoolObject<CT_BiLingualCWordList> {
 public:
     explicit CT_BiLingualCWordList(BOOL long_offsets = FALSE)
         : CT_BiLingualWordListBasis(CT_CompList::kOneByte, long_offsets) {}
@@ -115,9 +114,8 @@ public:
     [[nodiscard]] const char* qccz_FindTarget(const CT_CString* target) const;
 };
 
-class FOUNDATION_API CT_BiLingualUWordList
-    : public CT_BiLingualWordListBasis,
-      public foundation::detail::PoolObject<CT_BiLingualUWordList> {
+class ZELKOR_API CT_BiLingualUWordList : public CT_BiLingualWordListBasis,
+                                         public zelkor::detail::PoolObject<CT_BiLingualUWordList> {
 public:
     explicit CT_BiLingualUWordList(BOOL long_offsets = FALSE)
         : CT_BiLingualWordListBasis(CT_CompList::kTwoBytes, long_offsets) {}
@@ -141,7 +139,7 @@ public:
 
 // A walk over all pairs in the order of their insertion, from before the first one ("at home"). A
 // null list has none.
-class FOUNDATION_API CT_BiWordListIteratorBasis {
+class ZELKOR_API CT_BiWordListIteratorBasis {
 public:
     // Whether no pair was stepped to yet; whether the current pair is the last one, or there are
     // none.
@@ -167,7 +165,7 @@ protected:
 };
 
 // The list is borrowed and must not change meanwhile.
-class FOUNDATION_API CT_BiUWordListIterator : public CT_BiWordListIteratorBasis {
+class ZELKOR_API CT_BiUWordListIterator : public CT_BiWordListIteratorBasis {
 public:
     explicit CT_BiUWordListIterator(const CT_BiLingualUWordList* list) noexcept
         : CT_BiWordListIteratorBasis(list) {}

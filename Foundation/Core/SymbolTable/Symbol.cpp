@@ -3,7 +3,7 @@
 #include "Foundation/Core/Container/Internal/ContainerDetail.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
 
-using namespace foundation::detail;
+using namespace zelkor::detail;
 
 namespace {
 

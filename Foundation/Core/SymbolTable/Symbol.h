@@ -14,7 +14,7 @@
 
 struct _SHI_Pool;
 
-class FOUNDATION_API CT_AbstractSymbol {
+class ZELKOR_API CT_AbstractSymbol {
 public:
     [[nodiscard]] virtual const CT_UString* vpcco_GetName() const = 0;
     [[nodiscard]] virtual std::uint32_t vn4_GetId() const = 0;
@@ -29,7 +29,7 @@ protected:
     CT_AbstractSymbol& operator=(const CT_AbstractSymbol&) noexcept = default;
 };
 
-class FOUNDATION_API CT_Symbol : public CT_AbstractSymbol {
+class ZELKOR_API CT_Symbol : public CT_AbstractSymbol {
 public:
     static constexpr std::uint32_t kNoId = 0xFFFFFFFF;  // none yet
 

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Core/Container/HashFunction.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Core/Base/SmartHeap.h"
 #include "Foundation/Core/String/Compare.h"
 
-using foundation::detail::Failed;
+using zelkor::detail::Failed;
 
 namespace {
 
@@ -112,7 +112,7 @@ BOOL CT_SymbolTable::b_Take(CT_Symbol* symbol) {
     CT_Symbol* numbersake = nullptr;
     names_.b_Get(Key(symbol), &namesake);
     ids_.b_Get(symbol->n4_GetId(), &numbersake);
-    const bool error = foundation::detail::ErrorIsSet();
+    const bool error = zelkor::detail::ErrorIsSet();
     try {
         names_.b_Insert(Key(symbol), symbol);
         if (!error) ids_.b_Insert(symbol->n4_GetId(), symbol);

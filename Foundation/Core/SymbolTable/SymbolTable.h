@@ -15,19 +15,19 @@
 
 #include <cstdint>
 
-#include "Foundation/Core/Container/Iterator.h"
 #include "Foundation/Core/Base/HeapObject.h"
+#include "Foundation/Core/Container/Iterator.h"
 #include "Foundation/Core/SymbolTable/Symbol.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_AbstractSymbolTable {
+class ZELKOR_API CT_AbstractSymbolTable {
 public:
     virtual ~CT_AbstractSymbolTable() = 0;
 };
 
-class FOUNDATION_API CT_SymbolTable : public CT_AbstractSymbolTable,
-                                      public foundation::detail::PoolObject<CT_SymbolTable> {
+class ZELKOR_API CT_SymbolTable : public CT_AbstractSymbolTable,
+                                  public zelkor::detail::PoolObject<CT_SymbolTable> {
 public:
     using Iterator = CT_HashIterator<char16_t*, CT_Symbol*>;
 

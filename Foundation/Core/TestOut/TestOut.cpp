@@ -16,6 +16,8 @@
 #include "Foundation/Platform/Paths.h"
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 using platform::StandardStream;
 
 namespace {
@@ -58,7 +60,7 @@ HANDLE CreateTextFile(std::u16string_view name) {
     }
     if (length + name.size() >= kAreaSize) return nullptr;
     *std::ranges::copy(name, path + length).out = 0;
-    if (foundation::detail::IsOlderFamily()) foundation::detail::PassNarrow(path);
+    if (zelkor::detail::IsOlderFamily()) zelkor::detail::PassNarrow(path);
     HANDLE const file = platform::OpenFile(path, platform::kAccessWrite,
                                            platform::kShareRead | platform::kShareWrite,
                                            platform::kCreateAlways, platform::kFileNormal);
@@ -184,7 +186,7 @@ void CT_TestOut::v_WriteStream(const char16_t* format, va_list arguments) {
             static_cast<void>(platform::FormatWhole(block.get(), length, format, again));
             v_WriteUnits({block.get(), length});
         } else {
-            v_WriteUnits(foundation::detail::CutText({area, kAreaSize}, kAreaSize - 1));
+            v_WriteUnits(zelkor::detail::CutText({area, kAreaSize}, kAreaSize - 1));
         }
     }
     va_end(again);
@@ -193,7 +195,7 @@ void CT_TestOut::v_WriteStream(const char16_t* format, va_list arguments) {
 void CT_TestOut::v_WriteDebugger(const char16_t* format, va_list arguments) {
     if (label_ != nullptr) platform::WriteDebugOutput(label_);
     char16_t area[kAreaSize];
-    foundation::detail::FormatCut(area, kAreaSize, format, arguments);
+    zelkor::detail::FormatCut(area, kAreaSize, format, arguments);
     platform::WriteDebugOutput(area);
 }
 

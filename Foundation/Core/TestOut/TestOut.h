@@ -16,7 +16,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_TestOut {
+class ZELKOR_API CT_TestOut {
 public:
     // Bits of the output type.
     static constexpr unsigned int kToStream = 1;

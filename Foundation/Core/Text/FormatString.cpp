@@ -6,6 +6,8 @@
 #include "Foundation/Platform/Locales/Formats.h"
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // A locale's text, cut to a number of units; empty when the locale does not tell.

@@ -17,7 +17,7 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_FormatString {
+class ZELKOR_API CT_FormatString {
 public:
     CT_FormatString() = delete;
 

@@ -5,6 +5,8 @@
 #include "Foundation/Platform/Runtime.h"
 #include "Foundation/Platform/UnitSet.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using View = std::u16string_view;

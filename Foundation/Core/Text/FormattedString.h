@@ -11,8 +11,8 @@
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
 
-class FOUNDATION_API CT_FormattedString {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_FormattedString {
+    using Text = zelkor::detail::TextArgument;
 
 public:
     CT_FormattedString() = delete;

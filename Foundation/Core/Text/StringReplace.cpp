@@ -9,8 +9,10 @@
 #include "Foundation/Platform/Scan.h"
 #include "Foundation/Platform/UnitSet.h"
 
-using foundation::detail::BufferAccess;
-using foundation::detail::View;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::BufferAccess;
+using zelkor::detail::View;
 
 namespace {
 
@@ -117,7 +119,7 @@ void Rebuild(CT_UString& string, WideView find, WideView replacement) {
     if (places.empty()) return;
     const std::uint64_t length = text.size() - places.size() * find.size() +
                                  std::uint64_t{places.size()} * replacement.size();
-    if (length > std::numeric_limits<std::uint32_t>::max()) foundation::detail::ReportExhausted();
+    if (length > std::numeric_limits<std::uint32_t>::max()) zelkor::detail::ReportExhausted();
     CT_UString fresh;
     fresh.vv_SetGrowth(string.vn_GetGrowth());
     fresh.vv_SetLength(static_cast<std::uint32_t>(length));

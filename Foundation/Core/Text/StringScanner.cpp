@@ -2,6 +2,8 @@
 
 #include "Foundation/Platform/UnitSet.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using View = std::u16string_view;
@@ -61,7 +63,7 @@ void CT_StringScanner::v_SubWordU(CT_UString* out, View text, View separators, s
 
 void CT_StringScanner::v_RemoveWordU(CT_UString* text, View separators, std::uint32_t n) {
     if (text == nullptr) return;
-    Remove(text, Word(foundation::detail::View(*text), separators, n));
+    Remove(text, Word(zelkor::detail::View(*text), separators, n));
 }
 
 std::uint32_t CT_StringScanner::n_ItemCountU(View text, char16_t separator) {
@@ -74,5 +76,5 @@ void CT_StringScanner::v_ItemU(CT_UString* out, View text, char16_t separator, s
 
 void CT_StringScanner::v_RemoveItemU(CT_UString* text, char16_t separator, std::uint32_t n) {
     if (text == nullptr) return;
-    Remove(text, Item(foundation::detail::View(*text), separator, n));
+    Remove(text, Item(zelkor::detail::View(*text), separator, n));
 }

@@ -16,8 +16,8 @@
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
 
-class FOUNDATION_API CT_StringScanner {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_StringScanner {
+    using Text = zelkor::detail::TextArgument;
 
 public:
     CT_StringScanner() = delete;

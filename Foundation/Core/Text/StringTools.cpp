@@ -8,8 +8,10 @@
 #include "Foundation/Platform/Scan.h"
 #include "Foundation/Platform/UnitSet.h"
 
-using foundation::detail::StringCore;
-using foundation::detail::View;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::StringCore;
+using zelkor::detail::View;
 
 namespace {
 
@@ -61,7 +63,7 @@ int CompareViews(WideView a, WideView b, bool case_sensitive, std::uint32_t coun
 CT_UString WidenUpTo(const char* text, std::uint32_t offset, std::uint32_t count) {
     const std::uint64_t characters =
         count == 0 ? std::uint64_t{CT_String::kToEnd} : std::uint64_t{offset} + count;
-    const std::string_view part = foundation::detail::DefaultPageText(text, characters);
+    const std::string_view part = zelkor::detail::DefaultPageText(text, characters);
     const std::size_t most = std::min<std::size_t>(part.size(), CT_String::kToEnd - 1);
     return CT_UString(part.data(), static_cast<std::uint32_t>(most));
 }

@@ -15,8 +15,8 @@
 #include "Foundation/Core/String/TextArgument.h"
 #include "Foundation/Core/String/UString.h"
 
-class FOUNDATION_API CT_StringTools {
-    using Text = foundation::detail::TextArgument;
+class ZELKOR_API CT_StringTools {
+    using Text = zelkor::detail::TextArgument;
 
 public:
     static constexpr std::uint32_t kNotFound = 0xFFFFFFFF;

@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_AppVersion {
+class ZELKOR_API CT_AppVersion {
 public:
     // Edition 7, version 7.0.0, build 615, a release, without product names.
     CT_AppVersion() { v_Init(); }

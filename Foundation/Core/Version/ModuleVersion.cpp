@@ -6,6 +6,8 @@
 #include "Foundation/Platform/Modules.h"
 #include "Foundation/Platform/Runtime.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // In the order of the getters.

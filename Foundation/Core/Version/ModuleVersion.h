@@ -14,7 +14,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_ModuleVersion {
+class ZELKOR_API CT_ModuleVersion {
 public:
     using st_FixedFileInfo = VS_FIXEDFILEINFO;
     static constexpr std::uint32_t kSignature = 0xFEEF04BD;

@@ -7,8 +7,8 @@
 #include <span>
 
 #include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Core/File/WinFile.h"
+#include "Foundation/Core/String/Internal/PlatformName.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Core/SymbolTable/BiLingualWordList.h"
 #include "Foundation/Database/RecordManager/RecordFormat.h"
@@ -16,10 +16,12 @@
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
 
-using foundation::detail::Failed;
-using foundation::detail::PlatformName;
-using foundation::record_format::LoadU32;
-using foundation::record_format::StoreU32;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::Failed;
+using zelkor::detail::PlatformName;
+using zelkor::record_format::LoadU32;
+using zelkor::record_format::StoreU32;
 
 namespace {
 
@@ -95,7 +97,7 @@ public:
     bool Replace() {
         placed_ =
             platform::RenameFile(platform_name_->Get(), PlatformName(&target_).Get(), true, false);
-        if (!placed_) foundation::detail::RecordSystemError(target_.qcuz_Get());
+        if (!placed_) zelkor::detail::RecordSystemError(target_.qcuz_Get());
         return placed_;
     }
 
@@ -108,13 +110,13 @@ private:
 
 BOOL Refuse(const char16_t* file, unsigned int code, const char16_t* format,
             const char* source = __builtin_FILE(), unsigned int line = __builtin_LINE()) {
-    foundation::detail::Record({code, format, source, line}, file);
+    zelkor::detail::Record({code, format, source, line}, file);
     return FALSE;
 }
 
 BOOL RefuseNull(const char* source = __builtin_FILE(), unsigned int line = __builtin_LINE()) {
     platform::SetLastError(platform::kErrorInvalidParameter);
-    foundation::detail::RecordSystemError(source, line);
+    zelkor::detail::RecordSystemError(source, line);
     return FALSE;
 }
 

@@ -19,7 +19,7 @@
 
 class CT_BiLingualUWordList;
 
-class FOUNDATION_API CT_GlossaryFile {
+class ZELKOR_API CT_GlossaryFile {
 public:
     // Writes a new file, beside an old one (`file`.new) whose place it takes when it is complete
     // and stored. On failure the old file stays as it was.

@@ -6,9 +6,11 @@
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Database/RecordManager/Internal/RecordSurveyDetail.h"
 
-using foundation::detail::Failed;
-using foundation::detail::RecordImage;
-using foundation::detail::RecordSurvey;
+namespace platform = zelkor::platform;
+
+using zelkor::detail::Failed;
+using zelkor::detail::RecordImage;
+using zelkor::detail::RecordSurvey;
 
 namespace {
 
@@ -19,7 +21,7 @@ RecordSurvey* NewSurvey() {
 }  // namespace
 
 CT_RecordCheck::CT_RecordCheck(const CT_WinFile* file)
-    : file_(foundation::detail::OrNone(file)), survey_(NewSurvey()) {}
+    : file_(zelkor::detail::OrNone(file)), survey_(NewSurvey()) {}
 
 CT_RecordCheck::~CT_RecordCheck() {
     survey_->~RecordSurvey();

@@ -17,11 +17,11 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 struct RecordSurvey;
 }
 
-class FOUNDATION_API CT_RecordCheck {
+class ZELKOR_API CT_RecordCheck {
 public:
     static constexpr unsigned int kMaxFindings = 10000;
 
@@ -101,7 +101,7 @@ public:
 
 private:
     CT_WinFile file_;
-    foundation::detail::RecordSurvey* survey_;
+    zelkor::detail::RecordSurvey* survey_;
 };
 
 #endif

@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace foundation::record_format {
+namespace zelkor::record_format {
 
 [[nodiscard]] constexpr std::uint32_t LoadU32(const std::byte* from) noexcept {
     return std::to_integer<std::uint32_t>(from[0]) | std::to_integer<std::uint32_t>(from[1]) << 8 |
@@ -137,6 +137,6 @@ inline constexpr std::uint32_t kBodyDataAt = 4;     // in a body or resource
 inline constexpr std::uint32_t kFreeLinkAt = 4;     // in a free block of the overflow chain
 inline constexpr std::uint32_t kSmallestBlock = 8;  // holds a free block's two words
 
-}  // namespace foundation::record_format
+}  // namespace zelkor::record_format
 
 #endif

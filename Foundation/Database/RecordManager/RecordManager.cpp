@@ -11,7 +11,9 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
 
-namespace format = foundation::record_format;
+namespace platform = zelkor::platform;
+
+namespace format = zelkor::record_format;
 using format::Failed;
 using format::LoadU32;
 using format::StoreU32;
@@ -36,7 +38,7 @@ void FromFile(std::byte* entries, std::uint32_t size) {
 static_assert(sizeof(CT_RecordManager::st_Resource) == format::kEntrySize);
 
 CT_RecordManager::CT_RecordManager(const CT_WinFile* file)
-    : CT_WinFile(foundation::detail::OrNone(file)),
+    : CT_WinFile(zelkor::detail::OrNone(file)),
       free_table_(sizeof(FreeEntry), kTableGrowth, 0),
       directory_(sizeof(st_Resource), si_Compare, kTableGrowth, 0),
       scratch_(0, kScratchGrowth) {}
@@ -296,7 +298,7 @@ unsigned int CT_RecordManager::LengthToKeep() {
     if (open_mode_ != kModeReadWrite) return end;  // it is not cut
     if (changed_) return std::max(end, LooseEnd());
     if (end == opened_size_) return end;
-    foundation::detail::RecordSurvey survey;
+    zelkor::detail::RecordSurvey survey;
     survey.Take({MappedBytes(), opened_size_}, nullptr);
     return survey.finding_count == 0 ? end : opened_size_;
 }

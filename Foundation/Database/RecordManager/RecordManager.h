@@ -45,7 +45,7 @@
 
 class CT_TestOut;
 
-class FOUNDATION_API CT_RecordManager : public CT_WinFile {
+class ZELKOR_API CT_RecordManager : public CT_WinFile {
 public:
     // Both of the first two open for reading; b_IsCorrupt looks at the file only in the second.
     enum et_OpenMode : unsigned int { kModeRead, kModeReadAndCheck, kModeReadWrite };
@@ -88,22 +88,22 @@ public:
     void v_Close(BOOL clear);
 
     [[nodiscard]] unsigned int n_GetBlockSize() const {
-        return Get(foundation::record_format::kBlockSizeAt);
+        return Get(zelkor::record_format::kBlockSizeAt);
     }
     [[nodiscard]] unsigned int n_GetRecordHeaderSize() const {
-        return Get(foundation::record_format::kRecordHeaderSizeAt);
+        return Get(zelkor::record_format::kRecordHeaderSizeAt);
     }
     [[nodiscard]] unsigned int n_GetResourceMaxCount() const {
-        return Get(foundation::record_format::kResourceMaxCountAt);
+        return Get(zelkor::record_format::kResourceMaxCountAt);
     }
     [[nodiscard]] unsigned int n_GetResourceCount() const {
-        return Get(foundation::record_format::kResourceCountAt);
+        return Get(zelkor::record_format::kResourceCountAt);
     }
     [[nodiscard]] unsigned int n_GetRecordCount() const {
-        return Get(foundation::record_format::kRecordCountAt);
+        return Get(zelkor::record_format::kRecordCountAt);
     }
     [[nodiscard]] unsigned int n_GetSize() const {
-        return Get(foundation::record_format::kDataEndAt);
+        return Get(zelkor::record_format::kDataEndAt);
     }  // data end
     // The first block of the data area and the one behind the last; 0 for a block size of 0.
     [[nodiscard]] unsigned int n_GetMinReference() const;
@@ -183,15 +183,15 @@ private:
 
     // Header fields.
     [[nodiscard]] unsigned int Get(unsigned int field) const {
-        return foundation::record_format::LoadU32(header_.data() + field);
+        return zelkor::record_format::LoadU32(header_.data() + field);
     }
     void Put(unsigned int field, unsigned int value) {
-        foundation::record_format::StoreU32(header_.data() + field, value);
+        zelkor::record_format::StoreU32(header_.data() + field, value);
     }
     void Add(unsigned int field, int amount) {
         Put(field, Get(field) + static_cast<unsigned int>(amount));
     }
-    void HeaderChanged() { Add(foundation::record_format::kHeaderCounterAt, 1); }
+    void HeaderChanged() { Add(zelkor::record_format::kHeaderCounterAt, 1); }
 
     // Opening and closing (RecordManager.cpp).
     void FillHeader(unsigned int record_header_size, unsigned int block_size,
@@ -240,7 +240,7 @@ private:
         return boundary && offset >= data_start_ && InsideData(offset, size);
     }
     [[nodiscard]] std::uint64_t Round(std::uint64_t size) const {
-        if (block_mask_ == 0) return foundation::record_format::Round(size, n_GetBlockSize());
+        if (block_mask_ == 0) return zelkor::record_format::Round(size, n_GetBlockSize());
         return ((size == 0 ? 1 : size) + block_mask_) & ~std::uint64_t{block_mask_};
     }
     // Of an offset on a block boundary. Requires a block size.
@@ -318,7 +318,7 @@ private:
     bool ReadResourceLength(unsigned int offset, unsigned int* length);
     bool PutResource(unsigned int offset, const CT_Buffer& data);
 
-    foundation::record_format::HeaderImage header_{};
+    zelkor::record_format::HeaderImage header_{};
     et_OpenMode open_mode_ = kModeRead;
     CT_VoidArray free_table_;  // FreeEntry
     CT_VoidSortedArray directory_;

@@ -9,7 +9,9 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/System/SysInfo/SysInfo.h"
 
-namespace format = foundation::record_format;
+namespace platform = zelkor::platform;
+
+namespace format = zelkor::record_format;
 using format::Failed;
 
 namespace {
@@ -171,12 +173,12 @@ void CT_RecordManager::v_SetError(unsigned int code, unsigned int line) {
     char16_t text[kMessageSize];
     CT_DatabaseError::sv_FormatError(text, kMessageSize, code, name != nullptr ? name : u"");
     // the text is no format: the name in it may hold a percent sign
-    foundation::detail::Record({code, u"%s", format::kSource, line}, text);
+    zelkor::detail::Record({code, u"%s", format::kSource, line}, text);
 }
 
 void CT_RecordManager::SystemFailure(unsigned int error, unsigned int line) {
     platform::SetLastError(error);
-    foundation::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), format::kSource, line);
+    zelkor::detail::RecordSystemError(pcco_GetFullName()->qcuz_Get(), format::kSource, line);
 }
 
 bool CT_RecordManager::b_CanMap() const {

@@ -5,7 +5,9 @@
 #include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
-namespace format = foundation::record_format;
+namespace platform = zelkor::platform;
+
+namespace format = zelkor::record_format;
 using format::Failed;
 using format::LoadU32;
 using format::StoreU32;
@@ -92,7 +94,7 @@ void CT_RecordManager::v_GetRecord(unsigned int reference, CT_Buffer* out, unsig
     if (out->n_GetUseCount() != 1) out->v_Set(0, CT_Buffer::kToEnd, FALSE);
     const std::uint64_t head = std::uint64_t{reference} * n_GetBlockSize();
     Body body;
-    if (!foundation::detail::ErrorIsSet() && InMapping(head, &body)) {
+    if (!zelkor::detail::ErrorIsSet() && InMapping(head, &body)) {
         return CopyMapped(head, body, out, maximum);
     }
     out->v_SetUsedSize(0);

@@ -2,7 +2,9 @@
 #include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
-namespace format = foundation::record_format;
+namespace platform = zelkor::platform;
+
+namespace format = zelkor::record_format;
 using format::Failed;
 
 // Fills in the offset; the position in the directory, 0 with error 31053 when the key is absent.

@@ -3,7 +3,7 @@
 
 #include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 
-namespace format = foundation::record_format;
+namespace format = zelkor::record_format;
 using format::Failed;
 
 namespace {
@@ -88,8 +88,8 @@ unsigned int CT_RecordManager::NextRecord(unsigned int cursor, CT_Buffer* out, b
             return reference + 1;
         }
         v_GetRecord(reference, out, robust ? kRobustMaximum : 0);
-        if (!foundation::detail::ErrorIsSet()) return reference + 1;
-        foundation::detail::ClearError();
+        if (!zelkor::detail::ErrorIsSet()) return reference + 1;
+        zelkor::detail::ClearError();
         scan.at += block;
     }
     Failed();
@@ -112,8 +112,8 @@ BOOL CT_RecordManager::b_IsCorrupt() {
     Scan scan{data_start_, true};
     while (FindHead(&scan)) {
         v_GetRecord(Reference(scan.at), &record, 0);
-        const bool read = !foundation::detail::ErrorIsSet();
-        if (!read) foundation::detail::ClearError();
+        const bool read = !zelkor::detail::ErrorIsSet();
+        if (!read) zelkor::detail::ClearError();
         count += read ? 1 : 0;
         scan.at += read ? head_size_ : block;
     }

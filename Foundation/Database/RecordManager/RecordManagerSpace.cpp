@@ -4,7 +4,9 @@
 #include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 #include "Foundation/Platform/LastError.h"
 
-namespace format = foundation::record_format;
+namespace platform = zelkor::platform;
+
+namespace format = zelkor::record_format;
 using format::Failed;
 using format::InSpiteOfError;
 

@@ -12,7 +12,7 @@
 
 #include "Foundation/Database/RecordManager/Internal/RecordManagerDetail.h"
 
-namespace format = foundation::record_format;
+namespace format = zelkor::record_format;
 using format::Failed;
 using format::LoadU32;
 using format::StoreU32;

@@ -7,23 +7,25 @@
 
 #include "Foundation/Core/Error/DatabaseError.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Database/RecordManager/RecordManager.h"
 #include "Foundation/Database/RecordManager/Internal/RecordSurveyDetail.h"
+#include "Foundation/Database/RecordManager/RecordManager.h"
 #include "Foundation/Platform/LastError.h"
 
-namespace format = foundation::record_format;
-using foundation::detail::Failed;
-using foundation::detail::RecordBytes;
-using foundation::detail::RecordImage;
-using foundation::detail::RecordLayout;
-using foundation::detail::RecordSurvey;
+namespace platform = zelkor::platform;
 
-struct foundation::detail::RepairReport {
+namespace format = zelkor::record_format;
+using zelkor::detail::Failed;
+using zelkor::detail::RecordBytes;
+using zelkor::detail::RecordImage;
+using zelkor::detail::RecordLayout;
+using zelkor::detail::RecordSurvey;
+
+struct zelkor::detail::RepairReport {
     RecordSurvey::List<CT_RecordRepair::st_Moved> moved;
     RecordSurvey::List<CT_RecordRepair::st_Lost> lost;
 };
 
-using foundation::detail::RepairReport;
+using zelkor::detail::RepairReport;
 
 namespace {
 
@@ -46,7 +48,7 @@ void Fill(CT_Buffer& out, std::uint32_t used, const RecordBytes& image, std::uin
 }  // namespace
 
 CT_RecordRepair::CT_RecordRepair(const CT_WinFile* file)
-    : file_(foundation::detail::OrNone(file)),
+    : file_(zelkor::detail::OrNone(file)),
       report_(new (platform::Allocate(sizeof(RepairReport))) RepairReport()) {}
 
 CT_RecordRepair::~CT_RecordRepair() {
@@ -75,7 +77,7 @@ BOOL CT_RecordRepair::b_Repair(const CT_WinFile* target) {
     if (Failed()) return FALSE;
     if (target == nullptr) {
         platform::SetLastError(platform::kErrorInvalidParameter);
-        foundation::detail::RecordSystemError();
+        zelkor::detail::RecordSystemError();
         return FALSE;
     }
     RecordImage file(file_);
@@ -95,7 +97,7 @@ BOOL CT_RecordRepair::b_Repair(const CT_WinFile* target) {
         char16_t text[kMessageSize];
         CT_DatabaseError::sv_FormatError(text, kMessageSize, kWrongFormat,
                                          file_.pcco_GetFullName()->qcuz_Get());
-        foundation::detail::Record({kWrongFormat, u"%s"}, text);
+        zelkor::detail::Record({kWrongFormat, u"%s"}, text);
         return FALSE;
     }
     CT_RecordManager out(target);

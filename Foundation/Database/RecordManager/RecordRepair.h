@@ -27,13 +27,13 @@
 
 class CT_RecordManager;
 
-namespace foundation::detail {
+namespace zelkor::detail {
 struct RecordBytes;
 struct RepairReport;
 struct RecordSurvey;
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
-class FOUNDATION_API CT_RecordRepair {
+class ZELKOR_API CT_RecordRepair {
 public:
     struct st_Moved {
         unsigned int old_reference;
@@ -74,18 +74,18 @@ public:
     [[nodiscard]] st_Lost so_GetLostAt(unsigned int position) const;
 
 private:
-    void CopyRecords(const foundation::detail::RecordBytes& image,
-                     const foundation::detail::RecordSurvey& survey, CT_RecordManager& target);
-    void CopyResources(const foundation::detail::RecordBytes& image,
-                       const foundation::detail::RecordSurvey& survey, CT_RecordManager& target);
-    void ListMissing(const foundation::detail::RecordSurvey& survey);
+    void CopyRecords(const zelkor::detail::RecordBytes& image,
+                     const zelkor::detail::RecordSurvey& survey, CT_RecordManager& target);
+    void CopyResources(const zelkor::detail::RecordBytes& image,
+                       const zelkor::detail::RecordSurvey& survey, CT_RecordManager& target);
+    void ListMissing(const zelkor::detail::RecordSurvey& survey);
 
     CT_WinFile file_;
     bool has_layout_ = false;
     unsigned int record_header_size_ = 0;
     unsigned int block_size_ = 0;
     unsigned int resource_max_count_ = 0;
-    foundation::detail::RepairReport* report_;
+    zelkor::detail::RepairReport* report_;
 };
 
 #endif

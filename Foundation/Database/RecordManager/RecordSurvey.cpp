@@ -4,7 +4,7 @@
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Database/RecordManager/Internal/RecordSurveyorDetail.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace format = record_format;
 
@@ -272,4 +272,4 @@ void RecordSurvey::Take(const RecordBytes& file, const RecordLayout* given) {
     }
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

@@ -3,7 +3,7 @@
 
 #include "Foundation/Database/RecordManager/Internal/RecordSurveyorDetail.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace format = record_format;
 
@@ -105,4 +105,4 @@ Surveyor::Offsets Surveyor::Suspects() const {
     return suspects;
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

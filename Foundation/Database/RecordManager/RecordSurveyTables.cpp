@@ -3,7 +3,7 @@
 
 #include "Foundation/Database/RecordManager/Internal/RecordSurveyorDetail.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 namespace format = record_format;
 
@@ -101,4 +101,4 @@ void Surveyor::Chain(std::uint64_t entry, std::uint32_t offset) {
     }
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail

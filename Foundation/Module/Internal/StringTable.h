@@ -4,7 +4,7 @@
 
 #include "Foundation/Platform/Modules.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr platform::StringResource kStringTable[] = {
     {60000, u"Error Stack"},
@@ -21,6 +21,6 @@ inline constexpr platform::StringResource kStringTable[] = {
     {65535, u"ASSERT (%s)"},
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

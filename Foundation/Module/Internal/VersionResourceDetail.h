@@ -4,7 +4,7 @@
 
 #include "Foundation/Platform/Modules.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr platform::VersionText kVersionTexts[] = {
     {u"FileDescription", u"Zelkor Foundation class library"},
@@ -29,6 +29,6 @@ inline constexpr platform::VersionResource kVersionResource{.fixed = {.dwSignatu
                                                                       .dwFileDateLS = 0},
                                                             .texts = kVersionTexts};
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

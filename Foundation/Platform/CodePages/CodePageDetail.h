@@ -8,11 +8,11 @@
 #include <initializer_list>
 #include <limits>
 
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/Tables/CodePageTables.h"
 #include "Foundation/Platform/CodePages/TextPieces.h"
+#include "Foundation/Platform/LastError.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 inline constexpr std::size_t kUnlimited = std::numeric_limits<std::size_t>::max();
 
@@ -213,6 +213,6 @@ private:
 using UnitSink = Sink<char16_t>;
 using ByteSink = Sink<unsigned char>;
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif

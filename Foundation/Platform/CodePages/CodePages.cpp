@@ -7,7 +7,7 @@
 
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 using nls::Decoding;
@@ -222,4 +222,4 @@ bool IsValidCodePage(std::uint32_t page) noexcept {
     return nls::FindPage(page, found);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

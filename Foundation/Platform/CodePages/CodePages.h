@@ -26,7 +26,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 inline constexpr std::uint32_t kUtf8Page = 65001;
 
@@ -68,9 +68,9 @@ enum : std::uint32_t {
 //
 // No text has more units than bytes: a buffer of `length` units always holds the result, so that a
 // caller who has one need not ask for the size first.
-[[nodiscard]] FOUNDATION_API int MultiByteToWideChar(std::uint32_t page, std::uint32_t flags,
-                                                     const char* text, int length, char16_t* out,
-                                                     int capacity) noexcept;
+[[nodiscard]] ZELKOR_API int MultiByteToWideChar(std::uint32_t page, std::uint32_t flags,
+                                                 const char* text, int length, char16_t* out,
+                                                 int capacity) noexcept;
 
 // Encodes `length` units (negative: up to and including the zero unit) into `out`, which holds
 // `capacity` bytes; capacity 0 asks for the bytes needed. A unit that the page lacks, each half of
@@ -79,14 +79,14 @@ enum : std::uint32_t {
 // Returns and errors as above, and
 //   87    default_char or used_default given for 42, 50220, 52936, 54936, 65000 or 65001
 //   1113  a unit that page 42 lacks; an unpaired surrogate under kWideErrorOnInvalidChars
-[[nodiscard]] FOUNDATION_API int WideCharToMultiByte(std::uint32_t page, std::uint32_t flags,
-                                                     const char16_t* text, int length, char* out,
-                                                     int capacity, const char* default_char,
-                                                     BOOL* used_default) noexcept;
+[[nodiscard]] ZELKOR_API int WideCharToMultiByte(std::uint32_t page, std::uint32_t flags,
+                                                 const char16_t* text, int length, char* out,
+                                                 int capacity, const char* default_char,
+                                                 BOOL* used_default) noexcept;
 
 // Bytes that hold the encoding of `units` units in the page, whatever the units; 0 for an unknown
 // page. At most 6 * units + 3.
-[[nodiscard]] FOUNDATION_API std::size_t MaxBytes(std::uint32_t page, std::size_t units) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t MaxBytes(std::uint32_t page, std::size_t units) noexcept;
 
 struct CodePageInfo {
     unsigned int max_char_size;  // bytes
@@ -95,20 +95,20 @@ struct CodePageInfo {
 };
 
 // False with last error 87 for a page that is not served (pages 0 to 3 are).
-FOUNDATION_API bool GetCodePageInfo(std::uint32_t page, CodePageInfo* info) noexcept;
+ZELKOR_API bool GetCodePageInfo(std::uint32_t page, CodePageInfo* info) noexcept;
 
 // Whether the page is served under this number; false for pages 0 to 3.
-[[nodiscard]] FOUNDATION_API bool IsValidCodePage(std::uint32_t page) noexcept;
+[[nodiscard]] ZELKOR_API bool IsValidCodePage(std::uint32_t page) noexcept;
 
 // The configured pages; the thread page is the ANSI page, the Macintosh page is 10000. They are
 // those of the system's default locale (Locales.h), taken from the environment when the library is
 // loaded: 1252 and 437 when there is none.
-[[nodiscard]] FOUNDATION_API std::uint32_t AnsiCodePage() noexcept;
-[[nodiscard]] FOUNDATION_API std::uint32_t OemCodePage() noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t AnsiCodePage() noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t OemCodePage() noexcept;
 
 // Sets both pages for the process; (0, 0) puts back those found at load.
-FOUNDATION_API void SetSystemCodePages(std::uint32_t ansi, std::uint32_t oem) noexcept;
+ZELKOR_API void SetSystemCodePages(std::uint32_t ansi, std::uint32_t oem) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

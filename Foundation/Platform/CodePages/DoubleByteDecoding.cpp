@@ -10,7 +10,7 @@
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 #include "Foundation/Platform/Text/SimdBlocks.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 // What is refused. kShared is for GB18030, which takes its pairs from page 936 but for a few, all
@@ -248,4 +248,4 @@ Outcome DecodeSharedPairs(const TablePage& page, const Decoding& call) noexcept 
     return Run<Mode::kShared>(page, call);
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -5,7 +5,7 @@
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 #include "Foundation/Platform/Text/SimdBlocks.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 constexpr int kBlockUnits = 16;
@@ -134,4 +134,4 @@ Outcome EncodeDoubleByte(const TablePage& page, Encoding& call) noexcept {
     return outcome;
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

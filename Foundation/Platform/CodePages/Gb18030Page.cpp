@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Text/Utf.h"
 #include "Foundation/Platform/Text/UtfScalar.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 constexpr std::uint32_t kPage = 54936;
@@ -248,4 +248,4 @@ Outcome EncodeGb18030(const Encoding& call) noexcept {
     return Encoder(call).Run();
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

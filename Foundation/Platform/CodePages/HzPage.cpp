@@ -2,7 +2,7 @@
 // the high bits taken off, and "~~" is a tilde.
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 constexpr std::uint32_t kBasePage = 936;
@@ -148,4 +148,4 @@ Outcome EncodeHz(const Encoding& call, Piece& piece) noexcept {
     return sink.Result(at);
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

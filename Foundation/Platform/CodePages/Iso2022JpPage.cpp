@@ -6,7 +6,7 @@
 
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 constexpr std::uint32_t kBasePage = 20932;
@@ -198,4 +198,4 @@ Outcome EncodeIso2022Jp(const Encoding& call, Piece& piece) noexcept {
     return Encoder(call, piece).Run();
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -5,7 +5,7 @@
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 #include "Foundation/Platform/Text/SimdBlocks.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 // How much of a page is Latin-1 both ways; the values of TablePage::identity.
@@ -183,4 +183,4 @@ Outcome EncodeSingleByte(const TablePage& page, Encoding& call) noexcept {
     return {count, count < call.length ? kErrorInsufficientBuffer : kErrorSuccess};
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

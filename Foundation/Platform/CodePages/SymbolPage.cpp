@@ -1,7 +1,7 @@
 // Page 42, symbol fonts: bytes from 20 up stand for the private-use units F020 to F0FF.
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 Outcome DecodeSymbol(const Decoding& call) noexcept {
     UnitSink sink(call.out, call.capacity);
@@ -25,4 +25,4 @@ Outcome EncodeSymbol(const Encoding& call) noexcept {
     return sink.Result(at);
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -5,7 +5,7 @@
 #include "Foundation/Platform/Locales/LocaleDetail.h"
 #include "Foundation/Platform/Locales/Locales.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 constexpr std::uint32_t kWestern = 1252;
@@ -52,4 +52,4 @@ void SetSystemCodePages(std::uint32_t ansi, std::uint32_t oem) noexcept {
                      std::memory_order_relaxed);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -9,7 +9,7 @@
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Text/UtfScalar.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 using nls::Decoding;
@@ -210,4 +210,4 @@ PieceResult TextEncoder::Encode(const char16_t* text, std::size_t length, bool l
     return {length, done.count, piece.faults, piece.first_fault};
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -17,7 +17,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // What came of a piece. `taken` falls short of its length only by a cut character.
 struct PieceResult {
@@ -42,7 +42,7 @@ struct ShiftState {
 
 }  // namespace nls
 
-class FOUNDATION_API TextDecoder {
+class ZELKOR_API TextDecoder {
 public:
     explicit TextDecoder(std::uint32_t page) noexcept;
 
@@ -66,7 +66,7 @@ private:
     nls::ShiftState state_;
 };
 
-class FOUNDATION_API TextEncoder {
+class ZELKOR_API TextEncoder {
 public:
     explicit TextEncoder(std::uint32_t page) noexcept;
 
@@ -92,6 +92,6 @@ private:
     nls::ShiftState state_;
 };
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -5,7 +5,7 @@
 
 #include "Foundation/Platform/CodePages/CodePageDetail.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 constexpr std::string_view kDigits =
@@ -186,4 +186,4 @@ Outcome EncodeUtf7(const Encoding& call, Piece& piece) noexcept {
     return Encoder(call, piece).Run();
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

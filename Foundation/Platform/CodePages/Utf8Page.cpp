@@ -8,7 +8,7 @@
 #include "Foundation/Platform/Text/Utf.h"
 #include "Foundation/Platform/Text/UtfScalar.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
@@ -93,4 +93,4 @@ Outcome EncodeUtf8(const Encoding& call) noexcept {
     return {count, kErrorInsufficientBuffer, at};
 }
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -12,7 +12,7 @@
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 constexpr LCID kNoLanguage = 0x0409;
@@ -51,7 +51,7 @@ private:
 };
 constinit DefaultLocale user_default;
 constinit DefaultLocale system_default;
-FOUNDATION_THREAD_LOCAL LCID thread_locale = 0;  // 0: the user's default
+ZELKOR_THREAD_LOCAL LCID thread_locale = 0;  // 0: the user's default
 
 // Without regard to the case of A to Z.
 template <typename Text>
@@ -158,4 +158,4 @@ bool SetThreadLocale(LCID lcid) noexcept {
     return true;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

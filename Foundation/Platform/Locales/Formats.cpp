@@ -6,7 +6,7 @@
 
 #include "Foundation/Platform/LastError.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 constexpr std::uint32_t kMostDigits = 9;
@@ -173,4 +173,4 @@ bool ReadGrouping(std::u16string_view text, std::uint32_t* grouping) noexcept {
     return true;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -10,7 +10,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 struct NumberFormat {
     std::uint32_t digits = 0;        // behind the decimal separator: 0 to 9
@@ -33,16 +33,15 @@ struct NumberFormat {
 // written; capacity 0 asks for the units needed. 0 is failure:
 //   87    another text than such a number, or a value outside the ranges of NumberFormat
 //   122   the text does not fit
-[[nodiscard]] FOUNDATION_API int FormatNumber(std::u16string_view number,
-                                              const NumberFormat& format, char16_t* out,
-                                              int capacity) noexcept;
+[[nodiscard]] ZELKOR_API int FormatNumber(std::u16string_view number, const NumberFormat& format,
+                                          char16_t* out, int capacity) noexcept;
 
 // The grouping that a locale's text for it means: "3;0" is 3, "3;2;0" is 32, and "3", which lacks
 // the 0 for repetition, is 30; "0" and the empty text are 0. False with last error 87 for another
 // text, and for one that takes more than nine digits.
-[[nodiscard]] FOUNDATION_API bool ReadGrouping(std::u16string_view text,
-                                               std::uint32_t* grouping) noexcept;
+[[nodiscard]] ZELKOR_API bool ReadGrouping(std::u16string_view text,
+                                           std::uint32_t* grouping) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -7,7 +7,7 @@
 #include "Foundation/Platform/Locales/LocaleDetail.h"
 #include "Foundation/Platform/Locales/Locales.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 using nls::TextAt;
@@ -220,4 +220,4 @@ bool EnumCalendarInfo(CalendarUse use, LCID lcid, std::uint32_t calendar, std::u
     return true;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -10,7 +10,7 @@
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Locales/Tables/LocaleTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 // The flags of a type, and what is left of it.
 inline constexpr std::uint32_t kTypeFlags = 0xF0000000;
@@ -39,6 +39,6 @@ inline constexpr std::uint32_t kTypeFlags = 0xF0000000;
 // Makes the pages of the system's default locale the configured ones.
 void TakeSystemPages(LCID system) noexcept;
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif

@@ -6,7 +6,7 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Locales/LocaleDetail.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 using nls::FindRow;
@@ -209,4 +209,4 @@ std::optional<LocaleSignature> GetLocaleSignature(LCID lcid) noexcept {
         {word(0), word(1), word(2), word(3)}, {word(4), word(5)}, {word(6), word(7)}};
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

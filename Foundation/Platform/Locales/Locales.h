@@ -21,7 +21,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // ---- Default locales --------------------------------------------------------------------------
 
@@ -32,10 +32,10 @@ namespace platform {
 //   the first of LC_ALL, LC_TIME, LC_NUMERIC, LC_MONETARY and LANG   is the user's, for formats
 // 0x0409 where none is set or names a language (C and POSIX do not). Maltese, Tagalog, Sami, Sotho,
 // Xhosa and Zulu are named as well, though the table has no rows for them: CT_LocaleInfo answers.
-[[nodiscard]] FOUNDATION_API LCID GetSystemDefaultLCID() noexcept;
-[[nodiscard]] FOUNDATION_API LCID GetUserDefaultLCID() noexcept;
-[[nodiscard]] FOUNDATION_API LANGID GetSystemDefaultLangID() noexcept;
-[[nodiscard]] FOUNDATION_API LANGID GetUserDefaultLangID() noexcept;
+[[nodiscard]] ZELKOR_API LCID GetSystemDefaultLCID() noexcept;
+[[nodiscard]] ZELKOR_API LCID GetUserDefaultLCID() noexcept;
+[[nodiscard]] ZELKOR_API LANGID GetSystemDefaultLangID() noexcept;
+[[nodiscard]] ZELKOR_API LANGID GetUserDefaultLangID() noexcept;
 
 // The default that 0, 0x0400 or 0x0800 stands for; any other locale as it is.
 [[nodiscard]] inline LCID WithoutDefaults(LCID lcid) noexcept {
@@ -44,25 +44,25 @@ namespace platform {
 }
 
 // Sets both for the process, unchecked; 0 puts back what was found at load.
-FOUNDATION_API void SetDefaultLocales(LCID user, LCID system) noexcept;
+ZELKOR_API void SetDefaultLocales(LCID user, LCID system) noexcept;
 
 // The locale that a name of the environment stands for: language_TERRITORY.charset@modifier, of
 // which all but the language may be missing; in any case of A to Z, and with "-" for "_". A
 // territory that has no row gives the language's first, or the one that is usual for it (zh 0x0804,
 // sr 0x0C1A). 0 for C, POSIX and languages that are not known.
-[[nodiscard]] FOUNDATION_API LCID LocaleOfName(std::string_view name) noexcept;
+[[nodiscard]] ZELKOR_API LCID LocaleOfName(std::string_view name) noexcept;
 
 // What happens at load: the defaults and the configured pages are those of the variables. Tests
 // give their own in place of the environment (null where one is not set), and take the
 // environment's again at the end.
 using EnvironmentVariable = const char* (*)(const char* name);
-FOUNDATION_API void TakeEnvironment(EnvironmentVariable variable = nullptr) noexcept;
+ZELKOR_API void TakeEnvironment(EnvironmentVariable variable = nullptr) noexcept;
 
 // The calling thread's locale: the user's default until the thread sets another.
-[[nodiscard]] FOUNDATION_API LCID GetThreadLocale() noexcept;
+[[nodiscard]] ZELKOR_API LCID GetThreadLocale() noexcept;
 // False with last error 87 for a locale that is not supported. 0x0400 and 0x0800 are replaced by
 // what they stand for; 0 has the thread follow the user's default again.
-FOUNDATION_API bool SetThreadLocale(LCID lcid) noexcept;
+ZELKOR_API bool SetThreadLocale(LCID lcid) noexcept;
 
 // ---- Which locales there are ------------------------------------------------------------------
 
@@ -72,11 +72,11 @@ inline constexpr std::uint32_t kLocaleAlternateSorts = 4;
 
 // Whether questions about the locale are answered. What is supported is installed as well; other
 // values than 1 and 2 of `which` give false.
-[[nodiscard]] FOUNDATION_API bool IsValidLocale(LCID lcid, std::uint32_t which) noexcept;
+[[nodiscard]] ZELKOR_API bool IsValidLocale(LCID lcid, std::uint32_t which) noexcept;
 
 // The row that answers for the locale, 0 when none does: 0x0009 gives 0x0409, 0x00010407 itself. A
 // sub-language that the table lacks is not answered by another one, which may be in another script.
-[[nodiscard]] FOUNDATION_API LCID ResolveLocale(LCID lcid) noexcept;
+[[nodiscard]] ZELKOR_API LCID ResolveLocale(LCID lcid) noexcept;
 
 // Hands each locale's LCID, as eight hexadecimal digits in upper case, to `use` until that answers
 // FALSE: those with sort order 0 for kLocaleInstalled or kLocaleSupported; those with other sort
@@ -84,11 +84,11 @@ inline constexpr std::uint32_t kLocaleAlternateSorts = 4;
 //   87    no callback
 //   1004  no such flag
 using LocaleUse = BOOL (*)(char16_t* lcid);
-FOUNDATION_API bool EnumSystemLocales(LocaleUse use, std::uint32_t which);
+ZELKOR_API bool EnumSystemLocales(LocaleUse use, std::uint32_t which);
 
 // The same as numbers, with whatever the caller wants handed along.
-[[nodiscard]] FOUNDATION_API std::uint32_t LocaleCount() noexcept;
-[[nodiscard]] FOUNDATION_API LCID LocaleAt(std::uint32_t index) noexcept;  // index below the count
+[[nodiscard]] ZELKOR_API std::uint32_t LocaleCount() noexcept;
+[[nodiscard]] ZELKOR_API LCID LocaleAt(std::uint32_t index) noexcept;  // index below the count
 
 // ---- What is known about a locale --------------------------------------------------------------
 
@@ -136,12 +136,12 @@ inline constexpr std::uint32_t kLocaleGenitiveNames =
 // The text, which may be empty; nothing for an unknown locale or type. Types with a number are
 // decimal text (0x0001 and 0x0009: hexadecimal). A zero unit follows the text. Takes the flag
 // kLocaleGenitiveNames and ignores the others; the last error is not touched.
-[[nodiscard]] FOUNDATION_API std::optional<std::u16string_view> LocaleText(
-    LCID lcid, std::uint32_t type) noexcept;
+[[nodiscard]] ZELKOR_API std::optional<std::u16string_view> LocaleText(LCID lcid,
+                                                                       std::uint32_t type) noexcept;
 
 // The value of a numeric type; nothing for other types and unknown locales.
-[[nodiscard]] FOUNDATION_API std::optional<std::uint32_t> LocaleNumber(LCID lcid,
-                                                                       std::uint32_t type) noexcept;
+[[nodiscard]] ZELKOR_API std::optional<std::uint32_t> LocaleNumber(LCID lcid,
+                                                                   std::uint32_t type) noexcept;
 
 // As the system's GetLocaleInfoW: writes the text with its zero into `out`, which holds `capacity`
 // units, and returns the units written; capacity 0 asks for the units needed. kLocaleFontSignature
@@ -151,8 +151,8 @@ inline constexpr std::uint32_t kLocaleGenitiveNames =
 //   122   the result does not fit; nothing has been written
 //   1004  an unknown type, kLocaleReturnNumber with a type that is no number, kLocaleGenitiveNames
 //         with one that is no month name
-[[nodiscard]] FOUNDATION_API int GetLocaleInfo(LCID lcid, std::uint32_t type, char16_t* out,
-                                               int capacity) noexcept;
+[[nodiscard]] ZELKOR_API int GetLocaleInfo(LCID lcid, std::uint32_t type, char16_t* out,
+                                           int capacity) noexcept;
 
 // What the texts of a locale need of a font, bit by bit as fonts state it in their OS/2 table.
 struct LocaleSignature {
@@ -160,7 +160,7 @@ struct LocaleSignature {
     std::uint32_t default_code_pages[2];  // the ANSI page in the low half, the OEM page in the high
     std::uint32_t code_pages[2];          // all that can write the language
 };
-[[nodiscard]] FOUNDATION_API std::optional<LocaleSignature> GetLocaleSignature(LCID lcid) noexcept;
+[[nodiscard]] ZELKOR_API std::optional<LocaleSignature> GetLocaleSignature(LCID lcid) noexcept;
 
 // ---- Calendars ---------------------------------------------------------------------------------
 
@@ -187,39 +187,39 @@ enum : std::uint32_t {
 
 // The text in the locale's language, as LocaleText. Each calendar is known in every locale, whether
 // that uses it or not. Types 3 and 4 are those of the current era. Takes kLocaleGenitiveNames.
-[[nodiscard]] FOUNDATION_API std::optional<std::u16string_view> CalendarText(
+[[nodiscard]] ZELKOR_API std::optional<std::u16string_view> CalendarText(
     LCID lcid, std::uint32_t calendar, std::uint32_t type) noexcept;
 
 // Eras of a calendar, the current one first; 0 for an unknown calendar.
-[[nodiscard]] FOUNDATION_API std::uint32_t CalendarEraCount(std::uint32_t calendar) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t CalendarEraCount(std::uint32_t calendar) noexcept;
 struct CalendarEra {
     std::uint16_t year, month, day;  // Gregorian, the first day of it; 0 where nothing limits it
     std::int32_t offset;             // Gregorian year minus year of the era; 0 in Hijri and Hebrew
     std::u16string_view name;
 };
 // Requires index < CalendarEraCount(calendar). The names are those of the calendar's own language.
-[[nodiscard]] FOUNDATION_API CalendarEra CalendarEraAt(std::uint32_t calendar,
-                                                       std::uint32_t index) noexcept;
+[[nodiscard]] ZELKOR_API CalendarEra CalendarEraAt(std::uint32_t calendar,
+                                                   std::uint32_t index) noexcept;
 
 // As the system's GetCalendarInfoW. With kLocaleReturnNumber (types 1, 3 and 0x30) the value goes
 // to *number, `out` is null and `capacity` 0; the result is then 2. Otherwise `number` is null and
 // the result and the errors are those of GetLocaleInfo; 87 for an unknown calendar too.
-[[nodiscard]] FOUNDATION_API int GetCalendarInfo(LCID lcid, std::uint32_t calendar,
-                                                 std::uint32_t type, char16_t* out, int capacity,
-                                                 std::uint32_t* number) noexcept;
+[[nodiscard]] ZELKOR_API int GetCalendarInfo(LCID lcid, std::uint32_t calendar, std::uint32_t type,
+                                             char16_t* out, int capacity,
+                                             std::uint32_t* number) noexcept;
 
 // Hands the texts of one type to `use` until that answers FALSE: of one calendar, or with
 // kAllCalendars of the locale's own calendar and then of its optional one. Types 3 and 4 give every
 // era, the current one first. False with the errors of GetCalendarInfo.
 using CalendarUse = BOOL (*)(const char16_t* text);
-FOUNDATION_API bool EnumCalendarInfo(CalendarUse use, LCID lcid, std::uint32_t calendar,
-                                     std::uint32_t type);
+ZELKOR_API bool EnumCalendarInfo(CalendarUse use, LCID lcid, std::uint32_t calendar,
+                                 std::uint32_t type);
 
 // ---- Characters --------------------------------------------------------------------------------
 
 // Whether the unit is a letter of any script, by the system's character types (Unicode 2.1).
-[[nodiscard]] FOUNDATION_API bool IsCharAlpha(char16_t unit) noexcept;
+[[nodiscard]] ZELKOR_API bool IsCharAlpha(char16_t unit) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

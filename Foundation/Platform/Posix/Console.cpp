@@ -7,7 +7,7 @@
 
 #include "Foundation/Platform/Text/Utf.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -51,4 +51,4 @@ void WriteText(StandardStream stream, std::u16string_view text) noexcept {
     }
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -2,11 +2,11 @@
 #ifndef FOUNDATION_PLATFORM_POSIX_CURRENTDRIVE_H
 #define FOUNDATION_PLATFORM_POSIX_CURRENTDRIVE_H
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 [[nodiscard]] char16_t CurrentDrive() noexcept;
 void SetCurrentDrive(char16_t letter) noexcept;  // A to Z
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

@@ -7,7 +7,7 @@
 
 #include "Foundation/Platform/Console.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -71,4 +71,4 @@ void EndProcess(const char* reason) {
     std::abort();
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

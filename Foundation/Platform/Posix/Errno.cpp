@@ -5,7 +5,7 @@
 
 #include "Foundation/Platform/LastError.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 namespace {
 
@@ -62,4 +62,4 @@ bool FailWithErrno(int number) noexcept {
     return Fail(Win32FromErrno(number));
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstdint>
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 // The Win32 number; 31 (a device does not function) for one without a counterpart.
 [[nodiscard]] std::uint32_t Win32FromErrno(int number) noexcept;
@@ -25,6 +25,6 @@ auto Retry(Call call) noexcept {
     return result;
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

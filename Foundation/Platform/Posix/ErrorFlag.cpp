@@ -1,7 +1,7 @@
 #include "Foundation/Platform/ErrorFlag.h"
 
-namespace platform {
+namespace zelkor::platform {
 
-FOUNDATION_THREAD_LOCAL bool error_flag = false;
+ZELKOR_THREAD_LOCAL bool error_flag = false;
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -7,7 +7,7 @@
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Posix/ThreadMemory.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 bool SetErrorInfo(const char16_t* description) noexcept {
     Free(TakeErrorInfo());
@@ -27,4 +27,4 @@ char16_t* TakeErrorInfo() noexcept {
     return mine != nullptr ? std::exchange(mine->error_info, nullptr) : nullptr;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -12,7 +12,7 @@
 #include "Foundation/Platform/Posix/FileInternals.h"
 #include "Foundation/Platform/Posix/ShareLocks.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 namespace {
 
@@ -113,4 +113,4 @@ bool CloseFile(Object* file) noexcept {
     return true;
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix

@@ -5,7 +5,7 @@
 
 #include "Foundation/Platform/LastError.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -95,4 +95,4 @@ void LimitNow(FileCall call, std::uint32_t* limit, bool* full) noexcept {
 
 }  // namespace posix
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -7,7 +7,7 @@
 
 #include "Foundation/Platform/Faults.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 // Threads that have faults set.
 extern std::atomic<int> faulty_threads;
@@ -24,6 +24,6 @@ inline void Limit(FileCall call, std::uint32_t* limit, bool* full) noexcept {
     if (faulty_threads.load(std::memory_order_relaxed) != 0) LimitNow(call, limit, full);
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

@@ -10,7 +10,7 @@
 #include "Foundation/Platform/Posix/NativeName.h"
 #include "Foundation/Platform/Types.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 // How a file is to be opened; `mode` are the permissions of a new one.
 struct OpenRequest {
@@ -57,6 +57,6 @@ struct Times {
 [[nodiscard]] std::uint32_t AttributesOf(int folder, const char* path,
                                          const struct stat& status) noexcept;
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

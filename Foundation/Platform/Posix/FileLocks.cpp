@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Posix/Handles.h"
 #include "Foundation/Platform/Posix/ShareLocks.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -92,4 +92,4 @@ bool UnlockFile(HANDLE handle, std::uint64_t offset, std::uint64_t length) noexc
     return Fail(kErrorNotLocked);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

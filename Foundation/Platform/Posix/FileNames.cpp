@@ -18,7 +18,7 @@
 #include "Foundation/Platform/Posix/FileInternals.h"
 #include "Foundation/Platform/Posix/ShareLocks.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace posix {
 
@@ -265,4 +265,4 @@ bool DuplicateFile(const char16_t* from, const char16_t* to, bool replace) noexc
     return !posix::Strikes(FileCall::kCopy) && posix::CopyNative(from, to, replace);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

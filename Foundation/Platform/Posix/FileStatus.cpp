@@ -15,7 +15,7 @@
 #include "Foundation/Platform/Posix/FileFaults.h"
 #include "Foundation/Platform/Posix/FileInternals.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace posix {
 
@@ -192,4 +192,4 @@ bool Exists(const char16_t* name) noexcept {
     return QueryStatus(name, &status) == 0;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -14,7 +14,7 @@
 #include "Foundation/Platform/Posix/FileInternals.h"
 #include "Foundation/Platform/Posix/ShareLocks.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -191,4 +191,4 @@ std::uint32_t SetHandleCount(std::uint32_t count) noexcept {
     return static_cast<std::uint32_t>(std::min<rlim_t>(count, limit.rlim_cur));
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

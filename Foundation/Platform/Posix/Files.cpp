@@ -12,7 +12,7 @@
 #include "Foundation/Platform/Posix/FileInternals.h"
 #include "Foundation/Platform/Posix/ShareLocks.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace posix {
 
@@ -295,4 +295,4 @@ bool CloseHandle(HANDLE handle) noexcept {
     }
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -19,7 +19,7 @@
 #include "Foundation/Platform/Posix/FileFaults.h"
 #include "Foundation/Platform/Posix/FileInternals.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -183,4 +183,4 @@ bool FindClose(HANDLE handle) noexcept {
     return true;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

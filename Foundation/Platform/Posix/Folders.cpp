@@ -17,7 +17,7 @@
 #include "Foundation/Platform/Posix/FileFaults.h"
 #include "Foundation/Platform/Posix/FileInternals.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -193,4 +193,4 @@ std::uint32_t CreateTemporaryFile(const char16_t* folder, const char16_t* prefix
     return 0;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -9,7 +9,7 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Posix/Errno.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 namespace {
 
@@ -145,4 +145,4 @@ void Release(Object* object) noexcept {
     first_free = index;
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix

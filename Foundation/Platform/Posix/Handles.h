@@ -15,7 +15,7 @@
 
 #include "Foundation/Platform/Types.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 enum class Kind : std::uint8_t { kNone, kFile, kMapping, kSearch, kThread };
 
@@ -98,6 +98,6 @@ Object* FindFile(Wanted wanted) noexcept {
     return nullptr;
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

@@ -2,10 +2,10 @@
 
 #include "Foundation/Platform/ThreadLocal.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
-FOUNDATION_THREAD_LOCAL std::uint32_t last_error = kErrorSuccess;
+ZELKOR_THREAD_LOCAL std::uint32_t last_error = kErrorSuccess;
 }  // namespace
 
 std::uint32_t LastError() noexcept {
@@ -16,4 +16,4 @@ void SetLastError(std::uint32_t number) noexcept {
     last_error = number;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

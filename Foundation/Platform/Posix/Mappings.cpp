@@ -21,7 +21,7 @@
 #include "Foundation/Platform/Posix/FileInternals.h"
 #include "Foundation/Platform/Posix/ShareLocks.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace posix {
 
@@ -275,4 +275,4 @@ bool FlushView(const void* start, std::uint64_t size) noexcept {
     return msync(const_cast<void*>(start), length, MS_SYNC) == 0 || FailWithErrno();
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

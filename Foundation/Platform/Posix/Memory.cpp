@@ -9,17 +9,17 @@
 
 #include "Foundation/Platform/Posix/ThreadMemory.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace detail {
 
-FOUNDATION_THREAD_LOCAL ThreadMemory* thread_memory = nullptr;
+ZELKOR_THREAD_LOCAL ThreadMemory* thread_memory = nullptr;
 
 namespace {
 
 // Whether the thread does without memory of its own: it is ending, or has no key to be told by when
 // it ends. Asked for once, not with each allocation.
-FOUNDATION_THREAD_LOCAL bool thread_does_without = false;
+ZELKOR_THREAD_LOCAL bool thread_does_without = false;
 
 // All threads that have memory of their own, and what is left of those that ended.
 constinit std::mutex threads_mutex;
@@ -169,4 +169,4 @@ std::int64_t LiveBlocks() noexcept {
     return sum;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

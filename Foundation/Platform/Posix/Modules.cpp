@@ -14,7 +14,7 @@
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Paths.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -157,4 +157,4 @@ bool ThreadNotifications(HINSTANCE module) noexcept {
     return entry == nullptr || !entry->silent;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -9,7 +9,7 @@
 
 #include "Foundation/Platform/Paths.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 class NativeName {
 public:
@@ -41,6 +41,6 @@ private:
     std::size_t length_;
 };
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Posix/Errno.h"
 #include "Foundation/Platform/Posix/NativeName.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -222,4 +222,4 @@ bool NativeName::Fail(int number) const noexcept {
 
 }  // namespace posix
 
-}  // namespace platform
+}  // namespace zelkor::platform

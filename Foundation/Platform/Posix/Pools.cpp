@@ -7,7 +7,7 @@
 
 // A pool owns slabs; a block is in the pool's free list, in the never-used rest of the latest slab,
 // in one thread's cache, or with the caller. Caches and pool exchange blocks in runs of kRun.
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -16,13 +16,13 @@ using detail::ThreadMemory;
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
-#define FOUNDATION_POOLS_ON_HEAP true
+#define ZELKOR_POOLS_ON_HEAP true
 #endif
 #endif
 #if defined(__SANITIZE_ADDRESS__)
-#define FOUNDATION_POOLS_ON_HEAP true
+#define ZELKOR_POOLS_ON_HEAP true
 #endif
-#if defined(FOUNDATION_POOLS_ON_HEAP)
+#if defined(ZELKOR_POOLS_ON_HEAP)
 constexpr bool kPoolsOnHeap = true;
 #else
 constexpr bool kPoolsOnHeap = false;
@@ -216,4 +216,4 @@ void ReleasePools() noexcept {
     }
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -14,7 +14,7 @@
 
 #include "Foundation/Platform/Posix/Errno.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 namespace {
 
@@ -173,4 +173,4 @@ std::atomic<std::uint32_t>* LockCount(const FileIdentity& identity) noexcept {
     return &(*counts)[(mixed >> 20) % kCounts];
 }
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix

@@ -12,7 +12,7 @@
 
 #include "Foundation/Platform/Posix/Handles.h"
 
-namespace platform::posix {
+namespace zelkor::platform::posix {
 
 // Marks of one handle, as bits. Their order keeps those that occur together beside each other.
 enum Marks : unsigned {
@@ -63,6 +63,6 @@ void UnmarkMapped(int descriptor) noexcept;
 // when no such table can be had.
 [[nodiscard]] std::atomic<std::uint32_t>* LockCount(const FileIdentity& identity) noexcept;
 
-}  // namespace platform::posix
+}  // namespace zelkor::platform::posix
 
 #endif

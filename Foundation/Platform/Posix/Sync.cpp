@@ -2,7 +2,7 @@
 
 #include "Foundation/Platform/Threads.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 void RecursiveLock::Enter() {
     const std::uint32_t self = CurrentThreadId();
@@ -19,4 +19,4 @@ void RecursiveLock::Leave() {
     mutex_.unlock();
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

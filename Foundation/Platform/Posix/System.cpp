@@ -17,11 +17,11 @@
 #include <cstring>
 #include <string_view>
 
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Text/Utf.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -195,4 +195,4 @@ std::uint32_t CurrentProcessId() noexcept {
     return static_cast<std::uint32_t>(getpid());
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -11,7 +11,7 @@
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 inline constexpr std::uint32_t kCachedPools = 48;  // further pools work without caches
 
@@ -46,7 +46,7 @@ private:
     }
 };
 
-extern FOUNDATION_THREAD_LOCAL ThreadMemory* thread_memory;
+extern ZELKOR_THREAD_LOCAL ThreadMemory* thread_memory;
 
 // Makes the calling thread's; null without memory, and for good when the thread is ending or no key
 // can be had for it.
@@ -77,6 +77,6 @@ bool AskHandler();
 // Gives all blocks of the thread's caches back to their pools.
 void EmptyCaches(ThreadMemory* mine) noexcept;
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

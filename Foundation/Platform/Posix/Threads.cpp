@@ -10,13 +10,13 @@
 #include "Foundation/Platform/Posix/Handles.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
 static_assert(sizeof(pthread_key_t) == sizeof(std::uint32_t));
 
-FOUNDATION_THREAD_LOCAL std::uint32_t thread_id = 0;
+ZELKOR_THREAD_LOCAL std::uint32_t thread_id = 0;
 constinit std::atomic<bool> slots_fail{false};
 
 }  // namespace
@@ -60,4 +60,4 @@ void FailThreadSlots(bool fail) noexcept {
     slots_fail.store(fail, std::memory_order_relaxed);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -2,7 +2,7 @@
 
 #include "Foundation/Platform/Runtime.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 void LowerText(char16_t* text, std::size_t length) noexcept {
     std::transform(text, text + length, text, [](char16_t unit) { return ToLower(unit); });
@@ -20,4 +20,4 @@ void UpperText(char* text, std::size_t length) noexcept {
     std::transform(text, text + length, text, [](char byte) { return ToUpper(byte); });
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -10,7 +10,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 template <typename Char>
@@ -186,4 +186,4 @@ std::size_t TextLength(const char16_t* text) noexcept {
     return std::char_traits<char16_t>::length(text);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

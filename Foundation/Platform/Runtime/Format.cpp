@@ -7,7 +7,7 @@
 #include "Foundation/Platform/Runtime/FormatDetail.h"
 #include "Foundation/Platform/Runtime/FormatFloat.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 using runtime::Directive;
@@ -305,4 +305,4 @@ int PrintText(char* out, std::size_t capacity, const char* format, ...) {
     return length;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <limits>
 
-namespace platform::runtime {
+namespace zelkor::platform::runtime {
 
 // Takes text into a bounded area and counts what no longer fits.
 template <typename Char>
@@ -180,6 +180,6 @@ const Char* ParseDirective(const Char* at, Directive& directive, NextInt next_in
     return ParseSize(at, directive);
 }
 
-}  // namespace platform::runtime
+}  // namespace zelkor::platform::runtime
 
 #endif

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace platform::runtime {
+namespace zelkor::platform::runtime {
 namespace {
 
 // Significant digits that tell any two doubles apart; the runtime knows no more than these.
@@ -197,4 +197,4 @@ FloatText DescribeFloat(double value, char letter, int precision, bool alternate
     return text;
 }
 
-}  // namespace platform::runtime
+}  // namespace zelkor::platform::runtime

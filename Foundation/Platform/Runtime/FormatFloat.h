@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-namespace platform::runtime {
+namespace zelkor::platform::runtime {
 
 // What stands between the sign (or 0x) and the end of a number. No number has more than 17 digits
 // of its own; everything else is runs of zeros, which are counted and not stored. In order:
@@ -34,6 +34,6 @@ struct FloatText {
 [[nodiscard]] FloatText DescribeFloat(double value, char letter, int precision,
                                       bool alternate) noexcept;
 
-}  // namespace platform::runtime
+}  // namespace zelkor::platform::runtime
 
 #endif

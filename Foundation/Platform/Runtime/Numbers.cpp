@@ -5,7 +5,7 @@
 
 #include "Foundation/Platform/Runtime.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 // The zeros of the decimal digits of other scripts; nine digits follow each.
@@ -213,4 +213,4 @@ ReadReal ReadDouble(const char* text) noexcept {
     return ReadDoubleOf(text);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -2,11 +2,11 @@
 #include "Foundation/Platform/Text/Tables/Letters.h"
 #include "Foundation/Platform/Locales/Locales.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 bool IsCharAlpha(char16_t unit) noexcept {
     const auto& bits = nls::kLetterBits[nls::kLetterBlocks[unit >> 8]];
     return (bits[unit >> 6 & 3] >> (unit & 63) & 1) != 0;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -6,7 +6,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -47,4 +47,4 @@ std::size_t FindLineEnd(const char16_t* text, std::size_t length) noexcept {
     return i;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

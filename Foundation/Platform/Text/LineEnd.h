@@ -6,12 +6,11 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // Index of the first CR or LF, `length` when there is none. Reads nothing behind the text.
-[[nodiscard]] FOUNDATION_API std::size_t FindLineEnd(const char16_t* text,
-                                                     std::size_t length) noexcept;
+[[nodiscard]] ZELKOR_API std::size_t FindLineEnd(const char16_t* text, std::size_t length) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

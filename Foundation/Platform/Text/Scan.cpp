@@ -11,7 +11,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -223,4 +223,4 @@ std::size_t CommonLength(const char16_t* left, const char16_t* right, std::size_
     return CommonLengthOf(left, right, length);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

@@ -12,7 +12,7 @@
 #define FOUNDATION_SSE2 0
 #endif
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 inline constexpr std::size_t kBlock = 16;  // bytes
 
@@ -34,6 +34,6 @@ inline void StoreWidened(__m128i bytes, char16_t* to) noexcept {
 
 #endif
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif

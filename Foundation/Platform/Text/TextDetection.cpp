@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -121,4 +121,4 @@ bool IsTextUnicode(const void* data, std::size_t size, std::uint32_t requested) 
     return held != 0;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

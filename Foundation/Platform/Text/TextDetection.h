@@ -10,7 +10,7 @@
 
 #include "Foundation/Platform/Export.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 // The tests. "Reverse" means big-endian units.
 enum : std::uint32_t {
@@ -31,15 +31,15 @@ enum : std::uint32_t {
 };
 
 // The requested tests that hold over `size` bytes; none below two bytes.
-[[nodiscard]] FOUNDATION_API std::uint32_t UnicodeTests(const void* data, std::size_t size,
-                                                        std::uint32_t requested) noexcept;
+[[nodiscard]] ZELKOR_API std::uint32_t UnicodeTests(const void* data, std::size_t size,
+                                                    std::uint32_t requested) noexcept;
 
 // The verdict over the requested tests: true for a byte-order mark in either order; otherwise false
 // when a test for "not UTF-16" (illegal characters, odd length) or a reverse test holds, and true
 // when any other test holds.
-[[nodiscard]] FOUNDATION_API bool IsTextUnicode(const void* data, std::size_t size,
-                                                std::uint32_t requested) noexcept;
+[[nodiscard]] ZELKOR_API bool IsTextUnicode(const void* data, std::size_t size,
+                                            std::uint32_t requested) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

@@ -4,7 +4,7 @@
 
 #include "Foundation/Platform/Scan.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 namespace {
 
@@ -76,4 +76,4 @@ template std::size_t TwoWayFind(const char*, std::size_t, const char*, std::size
 template std::size_t TwoWayFind(const char16_t*, std::size_t, const char16_t*,
                                 std::size_t) noexcept;
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail

@@ -6,13 +6,13 @@
 
 #include <cstddef>
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 // As FindText, for two units and more of `char` or `char16_t`.
 template <typename Unit>
 [[nodiscard]] std::size_t TwoWayFind(const Unit* text, std::size_t length, const Unit* wanted,
                                      std::size_t wanted_length) noexcept;
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -4,7 +4,7 @@
 
 #include "Foundation/Platform/Text/SimdBlocks.h"
 
-namespace platform {
+namespace zelkor::platform {
 
 namespace {
 
@@ -147,4 +147,4 @@ void MapUnits(char16_t* text, std::size_t from, std::size_t length, const UnitMa
     map_until(length);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

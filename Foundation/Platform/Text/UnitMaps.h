@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace platform {
+namespace zelkor::platform {
 
 // The upper bits of a unit select a block in `stage`; its lower 6 bits select what to add to the
 // unit, modulo 65,536, in that block. Blocks of texts need no table where two more facts hold:
@@ -56,6 +56,6 @@ constexpr bool UnitMap::RangesHold() const noexcept {
 // Maps text[from, length) in place.
 void MapUnits(char16_t* text, std::size_t from, std::size_t length, const UnitMap& map) noexcept;
 
-}  // namespace platform
+}  // namespace zelkor::platform
 
 #endif

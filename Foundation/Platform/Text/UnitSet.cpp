@@ -7,7 +7,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace platform {
+namespace zelkor::platform {
 
 // A set made ready for a scan: which units of a piece of text are in it, as bits, the first unit in
 // the lowest one.
@@ -208,4 +208,4 @@ std::size_t UnitSet::FindRun(std::u16string_view text, std::size_t index) const 
     return Find(Marks(*this, text, true), index);
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

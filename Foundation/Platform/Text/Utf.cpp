@@ -6,7 +6,7 @@
 
 #include "Foundation/Platform/Text/UtfKernels.h"
 
-namespace platform {
+namespace zelkor::platform {
 namespace {
 
 using detail::UtfKernels;
@@ -86,4 +86,4 @@ int LimitUtfKernels(int level) noexcept {
     return used;
 }
 
-}  // namespace platform
+}  // namespace zelkor::platform

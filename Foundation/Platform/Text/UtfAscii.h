@@ -7,7 +7,7 @@
 #include "Foundation/Platform/Text/UtfEncode.h"
 #include "Foundation/Platform/Text/UtfKernels.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 template <class V>
@@ -76,6 +76,6 @@ constexpr UtfKernels KernelsOver() {
 }
 
 }  // namespace
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

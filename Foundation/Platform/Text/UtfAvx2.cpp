@@ -3,7 +3,7 @@
 
 #include "Foundation/Platform/Text/UtfSse41.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 struct Vector256 {
@@ -97,4 +97,4 @@ struct Vector256 {
 
 constinit const UtfKernels kAvx2Kernels = KernelsOver<Vector256>();
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail

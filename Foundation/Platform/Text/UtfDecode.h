@@ -12,7 +12,7 @@
 #include "Foundation/Platform/Text/UtfScalar.h"
 #include "Foundation/Platform/Text/UtfVector128.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 constexpr std::size_t kBehind = 2;  // bytes before a vector that decoding looks at
@@ -271,6 +271,6 @@ UTF_KERNEL UtfProgress DecodedLength(const char* text, std::size_t length) noexc
 }
 
 }  // namespace
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -8,7 +8,7 @@
 #include "Foundation/Platform/Text/UtfScalar.h"
 #include "Foundation/Platform/Text/UtfVector128.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 constexpr std::size_t kOverrun = 4;  // bytes that a vector may write behind three a unit
@@ -245,6 +245,6 @@ UTF_KERNEL UtfProgress EncodedLength(const char16_t* text, std::size_t length) n
 }
 
 }  // namespace
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

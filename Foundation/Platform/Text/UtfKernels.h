@@ -6,7 +6,7 @@
 
 #include "Foundation/Platform/Text/Utf.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 // One function for each of those in Utf.h, with the same contracts.
 struct UtfKernels {
@@ -27,6 +27,6 @@ extern const UtfKernels kSse2Kernels;
 extern const UtfKernels kSse41Kernels;
 extern const UtfKernels kAvx2Kernels;
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -2,7 +2,7 @@
 #include "Foundation/Platform/Text/UtfKernels.h"
 #include "Foundation/Platform/Text/UtfScalar.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 UtfProgress Decode(const char* text, std::size_t length, char16_t* out,
@@ -100,4 +100,4 @@ void Narrow(const char16_t* text, std::size_t length, char* out) noexcept {
 constinit const UtfKernels kPlainKernels{Decode,     Encode,     DecodedLength, EncodedLength,
                                          AsciiBytes, AsciiUnits, Widen,         Narrow};
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail

@@ -9,7 +9,7 @@
 
 #include "Foundation/Platform/Text/Utf.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 // A character and how many source elements it takes; length 0: ill-formed, unpaired or cut.
 struct UtfCharacter {
@@ -115,6 +115,6 @@ inline void NarrowFour(const char16_t* text, char* out) noexcept {
     for (int i = 0; i < 4; ++i) out[i] = static_cast<char>(text[i]);
 }
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -4,7 +4,7 @@
 
 #include "Foundation/Platform/Text/UtfAscii.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 struct VectorSse2 : Vector128 {
@@ -81,4 +81,4 @@ struct VectorSse2 : Vector128 {
 
 constinit const UtfKernels kSse2Kernels = KernelsOver<VectorSse2>();
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail

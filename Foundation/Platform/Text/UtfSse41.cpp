@@ -3,8 +3,8 @@
 
 #include "Foundation/Platform/Text/UtfSse41.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 constinit const UtfKernels kSse41Kernels = KernelsOver<VectorSse41>();
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail

@@ -6,7 +6,7 @@
 #include "Foundation/Platform/Text/UtfAscii.h"
 #include "Foundation/Platform/Text/UtfTables.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 struct VectorSse41 : Vector128 {
@@ -58,6 +58,6 @@ struct VectorSse41 : Vector128 {
 };
 
 }  // namespace
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -1,6 +1,6 @@
 #include "Foundation/Platform/Text/UtfTables.h"
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 // Appends byte numbers to an operand that is zero-filling behind them.
@@ -100,4 +100,4 @@ alignas(16) constinit const Shuffle kFirstHigh = MakeHalves(&PairRule::first_hig
 alignas(16) constinit const Shuffle kFirstLow = MakeHalves(&PairRule::first_low);
 alignas(16) constinit const Shuffle kSecondHigh = MakeHalves(&PairRule::second_high);
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail

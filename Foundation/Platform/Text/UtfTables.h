@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 
 // The operand of one 16-byte shuffle; 0x80 and above gives 0.
 using Shuffle = std::array<std::uint8_t, 16>;
@@ -31,6 +31,6 @@ extern const Shuffle kFirstHigh;
 extern const Shuffle kFirstLow;
 extern const Shuffle kSecondHigh;
 
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -14,7 +14,7 @@
 #define UTF_KERNEL __attribute__((target(UTF_INSTRUCTIONS)))
 #define UTF_PART UTF_KERNEL __attribute__((always_inline)) inline
 
-namespace platform::detail {
+namespace zelkor::platform::detail {
 namespace {
 
 constexpr std::size_t kBlock = 64;  // bytes (decoding) or units (encoding) between two tests
@@ -100,6 +100,6 @@ struct Vector128 {
 };
 
 }  // namespace
-}  // namespace platform::detail
+}  // namespace zelkor::platform::detail
 
 #endif

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 
+#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/System.h"
-#include "Foundation/Core/Base/OS.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 
@@ -56,7 +58,7 @@ void CT_SysInfo::sv_GetComputerName(CT_UString* name) {
     if (name == nullptr) return;
     char16_t text[kComputerNameSize];
     if (platform::ComputerName(text, kComputerNameSize)) return name->v_Set(text);
-    foundation::detail::RecordSystemError();
+    zelkor::detail::RecordSystemError();
     name->vv_Init();
 }
 

@@ -11,7 +11,7 @@
 
 class CT_UString;
 
-class FOUNDATION_API CT_SysInfo {
+class ZELKOR_API CT_SysInfo {
 public:
     enum et_Processor {
         Intel386 = 0,

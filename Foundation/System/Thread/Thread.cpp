@@ -3,6 +3,8 @@
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/Threads.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constinit std::uint32_t thread_slot = platform::kNoThreadSlot;

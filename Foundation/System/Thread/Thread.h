@@ -9,7 +9,7 @@
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 
-class FOUNDATION_API CT_Thread {
+class ZELKOR_API CT_Thread {
 public:
     CT_Thread(const CT_Thread&) = delete;
     CT_Thread& operator=(const CT_Thread&) = delete;

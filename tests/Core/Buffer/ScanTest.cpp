@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 template <typename Unit>

@@ -17,8 +17,8 @@ namespace {
 
 using CT = CT_CharMappings;
 using Pairs = std::map<char16_t, char16_t>;
-using foundation::detail::View;
 using test::UnicodeData;
+using zelkor::detail::View;
 
 constexpr unsigned int kUnits = 0x10000;
 

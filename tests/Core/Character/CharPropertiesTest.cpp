@@ -9,6 +9,8 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using CT = CT_CharProperties;

@@ -14,6 +14,8 @@
 #include "Support/Faults.h"
 #include "Support/TempFolder.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace std::string_literals;

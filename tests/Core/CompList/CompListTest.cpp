@@ -11,6 +11,8 @@
 #include "Core/CompList/CompListSupport.h"
 #include "Support/Memory.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace test;

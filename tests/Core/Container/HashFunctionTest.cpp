@@ -38,7 +38,7 @@ TEST(HashFunctionTest, AgreeWithTheDefinitionForTextsInEveryForm) {
 }
 
 TEST(HashFunctionTest, RemaindersWithoutDivisionAreExact) {
-    using foundation::detail::Reciprocal, foundation::detail::Remainder;
+    using zelkor::detail::Reciprocal, zelkor::detail::Remainder;
     Random random;
     for (int i = 0; i < 200'000; ++i) {
         const std::uint32_t divisor = std::max(1u, random() >> random(32));

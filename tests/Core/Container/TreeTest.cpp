@@ -17,6 +17,8 @@
 #include "Support/TempFolder.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using Printed = std::vector<std::pair<std::u16string, std::uint32_t>>;

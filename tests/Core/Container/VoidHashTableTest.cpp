@@ -7,6 +7,8 @@
 #include "Foundation/Core/Container/HashTable.h"
 #include "HashSupport.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace test::hash;

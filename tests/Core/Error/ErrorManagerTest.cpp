@@ -20,6 +20,8 @@
 #include "Support/Errors.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr platform::StringResource kTexts[] = {{7, u"Seven %s of %u"}, {8, u""}};

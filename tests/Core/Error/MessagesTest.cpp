@@ -13,6 +13,8 @@
 #include "Support/Platform.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 CT_ErrorManager& Errors() {

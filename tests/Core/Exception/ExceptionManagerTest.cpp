@@ -15,6 +15,8 @@
 #include "Support/Errors.h"
 #include "Support/Platform.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 CT_ExceptionManager& Manager() {

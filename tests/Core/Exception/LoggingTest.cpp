@@ -13,6 +13,8 @@
 #include "Support/Dialogs.h"
 #include "Support/Errors.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using platform::kAnswerAbort, platform::kAnswerIgnore, platform::kAnswerRetry, platform::kAnswerNo;

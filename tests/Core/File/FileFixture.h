@@ -19,7 +19,7 @@ namespace test {
 
 class FileTest : public ::testing::Test {
 protected:
-    ~FileTest() override { platform::ClearFileFaults(); }
+    ~FileTest() override { zelkor::platform::ClearFileFaults(); }
 
     static std::string Content(const CT_Buffer& buffer) {
         return {static_cast<const char*>(buffer.qcv_Get()), buffer.n_GetUsedSize()};

@@ -8,6 +8,8 @@
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/String/CString.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 enum Kind { kNarrow, kWide, kNarrowAhead, kWideAhead };

@@ -9,6 +9,8 @@
 #include "Foundation/Core/Output/Output.h"
 #include "Foundation/Core/String/CString.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 constexpr unsigned int kToEnd = 0xFFFFFFFF;

@@ -6,9 +6,11 @@
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/Stream.h"
-#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
 #include "Support/Platform.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include "Foundation/Core/Buffer/Buffer.h"
 #include "Foundation/Core/File/Stream.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace std::string_literals;

@@ -2,6 +2,8 @@
 #include "Core/File/FileFixture.h"
 #include "Foundation/Platform/Files.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using platform::FileCall;

@@ -7,6 +7,8 @@
 #include "Core/File/FileFixture.h"
 #include "Foundation/Platform/LastError.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using test::Utf8;

@@ -12,6 +12,8 @@
 #include "Support/Errors.h"
 #include "Support/TempFolder.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 class InputTest : public testing::Test {

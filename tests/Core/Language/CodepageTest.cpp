@@ -14,6 +14,8 @@
 #include "Support/TempFolder.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using Value = CT_Codepage::et_Codepage;

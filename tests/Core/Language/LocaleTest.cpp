@@ -23,6 +23,8 @@
 #include "Support/Platform.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using Info = CT_LocaleInfo;

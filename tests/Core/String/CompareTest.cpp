@@ -13,6 +13,8 @@
 #include "Support/Errors.h"
 #include "Support/Text.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 int Sign(long long value) {

@@ -9,6 +9,8 @@
 #include "Foundation/Core/Text/StringTools.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using test::kAll;

@@ -17,6 +17,8 @@
 #include "Support/Faults.h"
 #include "Support/TempFolder.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 // The bytes of a text as UTF-16, little-endian.

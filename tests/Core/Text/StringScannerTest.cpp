@@ -8,9 +8,11 @@
 #include <vector>
 
 #include "Core/String/PlainTexts.h"
-#include "Foundation/Core/Text/StringTools.h"
 #include "Foundation/Core/String/UStringForwardIterator.h"
+#include "Foundation/Core/Text/StringTools.h"
 #include "Support/Memory.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 

@@ -18,6 +18,8 @@
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Support/Memory.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using Text = std::u16string;

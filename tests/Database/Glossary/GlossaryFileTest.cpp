@@ -14,6 +14,8 @@
 #include "Support/Faults.h"
 #include "Support/TempFolder.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 std::u16string Contents(const CT_BiLingualUWordList& list) {

@@ -5,6 +5,8 @@
 
 #include "RecordFiles.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace test;

@@ -6,6 +6,8 @@
 
 #include "RecordFiles.h"
 
+namespace platform = zelkor::platform;
+
 namespace {
 
 using namespace test;

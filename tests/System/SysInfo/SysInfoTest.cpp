@@ -9,14 +9,16 @@
 #include <string>
 #include <tuple>
 
-#include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/CodePages/CodePages.h"
-#include "Foundation/Platform/System.h"
 #include "Foundation/Core/Base/OS.h"
+#include "Foundation/Core/String/UString.h"
+#include "Foundation/Platform/CodePages/CodePages.h"
+#include "Foundation/Platform/LastError.h"
+#include "Foundation/Platform/System.h"
 #include "Support/Errors.h"
 #include "Support/Platform.h"
 #include "Support/Text.h"
+
+namespace platform = zelkor::platform;
 
 namespace {
 
@@ -25,7 +27,7 @@ class SysInfoTest : public testing::Test {
 protected:
     ~SysInfoTest() override {
         platform::SetSystemAnswers({});
-        foundation::detail::ClassifySystemAgain();
+        zelkor::detail::ClassifySystemAgain();
     }
 
     platform::SystemAnswers answers;
@@ -90,7 +92,7 @@ TEST_F(OSTest, ThisMachineAndAFailedQueryCountAsNewest) {
         return false;
     };
     platform::SetSystemAnswers(answers);
-    foundation::detail::ClassifySystemAgain();
+    zelkor::detail::ClassifySystemAgain();
     EXPECT_EQ(CT_OS::seo_GetVersion(), CT_OS::WindowsNT);
     EXPECT_EQ(CT_OS::sn_GetOsVersionMajor(), 0u);
 }

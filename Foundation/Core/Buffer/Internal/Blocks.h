@@ -8,7 +8,7 @@
 
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr std::uint64_t kHeaderSize = 12;
 // Before the header, so that the content starts on a 16-byte boundary as the allocation does.
@@ -35,6 +35,6 @@ inline constexpr std::uint64_t kLargestBlock = 0xFFFFFFC0;
 [[nodiscard]] void* NewObject(_SHI_Pool& pool, std::size_t size);
 void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept;
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

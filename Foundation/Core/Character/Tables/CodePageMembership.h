@@ -8,7 +8,7 @@
 #include <array>
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct UnitRange {
     char16_t first;
@@ -90,6 +90,6 @@ inline constexpr auto kMembership = std::to_array<UnitRange>({
     {0x2122, 0x2122},
 });
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -9,7 +9,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr unsigned int kMappingShift = 6;
 inline constexpr char16_t kFirstAboveBase = 0x30F5;
@@ -645,6 +645,6 @@ inline constexpr char16_t kDecompositions[602][4] = {
     {0x30db, 0x309a, 0x0, 2}, {0x30a6, 0x3099, 0x0, 2},
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

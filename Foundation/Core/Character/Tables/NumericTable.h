@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct NumericValue {
     char16_t code;
@@ -78,6 +78,6 @@ inline constexpr NumericValue kNumericValues[350] = {
     {0xFF15, 5, 1}, {0xFF16, 6, 1}, {0xFF17, 7, 1}, {0xFF18, 8, 1}, {0xFF19, 9, 1},
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct TypeRecord {
     std::uint16_t character;
@@ -408,6 +408,6 @@ inline constexpr TypeRecord kTypeRecords[105] = {
     {386, 1, 32832}, {386, 1, 32896},
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

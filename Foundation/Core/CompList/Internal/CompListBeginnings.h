@@ -9,7 +9,7 @@
 
 #include "Foundation/Core/CompList/Internal/CompListStorage.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 class Beginnings {
 public:
@@ -103,6 +103,6 @@ private:
     PlaceTable both_;
 };
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

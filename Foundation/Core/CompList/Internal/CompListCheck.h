@@ -7,7 +7,7 @@
 
 #include "Foundation/Core/CompList/Internal/CompListImage.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 // The number of words in the stream between kFirstElement and the view's limit, nothing when it or
 // the jump table is damaged: see CT_CompList::b_IsSound. Reads the image twice from end to end and
@@ -15,6 +15,6 @@ namespace foundation::detail::complist {
 // memory.
 [[nodiscard]] std::optional<std::uint32_t> CountSoundWords(const View& image);
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

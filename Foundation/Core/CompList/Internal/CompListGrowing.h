@@ -26,7 +26,7 @@
 #include "Foundation/Core/CompList/Internal/CompListOffsets.h"
 #include "Foundation/Core/CompList/Internal/CompListStorage.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 class GrowingList {
 public:
@@ -163,6 +163,6 @@ private:
     OffsetTable offsets_;    // stays empty for lists with long offsets
 };
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 inline constexpr std::uint32_t kStamp = 19970101;
 inline constexpr std::uint32_t kAbsent = 0xFFFFFFFF;
@@ -143,6 +143,6 @@ struct Outcome {
     return static_cast<std::uint64_t>(place) << 16 | unit;
 }
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

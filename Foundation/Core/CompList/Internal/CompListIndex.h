@@ -10,7 +10,7 @@
 #include "Foundation/Core/CompList/Internal/CompListImage.h"
 #include "Foundation/Core/CompList/Internal/CompListStorage.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 class Index {
 public:
@@ -44,6 +44,6 @@ template <typename Unit>
 [[nodiscard]] Outcome WalkImage(const View& image, const Unit* key, const Index* index, bool exact,
                                 std::uint32_t& skipped) noexcept;
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

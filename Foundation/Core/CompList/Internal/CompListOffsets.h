@@ -9,7 +9,7 @@
 
 #include "Foundation/Core/CompList/Internal/CompListStorage.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 class OffsetTable {
 public:
@@ -69,6 +69,6 @@ private:
     bool measured_ = false;
 };
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

@@ -14,7 +14,7 @@
 #include "Foundation/Core/CompList/Internal/CompListImage.h"
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 // An alternative whose tail is still to come.
 struct Branch {
@@ -135,6 +135,6 @@ private:
     std::uint32_t tops_[26] = {};
 };
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

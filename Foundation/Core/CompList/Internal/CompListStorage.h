@@ -11,7 +11,7 @@
 #include "Foundation/Core/Container/PlainArray.h"
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail::complist {
+namespace zelkor::detail::complist {
 
 // From 64-bit keys to 32-bit places that are not 0, for thousands to millions of them: open
 // addressing with linear probing and multiplicative hashing, half to three quarters full.
@@ -86,6 +86,6 @@ private:
     std::size_t count_ = 0;
 };
 
-}  // namespace foundation::detail::complist
+}  // namespace zelkor::detail::complist
 
 #endif

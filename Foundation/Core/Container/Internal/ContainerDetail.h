@@ -9,7 +9,7 @@
 #include "Foundation/Core/Buffer/Internal/Blocks.h"
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // An object of a class with a pool; classes derived from it, being larger, come from the heap.
 [[nodiscard]] inline void* NewObject(_SHI_Pool& pool, std::size_t size) {
@@ -63,6 +63,6 @@ inline void ClearItem(void* out, std::uint32_t size) noexcept {
     }
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

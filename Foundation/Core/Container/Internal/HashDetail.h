@@ -11,7 +11,7 @@
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Runtime.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // A unit as the hash adds it: bytes count as signed numbers whatever `char` is.
 template <bool kFolds, typename Unit>
@@ -91,6 +91,6 @@ template <typename Target, bool kFolds>
     return key == nullptr ? 0 : HashTarget<Target, kFolds>(ValueAt<const void*>(key));
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

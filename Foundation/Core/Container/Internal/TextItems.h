@@ -8,7 +8,7 @@
 
 #include "Foundation/Platform/Scan.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 class TextItems {
 public:
@@ -31,6 +31,6 @@ private:
     bool done_ = false;
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -15,14 +15,14 @@
 #include "Foundation/Platform/ErrorFlag.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The calling thread's records; written by the error manager alone.
 struct ThreadErrors {
     CT_ErrorManager::st_error* active = nullptr;
     CT_ErrorManager::st_error* held = nullptr;
 };
-extern FOUNDATION_THREAD_LOCAL ThreadErrors thread_errors;
+extern ZELKOR_THREAD_LOCAL ThreadErrors thread_errors;
 
 // Whether the thread has an error; the same answer as b_IsSetError().
 [[nodiscard]] inline bool ErrorIsSet() noexcept {
@@ -79,6 +79,6 @@ void Record(const Failure& failure, Arguments... arguments) {
     AddLocation(failure.file, failure.line);
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

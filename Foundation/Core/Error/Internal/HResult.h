@@ -7,13 +7,13 @@
 
 #include "Foundation/Platform/Types.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // "NAME", "NAME (DTC)" or "NAME (description)" of a known value; the system's text, with its line
 // break, of another; else "[No error description found.]". The view lies in `area`, which holds the
 // text with its zero, cut to fit.
 std::u16string_view DescribeHResult(HRESULT hresult, std::span<char16_t> area);
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

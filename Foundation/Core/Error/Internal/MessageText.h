@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // What `most` units hold of a text, never half of a surrogate pair at the end of a cut.
 [[nodiscard]] std::u16string_view CutText(std::u16string_view text, std::size_t most) noexcept;
@@ -19,6 +19,6 @@ std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, v
 // went through the default 8-bit code page. It is at most 2047 units long.
 void PassNarrow(char16_t* text);
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

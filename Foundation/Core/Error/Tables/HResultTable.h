@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct HResultRow {
     std::uint32_t value;
@@ -280,6 +280,6 @@ inline constexpr char kHResultTexts[] =
     "XACT_E_LU_RECOVERING (DTC)\0"
     "XACT_E_LU_RECOVERY_MISMATCH (DTC)\0";
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

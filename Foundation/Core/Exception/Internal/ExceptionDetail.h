@@ -5,7 +5,7 @@
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/String/UString.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The text as UTF-16; empty when it is null or cannot be converted, which leaves no error behind.
 [[nodiscard]] inline CT_UString WidenQuietly(const char* text) {
@@ -15,6 +15,6 @@ namespace foundation::detail {
     return wide;
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -12,7 +12,7 @@
 
 class CT_File;
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 inline constexpr std::u16string_view kSeparators = u"/\\";
 
@@ -41,6 +41,6 @@ inline int Seconds(std::int64_t time) {
                                                      std::numeric_limits<int>::max()));
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -12,7 +12,7 @@
 
 #include "Foundation/Platform/Types.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 class AnsiCodePages {
 public:
@@ -56,6 +56,6 @@ private:
     std::array<std::atomic<Slot>, kSlots> slots_{};
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

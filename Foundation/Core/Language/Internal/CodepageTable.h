@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct CodepageRow {
     std::uint16_t value;
@@ -124,6 +124,6 @@ inline constexpr auto kCodepageRows =
                                 {49, 10081, u"Macintosh Turkish"},
                                 {50, 10082, u"Macintosh Croatia"}});
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -8,7 +8,7 @@
 
 #include "Foundation/Platform/Types.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // One of them, or none.
 class ProprietaryLocale {
@@ -26,6 +26,6 @@ private:
     std::uint32_t index_ = kNone;
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -9,7 +9,7 @@
 
 #include "Foundation/Core/Language/Language.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 using Languages = CT_Language;
 
@@ -224,6 +224,6 @@ inline constexpr auto kSubRows = std::to_array<SubRow>({
     {Languages::kQuechuaPeru, 0x6B, 3, u"PE", u"Peru"},
 });
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -9,7 +9,7 @@
 #include <array>
 #include <cstdint>
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 struct ProprietaryItem {
     std::uint16_t type;
@@ -316,6 +316,6 @@ inline constexpr auto kZuluItems = std::to_array<ProprietaryItem>({
     {kFallbackType, u"7177"},
 });
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

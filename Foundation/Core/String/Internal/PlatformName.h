@@ -10,7 +10,7 @@
 
 #include "Foundation/Core/String/UString.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // Whether the platform belongs to the family that takes 8-bit text.
 [[nodiscard]] bool IsOlderFamily();
@@ -33,6 +33,6 @@ private:
     const char16_t* text_;
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -19,7 +19,7 @@
 #include "Foundation/Core/String/String.h"
 #include "Foundation/Platform/Scan.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 template <typename Unit>
 struct StringCore {
@@ -112,6 +112,6 @@ template <typename String>
     return static_cast<const String*>(text->vpv_IsKindOf(String::spcco_GetType()));
 }
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

@@ -8,7 +8,7 @@
 #include "Foundation/Database/RecordManager/RecordManager.h"
 #include "Foundation/Platform/Prefetch.h"
 
-namespace foundation::record_format {
+namespace zelkor::record_format {
 
 inline constexpr unsigned int kCorrupt = 31005;
 inline constexpr unsigned int kWrongFormat = 31050;
@@ -23,7 +23,7 @@ inline constexpr std::uint64_t kLargestFile = 0xFFFFFFFF;
 inline constexpr char kSource[] = "Foundation/Database/RecordManager/RecordManager.cpp";
 
 inline bool Failed(unsigned int line = __builtin_LINE()) noexcept {
-    return foundation::detail::Failed(kSource, line);
+    return zelkor::detail::Failed(kSource, line);
 }
 
 // What is tried although an error is set; that error stays.
@@ -55,7 +55,7 @@ inline void CopyOut(std::byte* to, const std::byte* from, unsigned int count) {
     for (count &= 3; count != 0; --count) *to++ = *from++;
 }
 
-}  // namespace foundation::record_format
+}  // namespace zelkor::record_format
 
 // Holds a small run of bytes itself, or points into the mapping or the window; good until the next
 // write or read ahead.
@@ -115,7 +115,7 @@ public:
     }
     // The error that is set stays.
     void PutBack() {
-        const foundation::record_format::InSpiteOfError tried;
+        const zelkor::record_format::InSpiteOfError tried;
         manager_.v_Write(offset_, count_ > sizeof small_ ? large_.qcv_Get() : small_, count_);
     }
 
@@ -152,14 +152,14 @@ struct CT_RecordManager::Scan {
 // Whether the mapping has a sound live record there; its body is then known. What is not as it
 // should be is left to the long way round, which tells.
 inline bool CT_RecordManager::InMapping(std::uint64_t head, Body* body) const {
-    namespace format = foundation::record_format;
+    namespace format = zelkor::record_format;
     const std::byte* const base = MappedBytes();
     const std::uint64_t reach = Reach();
     const std::uint64_t head_end =
         head + format::kHeadDataAt + std::uint64_t{n_GetRecordHeaderSize()};
     if (base == nullptr || head < data_start_ || head_end > reach) return false;
     const std::byte* const words = base + head;
-    platform::Prefetch(words + format::kLine);  // of a new record, which its body follows
+    zelkor::platform::Prefetch(words + format::kLine);  // of a new record, which its body follows
     if (format::LoadU32(words) != format::kLive) return false;
     *body = {format::LoadU32(words + format::kBodyLinkAt), 0};
     if (body->offset == 0) return true;
@@ -176,7 +176,7 @@ inline bool CT_RecordManager::InMapping(std::uint64_t head, Body* body) const {
 // The record that InMapping found, into a buffer that nobody shares.
 inline void CT_RecordManager::CopyMapped(std::uint64_t head, const Body& body, CT_Buffer* out,
                                          unsigned int maximum) {
-    namespace format = foundation::record_format;
+    namespace format = zelkor::record_format;
     const unsigned int header = n_GetRecordHeaderSize();
     const unsigned int rest = body.offset == 0 ? 0 : body.length - format::kWord;
     if (body.offset != 0 && maximum != 0 && body.length >= maximum) return out->v_SetUsedSize(0);

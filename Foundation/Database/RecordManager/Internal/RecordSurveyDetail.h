@@ -14,7 +14,7 @@
 #include "Foundation/Database/RecordManager/RecordFormat.h"
 #include "Foundation/Platform/Memory.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The file, or for null one without a name, which cannot be opened.
 inline const CT_WinFile* OrNone(const CT_WinFile* file, const CT_WinFile& none = CT_WinFile()) {
@@ -109,6 +109,6 @@ struct RecordSurvey {
     List<Run> leaks;  // blocks that nothing owns and that hold something
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

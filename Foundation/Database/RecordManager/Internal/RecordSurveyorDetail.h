@@ -8,7 +8,7 @@
 
 #include "Foundation/Database/RecordManager/Internal/RecordSurveyDetail.h"
 
-namespace foundation::detail {
+namespace zelkor::detail {
 
 // The order matters: heads that a scan meets own their blocks first, then their
 // bodies, the resources and the free blocks; what is left may hide more heads, and leaks. Bodies
@@ -72,6 +72,6 @@ private:
     RecordSurvey::List<RecordSurvey::Run> contested_;  // claimed by one who was not the first
 };
 
-}  // namespace foundation::detail
+}  // namespace zelkor::detail
 
 #endif

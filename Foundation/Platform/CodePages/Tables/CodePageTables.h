@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 struct TablePage {
     std::uint16_t number;
@@ -61,6 +61,6 @@ extern const std::uint8_t kPagePlaces[311];
 extern const GbPatch kGbPatches[81];
 extern const GbRun kGbRuns[206];
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif

@@ -2,7 +2,7 @@
 // Do not edit; run `cmake --build build --target gen_tables`.
 #include "Foundation/Platform/CodePages/Tables/CodePageTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 // Row number from 1 per lead byte, 0 for other bytes; one run of 256 per page.
 const std::uint8_t kLeadRows[1792] = {
@@ -11532,4 +11532,4 @@ const char16_t kCells[197264] = {
 12539,12539,12539,12539,12539,12539,12539,12539,12539,12539,12539,12539,12539,12539,
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -2,7 +2,7 @@
 // Do not edit; run `cmake --build build --target gen_tables`.
 #include "Foundation/Platform/CodePages/Tables/CodePageTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 // Block number per 64 units; one run of 1,024 per page.
 const std::uint16_t kDoubleIndex[13312] = {
@@ -15359,4 +15359,4 @@ const std::uint16_t kDoubleCodes[239104] = {
 65535,65535,65535,65535,65535,65535,65535,65535,
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

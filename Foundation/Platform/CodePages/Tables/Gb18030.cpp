@@ -2,7 +2,7 @@
 // Do not edit; run `cmake --build build --target gen_tables`.
 #include "Foundation/Platform/CodePages/Tables/CodePageTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 // The unit in page 936 and in 54936 of the pairs where they differ, in that order.
 const GbPatch kGbPatches[81] = {
@@ -85,4 +85,4 @@ const GbRun kGbRuns[206] = {
     {0xFF5F, 0xFFDF, 0x9961}, {0xFFE6, 0xFFFF, 0x99E2},
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

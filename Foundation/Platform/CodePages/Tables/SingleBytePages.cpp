@@ -2,7 +2,7 @@
 // Do not edit; run `cmake --build build --target gen_tables`.
 #include "Foundation/Platform/CodePages/Tables/CodePageTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 // One unit per byte; one run of 256 per page.
 const char16_t kSingleUnits[16896] = {
@@ -2701,4 +2701,4 @@ const std::uint8_t kSingleCodes[40832] = {
 0,0,0,0,
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -2,7 +2,7 @@
 // Do not edit; run `cmake --build build --target gen_tables`.
 #include "Foundation/Platform/CodePages/Tables/CodePageTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 // Place in kTablePages by the remainder of the page number; any for other numbers.
 const std::uint8_t kPagePlaces[311] = {
@@ -86,4 +86,4 @@ const TablePage kTablePages[kTablePageCount] = {
     {54936, 0x003F, 0x003F, 4, 1, {}, 13312, 12288, 0, 256, 11400, 64, 191, 0, 129, 126},
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

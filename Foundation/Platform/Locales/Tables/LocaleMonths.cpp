@@ -3,7 +3,7 @@
 // The months of the Hijri and Hebrew calendars in each locale.
 #include "Foundation/Platform/Locales/Tables/LocaleTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 constinit const std::uint16_t kMonthOffsets[kTableRows][50] = {
     {  // 0401 Arabic (Saudi Arabia)
@@ -2126,4 +2126,4 @@ constinit const char16_t kMonthTexts[8699] =
     u"주마다 알 쎄니\0"
     u"주마다 알 아왈\0";
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

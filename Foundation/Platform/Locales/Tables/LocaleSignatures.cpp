@@ -3,7 +3,7 @@
 // What the letters of each locale need of a font, and the code pages of it.
 #include "Foundation/Platform/Locales/Tables/LocaleTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 constinit const char16_t kLocaleSignatures[kTableRows][16] = {
     {0x2003, 0x0000, 0x0000, 0x0000, 0x0000, 0x0000, 0x0000, 0x8800, 0x0040, 0x0000, 0x0000, 0x2000, 0x0040, 0x0000, 0x0000, 0x2000},
@@ -168,4 +168,4 @@ constinit const char16_t kLocaleSignatures[kTableRows][16] = {
     {0x0003, 0x0000, 0x0000, 0x0000, 0x0000, 0x0000, 0x0000, 0x8000, 0x0001, 0x0000, 0x0000, 0x8000, 0x01FF, 0x003F, 0x8000, 0xFFFF},
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 inline constexpr std::uint32_t kLocaleRows = 159;
 inline constexpr std::uint32_t kPrimaryLanguages = 130;
@@ -68,6 +68,6 @@ extern const char16_t kMonthTexts[8699];
 // The words of a LocaleSignature, low halves first.
 extern const char16_t kLocaleSignatures[kTableRows][16];
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif

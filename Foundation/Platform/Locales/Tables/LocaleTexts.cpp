@@ -3,7 +3,7 @@
 // One row a locale, one column a type.
 #include "Foundation/Platform/Locales/Tables/LocaleTables.h"
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 constinit const std::uint16_t kLocaleOffsets[kTableRows][134] = {
     {  // 0401 Arabic (Saudi Arabia)
@@ -6623,4 +6623,4 @@ constinit const char16_t kLocaleTexts[43086] =
     u"히즈라력\0"
     u"\uFFE5\0";
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace platform::nls {
+namespace zelkor::platform::nls {
 
 inline constexpr std::uint8_t kLetterBlocks[256] = {
     6, 28, 8, 1, 23, 20, 15, 0, 0, 14, 10, 11, 12, 13, 17, 5, 2, 24, 0, 0, 0, 0, 0, 0,
@@ -55,6 +55,6 @@ inline constexpr std::uint64_t kLetterBits[30][4] = {
     {0xFFFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF, 0xFFFFFFFFFFFFFFFF},
 };
 
-}  // namespace platform::nls
+}  // namespace zelkor::platform::nls
 
 #endif
