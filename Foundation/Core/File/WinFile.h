@@ -17,6 +17,7 @@
 
 #include "Foundation/Core/File/File.h"
 #include "Foundation/Platform/Export.h"
+#include "Foundation/Platform/FileStatus.h"
 #include "Foundation/Platform/Types.h"
 
 struct _SHI_Pool;
