@@ -29,7 +29,7 @@ int Repeat(const char* library) {
             dlsym(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv"));
         if (version == nullptr || version() != 7) return Fail("the library was not attached");
         auto* const leave = reinterpret_cast<bool (*)(const char16_t*)>(
-            dlsym(handle, "_ZN8platform12SetErrorInfoEPKDs"));
+            dlsym(handle, "_ZN6zelkor8platform12SetErrorInfoEPKDs"));
         if (leave == nullptr || !leave(u"left in the thread")) return Fail("no error object");
         auto* const exceptions =
             reinterpret_cast<void* (*)()>(dlsym(handle, "_ZN19CT_ExceptionManager8spco_GetEv"));
@@ -56,9 +56,9 @@ int Environment(const char* library) {
     if (handle == nullptr) return Fail(dlerror());
     setenv("LC_ALL", "de_DE", 1);
     auto* const user = reinterpret_cast<std::uint32_t (*)() noexcept>(
-        dlsym(handle, "_ZN8platform18GetUserDefaultLCIDEv"));
+        dlsym(handle, "_ZN6zelkor8platform18GetUserDefaultLCIDEv"));
     auto* const page = reinterpret_cast<std::uint32_t (*)() noexcept>(
-        dlsym(handle, "_ZN8platform12AnsiCodePageEv"));
+        dlsym(handle, "_ZN6zelkor8platform12AnsiCodePageEv"));
     if (user == nullptr || user() != 0x0415) return Fail("the user's locale is not the load's");
     if (page == nullptr || page() != 932) return Fail("the ANSI page is not the load's");
     return dlclose(handle);

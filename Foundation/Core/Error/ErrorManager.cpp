@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Memory.h"
 #include "Foundation/Platform/Threads.h"
 
@@ -207,10 +206,6 @@ unsigned int CT_ErrorManager::n_GetFormatID() const {
 const char16_t* CT_ErrorManager::qcuz_GetErrorMessage() const {
     const st_error* const error = pso_GetError();
     return error != nullptr ? error->message : u"";
-}
-
-void CT_ErrorManager::v_GetErrorMessage(CT_UString& message) const {
-    message.v_Set(qcuz_GetErrorMessage());
 }
 
 unsigned int CT_ErrorManager::n_GetLocationCount() const {

@@ -8,7 +8,6 @@
 #include "Foundation/Core/Error/Internal/Failure.h"
 #include "Foundation/Core/Error/Internal/HResult.h"
 #include "Foundation/Core/Error/Internal/MessageText.h"
-#include "Foundation/Core/Message/LoadString.h"
 #include "Foundation/Platform/ErrorInfo.h"
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
@@ -88,7 +87,7 @@ CT_ErrorManager::st_error* CT_ErrorManager::pso_CreateError(unsigned int code, H
     }
     char16_t resource[kMessageSize];
     if (format == nullptr) {
-        CT_LoadString::sv_LoadString(resource, kMessageSize, error->module, formatID);
+        zelkor::detail::LoadResource(resource, kMessageSize, error->module, formatID);
         format = resource;
     }
     FormatCut(error->message, kMessageSize, format, arguments);

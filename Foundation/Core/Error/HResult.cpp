@@ -3,12 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Foundation/Core/Error/ErrorManager.h"
 #include "Foundation/Core/Error/Tables/HResultTable.h"
-#include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/ErrorInfo.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Memory.h"
 
 namespace platform = zelkor::platform;
 
@@ -43,23 +39,3 @@ std::u16string_view DescribeHResult(HRESULT hresult, std::span<char16_t> area) {
 }
 
 }  // namespace zelkor::detail
-
-void CT_ErrorManager::sv_GetHRESULTDescription(HRESULT hresult, CT_UString& description) {
-    char16_t area[1024];
-    zelkor::detail::DescribeHResult(hresult, area);
-    description.v_Set(area);
-}
-
-void CT_ErrorManager::sv_GetCOMErrorDescription(HRESULT hresult, CT_UString& description) {
-    description.vv_Init();
-    if (hresult >= 0) return;
-    char16_t* const object = platform::TakeErrorInfo();
-    if (object == nullptr) return sv_GetHRESULTDescription(hresult, description);
-    try {
-        description.v_Set(object);
-    } catch (...) {
-        platform::Free(object);
-        throw;
-    }
-    platform::Free(object);
-}

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Foundation/Core/Character/CharProperties.h"
-#include "Foundation/Core/Error/Internal/Failure.h"
-#include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/Language/Internal/CodepageTable.h"
 #include "Foundation/Core/String/CString.h"
 #include "Foundation/Core/String/UString.h"
@@ -18,9 +15,6 @@ using zelkor::detail::CodepageRow;
 using zelkor::detail::kCodepageRows;
 
 namespace {
-
-constexpr unsigned int kGuessedBytes = 100;
-constexpr unsigned int kFileBufferSize = 16384;
 
 template <typename Field, typename Value>
 const CodepageRow* FindRow(Field field, Value wanted) {
@@ -44,21 +38,6 @@ unsigned int NumberWithoutRow(CT_Codepage::et_Codepage value) {
         default:
             return 0;
     }
-}
-
-// The first bytes of a file; 0 of them when it cannot be read. Leaves no error behind.
-unsigned int ReadBeginning(const CT_UString* file_name, void* bytes) {
-    CT_WinFile file(file_name, kFileBufferSize);
-    unsigned int count = 0;
-    file.vv_Open(CT_File::kReadAccess, CT_File::kOpenExisting, CT_File::kShareRead,
-                 CT_File::kAttributeNormal, 0);
-    if (file.b_IsOpen()) {
-        count = file.vn_Read(bytes, kGuessedBytes);
-        if (zelkor::detail::ErrorIsSet()) count = 0;
-        file.vv_Close();
-    }
-    zelkor::detail::ClearError();
-    return count;
 }
 
 }  // namespace
@@ -180,15 +159,6 @@ BOOL CT_Codepage::sb_IsDBCSLeadByte(unsigned int number, unsigned char byte) {
 
 BOOL CT_Codepage::sb_IsValidCodePage(unsigned int number) {
     return platform::IsValidCodePage(number);
-}
-
-CT_Codepage CT_Codepage::sco_GuessEncoding(const CT_UString* file_name) {
-    if (zelkor::detail::ErrorIsSet()) return kSystemAnsi;
-    unsigned char bytes[kGuessedBytes];
-    const unsigned int count = ReadBeginning(file_name, bytes);
-    if (count < 3) return kSystemAnsi;
-    if (bytes[0] == 0xEF && bytes[1] == 0xBB && bytes[2] == 0xBF) return kUtf8;
-    return CT_CharProperties::sb_IsTextUnicode(bytes, count) ? kUtf16 : kSystemAnsi;
 }
 
 void CT_Codepage::v_Init() {

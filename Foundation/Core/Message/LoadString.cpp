@@ -1,14 +1,7 @@
 #include "Foundation/Core/Message/LoadString.h"
 
-#include <algorithm>
-#include <string_view>
-
-#include "Foundation/Core/Base/OS.h"
 #include "Foundation/Core/Error/Internal/MessageText.h"
 #include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Modules.h"
-
-namespace platform = zelkor::platform;
 
 namespace {
 
@@ -34,14 +27,7 @@ void CT_LoadString::sv_LoadString(CT_UString* text, HINSTANCE module, unsigned i
 
 void CT_LoadString::sv_LoadString(char16_t* buffer, unsigned int size, HINSTANCE module,
                                   unsigned int id) {
-    if (size == 0 || buffer == nullptr) return;
-    const bool narrow = CT_OS::seo_GetVersion() < CT_OS::WindowsNT;
-    const unsigned int room = narrow ? std::min(size, kAreaSize) : size;
-    const std::u16string_view found =
-        zelkor::detail::CutText(platform::FindString(module, id), room - 1);
-    std::ranges::copy(found, buffer);
-    buffer[found.size()] = 0;
-    if (narrow) zelkor::detail::PassNarrow(buffer);
+    zelkor::detail::LoadResource(buffer, size, module, id);
 }
 
 void CT_LoadString::sv_LoadStringVA(char16_t* buffer, unsigned int size, HINSTANCE module,

@@ -25,7 +25,7 @@ std::string Text(const CT_CString& text) {
 
 // Whether the thread has this error, recorded by the conversion; it is cleared.
 testing::AssertionResult TakeConversionError(unsigned int code) {
-    return test::TakeError(code, {}, "Foundation/Core/String/StringConvert.cpp");
+    return test::TakeError(code, {}, "String/StringConvert.cpp");
 }
 
 TEST(StringConvertTest, DecodesByThePageAndLength) {

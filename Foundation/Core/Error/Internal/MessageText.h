@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "Foundation/Platform/Types.h"
+
 namespace zelkor::detail {
 
 // What `most` units hold of a text, never half of a surrogate pair at the end of a cut.
@@ -18,6 +20,10 @@ std::size_t FormatCut(char16_t* out, std::size_t size, const char16_t* format, v
 // Leaves of a text, in its own place, what the older family of platforms sees of it: a text that
 // went through the default 8-bit code page. It is at most 2047 units long.
 void PassNarrow(char16_t* text);
+
+// A module's string resource, cut to `size` units with the zero, as the platform family sees it;
+// empty when there is none. Size 0 writes nothing.
+void LoadResource(char16_t* out, unsigned int size, HINSTANCE module, unsigned int id);
 
 }  // namespace zelkor::detail
 
