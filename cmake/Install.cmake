@@ -6,11 +6,12 @@ install(TARGETS zelkor-foundation EXPORT ZelkorFoundationTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
-# Every header but the library's own business: backends, generated tables, *Detail.h.
+# Every header but the library's own business: backends, generated tables, what is internal.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Foundation DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN "*.h"
   PATTERN "Posix" EXCLUDE
   PATTERN "Tables" EXCLUDE
+  PATTERN "Internal" EXCLUDE
   PATTERN "*Detail.h" EXCLUDE)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZelkorFoundation)
