@@ -6,13 +6,10 @@ install(TARGETS zelkor-foundation EXPORT ZelkorFoundationTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
-# Every header but the library's own business: backends, generated tables, what is internal.
+# Every header but what is internal.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/Foundation DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
   FILES_MATCHING PATTERN "*.h"
-  PATTERN "Posix" EXCLUDE
-  PATTERN "Tables" EXCLUDE
-  PATTERN "Internal" EXCLUDE
-  PATTERN "*Detail.h" EXCLUDE)
+  PATTERN "Internal" EXCLUDE)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZelkorFoundation)
 install(EXPORT ZelkorFoundationTargets NAMESPACE Zelkor:: DESTINATION ${package_dir})

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/ErrorTexts.h"
+#include "Foundation/Platform/Internal/ErrorTexts.h"
 
 #include <algorithm>
 #include <array>

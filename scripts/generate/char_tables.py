@@ -117,7 +117,7 @@ def category_table(folder):
     blocks = Blocks()
     stage = blocks.add(read_values(folder, "category", 10))
     return header(
-        "CategoryTable.gen.h", "category.tsv",
+        "Tables/CategoryTable.h", "category.tsv",
         "The general category of a unit, a value of CT_CharProperties::et_UnicodeProperty.",
         f"inline constexpr unsigned int kCategoryShift = {SHIFT};\n"
         + array("std::uint8_t", "kCategoryStage", stage)
@@ -132,7 +132,7 @@ def case_table(folder):
     stages = array("std::uint8_t", "kLowerStage", blocks.add(differences(lower)))
     stages += array("std::uint8_t", "kUpperStage", blocks.add(differences(upper)))
     return header(
-        "CaseTable.gen.h", "lower.tsv",
+        "Tables/CaseTable.h", "lower.tsv",
         "What to add to a unit, modulo 65,536, for its lower or upper case; and the first unit from which\n"
         "on nothing changes up to the surrogates.",
         f"inline constexpr unsigned int kCaseShift = {SHIFT};\n"
@@ -148,7 +148,7 @@ def type_table(folder):
     blocks = Blocks()
     stage = blocks.add([place[record] for record in zip(*types)])
     return header(
-        "Tables/TypeTable.h", "ctype1.tsv, ctype2.tsv, ctype3.tsv",
+        "Internal/Tables/TypeTable.h", "ctype1.tsv, ctype2.tsv, ctype3.tsv",
         "The number of the record with a unit's three character types.",
         "struct TypeRecord {\n    std::uint16_t character;\n    std::uint16_t layout;\n"
         "    std::uint16_t processing;\n};\n\n"
@@ -177,7 +177,7 @@ def mapping_tables(folder):
     table = [(0, 0, 0, 1)]
     table += [(*map(hex, units[:3]), 3 if units[2] else 2) for _, *units in decompositions]
     return header(
-        "Tables/MappingTables.h", "decomposition.tsv, digits.tsv, czone.tsv, hira2kata.tsv, kata2hira.tsv",
+        "Internal/Tables/MappingTables.h", "decomposition.tsv, digits.tsv, czone.tsv, hira2kata.tsv, kata2hira.tsv",
         "What to add to a unit, modulo 65,536, for its base letter, ASCII digit, form outside the\n"
         "compatibility zone, katakana or hiragana, and the first unit from which on nothing changes up to\n"
         "the surrogates; the full canonical decompositions, padded with 0 and followed by the number of\n"
@@ -193,16 +193,16 @@ def numeric_table(folder):
     values = [(f"0x{code}", above, below) for code, above, below in read_rows(folder, "numeric")]
     assert values == sorted(values)
     return header(
-        "Tables/NumericTable.h", "numeric.tsv", "Numeric values, in ascending order of the units.",
+        "Internal/Tables/NumericTable.h", "numeric.tsv", "Numeric values, in ascending order of the units.",
         "struct NumericValue {\n    char16_t code;\n    std::int16_t numerator;\n"
         "    std::int16_t denominator;\n};\n\n" + rows("NumericValue", "kNumericValues", values))
 
 
 def main():
     folder = pathlib.Path(sys.argv[1])
-    for name, make in (("CategoryTable.gen.h", category_table), ("CaseTable.gen.h", case_table),
-                       ("Tables/TypeTable.h", type_table), ("Tables/MappingTables.h", mapping_tables),
-                       ("Tables/NumericTable.h", numeric_table)):
+    for name, make in (("Tables/CategoryTable.h", category_table), ("Tables/CaseTable.h", case_table),
+                       ("Internal/Tables/TypeTable.h", type_table), ("Internal/Tables/MappingTables.h", mapping_tables),
+                       ("Internal/Tables/NumericTable.h", numeric_table)):
         text = make(folder)
         if "--check" not in sys.argv:
             (TARGET / name).write_text(text)

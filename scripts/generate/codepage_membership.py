@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes Foundation/Core/Character/Tables/CodePageMembership.h.
+"""Makes Foundation/Core/Character/Internal/Tables/CodePageMembership.h.
 
 Input: the folder of the verified tables; codepages/membership.tsv has, for each of the Windows code
 pages 1250 to 1258, the (first, last) ranges of the characters that it holds, derived from the
@@ -10,7 +10,7 @@ published data of those pages.
 import pathlib
 import sys
 
-TARGET = pathlib.Path(__file__).parents[2] / "Foundation/Core/Character/Tables/CodePageMembership.h"
+TARGET = pathlib.Path(__file__).parents[2] / "Foundation/Core/Character/Internal/Tables/CodePageMembership.h"
 FIRST_PAGE, LAST_PAGE = 1250, 1258
 EXPECTED_COUNTS = (60, 25, 22, 29, 26, 28, 44, 56, 41)
 
@@ -35,8 +35,8 @@ def render(pages):
 // Do not edit; run `cmake --build build --target gen_tables`.
 // Ranges of the characters that the Windows code pages 1250 to 1258 hold, in ascending order; page
 // 1250 + i has the ranges kMembershipStart[i] up to kMembershipStart[i + 1].
-#ifndef FOUNDATION_CORE_CHARACTER_TABLES_CODEPAGEMEMBERSHIP_H
-#define FOUNDATION_CORE_CHARACTER_TABLES_CODEPAGEMEMBERSHIP_H
+#ifndef FOUNDATION_CORE_CHARACTER_INTERNAL_TABLES_CODEPAGEMEMBERSHIP_H
+#define FOUNDATION_CORE_CHARACTER_INTERNAL_TABLES_CODEPAGEMEMBERSHIP_H
 
 #include <array>
 #include <cstdint>

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the code-page tables in Foundation/Platform/CodePages/Tables.
+"""Makes the code-page tables in Foundation/Platform/CodePages/Internal/Tables.
 
     codepages.py DATA            writes the tables from the folder DATA
     codepages.py --check DATA    compares the committed tables with what would be written
@@ -31,7 +31,7 @@ import sys
 
 BLOCK = 64
 MISSING = 0xFFFF
-TABLES = pathlib.Path(__file__).resolve().parents[2] / 'Foundation' / 'Platform' / 'Nls' / 'Tables'
+TABLES = pathlib.Path(__file__).resolve().parents[2] / 'Foundation' / 'Platform' / 'CodePages' / 'Internal' / 'Tables'
 
 # The lead bytes that hold nearly all text of a page and whose rows are found by arithmetic: after
 # an exclusive or with the first number they run from the second to the third without a gap.
@@ -308,7 +308,7 @@ def rows(kind, name, values, comment):
 
 
 def source(arrays):
-    return (HEADING + '#include "Foundation/Platform/CodePages/Tables/CodePageTables.h"\n\n'
+    return (HEADING + '#include "Foundation/Platform/CodePages/Internal/Tables/CodePageTables.h"\n\n'
             'namespace zelkor::platform::nls {\n' + ''.join(arrays) + '\n}  // namespace zelkor::platform::nls\n')
 
 
@@ -370,8 +370,8 @@ def files(tables):
 HEADER = '''%(heading)s//
 // The strict mappings of all table pages: %(size)s bytes, read-only, without pointers.
 // kTablePages says where each page's parts begin; kPagePlaces finds the page of a number.
-#ifndef FOUNDATION_PLATFORM_NLS_TABLES_CODEPAGETABLES_H
-#define FOUNDATION_PLATFORM_NLS_TABLES_CODEPAGETABLES_H
+#ifndef FOUNDATION_PLATFORM_CODEPAGES_INTERNAL_TABLES_CODEPAGETABLES_H
+#define FOUNDATION_PLATFORM_CODEPAGES_INTERNAL_TABLES_CODEPAGETABLES_H
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes the locale tables in Foundation/Platform/Locales/Tables from the Unicode CLDR.
+"""Makes the locale tables in Foundation/Platform/Locales/Internal/Tables from the Unicode CLDR.
 
     locales.py CLDR            writes the tables
     locales.py --check CLDR    compares the committed tables with what would be written
@@ -22,7 +22,7 @@ import locale_patterns as lp
 import locale_signatures
 
 HERE = pathlib.Path(__file__).resolve().parent
-TABLES = HERE.parents[1] / "Foundation/Platform/Locales/Tables"
+TABLES = HERE.parents[1] / "Foundation/Platform/Locales/Internal/Tables"
 
 # The columns of a row: the types 0x0001 to 0x005A and 0x1001 to 0x1014 in the order of their numbers
 # under the names they have in public (without LOCALE_), then what no such type asks for.
@@ -367,7 +367,7 @@ def cells(numbers, width):
 
 def table_file(version, name, columns, table, pool, *lines):
     out = heading(version, *lines)
-    out += ['#include "Foundation/Platform/Locales/Tables/LocaleTables.h"', "", "namespace zelkor::platform::nls {", "",
+    out += ['#include "Foundation/Platform/Locales/Internal/Tables/LocaleTables.h"', "", "namespace zelkor::platform::nls {", "",
             f"constinit const std::uint16_t k{name}Offsets[kTableRows][{len(columns)}] = {{"]
     for lcid, row, _ in table:
         out.append(f"    {{  // {lcid:04X} {row['SLANGUAGE']}")
@@ -381,7 +381,7 @@ def table_file(version, name, columns, table, pool, *lines):
 
 def signature_file(version, table):
     out = heading(version, "What the letters of each locale need of a font, and the code pages of it.")
-    out += ['#include "Foundation/Platform/Locales/Tables/LocaleTables.h"', "", "namespace zelkor::platform::nls {", "",
+    out += ['#include "Foundation/Platform/Locales/Internal/Tables/LocaleTables.h"', "", "namespace zelkor::platform::nls {", "",
             "constinit const char16_t kLocaleSignatures[kTableRows][16] = {"]
     for _, _, words in table:
         units = [f"0x{word >> shift & 0xFFFF:04X}" for word in words for shift in (0, 16)]

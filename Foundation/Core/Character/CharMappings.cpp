@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "Foundation/Core/Character/Tables/MappingTables.h"
+#include "Foundation/Core/Character/Internal/Tables/MappingTables.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Text/UnitMaps.h"
 

@@ -9,7 +9,7 @@
 #ifndef FOUNDATION_CORE_CHARACTER_CHARMAPPINGS_H
 #define FOUNDATION_CORE_CHARACTER_CHARMAPPINGS_H
 
-#include "Foundation/Core/Character/CaseTable.gen.h"
+#include "Foundation/Core/Character/Tables/CaseTable.h"
 #include "Foundation/Platform/Export.h"
 
 class CT_UString;

@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "Foundation/Core/Base/OS.h"
-#include "Foundation/Core/Character/Tables/CodePageMembership.h"
-#include "Foundation/Core/Character/Tables/NumericTable.h"
+#include "Foundation/Core/Character/Internal/Tables/CodePageMembership.h"
+#include "Foundation/Core/Character/Internal/Tables/NumericTable.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
 #include "Foundation/Platform/Text/TextDetection.h"

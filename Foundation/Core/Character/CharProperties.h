@@ -9,7 +9,7 @@
 #ifndef FOUNDATION_CORE_CHARACTER_CHARPROPERTIES_H
 #define FOUNDATION_CORE_CHARACTER_CHARPROPERTIES_H
 
-#include "Foundation/Core/Character/CategoryTable.gen.h"
+#include "Foundation/Core/Character/Tables/CategoryTable.h"
 #include "Foundation/Platform/Export.h"
 #include "Foundation/Platform/Types.h"
 

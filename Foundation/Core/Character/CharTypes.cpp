@@ -1,6 +1,6 @@
 // The three character-type tables of CT_CharProperties and the predicates on them.
 #include "Foundation/Core/Character/CharProperties.h"
-#include "Foundation/Core/Character/Tables/TypeTable.h"
+#include "Foundation/Core/Character/Internal/Tables/TypeTable.h"
 
 namespace {
 

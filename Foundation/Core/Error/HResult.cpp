@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Foundation/Core/Error/Tables/HResultTable.h"
+#include "Foundation/Core/Error/Internal/Tables/HResultTable.h"
 #include "Foundation/Platform/LastError.h"
 
 namespace platform = zelkor::platform;

@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "Foundation/Core/Language/Tables/LanguageTable.h"
+#include "Foundation/Core/Language/Internal/Tables/LanguageTable.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/Runtime.h"

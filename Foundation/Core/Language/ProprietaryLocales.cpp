@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <span>
 
-#include "Foundation/Core/Language/Tables/ProprietaryTables.h"
+#include "Foundation/Core/Language/Internal/Tables/ProprietaryTables.h"
 #include "Foundation/Platform/Runtime.h"
 
 namespace zelkor::detail {

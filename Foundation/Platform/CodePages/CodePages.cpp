@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
 
 namespace zelkor::platform {
 namespace {

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <bit>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
-#include "Foundation/Platform/Text/SimdBlocks.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
+#include "Foundation/Platform/Text/Internal/SimdBlocks.h"
 
 namespace zelkor::platform::nls {
 namespace {

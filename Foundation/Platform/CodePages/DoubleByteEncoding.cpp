@@ -2,8 +2,8 @@
 // Blocks of 16 ASCII units are narrowed as they are.
 #include <algorithm>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
-#include "Foundation/Platform/Text/SimdBlocks.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
+#include "Foundation/Platform/Text/Internal/SimdBlocks.h"
 
 namespace zelkor::platform::nls {
 namespace {

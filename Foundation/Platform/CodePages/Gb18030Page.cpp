@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
+#include "Foundation/Platform/Text/Internal/UtfScalar.h"
 #include "Foundation/Platform/Text/Utf.h"
-#include "Foundation/Platform/Text/UtfScalar.h"
 
 namespace zelkor::platform::nls {
 namespace {

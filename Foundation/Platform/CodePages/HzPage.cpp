@@ -1,6 +1,6 @@
 // Page 52936, HZ: 7-bit text in which "~{" and "~}" enclose the double-byte part of page 936 with
 // the high bits taken off, and "~~" is a tilde.
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
 
 namespace zelkor::platform::nls {
 namespace {

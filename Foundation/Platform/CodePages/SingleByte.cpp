@@ -2,8 +2,8 @@
 // and narrowed as they are; all others go through the tables.
 #include <algorithm>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
-#include "Foundation/Platform/Text/SimdBlocks.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
+#include "Foundation/Platform/Text/Internal/SimdBlocks.h"
 
 namespace zelkor::platform::nls {
 namespace {

@@ -1,5 +1,5 @@
 // Page 42, symbol fonts: bytes from 20 up stand for the private-use units F020 to F0FF.
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
 
 namespace zelkor::platform::nls {
 

@@ -2,7 +2,7 @@
 #include <atomic>
 
 #include "Foundation/Platform/CodePages/CodePages.h"
-#include "Foundation/Platform/Locales/LocaleDetail.h"
+#include "Foundation/Platform/Locales/Internal/LocaleDetail.h"
 #include "Foundation/Platform/Locales/Locales.h"
 
 namespace zelkor::platform {

@@ -5,9 +5,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
 #include "Foundation/Platform/CodePages/CodePages.h"
-#include "Foundation/Platform/Text/UtfScalar.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
+#include "Foundation/Platform/Text/Internal/UtfScalar.h"
 
 namespace zelkor::platform {
 namespace {

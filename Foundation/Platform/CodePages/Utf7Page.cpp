@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
 
 namespace zelkor::platform::nls {
 namespace {

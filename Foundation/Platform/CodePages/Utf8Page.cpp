@@ -4,9 +4,9 @@
 // or a lead byte with the further bytes that were still possible. Three of these further bytes are
 // taken although they already make the sequence ill-formed: the second byte of an overlong form, of
 // a surrogate, and of a value above 10FFFF. At the end of the text a cut sequence is one piece.
-#include "Foundation/Platform/CodePages/CodePageDetail.h"
+#include "Foundation/Platform/CodePages/Internal/CodePageDetail.h"
+#include "Foundation/Platform/Text/Internal/UtfScalar.h"
 #include "Foundation/Platform/Text/Utf.h"
-#include "Foundation/Platform/Text/UtfScalar.h"
 
 namespace zelkor::platform::nls {
 namespace {

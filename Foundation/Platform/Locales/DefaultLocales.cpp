@@ -8,7 +8,7 @@
 #include <type_traits>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Locales/LocaleDetail.h"
+#include "Foundation/Platform/Locales/Internal/LocaleDetail.h"
 #include "Foundation/Platform/Locales/Locales.h"
 #include "Foundation/Platform/ThreadLocal.h"
 

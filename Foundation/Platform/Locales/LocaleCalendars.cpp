@@ -4,7 +4,7 @@
 #include <span>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Locales/LocaleDetail.h"
+#include "Foundation/Platform/Locales/Internal/LocaleDetail.h"
 #include "Foundation/Platform/Locales/Locales.h"
 
 namespace zelkor::platform {

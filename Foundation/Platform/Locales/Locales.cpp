@@ -4,7 +4,7 @@
 #include <array>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Locales/LocaleDetail.h"
+#include "Foundation/Platform/Locales/Internal/LocaleDetail.h"
 
 namespace zelkor::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Posix/Errno.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
 
 #include <algorithm>
 #include <array>

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Foundation/Platform/Memory.h"
-#include "Foundation/Platform/Posix/ThreadMemory.h"
+#include "Foundation/Platform/Posix/Internal/ThreadMemory.h"
 
 namespace zelkor::platform {
 

@@ -8,9 +8,9 @@
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Memory.h"
-#include "Foundation/Platform/Posix/Errno.h"
-#include "Foundation/Platform/Posix/FileInternals.h"
-#include "Foundation/Platform/Posix/ShareLocks.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
+#include "Foundation/Platform/Posix/Internal/FileInternals.h"
+#include "Foundation/Platform/Posix/Internal/ShareLocks.h"
 
 namespace zelkor::platform::posix {
 

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Posix/FileFaults.h"
+#include "Foundation/Platform/Posix/Internal/FileFaults.h"
 
 #include <algorithm>
 #include <array>

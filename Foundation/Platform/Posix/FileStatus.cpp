@@ -11,9 +11,9 @@
 
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Posix/Errno.h"
-#include "Foundation/Platform/Posix/FileFaults.h"
-#include "Foundation/Platform/Posix/FileInternals.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
+#include "Foundation/Platform/Posix/Internal/FileFaults.h"
+#include "Foundation/Platform/Posix/Internal/FileInternals.h"
 
 namespace zelkor::platform {
 

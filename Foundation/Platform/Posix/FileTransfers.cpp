@@ -9,10 +9,10 @@
 
 #include "Foundation/Platform/Files.h"
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Posix/Errno.h"
-#include "Foundation/Platform/Posix/FileFaults.h"
-#include "Foundation/Platform/Posix/FileInternals.h"
-#include "Foundation/Platform/Posix/ShareLocks.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
+#include "Foundation/Platform/Posix/Internal/FileFaults.h"
+#include "Foundation/Platform/Posix/Internal/FileInternals.h"
+#include "Foundation/Platform/Posix/Internal/ShareLocks.h"
 
 namespace zelkor::platform {
 

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Posix/Handles.h"
+#include "Foundation/Platform/Posix/Internal/Handles.h"
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <new>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Posix/Errno.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
 
 namespace zelkor::platform::posix {
 

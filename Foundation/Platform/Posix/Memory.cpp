@@ -7,7 +7,7 @@
 #include <mutex>
 #include <new>
 
-#include "Foundation/Platform/Posix/ThreadMemory.h"
+#include "Foundation/Platform/Posix/Internal/ThreadMemory.h"
 
 namespace zelkor::platform {
 

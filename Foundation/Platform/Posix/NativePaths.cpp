@@ -5,9 +5,9 @@
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Paths.h"
-#include "Foundation/Platform/Posix/CurrentDrive.h"
-#include "Foundation/Platform/Posix/Errno.h"
-#include "Foundation/Platform/Posix/NativeName.h"
+#include "Foundation/Platform/Posix/Internal/CurrentDrive.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
+#include "Foundation/Platform/Posix/Internal/NativeName.h"
 
 namespace zelkor::platform {
 

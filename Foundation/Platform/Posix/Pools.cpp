@@ -3,7 +3,7 @@
 #include <thread>
 
 #include "Foundation/Platform/Memory.h"
-#include "Foundation/Platform/Posix/ThreadMemory.h"
+#include "Foundation/Platform/Posix/Internal/ThreadMemory.h"
 
 // A pool owns slabs; a block is in the pool's free list, in the never-used rest of the latest slab,
 // in one thread's cache, or with the caller. Caches and pool exchange blocks in runs of kRun.

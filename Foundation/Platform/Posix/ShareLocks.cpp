@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Posix/ShareLocks.h"
+#include "Foundation/Platform/Posix/Internal/ShareLocks.h"
 
 #include <fcntl.h>
 #include <sched.h>
@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <mutex>
 
-#include "Foundation/Platform/Posix/Errno.h"
+#include "Foundation/Platform/Posix/Internal/Errno.h"
 
 namespace zelkor::platform::posix {
 

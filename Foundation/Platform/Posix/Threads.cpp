@@ -7,7 +7,7 @@
 #include <atomic>
 
 #include "Foundation/Platform/LastError.h"
-#include "Foundation/Platform/Posix/Handles.h"
+#include "Foundation/Platform/Posix/Internal/Handles.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
 namespace zelkor::platform {

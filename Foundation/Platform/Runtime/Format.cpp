@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "Foundation/Platform/Runtime.h"
-#include "Foundation/Platform/Runtime/FormatDetail.h"
-#include "Foundation/Platform/Runtime/FormatFloat.h"
+#include "Foundation/Platform/Runtime/Internal/FormatDetail.h"
+#include "Foundation/Platform/Runtime/Internal/FormatFloat.h"
 
 namespace zelkor::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Runtime/FormatFloat.h"
+#include "Foundation/Platform/Runtime/Internal/FormatFloat.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,5 +1,5 @@
 // Which units are letters.
-#include "Foundation/Platform/Text/Tables/Letters.h"
+#include "Foundation/Platform/Text/Internal/Tables/Letters.h"
 #include "Foundation/Platform/Locales/Locales.h"
 
 namespace zelkor::platform {

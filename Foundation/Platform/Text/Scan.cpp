@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "Foundation/Platform/Text/TwoWay.h"
+#include "Foundation/Platform/Text/Internal/TwoWay.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Text/TwoWay.h"
+#include "Foundation/Platform/Text/Internal/TwoWay.h"
 
 #include <algorithm>
 

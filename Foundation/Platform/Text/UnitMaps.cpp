@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "Foundation/Platform/Text/SimdBlocks.h"
+#include "Foundation/Platform/Text/Internal/SimdBlocks.h"
 
 namespace zelkor::platform {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "Foundation/Platform/Text/UtfKernels.h"
+#include "Foundation/Platform/Text/Internal/UtfKernels.h"
 
 namespace zelkor::platform {
 namespace {

@@ -1,7 +1,7 @@
 // The kernels for processors with AVX2: thirty-two bytes at once.
 #define UTF_INSTRUCTIONS "avx2,bmi,popcnt"
 
-#include "Foundation/Platform/Text/UtfSse41.h"
+#include "Foundation/Platform/Text/Internal/UtfSse41.h"
 
 namespace zelkor::platform::detail {
 namespace {

@@ -1,6 +1,6 @@
 // The kernels for any processor: one character at a time, ASCII eight bytes at a time.
-#include "Foundation/Platform/Text/UtfKernels.h"
-#include "Foundation/Platform/Text/UtfScalar.h"
+#include "Foundation/Platform/Text/Internal/UtfKernels.h"
+#include "Foundation/Platform/Text/Internal/UtfScalar.h"
 
 namespace zelkor::platform::detail {
 namespace {

@@ -2,7 +2,7 @@
 // together by storing all of them in turn and moving on past those that count.
 #define UTF_INSTRUCTIONS "sse2"
 
-#include "Foundation/Platform/Text/UtfAscii.h"
+#include "Foundation/Platform/Text/Internal/UtfAscii.h"
 
 namespace zelkor::platform::detail {
 namespace {

@@ -1,4 +1,4 @@
-#include "Foundation/Platform/Text/UtfTables.h"
+#include "Foundation/Platform/Text/Internal/UtfTables.h"
 
 namespace zelkor::platform::detail {
 namespace {
