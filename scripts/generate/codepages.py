@@ -31,7 +31,7 @@ import sys
 
 BLOCK = 64
 MISSING = 0xFFFF
-TABLES = pathlib.Path(__file__).resolve().parents[2] / 'Foundation' / 'Platform' / 'Nls' / 'Tables'
+TABLES = pathlib.Path(__file__).resolve().parents[2] / 'Foundation' / 'Platform' / 'CodePages' / 'Tables'
 
 # The lead bytes that hold nearly all text of a page and whose rows are found by arithmetic: after
 # an exclusive or with the first number they run from the second to the third without a gap.
