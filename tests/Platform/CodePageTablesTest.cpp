@@ -208,6 +208,10 @@ TEST(CodePageTablesTest, WhatFitsIsWrittenBeforeTheCallFails) {
             EXPECT_EQ(cut.written, units.substr(0, capacity));
         }
     }
+    // Invalid text behind what fits is the graver error; double-byte pages told 122.
+    for (const std::uint32_t page : {1255u, 932u, 936u, 51932u}) {
+        EXPECT_EQ(Decode(page, 8, "ABC\xFF", 2).error, 1113u) << page;
+    }
 }
 
 }  // namespace

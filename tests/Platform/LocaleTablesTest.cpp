@@ -236,6 +236,10 @@ TEST(LocaleTablesTest, NumbersLieInTheirRanges) {
         }
         EXPECT_EQ(Number(lcid, 0x1004) == 0, Number(lcid, 0x0B) == 1);
         EXPECT_EQ(Number(lcid, 0x1004) == 0, Number(lcid, 0x1011) == 2);
+        for (const std::uint32_t page : {0x0Bu, 0x1004u, 0x1011u}) {
+            const int number = Number(lcid, page);
+            EXPECT_TRUE(number <= 2 || IsValidCodePage(static_cast<std::uint32_t>(number)));
+        }
         for (const std::uint32_t decimal : {0x0Eu, 0x16u}) {  // with the thousands' sign behind it
             EXPECT_NE(Value(lcid, decimal), Value(lcid, decimal + 1));
             EXPECT_NE(Value(lcid, decimal), Value(lcid, kLocaleList));

@@ -84,6 +84,7 @@ TEST(TextPiecesTest, DecodingInPiecesIsDecodingTheWhole) {
         {52936, "~{Dc:C~}~~A~\n~{\nDc~}~x", {}},
         {52936, "~{Dc ccD\x7F!~}\xFE~", {4, 4}},
         {65000, "+AOk-+AOkA6Q-x+-+2D3eAA-", {}},
+        {65000, "+AOkB!x", {1, 5}},  // place 4 when the digits came in an earlier piece
         {65000, "\xE9+A-+AE!+!+AE\xE9+E-x+", {7, 0}},
         {1200, "A\0\x3D\xD8!"s, {1, 4}},
         {1201, "\0A\xD8\x3D"s, {}},

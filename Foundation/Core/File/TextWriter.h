@@ -50,8 +50,8 @@ public:
     static constexpr unsigned int kPendingUnits = 16384;
 
     // Opens a closed stream for writing. An empty stream gets the byte-order mark of UTF-16 or
-    // UTF-8; one that holds data, or another encoding, gets none. The stream is borrowed; text for
-    // a null one is dropped.
+    // UTF-8; one that holds data, or another encoding, gets none. Unknown and unset encodings are
+    // written in the system's ANSI page. The stream is borrowed; text for a null one is dropped.
     CT_StreamTextWriter(CT_Stream* stream, CT_Codepage::et_Codepage encoding);
     ~CT_StreamTextWriter() override;  // closes the stream; pending text is lost
 

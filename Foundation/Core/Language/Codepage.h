@@ -2,6 +2,11 @@
 // number and its character-set names (MIME, XML, HTML; IANA aliases).
 //
 // The object is one word, passed and stored by value; the conversions are CT_StringConvert's.
+// The list is closed: pages that are served but are not in it (437, 852, 866, 28605, 54936 and
+// more, see CodePages.h) are kUnknown here. Text in them goes by the number, through CT_CString and
+// CT_StringConvert. Readers and writers of text take values, not numbers: with kUnknown they use
+// the system's ANSI page, so ask b_IsValid before handing them what a look-up gave.
+//
 // Errors: none recorded unless a member says so; a failed look-up gives kUnknown, number 0 or a
 // null name. Threads: plain values, any thread.
 #ifndef FOUNDATION_CORE_LANGUAGE_CODEPAGE_H

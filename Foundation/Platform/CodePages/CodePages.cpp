@@ -170,6 +170,7 @@ int MultiByteToWideChar(std::uint32_t page, std::uint32_t flags, const char* tex
     if (outcome.error == kErrorInsufficientBuffer && call.strict && found.tables != nullptr) {
         // An invalid character further on is the graver error.
         call.out = nullptr;
+        call.capacity = nls::kUnlimited;
         const Outcome measured = nls::Decode(found, call, whole);
         if (measured.error != kErrorSuccess) outcome = measured;
     }

@@ -59,7 +59,7 @@ enum : std::uint32_t {
 //   87    no text, length 0, a capacity without a buffer, or an unknown page
 //   122   the result does not fit (what fits has been written)
 //   1004  a flag that the page does not allow
-//   1113  invalid text under kErrorOnInvalidChars
+//   1113  invalid text under kErrorOnInvalidChars; table pages find it behind what fits, too
 //   0     none: a text of marks and escape sequences alone gives no unit
 // Units that the page lacks a row for come out as its default unit (U+003F; U+30FB in the Japanese
 // table pages; U+FFFD in 65001). Source and result must not overlap. Elements of `out` behind the

@@ -1,5 +1,5 @@
 // What the converters of the code pages share: the call they are given, what they answer, and the
-// bounded destination that the algorithmic pages write to. Not for callers outside Nls.
+// bounded destination that the algorithmic pages write to. Not for callers outside this room.
 #ifndef FOUNDATION_PLATFORM_CODEPAGES_INTERNAL_CODEPAGEDETAIL_H
 #define FOUNDATION_PLATFORM_CODEPAGES_INTERNAL_CODEPAGEDETAIL_H
 

@@ -1,5 +1,5 @@
 // The rows of the locale tables, for the sources that answer from them. Not for callers outside
-// Nls.
+// this room and CodePages.
 #ifndef FOUNDATION_PLATFORM_LOCALES_INTERNAL_LOCALEDETAIL_H
 #define FOUNDATION_PLATFORM_LOCALES_INTERNAL_LOCALEDETAIL_H
 
