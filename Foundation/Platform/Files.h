@@ -150,7 +150,9 @@ ZELKOR_API bool RenameFile(const char16_t* from, const char16_t* to, bool replac
                            bool copy) noexcept;
 
 // Copies content, attributes and time of last change. 80 when the target exists and `replace` is
-// false. A copy that fails half-way leaves no target behind.
+// false. A copy that fails half-way leaves no target behind, and an existing one as it was; but one
+// that is a link or has several names, that others have open, that has an access list or whose
+// folder may not be written, is written in place, and lost then.
 ZELKOR_API bool DuplicateFile(const char16_t* from, const char16_t* to, bool replace) noexcept;
 
 // The attribute word: a folder 0x10, a file at least 0x80 (normal) when no other bit is set. A file

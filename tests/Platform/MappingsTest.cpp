@@ -137,9 +137,16 @@ TEST_F(MappingsTest, AMappedFileIsNotCutUnderItsView) {
     EXPECT_EQ(OpenFile(name.c_str(), kReadWrite, 0, kCreateAlways, 0), INVALID_HANDLE_VALUE);
     EXPECT_EQ(LastError(), kErrorUserMappedFile);
     EXPECT_TRUE(UnmapView(view));
-    const HANDLE alone = Open(name, kReadWrite);
-    EXPECT_EQ(EndAt(alone, 5), 0u);
-    EXPECT_TRUE(CloseHandle(alone));
+    // Of several mappings the file is held as long as the longest, and as one ends.
+    const HANDLE a = Open(name, kReadWrite, share), b = Open(name, kReadWrite, share);
+    const HANDLE of_a = CreateMapping(a, true, 4096), long_of_a = CreateMapping(a, true, 16384);
+    EXPECT_TRUE(CloseHandle(long_of_a));
+    EXPECT_EQ(EndAt(b, 8192), 0u);
+    const HANDLE of_b = CreateMapping(b, true, 4096);
+    EXPECT_TRUE(CloseHandle(of_a) && CloseHandle(of_b));
+    EXPECT_EQ(EndAt(b, 5), 0u);
+    EXPECT_EQ(EndAt(a, 5), 0u);
+    EXPECT_TRUE(CloseHandle(a) && CloseHandle(b));
 }
 
 TEST_F(MappingsTest, AMappingThatFindsNoRoomFailsAndLeavesTheFileAsItWas) {

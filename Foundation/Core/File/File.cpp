@@ -9,6 +9,7 @@
 #include "Foundation/Core/File/FileSystem.h"
 #include "Foundation/Core/File/Internal/FileDetail.h"
 #include "Foundation/Core/String/CString.h"
+#include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Scan.h"
 
 namespace platform = zelkor::platform;
@@ -58,7 +59,7 @@ template <typename Text>
 ViewOf<Text> Units(const CT_Buffer& buffer, unsigned int from) {
     const ViewOf<Text> all(static_cast<const UnitOf<Text>*>(buffer.qcv_Get()),
                            buffer.n_GetUsedSize() / kUnit<Text>);
-    return all.substr(from);
+    return all.substr(std::min<std::size_t>(from, all.size()));
 }
 
 char* Writable(CT_CString& text) {
@@ -203,8 +204,13 @@ unsigned int CT_File::n_Read(CT_Buffer* buffer, unsigned int count) {
 
 unsigned int CT_File::n_Write(const CT_Buffer* buffer, unsigned int count) {
     if (count == 0 || buffer == nullptr || buffer->n_GetUsedSize() == 0) return 0;
-    const unsigned int written =
-        vn_Write(buffer->qcv_Get(), count == kAll ? buffer->n_GetUsedSize() : count);
+    if (count == kAll) count = buffer->n_GetUsedSize();
+    if (count > buffer->n_GetMaximumSize()) {
+        platform::SetLastError(platform::kErrorInvalidParameter);
+        zelkor::detail::RecordSystemError(full_name_.qcuz_Get());
+        return 0;
+    }
+    const unsigned int written = vn_Write(buffer->qcv_Get(), count);
     return Failed() ? 0 : written;
 }
 

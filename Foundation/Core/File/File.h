@@ -110,7 +110,7 @@ public:
     unsigned int n_Read(CT_Buffer* buffer, unsigned int count);
 
     // Writes the buffer's first `count` bytes (0xFFFFFFFF: all used ones) and answers how many were
-    // written. Requires count <= the buffer's maximum size; not checked.
+    // written; 87 when the buffer has not that much room.
     unsigned int n_Write(const CT_Buffer* buffer, unsigned int count);
 
     // Reads the line at the offset, without its line end (LF or CR LF), and leaves the offset just
@@ -127,8 +127,8 @@ public:
 
     // The same through a read-ahead block of 4096 bytes (UTF-16: 8192) that the object keeps: the
     // offset stands at the end of the last block, and a last line without a line feed answers 0
-    // although `line` holds it. Not to be mixed with other reads and seeks; only vv_Set drops the
-    // block.
+    // although `line` holds it. Not to be mixed with other reads and seeks, which may lose part of
+    // the block; only vv_Set drops it.
     unsigned int n_ReadLineCSequential(CT_CString* line, const CT_CString* strip);
     unsigned int n_ReadLineUSequential(CT_UString* line, const CT_UString* strip);
 

@@ -94,16 +94,11 @@ void CT_StreamTextWriter::v_Write(char16_t character) {
 }
 
 void CT_StreamTextWriter::v_Write(const char16_t* text) {
-    if (text == nullptr) return;
-    std::size_t left = std::char_traits<char16_t>::length(text);
-    while (left > 0 && MakeRoom()) {
-        const auto piece =
-            static_cast<unsigned int>(std::min<std::size_t>(left, kPendingUnits - count_));
-        std::copy_n(text, piece, characters_.begin() + count_);
-        count_ += piece;
-        text += piece;
-        left -= piece;
-    }
+    if (text != nullptr) Collect(text);
+}
+
+void CT_StreamTextWriter::v_Write(const CT_UString& text) {
+    Collect({text.qcuz_Get(), text.n_GetLength()});
 }
 
 void CT_StreamTextWriter::v_Flush() {
@@ -124,6 +119,15 @@ void CT_StreamTextWriter::v_WriteBOM() {
     if (encoding_ == CT_Codepage::kUtf16) stream_->n_Write(kUtf16Mark, sizeof kUtf16Mark);
     if (encoding_ == CT_Codepage::kUtf8) stream_->n_Write(kUtf8Mark, sizeof kUtf8Mark);
     Failed();
+}
+
+void CT_StreamTextWriter::Collect(std::u16string_view text) {
+    while (!text.empty() && MakeRoom()) {
+        const auto piece = text.substr(0, kPendingUnits - count_);
+        std::ranges::copy(piece, characters_.begin() + count_);
+        count_ += static_cast<unsigned int>(piece.size());
+        text.remove_prefix(piece.size());
+    }
 }
 
 // Writes the first `count` pending units, when the stream is open. What was written is not pending
@@ -198,6 +202,10 @@ void CT_StringTextWriter::v_Write(char16_t character) {
 
 void CT_StringTextWriter::v_Write(const char16_t* text) {
     target_.v_Append(text);
+}
+
+void CT_StringTextWriter::v_Write(const CT_UString& text) {
+    target_.v_Append(&text);
 }
 
 CT_FileTextWriter::CT_FileTextWriter(CT_WinFile& file, CT_Codepage::et_Codepage encoding)

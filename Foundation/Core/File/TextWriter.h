@@ -1,7 +1,8 @@
 // CT_TextWriter: encoded bytes out of UTF-16 text. CT_StreamTextWriter encodes onto a stream,
 // CT_FileTextWriter into a file, CT_StringTextWriter appends to a string.
 //
-// Line ends are CR LF. Texts are zero-terminated and borrowed; a null text writes nothing.
+// Line ends are CR LF. Texts are borrowed, and zero-terminated but for those in a CT_UString, which
+// may hold zeros; a null text writes nothing.
 // Errors: a stream that cannot be opened and failing writes leave the error set; a failing write
 // does not stop the ones after it. An encoding that no code page serves, UTF-16 of the two values
 // kUnicode and kUtf16BigEndian included, leaves the platform's 87 with the encoding's value when
@@ -11,6 +12,7 @@
 
 #include <array>
 #include <memory>
+#include <string_view>
 
 #include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/File/Stream.h"
@@ -60,6 +62,7 @@ public:
     // comes while that many are pending and the stream is not open is dropped.
     void v_Write(char16_t character) override;
     void v_Write(const char16_t* text) override;
+    void v_Write(const CT_UString& text) override;
     // A unit that the code page lacks becomes its default character. Without an open stream nothing
     // is written and the text stays pending.
     void v_Flush() override;
@@ -69,6 +72,7 @@ public:
 
 private:
     void v_WriteBOM();
+    void Collect(std::u16string_view text);
     void WriteUnits(unsigned int count);
     void WriteBytes(const unsigned char* bytes, unsigned int count);
     unsigned int WriteChunk(unsigned int first, unsigned int last);
@@ -88,6 +92,7 @@ public:
     using CT_TextWriter::v_Write;
     void v_Write(char16_t character) override;
     void v_Write(const char16_t* text) override;
+    void v_Write(const CT_UString& text) override;
     void v_Flush() override {}
     void v_Close() override {}
 

@@ -231,7 +231,8 @@ unsigned int CT_WinFile::vn_Write(const void* data, unsigned int count) {
     v_SetAccess(kWriteTransfer);
     if (Failed()) return 0;
     if (data == nullptr) return Refuse(platform::kErrorInvalidParameter);
-    if (count > ~offset_) return Refuse(platform::kErrorFileTooLarge);
+    // What is written ends where a position can be set.
+    if (count >= ~offset_) return Refuse(platform::kErrorFileTooLarge);
     std::uint32_t written = 0;
     if (view_ != nullptr) {
         written = n_WriteMap(data, count);

@@ -3,6 +3,7 @@
 #include <linux/fs.h>
 #include <stdio.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <array>
@@ -153,26 +154,50 @@ bool CopyContent(int from, int to) {
     return !IsReadOnly(status) || fchmod(to, status.st_mode & 0777u) == 0;
 }
 
-// A move to another file system: a full copy under a passing name beside the target, which then
-// takes the target's name in one step; the source goes last.
+// A new file under a passing name beside the target, whose name it takes in one step once it is
+// complete; until then the target is as it was.
+class PassingFile {
+public:
+    explicit PassingFile(const NativeName& target) : target_(target), file_(Make(target)) {}
+    PassingFile(const PassingFile&) = delete;
+    PassingFile& operator=(const PassingFile&) = delete;
+    ~PassingFile() {
+        if (file_.get() >= 0) unlink(name_);
+    }
+    [[nodiscard]] int get() const { return file_.get(); }
+
+    // A full copy of the source with these permissions; false with errno.
+    bool TakeContent(int source, mode_t permissions) {
+        return CopyContent(source, get()) && fchmod(get(), permissions & 07777u) == 0;
+    }
+    // Takes the target's name; false with the last error set.
+    bool Arrive(bool replace) {
+        const bool done =
+            fsync(get()) == 0 && RenameInOneStep(name_, target_.c_str(), replace) == 0;
+        if (done) file_.Close();
+        return done || target_.Fail(errno);
+    }
+
+private:
+    int Make(const NativeName& target) {
+        std::snprintf(name_, sizeof name_, "%s.XXXXXX", target.c_str());
+        return mkostemp(name_, O_CLOEXEC);
+    }
+
+    char name_[kMaxNativePath + 16];
+    const NativeName& target_;
+    Descriptor file_;
+};
+
+// A move to another file system; the source goes last.
 bool MoveByCopy(const NativeName& from, const NativeName& to, bool replace) {
     const Descriptor source(OpenToAsk(from.c_str()));
     struct stat status;
     if (source.get() < 0 || fstat(source.get(), &status) != 0) return from.Fail(errno);
     if (!S_ISREG(status.st_mode)) return Fail(kErrorNotSameDevice);
-    char passing[kMaxNativePath + 16];
-    std::snprintf(passing, sizeof passing, "%s.XXXXXX", to.c_str());
-    Descriptor target(mkostemp(passing, O_CLOEXEC));
-    if (target.get() < 0) return to.Fail(errno);
-    const bool copied = CopyContent(source.get(), target.get()) &&
-                        fchmod(target.get(), status.st_mode & 07777u) == 0 &&
-                        fsync(target.get()) == 0 && target.Close() &&
-                        RenameInOneStep(passing, to.c_str(), replace) == 0;
-    if (!copied) {
-        const int error = errno;
-        unlink(passing);
-        return to.Fail(error);
-    }
+    PassingFile file(to);
+    if (file.get() < 0 || !file.TakeContent(source.get(), status.st_mode)) return to.Fail(errno);
+    if (!file.Arrive(replace)) return false;
     return unlink(from.c_str()) == 0 || from.Fail(errno);
 }
 
@@ -198,6 +223,44 @@ bool RenameNative(const NativeName& from, const NativeName& to, bool replace, bo
 }
 
 constexpr std::uint32_t kShareAll = kShareRead | kShareWrite | kShareDelete;
+
+// Whether a new file can take the place of an existing target without anybody noticing more than
+// its new content: it has one name and no view, its owner and access lists can be kept.
+bool MayBeSupplanted(const Object& target, const Object& source, const struct stat& status) {
+    char lists[256];
+    const std::uint32_t hidden = kFileHidden | kFileSystem;
+    return status.st_nlink == 1 && !MappingForbidsSize(target, 0) &&
+           fgetxattr(target.descriptor, "system.posix_acl_access", lists, sizeof lists) < 0 &&
+           (errno == ENODATA || errno == EOPNOTSUPP) &&
+           (StoredAttributes(target.descriptor) & ~StoredAttributes(source.descriptor) & hidden) ==
+               0;
+}
+
+// Copies onto an existing file that nobody else has open, so that a failure leaves it as it was.
+// No value: it must be written in place.
+std::optional<bool> CopyOver(const Object& source, const char16_t* to, const NativeName& name) {
+    struct stat status;
+    if (lstat(name.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+    if (IdentityOf(status) == source.identity) return {};
+    const HANDLE handle = Open(to, {kAccessWrite, kShareNone, kOpenExisting, 0});
+    if (handle == INVALID_HANDLE_VALUE) return {};
+    Object* target = Find(handle, Kind::kFile);
+    std::optional<bool> done;
+    if (MayBeSupplanted(*target, source, status)) {
+        PassingFile file(name);
+        if (file.get() >= 0 && fchown(file.get(), status.st_uid, status.st_gid) == 0) {
+            struct stat given;
+            fstat(source.descriptor, &given);
+            const mode_t permissions = IsReadOnly(given) ? given.st_mode : status.st_mode;
+            done = file.TakeContent(source.descriptor, permissions) ? file.Arrive(true)
+                                                                    : FailWithErrno();
+        }
+    }
+    const std::uint32_t error = LastError();
+    CloseFile(target);
+    SetLastError(error);
+    return done;
+}
 
 // The target's handle, or INVALID_HANDLE_VALUE with the last error set.
 HANDLE OpenCopyTarget(const Object& source, const char16_t* to, bool replace) {
@@ -235,8 +298,14 @@ bool CopyNative(const char16_t* from, const char16_t* to, bool replace) {
     const HANDLE source = Open(from, {kAccessRead, kShareAll, kOpenExisting, 0});
     if (source == INVALID_HANDLE_VALUE) return false;
     Object* file = Find(source, Kind::kFile);
-    const HANDLE target = OpenCopyTarget(*file, to, replace);
-    const bool done = target != INVALID_HANDLE_VALUE && CopyToTarget(*file, target, NativeName(to));
+    const NativeName name(to);
+    std::optional<bool> over;
+    if (replace && name.ok()) over = CopyOver(*file, to, name);
+    bool done = over.value_or(false);
+    if (!over.has_value()) {
+        const HANDLE target = OpenCopyTarget(*file, to, replace);
+        done = target != INVALID_HANDLE_VALUE && CopyToTarget(*file, target, name);
+    }
     const std::uint32_t error = LastError();
     CloseFile(file);
     SetLastError(done ? error_before : error);

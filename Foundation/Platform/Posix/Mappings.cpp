@@ -60,6 +60,15 @@ bool IsMapped(const FileIdentity& identity, std::uint64_t size) {
     return false;
 }
 
+// The size of the largest mapping made through a handle.
+std::uint64_t MappedThrough(std::uintptr_t file) {
+    std::uint64_t size = 0;
+    for (const Object* mapping = mappings; mapping != nullptr; mapping = mapping->next_mapping) {
+        if (mapping->file == file) size = std::max(size, mapping->size);
+    }
+    return size;
+}
+
 void Unlink(Object* mapping) {
     Object** link = &mappings;
     while (*link != mapping) link = &(*link)->next_mapping;
@@ -70,10 +79,9 @@ void Unlink(Object* mapping) {
 void Drop(Object* mapping) {
     if (--mapping->references != 0) return;
     Unlink(mapping);
-    // Another mapping of this process may stand on the same description: its mark stays then.
-    // So does the mark of a forked child's parent.
-    const bool owned = mapping->owner == getpid();
-    if (owned && !IsMapped(mapping->identity, 0)) UnmarkMapped(mapping->descriptor);
+    // Another mapping may stand on the same description: its mark stays then. So does the mark of a
+    // forked child's parent.
+    if (mapping->owner == getpid()) UnmarkMapped(mapping->descriptor, MappedThrough(mapping->file));
     close(mapping->descriptor);
     Release(mapping);
 }
@@ -200,9 +208,9 @@ HANDLE CreateMapping(HANDLE handle, bool writable, std::uint64_t size) noexcept 
     }
     mapping->writable = writable;
     mapping->identity = file->identity;
+    mapping->file = file->handle.load(std::memory_order_relaxed);
     mapping->size = size;
     mapping->references = 1;
-    file->mapped = true;
     const std::lock_guard guard(posix::mappings_lock);
     posix::MarkMapped(mapping->descriptor, size);
     mapping->next_mapping = posix::mappings;

@@ -158,8 +158,8 @@ void MarkMapped(int descriptor, std::uint64_t size) noexcept {
     SetLock(descriptor, F_RDLCK, kMapped, size);
 }
 
-void UnmarkMapped(int descriptor) noexcept {
-    SetLock(descriptor, F_UNLCK, kMapped, kLockableEnd);
+void UnmarkMapped(int descriptor, std::uint64_t left) noexcept {
+    SetLock(descriptor, F_UNLCK, kMapped + left, kLockableEnd - left);
 }
 
 bool IsMappedBeyond(int descriptor, std::uint64_t size) noexcept {

@@ -135,6 +135,9 @@ TEST_F(FileLineTest, OffsetStandsBehindTheLineOrTheBlockAndStrippingComesLast) {
     CT_CString line;
     EXPECT_EQ(file->n_ReadLineC(&line, &set), 7u);
     EXPECT_STREQ(line.qccz_Get(), "ef");
+    EXPECT_EQ(ReadLine(*file, kNarrow), "0:");
+    EXPECT_EQ(ReadLine(*file, kNarrowAhead),
+              "0:");  // the block is another by now: nothing is thrown
 }
 
 // Short reads cut units in two and lost a carriage return each; looking for the mark took two

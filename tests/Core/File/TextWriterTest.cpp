@@ -96,7 +96,8 @@ TEST_F(TextWriterTest, SurrogatePairsStayTogether) {
 
 TEST_F(TextWriterTest, LinesEndInCrLfAndNullWritesNothing) {
     const auto write = [](auto& writer) {
-        const CT_UString line(u"line");
+        CT_UString line;
+        line.v_Replace(u"li\0ne", 5, 0);
         writer.v_WriteLine(static_cast<const CT_UString*>(nullptr));
         writer.v_Write(static_cast<const char16_t*>(nullptr));
         writer.v_WriteLine(u"a");
@@ -112,11 +113,12 @@ TEST_F(TextWriterTest, LinesEndInCrLfAndNullWritesNothing) {
     CT_UString text;
     CT_StringTextWriter to_string(text);
     write(to_string);
-    EXPECT_EQ(test::Utf8(text.qcuz_Get()), "a\r\nline\r\nline\r\n\r\nblineline5-end\r\n");
+    EXPECT_EQ(test::Utf8({text.qcuz_Get(), text.n_GetLength()}),
+              "a\r\nli\0ne\r\nli\0ne\r\n\r\nbli\0neli\0ne5-end\r\n"s);
     CT_FileTextWriter to_file(file_, kWindows1252);
     write(to_file);
     to_file.v_Close();
-    EXPECT_EQ(Get(u"file"), test::Utf8(text.qcuz_Get()));
+    EXPECT_EQ(Get(u"file"), test::Utf8({text.qcuz_Get(), text.n_GetLength()}));
 }
 
 TEST_F(TextWriterTest, AFileWriterThatIsNotClosedLosesPendingText) {

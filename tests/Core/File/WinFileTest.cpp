@@ -150,7 +150,7 @@ TEST_F(WinFileTest, RefusesFilesOfFourGiB) {
     std::filesystem::resize_file(folder_.Native(u"file"), k4GiB - 3);
     Open(file_, 3, 3);
     EXPECT_EQ(file_.vn_GetOffset(), 0xFFFFFFFDu);
-    EXPECT_CT_ERROR(223, file_.vn_Write("abc", 3));  // not the file's first bytes
+    EXPECT_CT_ERROR(223, file_.vn_Write("ab", 2));  // no position is as large as its end
     EXPECT_EQ(file_.vn_Write("a", 1), 1u);
     EXPECT_EQ(Read(file_, 5), "");  // so far out a change of direction takes several moves
     EXPECT_CT_ERROR(223, Seek(file_, 1, 1));
@@ -189,6 +189,8 @@ TEST_F(WinFileTest, NullArgumentsAnswerTheFailureValue) {
     EXPECT_EQ(file->n_ReadLineCSequential(nullptr, nullptr), 0u);
     file->v_WriteLineU(nullptr, FALSE);
     EXPECT_TRUE(test::NoError());
+    const CT_Buffer small("x", 1, 32);
+    EXPECT_CT_ERROR(87, file->n_Write(&small, 0xFFFFFFFE));  // read behind the buffer
     EXPECT_CT_ERROR(87, file->vn_Read(nullptr, 1));
     EXPECT_CT_ERROR(87, file->vn_Write(nullptr, 1));
     EXPECT_CT_ERROR(87, file->v_GetFileInfo(nullptr));

@@ -38,9 +38,6 @@ inline constexpr std::uint32_t kDefaultAttributes = 0x20;
 void StoreAttributes(int descriptor, std::uint32_t attributes) noexcept;
 [[nodiscard]] std::uint32_t AttributeWord(const struct stat& status, std::uint32_t stored) noexcept;
 
-// Takes the file away for a handle that was to do so when closed: hands the task to another open
-// handle of this process, or removes the name if it still is this file's.
-void RemoveWhenLast(const char* path, const FileIdentity& identity) noexcept;
 // The absolute form of the path as a block of its own; null with the last error set when memory is
 // short.
 [[nodiscard]] char* AbsolutePath(const char* path) noexcept;

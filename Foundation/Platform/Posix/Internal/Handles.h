@@ -46,7 +46,6 @@ struct Object {
     bool shares_delete = false;
     bool delete_on_close = false;
     bool delete_pending = false;  // removed by name while open: nobody opens it again
-    bool mapped = false;          // a mapping was made through this handle
     bool broken = false;          // closing failed; only the handle is left
     pid_t owner = 0;              // the process that opened it; a forked child has it too
     FileIdentity identity;
@@ -56,6 +55,7 @@ struct Object {
     LockedRange* ranges = nullptr;                      // of this handle
 
     std::uint64_t size = 0;
+    std::uintptr_t file = 0;       // the handle that a mapping was made through
     std::uint32_t references = 0;  // the handle and the views
     Object* next_mapping = nullptr;
 

@@ -53,9 +53,10 @@ void UnlockRange(int descriptor, std::uint64_t offset, std::uint64_t length) noe
                                  std::uint64_t length) noexcept;
 inline constexpr std::uint64_t kLockableEnd = std::uint64_t{1} << 60;
 
-// Mappings: their length, and whether other descriptions map more than `size` bytes.
+// Mappings: their length, what is left of it, and whether other descriptions map more than `size`
+// bytes.
 void MarkMapped(int descriptor, std::uint64_t size) noexcept;
-void UnmarkMapped(int descriptor) noexcept;
+void UnmarkMapped(int descriptor, std::uint64_t left) noexcept;
 [[nodiscard]] bool IsMappedBeyond(int descriptor, std::uint64_t size) noexcept;
 
 // The number of range locks in all of this user's processes on files that share a place in a small
