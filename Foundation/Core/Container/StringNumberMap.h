@@ -8,6 +8,7 @@
 #ifndef FOUNDATION_CORE_CONTAINER_STRINGNUMBERMAP_H
 #define FOUNDATION_CORE_CONTAINER_STRINGNUMBERMAP_H
 
+#include <concepts>
 #include <cstdint>
 
 #include "Foundation/Core/Base/HeapObject.h"
@@ -25,6 +26,9 @@ public:
     explicit CT_StringNumberMap(const CT_StringNumberMap* other) : CT_StringNumberMap() {
         v_Set(other);
     }
+    template <std::same_as<int> Growth>  // and not null when it is the literal 0
+    explicit CT_StringNumberMap(Growth growth)
+        : CT_StringNumberMap(static_cast<std::uint32_t>(growth)) {}
     CT_StringNumberMap& operator=(const CT_StringNumberMap& other) {
         v_Set(&other);
         return *this;
@@ -35,6 +39,10 @@ public:
     // Empties the map and sets its growth; takes copies of the other's pairs (null: none).
     void v_Set(std::uint32_t growth);
     void v_Set(const CT_StringNumberMap* other);
+    template <std::same_as<int> Growth>
+    void v_Set(Growth growth) {
+        v_Set(static_cast<std::uint32_t>(growth));
+    }
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return strings_.Count(); }
 
     // Appends the pair.

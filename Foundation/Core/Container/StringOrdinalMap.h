@@ -9,6 +9,7 @@
 #ifndef FOUNDATION_CORE_CONTAINER_STRINGORDINALMAP_H
 #define FOUNDATION_CORE_CONTAINER_STRINGORDINALMAP_H
 
+#include <concepts>
 #include <cstdint>
 
 #include "Foundation/Core/Base/HeapObject.h"
@@ -29,6 +30,9 @@ public:
     explicit CT_StringOrdinalMap(const CT_StringOrdinalMap* other) : CT_StringOrdinalMap() {
         v_Set(other);
     }
+    template <std::same_as<int> Growth>  // and not null when it is the literal 0
+    explicit CT_StringOrdinalMap(Growth growth)
+        : CT_StringOrdinalMap(static_cast<std::uint32_t>(growth)) {}
     CT_StringOrdinalMap& operator=(const CT_StringOrdinalMap& other) {
         v_Set(&other);
         return *this;
@@ -39,6 +43,10 @@ public:
     // Empties the map and sets its growth; takes copies of the other's strings (null: none).
     void v_Set(std::uint32_t growth);
     void v_Set(const CT_StringOrdinalMap* other);
+    template <std::same_as<int> Growth>
+    void v_Set(Growth growth) {
+        v_Set(static_cast<std::uint32_t>(growth));
+    }
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return strings_.Count(); }
 
     // Insert a copy before a position; one behind the end (0xFFFFFFFF) appends, 0 counts as 1.

@@ -8,6 +8,7 @@
 #ifndef FOUNDATION_CORE_CONTAINER_STRINGSTRINGMAP_H
 #define FOUNDATION_CORE_CONTAINER_STRINGSTRINGMAP_H
 
+#include <concepts>
 #include <cstdint>
 
 #include "Foundation/Core/Base/HeapObject.h"
@@ -26,6 +27,9 @@ public:
     explicit CT_StringStringMap(const CT_StringStringMap* other) : CT_StringStringMap() {
         v_Set(other);
     }
+    template <std::same_as<int> Growth>  // and not null when it is the literal 0
+    explicit CT_StringStringMap(Growth growth)
+        : CT_StringStringMap(static_cast<std::uint32_t>(growth)) {}
     CT_StringStringMap& operator=(const CT_StringStringMap& other) {
         v_Set(&other);
         return *this;
@@ -36,6 +40,10 @@ public:
     // Empties the map and sets its growth; takes copies of the other's pairs (null: none).
     void v_Set(std::uint32_t growth);
     void v_Set(const CT_StringStringMap* other);
+    template <std::same_as<int> Growth>
+    void v_Set(Growth growth) {
+        v_Set(static_cast<std::uint32_t>(growth));
+    }
     [[nodiscard]] std::uint32_t n_GetCount() const noexcept { return first_.Count(); }
 
     // Appends the pair.

@@ -15,6 +15,7 @@ void CT_ErrorBroadcast::vv_Report(const char* /*file*/, unsigned int /*line*/,
 void CT_ErrorBroadcast::vv_Log(const char16_t* /*text*/) {}
 
 void CT_ErrorBroadcast::v_RegisterLogFacility(CT_LogFacility* facility) {
+    if (facility == nullptr) return;
     const CT_CriticalSectionMarker lock(section_);
     facilities_.v_Insert(&facility);
 }

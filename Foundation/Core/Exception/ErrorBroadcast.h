@@ -27,7 +27,8 @@ public:
     virtual void vv_Log(const char16_t* text);
     virtual ~CT_ErrorBroadcast();
 
-    // Appends to the list. The facility is not owned and must outlive its use here.
+    // Appends to the list, unless it is null. The facility is not owned and must outlive its use
+    // here.
     void v_RegisterLogFacility(CT_LogFacility* facility);
 
 protected:

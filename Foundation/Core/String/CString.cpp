@@ -23,10 +23,6 @@ using WideCore = zelkor::detail::StringCore<char16_t>;
 
 constinit _SHI_Pool pool(sizeof(CT_CString), 1024);
 
-std::string_view ViewOrEmpty(const CT_CString* text) {
-    return text == nullptr ? std::string_view("") : View(*text);
-}
-
 }  // namespace
 
 CT_CString::CT_CString(const char* text, std::uint32_t length, std::uint32_t code_page) {
@@ -145,8 +141,12 @@ int CT_CString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
     }
     const auto* const wide = As<CT_UString>(other);
     if (wide == nullptr) return vi_Compare("", length, at);
-    return i_CompareWide(WideCore::UpToZero(WideCore::Tail(View(*wide), from).data(), length),
-                         length, at);
+    const char16_t* const text = WideCore::Tail(View(*wide), from).data();
+    std::u16string_view part = WideCore::UpToZero(text, length);
+    if (part.size() == length && length != 0 && (part.back() & 0xFC00) == 0xD800) {
+        part = {text, part.size() + 1};  // the other half of a pair; else it changes nothing
+    }
+    return i_CompareWide(part, length, at);
 }
 
 int CT_CString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint32_t at) const {
@@ -154,20 +154,20 @@ int CT_CString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint
 }
 
 // Each unit gives a byte at least, so that `length` units are all that can be compared; where the
-// length has cut the text, what they give is.
+// length has cut the text, what they give is. Text that cannot be converted is empty.
 int CT_CString::i_CompareWide(std::u16string_view text, std::uint32_t length,
                               std::uint32_t at) const {
     CT_CString narrow;
     const std::size_t most = std::min<std::size_t>(text.size(), kToEnd - 1);
     CT_StringConvert::si_WideToMulti(&narrow, text.data(), static_cast<std::uint32_t>(most),
                                      PageInUse(code_page_));
-    const bool cut = text.size() == length;
+    const bool cut = text.size() >= length && narrow.n_GetLength() != 0;
     return Core::Compare(Core::Tail(View(*this), at), View(narrow),
                          cut ? std::min(length, narrow.n_GetLength()) : length);
 }
 
 int CT_CString::vi_Compare(const char* text, std::uint32_t length, std::uint32_t at) const {
-    return Core::Compare(Core::Tail(View(*this), at), Core::UpToZero(text, length), length);
+    return Core::Compare(Core::Tail(View(*this), at), text, length);
 }
 
 void CT_CString::vv_Translate(const CT_String* from, const CT_String* to) {
@@ -239,7 +239,7 @@ std::uint32_t CT_CString::vn_Find(const CT_CString* text, std::uint32_t from) co
 }
 
 BOOL CT_CString::vb_Match(const CT_CString* pattern) const {
-    return b_RMatch(View(*this), ViewOrEmpty(pattern));
+    return b_RMatch(View(*this), View(pattern));
 }
 
 void CT_CString::vv_Format(const CT_CString* format, va_list arguments) {
@@ -274,7 +274,7 @@ void CT_CString::v_Append(const char* text, std::uint32_t length) {
 }
 
 void CT_CString::v_Append(const CT_CString* text) {
-    Core::Append(buffer_, ViewOrEmpty(text));
+    Core::Append(buffer_, View(text));
 }
 
 void CT_CString::v_Append(const char16_t* text, std::uint32_t length) {
@@ -293,7 +293,7 @@ void CT_CString::v_Insert(const char* text, std::uint32_t length, std::uint32_t 
 }
 
 void CT_CString::v_Insert(const CT_CString* text, std::uint32_t length, std::uint32_t at) {
-    const std::string_view inserted = ViewOrEmpty(text).substr(0, length);
+    const std::string_view inserted = View(text).substr(0, length);
     v_StringInsert(inserted.data(), static_cast<std::uint32_t>(inserted.size()), at);
 }
 
@@ -303,7 +303,7 @@ void CT_CString::v_Replace(const char* text, std::uint32_t length, std::uint32_t
 
 void CT_CString::v_Replace(const CT_CString* text, std::uint32_t from, std::uint32_t length,
                            std::uint32_t at) {
-    const std::string_view written = Core::Tail(ViewOrEmpty(text), from).substr(0, length);
+    const std::string_view written = Core::Tail(View(text), from).substr(0, length);
     v_StringReplace(written.data(), static_cast<std::uint32_t>(written.size()), at);
 }
 

@@ -28,6 +28,13 @@ public:
     explicit CT_CString(const CT_String* other, std::uint32_t code_page = 0);
     explicit CT_CString(const CT_UString* other, std::uint32_t code_page = 0);
     explicit CT_CString(const CT_CString* other);
+    // The literals nullptr and 0: a null text, and as a lone number a code page.
+    explicit CT_CString(std::nullptr_t, std::uint32_t /*length*/ = kToEnd,
+                        std::uint32_t code_page = 0) noexcept
+        : code_page_(code_page) {}
+    template <std::same_as<int> CodePage>
+    explicit CT_CString(CodePage code_page) noexcept
+        : code_page_(static_cast<std::uint32_t>(code_page)) {}
     CT_CString(const CT_CString& other) noexcept = default;
     // Leaves the other empty, without a block, its code page kept.
     CT_CString(CT_CString&& other) noexcept = default;
@@ -62,6 +69,8 @@ public:
     [[nodiscard]] const CT_Type* vpcco_GetType() const override;
     [[nodiscard]] void* vpv_IsA(const CT_Type* type) const override;
     [[nodiscard]] void* vpv_IsKindOf(const CT_Type* type) const override;
+    using CT_String::vi_Compare;
+    using CT_String::vv_Init;
     void vv_SetSize(std::uint32_t length, BOOL keep) override;
     void vv_SetMinSize(std::uint32_t length, BOOL keep) override;
     void vv_ToLower() override;
@@ -169,6 +178,13 @@ public:
     // string's.
     void v_Append(const char16_t* text, std::uint32_t length = kToEnd);
     void v_Append(const CT_UString* text);
+    // The literals nullptr and 0 add nothing.
+    void v_Append(std::nullptr_t, std::uint32_t /*length*/ = kToEnd) noexcept {}
+    template <std::same_as<int> Character>
+    void v_Append(Character character) {
+        v_Append(static_cast<char>(character));
+    }
+    void v_Insert(std::nullptr_t, std::uint32_t /*length*/, std::uint32_t /*at*/) noexcept {}
     void v_Insert(const char* text, std::uint32_t length, std::uint32_t at);
     void v_Insert(const CT_CString* text, std::uint32_t length, std::uint32_t at);
     // Writes the text at `at` and ends the string right after it.
@@ -225,6 +241,10 @@ namespace zelkor::detail {
 // The text of a string without its terminator; good until the string changes.
 [[nodiscard]] inline std::string_view View(const CT_CString& text) noexcept {
     return {text.qccz_Get(), text.n_GetLength()};
+}
+// The same, empty for null.
+[[nodiscard]] inline std::string_view View(const CT_CString* text) noexcept {
+    return text == nullptr ? std::string_view("") : View(*text);
 }
 
 }  // namespace zelkor::detail

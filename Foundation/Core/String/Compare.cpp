@@ -20,38 +20,51 @@ int Order(Number a, Number b) noexcept {
     return (a > b) - (a < b);
 }
 
+// The value that an item points to; 0, or null, for no item.
+template <typename Value>
+Value At(const Value* item) noexcept {
+    return item == nullptr ? Value{} : *item;
+}
+
+template <typename Unit>
+const Unit* OrEmpty(const Unit* text) noexcept {
+    static constexpr Unit kEmpty[1] = {};
+    return text == nullptr ? kEmpty : text;
+}
+
 // Most texts that are sorted or searched differ in their first character.
-int Case(const char* a, const char* b) noexcept {
+int Case(const char* left, const char* right) noexcept {
+    const char *const a = OrEmpty(left), *const b = OrEmpty(right);
     if (*a != *b) return Order(static_cast<unsigned char>(*a), static_cast<unsigned char>(*b));
     return platform::CompareText(a, b);
 }
 
 int Case(const char16_t* a, const char16_t* b) noexcept {
-    return platform::CompareText(a, b);
+    return platform::CompareText(OrEmpty(a), OrEmpty(b));
 }
 
 template <typename Unit>
 int NoCase(const Unit* a, const Unit* b) noexcept {
-    return platform::CompareNoCase(a, b);
+    return platform::CompareNoCase(OrEmpty(a), OrEmpty(b));
 }
 
 int Case(const CT_CString* a, const CT_CString* b) noexcept {
-    return Case(a->qccz_Get(), b->qccz_Get());
+    return Case(View(a).data(), View(b).data());
 }
 int NoCase(const CT_CString* a, const CT_CString* b) noexcept {
-    return platform::CompareNoCase(View(*a), View(*b));
+    return platform::CompareNoCase(View(a), View(b));
 }
 
 // A zero inside a string ends it. Where one string is the beginning of the other its zero decides.
 int Case(const CT_UString* left, const CT_UString* right) noexcept {
-    const std::u16string_view a = View(*left), b = View(*right);
+    const std::u16string_view a = View(left), b = View(right);
     if (*a.data() != *b.data()) return Order(*a.data(), *b.data());
     const std::size_t length = std::min(a.size(), b.size());
     const std::size_t common = platform::CommonLength(a.data(), b.data(), length);
     return Order(a.data()[common], b.data()[common]);
 }
 int NoCase(const CT_UString* left, const CT_UString* right) noexcept {
-    const std::u16string_view a = View(*left), b = View(*right);
+    const std::u16string_view a = View(left), b = View(right);
     const int first = platform::ToLower(*a.data()) - platform::ToLower(*b.data());
     return first != 0 ? first : platform::CompareNoCase(a, b);
 }
@@ -60,6 +73,7 @@ int NoCase(const CT_UString* left, const CT_UString* right) noexcept {
 class Wide {
 public:
     explicit Wide(const CT_String* text) {
+        if (text == nullptr) return;
         const CT_Type* const type = CT_UString::spcco_GetType();
         string_ = text->vpcco_GetType() == type
                       ? static_cast<const CT_UString*>(text)
@@ -70,7 +84,7 @@ public:
 
 private:
     std::optional<CT_UString> converted_;
-    const CT_UString* string_;
+    const CT_UString* string_ = nullptr;
 };
 
 int Case(const CT_String* a, const CT_String* b) {
@@ -94,13 +108,13 @@ int CT_Compare::si_CompareI(int a, int b) noexcept {
     return Order(a, b);
 }
 int CT_Compare::si_ComparePN(const unsigned int* a, const unsigned int* b) noexcept {
-    return Order(*a, *b);
+    return Order(At(a), At(b));
 }
 int CT_Compare::si_ComparePN4(const std::uint32_t* a, const std::uint32_t* b) noexcept {
-    return Order(*a, *b);
+    return Order(At(a), At(b));
 }
 int CT_Compare::si_ComparePI(const int* a, const int* b) noexcept {
-    return Order(*a, *b);
+    return Order(At(a), At(b));
 }
 
 // ---- 8-bit texts -------------------------------------------------------------------------------
@@ -112,10 +126,10 @@ int CT_Compare::si_CompareCaseQCZ(char* a, char* b) noexcept {
     return Case(a, b);
 }
 int CT_Compare::si_CompareCasePQCCZ(const char** a, const char** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 int CT_Compare::si_CompareCasePQCZ(char** a, char** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 
 int CT_Compare::si_CompareNoCaseQCCZ(const char* a, const char* b) noexcept {
@@ -125,10 +139,10 @@ int CT_Compare::si_CompareNoCaseQCZ(char* a, char* b) noexcept {
     return NoCase(a, b);
 }
 int CT_Compare::si_CompareNoCasePQCCZ(const char** a, const char** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 int CT_Compare::si_CompareNoCasePQCZ(char** a, char** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 
 // ---- UTF-16 texts ------------------------------------------------------------------------------
@@ -140,10 +154,10 @@ int CT_Compare::si_CompareCaseQUZ(char16_t* a, char16_t* b) noexcept {
     return Case(a, b);
 }
 int CT_Compare::si_CompareCasePQCUZ(const char16_t** a, const char16_t** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 int CT_Compare::si_CompareCasePQUZ(char16_t** a, char16_t** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 
 int CT_Compare::si_CompareNoCaseQCUZ(const char16_t* a, const char16_t* b) noexcept {
@@ -153,10 +167,10 @@ int CT_Compare::si_CompareNoCaseQUZ(char16_t* a, char16_t* b) noexcept {
     return NoCase(a, b);
 }
 int CT_Compare::si_CompareNoCasePQCUZ(const char16_t** a, const char16_t** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 int CT_Compare::si_CompareNoCasePQUZ(char16_t** a, char16_t** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 
 // ---- 8-bit strings -----------------------------------------------------------------------------
@@ -168,10 +182,10 @@ int CT_Compare::si_CompareCStringPCO(CT_CString* a, CT_CString* b) noexcept {
     return Case(a, b);
 }
 int CT_Compare::si_CompareCStringPPCCO(const CT_CString** a, const CT_CString** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 int CT_Compare::si_CompareCStringPPCO(CT_CString** a, CT_CString** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 
 int CT_Compare::si_CompareCStringNoCasePCCO(const CT_CString* a, const CT_CString* b) noexcept {
@@ -181,10 +195,10 @@ int CT_Compare::si_CompareCStringNoCasePCO(CT_CString* a, CT_CString* b) noexcep
     return NoCase(a, b);
 }
 int CT_Compare::si_CompareCStringNoCasePPCCO(const CT_CString** a, const CT_CString** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 int CT_Compare::si_CompareCStringNoCasePPCO(CT_CString** a, CT_CString** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 
 // ---- UTF-16 strings ----------------------------------------------------------------------------
@@ -196,10 +210,10 @@ int CT_Compare::si_CompareUStringPCO(CT_UString* a, CT_UString* b) noexcept {
     return Case(a, b);
 }
 int CT_Compare::si_CompareUStringPPCCO(const CT_UString** a, const CT_UString** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 int CT_Compare::si_CompareUStringPPCO(CT_UString** a, CT_UString** b) noexcept {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 
 int CT_Compare::si_CompareUStringNoCasePCCO(const CT_UString* a, const CT_UString* b) noexcept {
@@ -209,10 +223,10 @@ int CT_Compare::si_CompareUStringNoCasePCO(CT_UString* a, CT_UString* b) noexcep
     return NoCase(a, b);
 }
 int CT_Compare::si_CompareUStringNoCasePPCCO(const CT_UString** a, const CT_UString** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 int CT_Compare::si_CompareUStringNoCasePPCO(CT_UString** a, CT_UString** b) noexcept {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 
 // ---- Strings of either kind --------------------------------------------------------------------
@@ -224,10 +238,10 @@ int CT_Compare::si_CompareStringPCO(CT_String* a, CT_String* b) {
     return Case(a, b);
 }
 int CT_Compare::si_CompareStringPPCCO(const CT_String** a, const CT_String** b) {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 int CT_Compare::si_CompareStringPPCO(CT_String** a, CT_String** b) {
-    return Case(*a, *b);
+    return Case(At(a), At(b));
 }
 
 int CT_Compare::si_CompareStringNoCasePCCO(const CT_String* a, const CT_String* b) {
@@ -237,8 +251,8 @@ int CT_Compare::si_CompareStringNoCasePCO(CT_String* a, CT_String* b) {
     return NoCase(a, b);
 }
 int CT_Compare::si_CompareStringNoCasePPCCO(const CT_String** a, const CT_String** b) {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }
 int CT_Compare::si_CompareStringNoCasePPCO(CT_String** a, CT_String** b) {
-    return NoCase(*a, *b);
+    return NoCase(At(a), At(b));
 }

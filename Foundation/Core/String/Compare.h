@@ -9,7 +9,8 @@
 // UString, String are objects. A P more takes pointers to such values: items of an array. The const
 // and the other form of a pair are the same.
 //
-// Arguments are not null. A string without text counts as empty.
+// A null text or string, like a string without text, counts as empty; a null pointer to a value as
+// one to 0 or null.
 // Each function has one address in the whole process, so that two arrays can tell whether they are
 // in the same order. Errors: records none, except that the conversion of 8-bit text in a String
 // function may record a system error. Only those conversions allocate, and may throw

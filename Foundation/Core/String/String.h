@@ -12,6 +12,8 @@
 #ifndef FOUNDATION_CORE_STRING_STRING_H
 #define FOUNDATION_CORE_STRING_STRING_H
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 
 #include "Foundation/Core/Buffer/Buffer.h"
@@ -85,6 +87,25 @@ public:
     virtual void vv_Init(std::uint32_t capacity);
     // Empties the string and releases its block.
     virtual void vv_Init();
+
+    // The literals nullptr and 0: a null text, and as a lone number room for so many characters.
+    [[nodiscard]] int vi_Compare(std::nullptr_t, std::uint32_t length = kToEnd,
+                                 std::uint32_t at = 0) const {
+        return vi_Compare(static_cast<const char*>(nullptr), length, at);
+    }
+    void vv_Init(std::nullptr_t) { vv_Init(); }
+    template <std::same_as<int> Capacity>
+    void vv_Init(Capacity capacity) {
+        vv_Init(static_cast<std::uint32_t>(capacity));
+    }
+    void v_Set(std::nullptr_t, std::uint32_t length = kToEnd,
+               std::uint32_t code_page = kOwnCodePage) {
+        v_Set(static_cast<const char*>(nullptr), length, code_page);
+    }
+    template <std::same_as<int> Capacity>
+    void v_Set(Capacity capacity) {
+        vv_Init(static_cast<std::uint32_t>(capacity));
+    }
 
     void v_Set(const CT_String* other) { vv_Init(other); }
     void v_Set(const char16_t* text, std::uint32_t length = kToEnd) { vv_Init(text, length); }

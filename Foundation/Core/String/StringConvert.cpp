@@ -73,31 +73,19 @@ bool EncodeShortUtf8(CT_CString* out, std::u16string_view text) {
     return true;
 }
 
-// Keeps the thread's last error over a conversion that succeeds, so that the error of one that
-// fails can be told from an older one.
-class LastErrorKeeper {
-public:
-    LastErrorKeeper() noexcept { platform::SetLastError(platform::kErrorSuccess); }
-    LastErrorKeeper(const LastErrorKeeper&) = delete;
-    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
-    ~LastErrorKeeper() {
-        if (!failed_) platform::SetLastError(before_);
+// Records why a conversion gave nothing. Its error is told from an older one of the thread by
+// converting once more. Bytes that give no character at all, such as half of a shift, are a failure
+// that the platform has no number for.
+template <typename Convert>
+void Fail(CT_String* out, const Convert& convert) {
+    platform::SetLastError(platform::kErrorSuccess);
+    (void)convert(nullptr, 0);
+    if (platform::LastError() == platform::kErrorSuccess) {
+        platform::SetLastError(platform::kErrorNoUnicodeTranslation);
     }
-    // Bytes that give no character at all, such as half of a shift, are a failure that the platform
-    // has no number for.
-    void FailInto(CT_String* out) {
-        if (platform::LastError() == platform::kErrorSuccess) {
-            platform::SetLastError(platform::kErrorNoUnicodeTranslation);
-        }
-        failed_ = true;
-        RecordSystemError();
-        out->v_Set(0u, TRUE);
-    }
-
-private:
-    std::uint32_t before_ = platform::LastError();
-    bool failed_ = false;
-};
+    RecordSystemError();
+    out->v_Set(0u, TRUE);
+}
 
 }  // namespace
 
@@ -112,7 +100,6 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uin
     if (code_page == kUtf8Page && DecodeShortUtf8(out, source)) {
         return static_cast<int>(out->n_GetLength());
     }
-    LastErrorKeeper keeper;
     const auto convert = [&](char16_t* area, int capacity) {
         if (source.size() > kLongest) {
             platform::SetLastError(platform::kErrorInvalidParameter);
@@ -122,13 +109,13 @@ int CT_StringConvert::si_MultiToWide(CT_UString* out, const char* text, std::uin
             platform::TakesTableFlags(code_page) ? std::uint32_t{platform::kPrecomposed} : 0;
         const int written = platform::MultiByteToWideChar(
             code_page, flags, source.data(), static_cast<int>(source.size()), area, capacity);
-        if (written == 1 && area[0] == 0) area[0] = u'?';
+        if (written == 1 && capacity != 0 && area[0] == 0) area[0] = u'?';
         return written;
     };
     const int converted = ConvertInto<char16_t>(
         out, source.size(), convert,
         [out](const char16_t* area, std::uint32_t count) { out->vv_Init(area, count); });
-    if (converted == 0) keeper.FailInto(out);
+    if (converted == 0) Fail(out, convert);
     return converted;
 }
 
@@ -153,7 +140,6 @@ int CT_StringConvert::si_WideToMulti(CT_CString* out, const char16_t* text, std:
     if (page == kUtf8Page && plain && EncodeShortUtf8(out, source)) {
         return static_cast<int>(out->n_GetLength());
     }
-    LastErrorKeeper keeper;
     const auto convert = [&](char* area, int capacity) {
         if (source.size() > kLongest) {
             platform::SetLastError(platform::kErrorInvalidParameter);
@@ -166,7 +152,7 @@ int CT_StringConvert::si_WideToMulti(CT_CString* out, const char16_t* text, std:
     const int converted = ConvertInto<char>(
         out, platform::MaxBytes(page, source.size()), convert,
         [out, page](const char* area, std::uint32_t count) { out->vv_Init(area, count, page); });
-    if (converted == 0) keeper.FailInto(out);
+    if (converted == 0) Fail(out, convert);
     out->v_SetCodePage(page);
     return converted;
 }

@@ -54,6 +54,12 @@ void MakeRoom(CT_Buffer& buffer, std::uint64_t length) {
     if (buffer.n_GetUsedSize() == 0) Finish<Unit>(buffer, 0);
 }
 
+bool IsAscii(std::string_view text) {
+    unsigned char bits = 0;
+    for (const char byte : text) bits |= static_cast<unsigned char>(byte);
+    return bits < 0x80;
+}
+
 template <typename Unit>
 CT_Buffer Hold(const CT_Buffer& buffer, std::basic_string_view<Unit> text, std::uint64_t length) {
     const bool grows = (length + 1) * sizeof(Unit) > buffer.n_GetMaximumSize();
@@ -284,6 +290,12 @@ std::uint32_t StringCore<Unit>::Find(View text, View wanted, std::uint32_t from)
 // Only the last '*' is ever tried again: a longer run for an earlier one could not reach a place
 // that the last one cannot reach too.
 template <typename Unit>
+int StringCore<Unit>::Compare(View left, const Unit* right, std::uint32_t limit) noexcept {
+    if (limit == kToEnd) return Compare(left, Of(right, kToEnd), kToEnd);
+    return platform::CompareText(left.data(), right == nullptr ? kEmpty<Unit> : right, limit);
+}
+
+template <typename Unit>
 bool StringCore<Unit>::Match(View text, View pattern) noexcept {
     if (pattern.empty()) return true;
     std::size_t t = 0;
@@ -309,8 +321,14 @@ bool StringCore<Unit>::Match(View text, View pattern) noexcept {
 
 std::string_view DefaultPageText(const char* text, std::uint64_t count) noexcept {
     if (text == nullptr || count >= kToEnd) return StringCore<char>::Of(text, kToEnd);
+    // Each character has a byte at least. Where all of these are ASCII they are the characters.
+    const auto* const zero = static_cast<const char*>(std::memchr(text, 0, count));
+    const std::string_view least(text,
+                                 zero == nullptr ? count : static_cast<std::size_t>(zero - text));
     platform::CodePageInfo info{};
-    (void)platform::GetCodePageInfo(0, &info);
+    if (IsAscii(least) || (platform::GetCodePageInfo(0, &info) && info.max_char_size == 1)) {
+        return least;
+    }
     const auto takes_two = [&info](unsigned char byte) {
         const unsigned char* range = info.lead_bytes;
         while (range[0] != 0 && (byte < range[0] || byte > range[1])) range += 2;
@@ -318,13 +336,7 @@ std::string_view DefaultPageText(const char* text, std::uint64_t count) noexcept
     };
     std::size_t end = 0;
     for (std::uint64_t done = 0; done < count && text[end] != 0; ++done) {
-        const auto lead = static_cast<unsigned char>(text[end++]);
-        std::size_t more = info.max_char_size == 2 && takes_two(lead) ? 1 : 0;
-        if (info.max_char_size > 2 && lead >= 0xC2) {  // UTF-8
-            more = std::size_t{1} + (lead >= 0xE0) + (lead >= 0xF0);
-            if (lead >= 0xF0) ++done;
-        }
-        while (more-- != 0 && text[end] != 0) ++end;
+        if (takes_two(static_cast<unsigned char>(text[end++])) && text[end] != 0) ++end;
     }
     return {text, end};
 }

@@ -16,9 +16,7 @@ public:
     TextArgument(const char16_t* text) noexcept {
         if (text != nullptr) view_ = text;
     }
-    TextArgument(const CT_UString* text) noexcept {
-        if (text != nullptr) view_ = View(*text);
-    }
+    TextArgument(const CT_UString* text) noexcept : view_(View(text)) {}
     TextArgument(const CT_UString& text) noexcept : view_(View(text)) {}
 
     // A zero stands behind the last character; a string may hold others inside.

@@ -14,6 +14,8 @@ namespace platform = zelkor::platform;
 using zelkor::detail::As;
 using zelkor::detail::IsExactly;
 using zelkor::detail::View;
+using zelkor::detail::Widen;
+using zelkor::detail::WidenSome;
 
 namespace {
 
@@ -21,9 +23,9 @@ using Core = zelkor::detail::StringCore<char16_t>;
 
 constinit _SHI_Pool pool(sizeof(CT_UString), 1024);
 
-std::u16string_view ViewOrEmpty(const CT_UString* text) {
-    return text == nullptr ? std::u16string_view(u"") : View(*text);
-}
+}  // namespace
+
+namespace zelkor::detail {
 
 CT_UString Widen(std::string_view text, std::uint32_t code_page) {
     CT_UString wide;
@@ -33,19 +35,19 @@ CT_UString Widen(std::string_view text, std::uint32_t code_page) {
     return wide;
 }
 
-// At least the first `count` characters of a text, or all of them. Hardly a character of any page
-// takes more than eight bytes; where that is not enough everything is converted.
-CT_UString WidenSome(std::string_view text, std::uint32_t count, std::uint32_t code_page) {
-    const std::uint64_t most = std::uint64_t{count} * 8 + 64;
+// Hardly a character of any page takes more than eight bytes; where that is not enough everything
+// is converted.
+CT_UString WidenSome(std::string_view text, std::uint64_t count, std::uint32_t code_page) {
+    const std::uint64_t most = count * 8 + 64;
     if (most < text.size()) {
         CT_UString wide = Widen(text.substr(0, most), code_page);
         // The last few may come of a character that is cut.
-        if (wide.n_GetLength() >= std::uint64_t{count} + 8) return wide;
+        if (wide.n_GetLength() >= count + 8) return wide;
     }
     return Widen(text, code_page);
 }
 
-}  // namespace
+}  // namespace zelkor::detail
 
 CT_UString::CT_UString(std::uint32_t capacity) {
     CT_UString::vv_Init(capacity);
@@ -168,7 +170,7 @@ int CT_UString::i_ComparePart(const CT_String* other, std::uint32_t from, std::u
 }
 
 int CT_UString::vi_Compare(const char16_t* text, std::uint32_t length, std::uint32_t at) const {
-    return Core::Compare(Core::Tail(View(*this), at), Core::UpToZero(text, length), length);
+    return Core::Compare(Core::Tail(View(*this), at), text, length);
 }
 
 int CT_UString::vi_Compare(const char* text, std::uint32_t length, std::uint32_t at) const {
@@ -241,7 +243,7 @@ std::uint32_t CT_UString::vn_Find(const CT_UString* text, std::uint32_t from) co
 }
 
 BOOL CT_UString::vb_Match(const CT_UString* pattern) const {
-    return b_RMatch(View(*this), ViewOrEmpty(pattern));
+    return b_RMatch(View(*this), View(pattern));
 }
 
 void CT_UString::vv_Format(const CT_UString* format, va_list arguments) {
@@ -276,7 +278,7 @@ void CT_UString::v_Append(const char16_t* text, std::uint32_t length) {
 }
 
 void CT_UString::v_Append(const CT_UString* text) {
-    Core::Append(buffer_, ViewOrEmpty(text));
+    Core::Append(buffer_, View(text));
 }
 
 void CT_UString::v_Append(const CT_CString* text) {
@@ -289,7 +291,7 @@ void CT_UString::v_Insert(const char16_t* text, std::uint32_t length, std::uint3
 }
 
 void CT_UString::v_Insert(const CT_UString* text, std::uint32_t length, std::uint32_t at) {
-    const std::u16string_view inserted = ViewOrEmpty(text).substr(0, length);
+    const std::u16string_view inserted = View(text).substr(0, length);
     v_StringInsert(inserted.data(), static_cast<std::uint32_t>(inserted.size()), at);
 }
 
@@ -299,7 +301,7 @@ void CT_UString::v_ReplaceSlow(const char16_t* text, std::uint32_t length, std::
 
 void CT_UString::v_Replace(const CT_UString* text, std::uint32_t from, std::uint32_t length,
                            std::uint32_t at) {
-    const std::u16string_view written = Core::Tail(ViewOrEmpty(text), from).substr(0, length);
+    const std::u16string_view written = Core::Tail(View(text), from).substr(0, length);
     v_StringReplace(written.data(), static_cast<std::uint32_t>(written.size()), at);
 }
 

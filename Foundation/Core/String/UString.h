@@ -24,6 +24,11 @@ public:
     explicit CT_UString(const char16_t* text, std::uint32_t length = kToEnd);
     explicit CT_UString(const CT_String* other);
     explicit CT_UString(const CT_Buffer* buffer) : CT_String(buffer) {}
+    // The literals nullptr and 0, as in CT_String.
+    explicit CT_UString(std::nullptr_t, std::uint32_t /*length*/ = kToEnd,
+                        std::uint32_t /*code_page*/ = 0) noexcept {}
+    template <std::same_as<int> Capacity>
+    explicit CT_UString(Capacity capacity) : CT_UString(static_cast<std::uint32_t>(capacity)) {}
     CT_UString(const CT_UString& other) noexcept = default;
     // Leaves the other empty, without a block.
     CT_UString(CT_UString&& other) noexcept = default;
@@ -54,6 +59,8 @@ public:
     [[nodiscard]] const CT_Type* vpcco_GetType() const override;
     [[nodiscard]] void* vpv_IsA(const CT_Type* type) const override;
     [[nodiscard]] void* vpv_IsKindOf(const CT_Type* type) const override;
+    using CT_String::vi_Compare;
+    using CT_String::vv_Init;
     void vv_SetSize(std::uint32_t length, BOOL keep) override;
     void vv_SetMinSize(std::uint32_t length, BOOL keep) override;
     void vv_ToLower() override;
@@ -151,6 +158,13 @@ public:
     void v_Append(const CT_UString* text);
     // Converted from its code page.
     void v_Append(const CT_CString* text);
+    // The literals nullptr and 0 add nothing.
+    void v_Append(std::nullptr_t, std::uint32_t /*length*/ = kToEnd) noexcept {}
+    template <std::same_as<int> Character>
+    void v_Append(Character character) {
+        v_Append(static_cast<char16_t>(character));
+    }
+    void v_Insert(std::nullptr_t, std::uint32_t /*length*/, std::uint32_t /*at*/) noexcept {}
     void v_Insert(const char16_t* text, std::uint32_t length, std::uint32_t at);
     void v_Insert(const CT_UString* text, std::uint32_t length, std::uint32_t at);
     // Writes the text at `at` and ends the string right after it.
@@ -216,6 +230,10 @@ namespace zelkor::detail {
 // The text of a string without its terminator; good until the string changes.
 [[nodiscard]] inline std::u16string_view View(const CT_UString& text) noexcept {
     return {text.qcuz_Get(), text.n_GetLength()};
+}
+// The same, empty for null.
+[[nodiscard]] inline std::u16string_view View(const CT_UString* text) noexcept {
+    return text == nullptr ? std::u16string_view(u"") : View(*text);
 }
 
 }  // namespace zelkor::detail

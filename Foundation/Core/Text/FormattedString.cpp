@@ -118,7 +118,6 @@ void CT_FormattedString::sv_AddDataI(CT_UString& record, Text key, int value) {
 
 void CT_FormattedString::sv_AddDataI(Text prefix, Text key, int value, CT_UString* out) {
     if (out == nullptr) return;
-    if (out == nullptr) return;
     NumberText area;
     *out = Item(*out, prefix.Get(), key.Get(), Print(area, value));
 }
@@ -129,7 +128,6 @@ void CT_FormattedString::sv_AddDataR(CT_UString& record, Text key, double value)
 }
 
 void CT_FormattedString::sv_AddDataR(Text prefix, Text key, double value, CT_UString* out) {
-    if (out == nullptr) return;
     if (out == nullptr) return;
     NumberText area;
     *out = Item(*out, prefix.Get(), key.Get(), Print(area, value));

@@ -36,10 +36,6 @@ std::uint32_t ReplaceFirst(String* string, Units find, Units replacement) {
     return at;
 }
 
-std::string_view ViewOrEmpty(const CT_CString* text) {
-    return text == nullptr ? std::string_view("") : View(*text);
-}
-
 char16_t* Copy(char16_t* out, WideView text) {
     if (text.size() == 1) {
         *out = text[0];
@@ -142,7 +138,7 @@ std::uint32_t CT_StringTools::sn_Replace(CT_UString* string, Text find, Text rep
 
 std::uint32_t CT_StringTools::sn_Replace(CT_CString* string, const CT_CString* find,
                                          const CT_CString* replacement) {
-    return ReplaceFirst(string, ViewOrEmpty(find), ViewOrEmpty(replacement));
+    return ReplaceFirst(string, View(find), View(replacement));
 }
 
 void CT_StringTools::sv_ReplaceAll(CT_UString* string, Text find, Text replacement) {

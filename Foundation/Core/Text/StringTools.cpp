@@ -68,6 +68,15 @@ CT_UString WidenUpTo(const char* text, std::uint32_t offset, std::uint32_t count
     return CT_UString(part.data(), static_cast<std::uint32_t>(most));
 }
 
+// A string as far as that.
+CT_UString WidenUpTo(const CT_String* text, std::uint32_t offset, std::uint32_t count) {
+    if (count == 0 || text == nullptr) return CT_UString(text);
+    const auto* const narrow = zelkor::detail::As<CT_CString>(text);
+    if (narrow == nullptr) return CT_UString(text);
+    return zelkor::detail::WidenSome(View(*narrow), std::uint64_t{offset} + count,
+                                     narrow->n_GetCodePage());
+}
+
 char16_t* Units(CT_UString& text) {
     return text.quz_Get();
 }
@@ -149,8 +158,12 @@ int CT_StringTools::si_CompareStrings(const char16_t* a, const char16_t* b, int 
     const char16_t* const right = b == nullptr ? u"" : b + offset_b;
     // Measuring the texts first would read behind the characters compared.
     for (std::size_t at = 0; count == 0 || at < count; ++at) {
-        const int difference = Difference(left[at], right[at], case_sensitive != 0);
-        if (difference != 0 || left[at] == 0) return difference;
+        if (left[at] != right[at]) {
+            const int difference = Difference(left[at], right[at], case_sensitive != 0);
+            if (difference != 0) return difference;
+        } else if (left[at] == 0) {
+            return 0;
+        }
     }
     return 0;
 }
@@ -167,8 +180,8 @@ int CT_StringTools::si_CompareStrings(const CT_String* a, const CT_String* b, in
                                       std::uint32_t count, std::uint32_t offset_a,
                                       std::uint32_t offset_b) {
     using Core = StringCore<char16_t>;
-    const CT_UString left(a);
-    const CT_UString right(b);
+    const CT_UString left = WidenUpTo(a, offset_a, count);
+    const CT_UString right = WidenUpTo(b, offset_b, count);
     return CompareViews(Core::Tail(View(left), offset_a), Core::Tail(View(right), offset_b),
                         case_sensitive != 0, count);
 }

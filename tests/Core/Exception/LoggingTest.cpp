@@ -114,6 +114,7 @@ public:
 TEST(ErrorBroadcastTest, RegisteredFacilitiesHearInOrderWhileMoreAreAdded) {
     Broadcaster broadcaster;
     Recorder recorders[64];
+    broadcaster.v_RegisterLogFacility(nullptr);  // is none
     std::thread adding([&] {
         for (Recorder& recorder : recorders) broadcaster.v_RegisterLogFacility(&recorder);
     });

@@ -133,6 +133,44 @@ TEST(CompareTest, AStringEndsAtItsFirstZero) {
     EXPECT_EQ(CT_Compare::si_CompareUStringPCCO(&none, &empty), 0);
 }
 
+TEST(CompareTest, NullIsAnEmptyTextOrZero) {
+    char text[] = "a";
+    char16_t wide_text[] = u"a";
+    CT_CString narrow(text);
+    CT_UString wide(wide_text);
+    const auto check = [](auto compare, auto* value) {
+        auto* const none = decltype(value){};
+        EXPECT_EQ(compare(none, none), 0);
+        EXPECT_EQ(Sign(compare(value, none)), 1);
+        EXPECT_EQ(Sign(compare(none, value)), -1);
+    };
+    const auto check_items = [](auto compare, auto* value) {
+        auto* none = decltype(value){};
+        EXPECT_EQ(compare(&none, nullptr), 0);
+        EXPECT_EQ(Sign(compare(&value, nullptr)), 1);
+        EXPECT_EQ(Sign(compare(&none, &value)), -1);
+    };
+    check(CT_Compare::si_CompareCaseQCZ, text);
+    check(CT_Compare::si_CompareNoCaseQCZ, text);
+    check(CT_Compare::si_CompareCaseQUZ, wide_text);
+    check(CT_Compare::si_CompareNoCaseQUZ, wide_text);
+    check(CT_Compare::si_CompareCStringPCO, &narrow);
+    check(CT_Compare::si_CompareCStringNoCasePCO, &narrow);
+    check(CT_Compare::si_CompareUStringPCO, &wide);
+    check(CT_Compare::si_CompareUStringNoCasePCO, &wide);
+    check_items(CT_Compare::si_CompareCasePQCZ, &text[0]);
+    check_items(CT_Compare::si_CompareNoCasePQUZ, &wide_text[0]);
+    check_items(CT_Compare::si_CompareCStringPPCO, &narrow);
+    check_items(CT_Compare::si_CompareUStringNoCasePPCO, &wide);
+    for (CT_String* const string :
+         {static_cast<CT_String*>(&narrow), static_cast<CT_String*>(&wide)}) {
+        check(CT_Compare::si_CompareStringPCO, string);
+        check_items(CT_Compare::si_CompareStringNoCasePPCO, string);
+    }
+    int one = 1;
+    check(CT_Compare::si_ComparePI, &one);
+}
+
 TEST(CompareTest, OnlyEightBitTextIsConverted) {
     const CT_CString euro("\x80", CT_String::kToEnd, 1252);
     const CT_UString wide(u"\u20AC"), other(u"\u20AD");

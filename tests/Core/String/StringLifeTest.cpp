@@ -47,8 +47,29 @@ TYPED_TEST(StringLifeTest, AssignmentBringsTheBlockToThePolicySize) {
     text.v_Set(TypeParam::Text("").c_str());
     EXPECT_EQ(text.pcco_GetBuffer()->qcv_Get(), nullptr);
     text.v_Set(TypeParam::Text("again").c_str());
-    text.v_Set(static_cast<const Unit*>(nullptr));
+    text.v_Set(nullptr);
     EXPECT_EQ(text.pcco_GetBuffer()->qcv_Get(), nullptr);
+}
+
+TYPED_TEST(StringLifeTest, TheLiteralsNullptrAndZeroNeedNoCast) {
+    using String = typename TypeParam::String;
+    String text(nullptr), other(0);
+    EXPECT_EQ(text.vi_Compare(nullptr), 0);
+    text.v_Append(nullptr);
+    text.v_Append('a');
+    text.v_Append(0);
+    text.v_Insert(nullptr, 0, 1);
+    EXPECT_EQ(Ascii<TypeParam>(text), "a");
+    EXPECT_GT(text.vi_Compare(nullptr), 0);
+    EXPECT_EQ(text.vi_Compare(nullptr, 0), 0);
+    for (const auto& empty : {+[](String& s) { s.v_Set(0); }, +[](String& s) { s.vv_Init(0); },
+                              +[](String& s) { s.vv_Init(nullptr); }}) {
+        other = text;
+        empty(other);
+        EXPECT_EQ(other.pcco_GetBuffer()->qcv_Get(), nullptr);
+    }
+    other.v_Set(20);
+    EXPECT_GE(other.vn_GetMaximumLength(), 20u);
 }
 
 TYPED_TEST(StringLifeTest, CopiesShareUntilOneChanges) {
@@ -122,7 +143,7 @@ TEST(StringKindsTest, AssignmentAcrossTheKindsConvertsByTheCodePage) {
     CT_String* const any = &wide;
     any->v_Set(&cyrillic);
     EXPECT_EQ(wide.n_GetLength(), 2u);
-    any->v_Set(static_cast<const CT_String*>(nullptr));
+    any->v_Set(nullptr);
     EXPECT_EQ(wide.pcco_GetBuffer()->qcv_Get(), nullptr);
 }
 

@@ -120,6 +120,22 @@ TEST(StringKindsTest, ACountOfCharactersMayTakeMoreBytes) {
     platform::SetSystemCodePages(0, 0);
 }
 
+TEST(StringKindsTest, TheCountOfAStringOfTheOtherKindMayCutAPair) {
+    const CT_UString wide(u"x\U0001F600");
+    const CT_CString utf8("x\xF0\x9F\x98\x80", kAll, 65001);
+    for (std::uint32_t length = 0; length < 7; ++length) {
+        EXPECT_EQ(utf8.vi_Compare(&wide, 0, length), 0) << length;
+        EXPECT_EQ(wide.vi_Compare(&utf8, 0, length), 0) << length;
+    }
+}
+
+TEST(StringKindsTest, TextThatCannotBeConvertedIsEmpty) {
+    const CT_CString unknown("abc", kAll, 99999);
+    EXPECT_GT(unknown.vi_Compare(u"abc"), 0);
+    EXPECT_GT(unknown.vi_Compare(u"abc", 3), 0);
+    EXPECT_FALSE(test::NoError());
+}
+
 TEST(StringKindsTest, EachKindFindsTheOtherEqual) {
     for (const auto& [page, text] : {std::pair{1251u, u"\u041F"},
                                      {65001u, u"\u30C6\u00E4"},

@@ -16,12 +16,7 @@ namespace zelkor::detail {
 
 inline constexpr std::u16string_view kSeparators = u"/\\";
 
-// The text without its terminator; valid until the string changes. Null is empty.
-inline std::u16string_view View(const CT_UString* text) {
-    if (text == nullptr) return {};
-    return {text->qcuz_Get(), text->vn_GetLength()};
-}
-
+// Null is empty.
 inline std::u16string_view View(const char16_t* text) {
     return text == nullptr ? std::u16string_view() : std::u16string_view(text);
 }

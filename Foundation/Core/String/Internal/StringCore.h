@@ -19,6 +19,8 @@
 #include "Foundation/Core/String/String.h"
 #include "Foundation/Platform/Scan.h"
 
+class CT_UString;
+
 namespace zelkor::detail {
 
 template <typename Unit>
@@ -82,6 +84,8 @@ struct StringCore {
     [[nodiscard]] static int Compare(const CT_Buffer& left, const CT_Buffer& right) noexcept {
         return Compare(Text(left), Text(right), CT_String::kToEnd);
     }
+    // With a text of at most `limit` units or up to its zero, without measuring it first.
+    [[nodiscard]] static int Compare(View left, const Unit* right, std::uint32_t limit) noexcept;
     [[nodiscard]] static bool Match(View text, View pattern) noexcept;
 };
 
@@ -91,6 +95,11 @@ extern template struct StringCore<char16_t>;
 // The first `count` characters (UTF-16 units when converted) of 8-bit text of the default code
 // page, up to its zero; 0xFFFFFFFF: all. Nothing behind them is read.
 [[nodiscard]] std::string_view DefaultPageText(const char* text, std::uint64_t count) noexcept;
+
+// The UTF-16 form of 8-bit text, or of enough of it for its first `count` units.
+[[nodiscard]] CT_UString Widen(std::string_view text, std::uint32_t code_page);
+[[nodiscard]] CT_UString WidenSome(std::string_view text, std::uint64_t count,
+                                   std::uint32_t code_page);
 
 // The code page that UTF-16 text takes on its way into a string of a page: 1252 for 1200, which is
 // UTF-16 itself, and the default one for 0xFFFFFFFF.
