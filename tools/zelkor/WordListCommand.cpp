@@ -99,10 +99,10 @@ void ReadInput(CT_CompList& list, const std::string& name, const BuildOptions& o
 void Build(const BuildOptions& options) {
     Encoding from;
     if (!options.from.empty()) from = ParseEncoding(options.from);
-    // A narrow list keeps its words in the page they come in; Unicode texts become windows-1252.
-    const unsigned int page = !options.narrow    ? kUtf16Little
-                              : from.IsUnicode() ? kWestern
-                                                 : from.page;
+    // A narrow list keeps its words in the page they come in; Unicode and iso-8859-1 become
+    // windows-1252.
+    const bool western = from.IsUnicode() || from.page == kLatin1;
+    const unsigned int page = !options.narrow ? kUtf16Little : western ? kWestern : from.page;
     CT_CompList list(options.narrow ? CT_CompList::kOneByte : CT_CompList::kTwoBytes, 4, FALSE,
                      options.short_offsets ? FALSE : TRUE, 128, page);
     OutputFile output(options.output);
