@@ -37,7 +37,7 @@ extern "C" void NoteSignal(int) {
 // A process that ends in the middle of changes leaves a file to repair. So a first signal only asks
 // it to end, and a write that no one takes, or that finds no room, fails like any other.
 void HoldSignals() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         struct sigaction action {};
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
         action.sa_handler = NoteSignal;
