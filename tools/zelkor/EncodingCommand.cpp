@@ -22,7 +22,6 @@ namespace {
 
 constexpr std::size_t kMostRead = 1 << 20;
 constexpr unsigned int kAscii = 646;
-constexpr unsigned int kIso2022Jp = 50220;
 constexpr unsigned int kHz = 52936;
 
 // Whether the beginning of a text decodes without loss, but for a character cut at its end.

@@ -19,24 +19,46 @@ struct Alias {
     std::string_view name;  // letters and digits alone, small
     unsigned int page;
 };
-// Names in common use beside those that CT_Codepage knows.
+constexpr unsigned int kHebrew = 28598;
+constexpr unsigned int kJohab = 1361;
+
+// Names in common use beside those that CT_Codepage knows, and those that it takes for a Windows
+// page with more characters, or others, than a file of that name may have; 0: not served.
 constexpr auto kAliases = std::to_array<Alias>({{"ascii", 646},
                                                 {"big5", 950},
+                                                {"cp819", kLatin1},
+                                                {"csiso2022kr", 0},
+                                                {"csisolatin1", kLatin1},
+                                                {"csisolatinhebrew", kHebrew},
                                                 {"eucjp", 51932},
                                                 {"euckr", 949},
                                                 {"gb18030", 54936},
                                                 {"gb2312", 936},
                                                 {"gbk", 936},
+                                                {"hebrew", kHebrew},
                                                 {"hz", 52936},
-                                                {"iso2022jp", 50220},
-                                                {"iso88591", 1252},
+                                                {"ibm819", kLatin1},
+                                                {"iso2022jp", kIso2022Jp},
+                                                {"iso2022kr", 0},
+                                                {"iso88591", kLatin1},
+                                                {"iso885911987", kLatin1},
                                                 {"iso885913", 28603},
                                                 {"iso885915", 28605},
+                                                {"iso88598", kHebrew},
+                                                {"iso885981988", kHebrew},
+                                                {"isoir100", kLatin1},
+                                                {"isoir138", kHebrew},
+                                                {"johab", kJohab},
                                                 {"koi8u", 21866},
+                                                {"l1", kLatin1},
+                                                {"latin1", kLatin1},
                                                 {"latin9", 28605},
                                                 {"shiftjis", 932},
                                                 {"sjis", 932},
                                                 {"utf16", kUtf16Little},
+                                                {"utf16be", kUtf16Big},
+                                                {"utf16le", kUtf16Little},
+                                                {"utf7", 65000},
                                                 {"utf8", kUtf8Number},
                                                 {"windows31j", 932}});
 // In front of the number of a page.
@@ -72,11 +94,12 @@ unsigned int NumberIn(std::string_view bare) {
 }
 
 unsigned int FindPage(const std::string& name) {
-    const CT_UString text = FromUtf8(name);
-    if (const CT_Codepage known(&text); known.b_IsValid() != FALSE) return known.n_Get();
     const std::string bare = Bare(name);
     const auto alias = std::ranges::find(kAliases, bare, &Alias::name);
-    return alias != kAliases.end() ? alias->page : NumberIn(bare);
+    if (alias != kAliases.end()) return alias->page;
+    const CT_UString text = FromUtf8(name);
+    const CT_Codepage known(&text);
+    return known.b_IsValid() != FALSE ? known.n_Get() : NumberIn(bare);
 }
 
 }  // namespace
@@ -96,6 +119,9 @@ Encoding ParseEncoding(const std::string& name) {
 std::string NameOf(const Encoding& encoding) {
     if (encoding.either_order) return "UTF-16";
     if (encoding.IsUtf16()) return encoding.page == kUtf16Little ? "UTF-16LE" : "UTF-16BE";
+    if (encoding.page == kLatin1) return "iso-8859-1";
+    if (encoding.page == kHebrew) return "iso-8859-8";
+    if (encoding.page == kJohab) return "Johab";
     const char16_t* name = CT_Codepage(encoding.page).qcuz_Get();
     return name == nullptr ? "cp" + std::to_string(encoding.page) : ToUtf8(CT_UString(name));
 }

@@ -11,6 +11,8 @@ namespace zelkor::cli {
 inline constexpr unsigned int kUtf8Number = 65001;
 inline constexpr unsigned int kUtf16Little = 1200;
 inline constexpr unsigned int kUtf16Big = 1201;
+inline constexpr unsigned int kLatin1 = 28591;
+inline constexpr unsigned int kIso2022Jp = 50220;
 
 struct Encoding {
     unsigned int page = kUtf8Number;  // the Windows number

@@ -16,6 +16,7 @@ void Losses::Settle(const OutputFile& output) const {
     if (allowed_) return Tell(number + " replaced or left out in " + output.name());
     throw Failure(number + " cannot be kept: " + output.name() +
                   (output.is_direct() ? " ends before the first" : " is not written") +
+                  (in_doubt_ ? "; --from tells the encoding of the text" : "") +
                   "; --lossy writes what can be kept");
 }
 

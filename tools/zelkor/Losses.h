@@ -22,6 +22,8 @@ public:
     }
     // Counts some without a message, which the first few should have.
     void AddUntold(std::uint64_t count) { count_ += count; }
+    // The text may be in another encoding than the one that was taken for it.
+    void DoubtEncoding() { in_doubt_ = true; }
     // Whether the next one is told.
     [[nodiscard]] bool tells() const { return count_ < kMostTold; }
     [[nodiscard]] std::uint64_t count() const { return count_; }
@@ -38,6 +40,7 @@ private:
     static void Tell(const std::string& message);
 
     bool allowed_;
+    bool in_doubt_ = false;
     std::uint64_t count_ = 0;
 };
 

@@ -29,7 +29,7 @@ void ReadParts(std::FILE* file, const std::string& name, const auto& use) {
         use(std::string_view(part, count));
     }
     if (std::ferror(file) != 0) {
-        throw Failure(Printable(name) + ": " + std::strerror(errno));
+        throw Failure(name + ": " + std::strerror(errno));
     }
 }
 
@@ -49,7 +49,8 @@ std::string ReadAll(const std::string& name) {
     return InputFile(name).ReadAll(kLargest);
 }
 
-Lines::Lines(std::string name, Times times) : name_(std::move(name)), file_(Open(name_)) {
+Lines::Lines(const std::string& name, Times times)
+    : name_(name == "-" ? "standard input" : Printable(name)), file_(Open(name)) {
     struct stat status {};
     if (fstat(fileno(file_.get()), &status) == 0 && S_ISREG(status.st_mode)) {
         size_ = static_cast<std::uint64_t>(status.st_size);
@@ -64,15 +65,14 @@ Lines::~Lines() {
 
 void Lines::TakeAll() {
     std::unique_ptr<std::FILE, Close> copy(std::tmpfile());
-    if (copy == nullptr) throw Failure(Printable(name_) + ": no temporary file can be made for it");
+    if (copy == nullptr) throw Failure(name_ + ": no temporary file can be made for it");
     bool good = true;
     ReadParts(file_.get(), name_, [&](std::string_view part) {
         good = good && std::fwrite(part.data(), 1, part.size(), copy.get()) == part.size();
-        if (!good) throw Failure(Printable(name_) + ": finds no room in a temporary file");
+        if (!good) throw Failure(name_ + ": finds no room in a temporary file");
         size_ += part.size();
     });
-    if (std::fflush(copy.get()) != 0)
-        throw Failure(Printable(name_) + ": finds no room in a temporary file");
+    if (std::fflush(copy.get()) != 0) throw Failure(name_ + ": finds no room in a temporary file");
     file_ = std::move(copy);
     Rewind();
 }
@@ -82,7 +82,7 @@ bool Lines::Next(std::string_view* line) {
     if (length < 0) {
         if (std::ferror(file_.get()) != 0) {
             if (errno == EINTR) throw Failure("interrupted");
-            throw Failure(Printable(name_) + ": " + std::strerror(errno));
+            throw Failure(name_ + ": " + std::strerror(errno));
         }
         return false;
     }
@@ -100,7 +100,7 @@ void Lines::Rewind() {
 }
 
 Failure Lines::Wrong(const std::string& what, unsigned int line) const {
-    return Failure(Printable(name_) + ':' + std::to_string(line) + ": " + what);
+    return Failure(name_ + (line == 0 ? "" : ':' + std::to_string(line)) + ": " + what);
 }
 
 }  // namespace zelkor::cli

@@ -24,7 +24,7 @@ class Lines {
 public:
     enum Times { kOnce, kAgain };
 
-    Lines(std::string name, Times times);
+    Lines(const std::string& name, Times times);
     ~Lines();
     Lines(const Lines&) = delete;
     Lines& operator=(const Lines&) = delete;
@@ -33,17 +33,17 @@ public:
     bool Next(std::string_view* line);
     void Rewind();
 
+    // As messages show it.
     [[nodiscard]] const std::string& Name() const { return name_; }
     [[nodiscard]] unsigned int Number() const { return number_; }  // of the line read last
     [[nodiscard]] std::uint64_t Size() const { return size_; }     // 0: not known
     [[nodiscard]] std::uint64_t Done() const { return done_; }
-    // "FILE:LINE: what", of the line read last or the one given.
+    // "FILE:LINE: what", of the line read last or the one given; "FILE: what" before the first.
     [[nodiscard]] Failure Wrong(const std::string& what) const { return Wrong(what, number_); }
     [[nodiscard]] Failure Wrong(const std::string& what, unsigned int line) const;
 
 private:
     void TakeAll();
-    void Measure();
 
     struct Close {
         void operator()(std::FILE* file) const {

@@ -37,7 +37,7 @@ extern "C" void NoteSignal(int) {
 // A process that ends in the middle of changes leaves a file to repair. So a first signal only asks
 // it to end, and a write that no one takes, or that finds no room, fails like any other.
 void HoldSignals() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         struct sigaction action {};
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler != SIG_DFL) continue;
         action.sa_handler = NoteSignal;
@@ -92,11 +92,10 @@ RecordFile& RecordFile::OpenToRead() {
     return *this;
 }
 
-RecordFile& RecordFile::OpenToWrite() {
+void RecordFile::OpenToWrite() {
     HoldSignals();
     manager_.v_Open(CT_RecordManager::kModeReadWrite, CT_RecordManager::kMapNever);
     ThrowRecordedError();
-    return *this;
 }
 
 void RecordFile::ThrowIfInterrupted() {
@@ -114,6 +113,35 @@ CT_Buffer RecordFile::Padded(std::string_view bytes) const {
     std::string padded(bytes);
     padded.resize(header);
     return ToBuffer(padded);
+}
+
+void Change(const std::string& name, const std::function<void(RecordFile& file)>& change) {
+    RecordFile file(name);
+    file.OpenToWrite();
+    const unsigned int before = file->n_GetRecordCount();
+    try {
+        change(file);
+    } catch (const Failure& failure) {
+        std::string message = failure.what();
+        const unsigned int now = file->n_GetRecordCount();
+        try {
+            file.Close();
+            if (now > before) {
+                message += "; before that " + Counted(now - before, "record", "records") +
+                           " went into " + Printable(name);
+            }
+            CT_RecordCheck check(NamedFile{name});
+            check.b_Check();
+            ThrowRecordedError();
+            if (check.n_GetFindingCount() != 0) {
+                message += "; " + Printable(name) + " is not sound now, see check and repair";
+            }
+        } catch (const Failure& closing) {
+            message += std::string("; then ") + closing.what();
+        }
+        throw Failure(message, failure.status());
+    }
+    file.Close();
 }
 
 std::string ReadRecords(const std::string& name, RecordFile& file, const RecordUse& use) {

@@ -41,7 +41,7 @@ public:
     RecordFile& operator=(const RecordFile&) = delete;
 
     RecordFile& OpenToRead();
-    RecordFile& OpenToWrite();
+    void OpenToWrite();
     void Close();
     // For long work on a file open for writing, which the first signal to end does not end at once.
     static void ThrowIfInterrupted();
@@ -54,6 +54,10 @@ private:
     NamedFile file_;
     CT_RecordManager manager_;
 };
+
+// Has `change` change a record file. Where it fails, what it had done before stays in the file, and
+// the failure tells that, and whether the file is sound: blocks that were taken stay taken.
+void Change(const std::string& name, const std::function<void(RecordFile& file)>& change);
 
 // Hands all records that a check finds, so none that only looks like one, or all resources to
 // `use`. What cannot be read is told on the standard error; the result is then what to end the

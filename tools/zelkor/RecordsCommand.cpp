@@ -52,7 +52,7 @@ void AddOne(RecordFile& file, std::string_view bytes) {
 
 void AddLines(RecordFile& file, const std::string& name) {
     Lines lines(name, Lines::kOnce);
-    Progress progress(name, lines.Size());
+    Progress progress(lines.Name(), lines.Size());
     unsigned int count = 0;
     for (std::string_view line; lines.Next(&line);) {
         AddOne(file, line);
@@ -62,11 +62,8 @@ void AddLines(RecordFile& file, const std::string& name) {
 
 void Add(const AddOptions& options) {
     for (const std::string& input : options.inputs) MustBeReadable(input);
-    RecordFile file(options.file);
-    file.OpenToWrite();
-    const unsigned int before = file->n_GetRecordCount();
-    try {
-        Progress progress(options.file, options.inputs.size());
+    Change(options.file, [&options](RecordFile& file) {
+        Progress progress(Printable(options.file), options.inputs.size());
         for (std::uint64_t i = 0; i < options.inputs.size(); ++i) {
             if (options.lines) {
                 AddLines(file, options.inputs[i]);
@@ -75,13 +72,7 @@ void Add(const AddOptions& options) {
             }
             progress.Advance(i + 1);
         }
-    } catch (const Failure& failure) {
-        const unsigned int added = file->n_GetRecordCount() - before;
-        if (added == 0) throw;
-        throw Failure(std::string(failure.what()) + "; " + Counted(added, "record", "records") +
-                      " before that are in " + options.file);
-    }
-    file.Close();
+    });
 }
 
 // Throws, before anything is done, unless they are references of records: what only looks like a
@@ -97,7 +88,7 @@ void MustBeRecords(const std::string& name, std::vector<unsigned int> references
     for (const unsigned int reference : references) {
         if (reference == 0 || check.n_GetNextReference(reference - 1) != reference) {
             throw Failure("record " + std::to_string(reference) +
-                          ": (31051): Invalid record reference in " + name);
+                          ": (31051): Invalid record reference in " + Printable(name));
         }
     }
 }
@@ -114,23 +105,21 @@ void Get(const std::string& name, unsigned int reference) {
 void Set(const std::string& name, unsigned int reference, const std::string& input) {
     const std::string bytes = ReadAll(input);
     MustBeRecords(name, {reference});
-    RecordFile file(name);
-    file.OpenToWrite();
-    const CT_Buffer data = file.Padded(bytes);
-    file->v_UpdateRecord(reference, &data);
-    ThrowRecordedError("record", reference);
-    file.Close();
+    Change(name, [&](RecordFile& file) {
+        const CT_Buffer data = file.Padded(bytes);
+        file->v_UpdateRecord(reference, &data);
+        ThrowRecordedError("record", reference);
+    });
 }
 
 void Delete(const std::string& name, const std::vector<unsigned int>& references) {
     MustBeRecords(name, references);
-    RecordFile file(name);
-    file.OpenToWrite();
-    for (const unsigned int reference : references) {
-        file->v_DeleteRecord(reference);
-        ThrowRecordedError("record", reference);
-    }
-    file.Close();
+    Change(name, [&references](RecordFile& file) {
+        for (const unsigned int reference : references) {
+            file->v_DeleteRecord(reference);
+            ThrowRecordedError("record", reference);
+        }
+    });
 }
 
 // A JSON text of the bytes, each as the character of its number.
@@ -203,15 +192,14 @@ void List(const std::string& name, bool robust, bool json) {
 
 void PutResource(const std::string& name, unsigned int key, const std::string& input, bool add) {
     const CT_Buffer data = ToBuffer(ReadAll(input));
-    RecordFile file(name);
-    file.OpenToWrite();
-    if (add) {
-        file->v_AddResource(key, &data);
-    } else {
-        file->v_UpdateResource(key, &data);
-    }
-    ThrowRecordedError("resource", key);
-    file.Close();
+    Change(name, [&](RecordFile& file) {
+        if (add) {
+            file->v_AddResource(key, &data);
+        } else {
+            file->v_UpdateResource(key, &data);
+        }
+        ThrowRecordedError("resource", key);
+    });
 }
 
 void GetResource(const std::string& name, unsigned int key) {
@@ -223,10 +211,10 @@ void GetResource(const std::string& name, unsigned int key) {
 }
 
 void DeleteResource(const std::string& name, unsigned int key) {
-    RecordFile file(name);
-    file.OpenToWrite()->v_DeleteResource(key);
-    ThrowRecordedError("resource", key);
-    file.Close();
+    Change(name, [key](RecordFile& file) {
+        file->v_DeleteResource(key);
+        ThrowRecordedError("resource", key);
+    });
 }
 
 void ListResources(const std::string& name) {

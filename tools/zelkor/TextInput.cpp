@@ -42,6 +42,7 @@ void TextInput::TakeMark(const TextRule& rule) {
     }
     const std::optional<Encoding> marked = EncodingOfMark(first);
     if (!rule.named.empty()) encoding_ = ParseEncoding(rule.named);
+    is_guess_ = !marked && rule.named.empty();
     if (!marked) return;
     if (!rule.named.empty() && !rule.mark_decides && Contradicts(encoding_, *marked)) {
         throw Failure(name() + ": begins with the byte-order mark of " + NameOf(*marked) +
@@ -77,7 +78,10 @@ std::span<char16_t> TextInput::Decode(std::string_view bytes, bool last) {
     const platform::TextDecoder before = decoder_;
     const platform::PieceResult done =
         decoder_.Decode(bytes.data(), bytes.size(), last, units_.data() + kept);
-    if (done.faults != 0) TellFaults(before, bytes, last, done.faults);
+    if (done.faults != 0) {
+        if (is_guess_) losses_.DoubtEncoding();
+        TellFaults(before, bytes, last, done.faults);
+    }
     std::size_t count = done.written + kept;
     half_.reset();
     if (!last && count != 0 && IsFirstHalf(units_[count - 1])) half_ = units_[--count];

@@ -56,6 +56,7 @@ private:
     Losses& losses_;
     Progress progress_;
     Encoding encoding_;
+    bool is_guess_ = false;  // neither --from nor a mark says it
     platform::TextDecoder decoder_;
     std::string bytes_;  // the block as it was read, behind what was left of the one before
     std::size_t left_ = 0;

@@ -8,6 +8,18 @@
 
 namespace zelkor::cli {
 
+namespace {
+
+// Where the first unit lies, from `at` on, that must not reach the encoder, which would write it:
+// half of a pair in a form of Unicode, and what reads back as a shift in ISO-2022-JP.
+std::size_t FindBarred(const Encoding& encoding, std::u16string_view units, std::size_t at) {
+    if (encoding.IsUnicode()) return FindUnpaired(units, at);
+    if (encoding.page != kIso2022Jp) return units.size();
+    return std::min(units.find_first_of(u"\x0E\x0F\x1B", at), units.size());
+}
+
+}  // namespace
+
 TextOutput::TextOutput(OutputFile& file, const Encoding& encoding, Losses& losses,
                        std::string source)
     : file_(file),
@@ -39,8 +51,7 @@ void TextOutput::PutPairs(std::u16string_view units) {
 
 void TextOutput::Put(std::u16string_view units, bool last) {
     std::u16string repaired;
-    // The forms of Unicode that pass them must not: a text with half of a pair is none.
-    if (encoding_.IsUnicode() && FindUnpaired(units) != units.size()) {
+    if (FindBarred(encoding_, units, 0) != units.size()) {
         repaired = Repaired(units);
         units = repaired;
     }
@@ -53,9 +64,10 @@ void TextOutput::Put(std::u16string_view units, bool last) {
 
 std::u16string TextOutput::Repaired(std::u16string_view units) {
     std::u16string text(units);
-    for (std::size_t at = FindUnpaired(text); at != text.size(); at = FindUnpaired(text, at)) {
+    const char16_t replacement = encoding_.IsUnicode() ? u'\uFFFD' : u'?';
+    for (std::size_t at = 0; (at = FindBarred(encoding_, text, at)) != text.size();) {
         Tell(units, at, text[at]);
-        text[at] = u'\uFFFD';
+        text[at] = replacement;
     }
     return text;
 }

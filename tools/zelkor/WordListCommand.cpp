@@ -5,6 +5,7 @@
 #include <Foundation/Core/String/CString.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -33,6 +34,7 @@ struct BuildOptions {
     bool narrow = false;
     bool short_offsets = false;
     bool lossy = false;
+    bool force = false;
 };
 
 std::u16string_view UnitsOf(const CT_UString& text) {
@@ -96,16 +98,30 @@ void ReadInput(CT_CompList& list, const std::string& name, const BuildOptions& o
     }
 }
 
+// Keeps a slip from replacing the words themselves, or any other file that is no word list.
+void MayReplace(const std::string& name) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(name, error) ||
+        std::filesystem::file_size(name, error) == 0) {
+        return;
+    }
+    char stamp[4] = {};
+    const std::string_view read(stamp, InputFile(name).Read(stamp, sizeof stamp));
+    if (read == "\x35\xB8\x30\x01" || read == "\x01\x30\xB8\x35") return;
+    throw Failure(Printable(name) + ": is there and is no word list; --force replaces it", 2);
+}
+
 void Build(const BuildOptions& options) {
     Encoding from;
     if (!options.from.empty()) from = ParseEncoding(options.from);
-    // A narrow list keeps its words in the page they come in; Unicode texts become windows-1252.
-    const unsigned int page = !options.narrow    ? kUtf16Little
-                              : from.IsUnicode() ? kWestern
-                                                 : from.page;
+    // A narrow list keeps its words in the page they come in; Unicode and iso-8859-1 become
+    // windows-1252.
+    const bool western = from.IsUnicode() || from.page == kLatin1;
+    const unsigned int page = !options.narrow ? kUtf16Little : western ? kWestern : from.page;
     CT_CompList list(options.narrow ? CT_CompList::kOneByte : CT_CompList::kTwoBytes, 4, FALSE,
                      options.short_offsets ? FALSE : TRUE, 128, page);
     OutputFile output(options.output);
+    if (!options.force && !output.is_direct()) MayReplace(options.output);
     Losses losses(options.lossy);
     BuildCounts counts;
     for (const std::string& input : options.inputs) {
@@ -239,6 +255,7 @@ void AddBuild(CLI::App& parent) {
     command->add_flag("--wide", *wide, "Two bytes a character, UTF-16 (default)")->excludes(narrow);
     command->add_flag("--short-offsets", options->short_offsets,
                       "2-byte offsets: smaller, for lists of up to about 64 KiB");
+    command->add_flag("--force", options->force, "Replace a file that is no word list");
     command->add_option("--from", options->from,
                         "Encoding of inputs without a byte-order mark (default: UTF-8)");
     command->add_flag("--lossy", options->lossy,
