@@ -1,5 +1,6 @@
 #include "Foundation/Core/Base/SmartHeap.h"
 
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Dialogs.h"
 #include "Foundation/Platform/ThreadLocal.h"
 
@@ -21,6 +22,11 @@ const char* MessageOf(unsigned int code) {
 }
 
 }  // namespace
+
+void zelkor::detail::ReportExhausted() {
+    platform::ReportExhausted();
+    throw CT_SmartHeapException(MessageOf(platform::kMemoryExhausted), platform::kMemoryExhausted);
+}
 
 void CT_SmartHeapErrorHandler::sv_Init() {
     platform::SetMemoryErrorHandler(b_OnError);

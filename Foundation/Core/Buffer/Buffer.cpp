@@ -23,30 +23,10 @@ std::byte* NewBlock(std::uint32_t capacity) {
     return data;
 }
 
-void ReportExhausted() {
-    platform::ReportExhausted();
-    throw CT_SmartHeapException("Out of memory", platform::kMemoryExhausted);
-}
-
 std::uint32_t CapacityOf(std::uint64_t block, std::uint64_t size) {
     const std::uint64_t cut = std::min(block, kLargestBlock);
     if (cut < size + kHeaderSize) ReportExhausted();
     return static_cast<std::uint32_t>(cut - kHeaderSize);
-}
-
-void* NewObject(_SHI_Pool& pool, std::size_t size) {
-    void* const block =
-        size <= pool.size ? platform::AllocateBlock(&pool) : platform::Allocate(size);
-    if (block == nullptr) ReportExhausted();
-    return block;
-}
-
-void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept {
-    if (size <= pool.size) {
-        platform::FreeBlock(&pool, block);
-    } else {
-        platform::Free(block);
-    }
 }
 
 }  // namespace zelkor::detail

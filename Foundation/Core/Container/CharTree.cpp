@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "Foundation/Core/Buffer/Internal/Blocks.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Platform/Scan.h"
 
 namespace zelkor::detail {

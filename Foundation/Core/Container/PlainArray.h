@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <new>
 #include <type_traits>
 
-#include "Foundation/Platform/Memory.h"
+#include "Foundation/Core/Base/HeapObject.h"
 
 namespace zelkor::detail {
 
@@ -52,7 +51,7 @@ public:
 private:
     void Grow(std::size_t capacity) {
         void* block = platform::Reallocate(items_, capacity * sizeof(T));
-        if (block == nullptr) throw std::bad_alloc();
+        if (block == nullptr) ReportExhausted();
         items_ = static_cast<T*>(block);
         capacity_ = capacity;
     }

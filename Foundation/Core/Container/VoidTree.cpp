@@ -4,7 +4,7 @@
 #include <atomic>
 #include <cstring>
 
-#include "Foundation/Core/Buffer/Internal/Blocks.h"
+#include "Foundation/Core/Base/HeapObject.h"
 #include "Foundation/Core/String/UString.h"
 #include "Foundation/Core/TestOut/TestOut.h"
 

@@ -1,12 +1,11 @@
-// What the sources of buffers and strings share: the layout of a block, how its size is chosen, and
-// the objects of a class pool.
+// What the sources of buffers and strings share: the layout of a block and how its size is chosen.
 #ifndef FOUNDATION_CORE_BUFFER_INTERNAL_BLOCKS_H
 #define FOUNDATION_CORE_BUFFER_INTERNAL_BLOCKS_H
 
 #include <cstddef>
 #include <cstdint>
 
-#include "Foundation/Platform/Memory.h"
+#include "Foundation/Core/Base/HeapObject.h"
 
 namespace zelkor::detail {
 
@@ -23,17 +22,9 @@ inline constexpr std::uint64_t kLargestBlock = 0xFFFFFFC0;
 // The content of a fresh block with use count 1 and nothing used.
 [[nodiscard]] std::byte* NewBlock(std::uint32_t capacity);
 
-// Exhausted memory as the memory manager reports it; does not return.
-[[noreturn]] void ReportExhausted();
-
 // The capacity of a block of `block` bytes, which must hold `size` bytes of content. A block that
 // would pass 4 GiB is cut to the largest one.
 [[nodiscard]] std::uint32_t CapacityOf(std::uint64_t block, std::uint64_t size);
-
-// A class's operator new and delete: a block of its pool, or of the heap for an object of a derived
-// class that is larger.
-[[nodiscard]] void* NewObject(_SHI_Pool& pool, std::size_t size);
-void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept;
 
 }  // namespace zelkor::detail
 

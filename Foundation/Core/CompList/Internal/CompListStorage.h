@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <new>
 #include <utility>
 
 #include "Foundation/Core/Container/PlainArray.h"
@@ -73,7 +72,7 @@ private:
         while (count > larger.capacity_ / 4 * 3) larger.capacity_ *= 2;
         larger.entries_ =
             static_cast<Entry*>(platform::AllocateZeroed(larger.capacity_ * sizeof(Entry)));
-        if (larger.entries_ == nullptr) throw std::bad_alloc();
+        if (larger.entries_ == nullptr) ReportExhausted();
         for (std::size_t i = 0; i < capacity_; ++i) {
             if (entries_[i].place != 0) larger.Insert(entries_[i].Key(), entries_[i].place);
         }

@@ -6,25 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "Foundation/Core/Buffer/Internal/Blocks.h"
-#include "Foundation/Platform/Memory.h"
+#include "Foundation/Core/Base/HeapObject.h"
 
 namespace zelkor::detail {
-
-// An object of a class with a pool; classes derived from it, being larger, come from the heap.
-[[nodiscard]] inline void* NewObject(_SHI_Pool& pool, std::size_t size) {
-    void* const block =
-        size <= pool.size ? platform::AllocateBlock(&pool) : platform::Allocate(size);
-    if (block == nullptr) ReportExhausted();
-    return block;
-}
-inline void DeleteObject(_SHI_Pool& pool, void* block, std::size_t size) noexcept {
-    if (size <= pool.size) {
-        platform::FreeBlock(&pool, block);
-    } else {
-        platform::Free(block);
-    }
-}
 
 // Copies one item; `out` and `item` may be the same. Sizes up to 16 are copied as two pieces that
 // may overlap, both read before either is written.
