@@ -8,7 +8,6 @@
 //   31050               no record file, or one that holds no glossary, or a later kind of one
 //   31005               damaged: the parts are not those that were stored, or do not fit together
 //   the system's error  of opening, reading, writing
-// Without a list or a name: FALSE, and no error.
 // Running out of memory throws CT_SmartHeapException. Threads: any; between processes the share
 // mode of record files protects a file.
 #ifndef FOUNDATION_DATABASE_GLOSSARY_GLOSSARYFILE_H

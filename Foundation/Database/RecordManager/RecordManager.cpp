@@ -67,6 +67,7 @@ void CT_RecordManager::v_Create(unsigned int record_header_size, unsigned int bl
     ForgetTables();
     vv_Open(kReadWriteAccess, kCreateAlways, kShareNone, kAttributeNormal, kFlagRandomAccess);
     if (Failed()) return;
+    debts_.v_SetSize(0, FALSE);
     FillHeader(record_header_size, block_size, resource_max_count);
     v_Write(0, header_.data(), format::kHeaderSize);
     if (Failed()) return CloseFailed(0);
@@ -116,6 +117,7 @@ void CT_RecordManager::v_Open(et_OpenMode mode, et_MappingMode mapping) {
 
 bool CT_RecordManager::ReadHeader() {
     window_.v_SetUsedSize(0);
+    debts_.v_SetSize(0, FALSE);
     const unsigned int read = ReadAt(header_.data(), 0, format::kHeaderSize);
     if (Failed()) return false;
     std::fill(header_.begin() + read, header_.end(), std::byte{0});

@@ -12,8 +12,9 @@
 // Units: sizes, lengths and offsets are bytes; a file stays below 4 GiB.
 // Errors: an operation that fails, or that finds an error already set, returns 0 or nothing, leaves
 // its output empty and adds its location to the error. Blocks that it took stay taken. A record or
-// resource that was to be replaced is as it was; if the system fails in the middle of data that is
-// written over in place, as data of the same number of blocks is, that is put back where it can be.
+// resource that was to be replaced or deleted is as it was, also when the system fails in the
+// middle of a write: that is undone at once, or if that fails too before the next change and by
+// v_Flush and v_Close, and reads do not see it.
 //   31005  damaged: a size, link or count that cannot be, or the file is shorter than it says
 //   31050  no record file (opening)        31051  the reference is not a live record's
 //   31052  no room for another resource    31053  no such resource    31054  the resource exists
@@ -220,6 +221,11 @@ private:
     unsigned int n_Read(unsigned int offset);
     void v_Write(unsigned int offset, const void* data, unsigned int count);
     void v_Write(unsigned int offset, unsigned int value);
+    bool Store(unsigned int offset, const void* data, unsigned int count);
+    void Mend(unsigned int offset, const void* data, unsigned int count, bool mark = false);
+    void Mend(unsigned int offset, unsigned int word, bool mark = false);
+    bool PayDebts();
+    void ShowDebts(std::byte* out, unsigned int offset, unsigned int count) const;
     void WritePair(unsigned int offset, unsigned int first, unsigned int second);
     [[nodiscard]] unsigned int n_AlignBlockSize(unsigned int size) const;
     void v_SetError(unsigned int code, unsigned int line = __builtin_LINE());
@@ -279,7 +285,6 @@ private:
                                  const ChainBlock& block, unsigned int need);
     unsigned int TakeAtEnd(unsigned int need);
     bool ReadChainBlock(unsigned int offset, ChainBlock* block);
-    void Abandon(unsigned int offset, unsigned int word);
 
     // Records (RecordManagerRecords.cpp).
     [[nodiscard]] bool InMapping(std::uint64_t head, Body* body) const;
@@ -337,6 +342,8 @@ private:
     bool loose_end_known_ = false;
     bool changed_ = false;  // since it was opened
     Held held_{};
+    // What mends a failed write and could not be written either: offset, count, bytes; and so on.
+    CT_Buffer debts_;
     // No block that a walk along the overflow chain meets is larger; after a walk that did not see
     // the chain's end this holds only until a block leaves the chain.
     unsigned int chain_bound_ = 0xFFFFFFFF;

@@ -13,6 +13,7 @@ namespace platform = zelkor::platform;
 
 namespace format = zelkor::record_format;
 using format::Failed;
+using format::InSpiteOfError;
 
 namespace {
 
@@ -87,7 +88,9 @@ unsigned int CT_RecordManager::ReadAt(void* out, unsigned int offset, unsigned i
     SeekTo(offset);
     if (Failed()) return 0;
     const unsigned int read = vn_Read(out, count);
-    return Failed() ? 0 : read;
+    if (Failed()) return 0;
+    ShowDebts(static_cast<std::byte*>(out), offset, read);
+    return read;
 }
 
 // Reads inside the data area. Bytes behind the first `required` ones read as zero where the file
@@ -123,23 +126,28 @@ void CT_RecordManager::SeekTo(unsigned int offset) {
 // ---- Writing ------------------------------------------------------------------------------------
 
 void CT_RecordManager::v_Write(unsigned int offset, const void* data, unsigned int count) {
-    if (count == 0) return;
+    Store(offset, data, count);
+}
+
+// False, with an error, unless all of it was written. Heeds what the calls answer, not only the
+// error: one that is being ignored hides those that follow.
+bool CT_RecordManager::Store(unsigned int offset, const void* data, unsigned int count) {
+    if (count == 0) return true;
     changed_ = true;
     const std::uint64_t end = std::uint64_t{offset} + count;
     if (b_GetMapping() && end <= MappedSize()) {
         // a store counts at once, whatever becomes of this process: so they keep their order
         std::atomic_signal_fence(std::memory_order_seq_cst);
         std::memcpy(static_cast<std::byte*>(pv_GetMapping()) + offset, data, count);
-        return;
+        return true;
     }
     SeekTo(offset);
-    if (Failed()) return;
-    const unsigned int written = vn_Write(data, count);
-    if (Failed()) {
+    const bool there = !Failed() && vn_GetOffset() == offset;
+    if (!there || vn_Write(data, count) < count || Failed()) {
         window_.v_SetUsedSize(0);
-        return;
+        if (there && !Failed()) SystemFailure(platform::kErrorWriteFault);
+        return false;
     }
-    if (written < count) return SystemFailure(platform::kErrorWriteFault);
     const std::uint64_t window_end = std::uint64_t{window_offset_} + window_.n_GetUsedSize();
     const std::uint64_t from = std::max(offset, window_offset_);
     const std::uint64_t to = std::min(end, window_end);
@@ -147,6 +155,7 @@ void CT_RecordManager::v_Write(unsigned int offset, const void* data, unsigned i
         std::memcpy(static_cast<std::byte*>(window_.qv_Get()) + (from - window_offset_),
                     static_cast<const std::byte*>(data) + (from - offset), to - from);
     }
+    return true;
 }
 
 void CT_RecordManager::v_Write(unsigned int offset, unsigned int value) {
@@ -160,6 +169,61 @@ void CT_RecordManager::WritePair(unsigned int offset, unsigned int first, unsign
     format::StoreU32(words, first);
     format::StoreU32(words + format::kWord, second);
     v_Write(offset, words, sizeof words);
+}
+
+// ---- After a failed write -----------------------------------------------------------------------
+
+// Undoes a failed write, or marks what it left; the error that is set stays. What cannot be written
+// now is read as if it were, and is written before anything else is. What the file does not hold
+// needs no mending, but may be marked for those who look.
+void CT_RecordManager::Mend(unsigned int offset, const void* data, unsigned int count, bool mark) {
+    const InSpiteOfError tried;
+    const auto held_here = [this] { return std::max(MappedSize(), vn_GetSize()); };
+    if (offset >= held_here() && !mark) return;
+    if (Store(offset, data, count)) return;
+    const unsigned int size = held_here();
+    if (offset >= size) return;
+    const unsigned int held = std::min(count, std::max(size - offset, format::kWord));
+    window_.v_SetUsedSize(0);  // it shows none
+    debts_.v_Append(&offset, sizeof offset);
+    debts_.v_Append(&held, sizeof held);
+    debts_.v_Append(data, held);
+}
+
+void CT_RecordManager::Mend(unsigned int offset, unsigned int word, bool mark) {
+    std::byte bytes[format::kWord];
+    format::StoreU32(bytes, word);
+    Mend(offset, bytes, sizeof bytes, mark);
+}
+
+// False with the error set, and nothing forgotten.
+bool CT_RecordManager::PayDebts() {
+    const auto* const debts = static_cast<const std::byte*>(debts_.qcv_Get());
+    for (unsigned int at = 0; at < debts_.n_GetUsedSize();) {
+        unsigned int where[2];  // offset and count
+        std::memcpy(where, debts + at, sizeof where);
+        at += sizeof where;
+        if (!Store(where[0], debts + at, where[1])) return false;
+        at += where[1];
+    }
+    debts_.v_SetSize(0, FALSE);
+    return true;
+}
+
+// Puts the debts into what was read.
+void CT_RecordManager::ShowDebts(std::byte* out, unsigned int offset, unsigned int count) const {
+    const auto* const debts = static_cast<const std::byte*>(debts_.qcv_Get());
+    const std::uint64_t end = std::uint64_t{offset} + count;
+    for (unsigned int at = 0; at < debts_.n_GetUsedSize();) {
+        unsigned int where[2];
+        std::memcpy(where, debts + at, sizeof where);
+        at += sizeof where;
+        const std::uint64_t from = std::max(offset, where[0]);
+        const std::uint64_t to = std::min(end, std::uint64_t{where[0]} + where[1]);
+        if (from < to)
+            std::memcpy(out + (from - offset), debts + at + (from - where[0]), to - from);
+        at += where[1];
+    }
 }
 
 // ---- Sizes, errors ------------------------------------------------------------------------------
@@ -192,6 +256,8 @@ bool CT_RecordManager::MayChange() {
         SystemFailure(platform::kErrorAccessDenied);
     } else if (!changeable_) {
         v_SetError(format::kCorrupt);
+    } else {
+        PayDebts();
     }
     return !Failed();
 }

@@ -170,12 +170,13 @@ unsigned int CT_RecordManager::n_AddRecord(const CT_Buffer* data) {
     if (length != 0) {
         body = n_GetFreeBlock(static_cast<unsigned int>(length));
         if (Failed()) {
-            Abandon(head, format::kUnfinished);
+            Mend(head, format::kUnfinished, true);
             return 0;
         }
     }
     if (!WriteRecord(head, body, *data, head >= end)) {
-        Abandon(head, format::kUnfinished);
+        Mend(head, format::kUnfinished, true);
+        if (body != 0) Mend(body, static_cast<unsigned int>(length));
         Failed();
         return 0;
     }
@@ -270,8 +271,7 @@ bool CT_RecordManager::WriteTail(unsigned int offset, unsigned int old, const st
 bool CT_RecordManager::WriteOver(unsigned int offset, unsigned int old, const std::byte* data,
                                  unsigned int length) {
     Former former(*this);
-    const bool kept = length <= Piece::kSize - format::kWord;
-    if (kept && !former.Keep(offset, format::kWord + length, Piece())) return false;
+    if (!former.Keep(offset, std::min(format::kWord + length, old), Piece())) return false;
     if (!WriteTail(offset, old, data, length)) return false;
     WriteCounted(offset, data, length, true);
     if (!Failed()) return true;
@@ -297,7 +297,8 @@ bool CT_RecordManager::Rewrite(unsigned int head, const Body& old, const CT_Buff
             StoreU32(image + header + gap, rest + format::kWord);
             std::memcpy(image + header + gap + format::kBodyDataAt, bytes + header, rest);
             Former former(*this);
-            if (piece.Find(at, size) != nullptr) former.Keep(at, size, piece);
+            const unsigned int held = header + gap + std::max(old.length, format::kWord);
+            if (!former.Keep(at, std::min(size, held), piece)) return false;
             if (!WriteTail(old.offset, old.length, bytes + header, rest)) return false;
             v_Write(at, image, size);
             if (size > kAssembled) scratch_.v_SetSize(0, FALSE);
@@ -307,12 +308,17 @@ bool CT_RecordManager::Rewrite(unsigned int head, const Body& old, const CT_Buff
         }
     }
     Former former(*this);
-    if (!former.Keep(at, header, piece)) return false;
-    if (!WriteTail(old.offset, old.length, bytes + header, rest)) return false;
+    Former former_body(*this);
+    if (!former.Keep(at, header, piece) ||
+        !former_body.Keep(old.offset, std::min(old.length, rest + format::kWord), piece) ||
+        !WriteTail(old.offset, old.length, bytes + header, rest)) {
+        return false;
+    }
     v_Write(at, bytes, header);
     if (!Failed()) WriteCounted(old.offset, bytes + header, rest, true);
     if (!Failed()) return true;
     former.PutBack();
+    former_body.PutBack();
     return false;
 }
 
@@ -379,7 +385,7 @@ void CT_RecordManager::MoveBody(unsigned int head, const Body& old, const CT_Buf
         }
         former.PutBack();
     }
-    if (body != 0) Abandon(body, static_cast<unsigned int>(length));
+    if (body != 0) Mend(body, static_cast<unsigned int>(length));
 }
 
 void CT_RecordManager::v_UpdateRecordHeader(unsigned int reference, const CT_Buffer* data) {
@@ -408,8 +414,10 @@ void CT_RecordManager::v_DeleteRecord(unsigned int reference) {
         Failed();
         return;
     }
+    Former former(*this);
+    if (!former.Keep(head, format::kHeadDataAt, piece)) return;
     v_PutFreeBlock(1, head, n_GetRecordHeaderSize() + format::kHeadDataAt);
-    if (Failed()) return;
+    if (Failed()) return former.PutBack();
     Add(format::kRecordCountAt, -1);
     HeaderChanged();
     if (body.offset == 0) return;

@@ -45,7 +45,7 @@ void CT_RecordManager::v_AddResource(unsigned int key, const CT_Buffer* data) {
     if (Failed()) return;
     HeaderChanged();
     if (!PutResource(resource.offset, *data)) {
-        Abandon(resource.offset, static_cast<unsigned int>(length));
+        Mend(resource.offset, static_cast<unsigned int>(length));
         Failed();
         return;
     }
@@ -94,7 +94,7 @@ void CT_RecordManager::v_UpdateResource(unsigned int key, const CT_Buffer* data)
     if (place == resource.offset) {
         if (!WriteOver(place, old, bytes, data->n_GetUsedSize())) return;
     } else if (!PutResource(place, *data)) {
-        return Abandon(place, static_cast<unsigned int>(length));
+        return Mend(place, static_cast<unsigned int>(length));
     }
     Add(format::kResourceCounterAt, 1);
     resource.offset = place;
@@ -111,8 +111,10 @@ void CT_RecordManager::v_DeleteResource(unsigned int key) {
         Failed();
         return;
     }
+    Former former(*this);
+    if (!former.Keep(resource.offset, 2 * format::kWord, Piece())) return;
     v_PutFreeBlock(0, resource.offset, length);
-    if (Failed()) return;
+    if (Failed()) return former.PutBack();
     directory_.v_RemoveAt(position);
     Add(format::kResourceCountAt, -1);
     HeaderChanged();

@@ -141,8 +141,11 @@ unsigned int CT_RecordManager::UnlinkFromChain(unsigned int previous, unsigned i
         held_.words.link = next;
     } else {
         v_Write(previous + format::kFreeLinkAt, next);
+        if (Failed()) {
+            Mend(previous + format::kFreeLinkAt, offset);
+            return 0;
+        }
     }
-    if (Failed()) return 0;
     if (!chain_end_seen_) chain_bound_ = kUnknownBound;
     return offset;
 }
@@ -223,8 +226,8 @@ bool CT_RecordManager::GiveBack(unsigned int offset, unsigned int size) {
     return true;
 }
 
-// Writes the words of the block that was given back, if they are still due. One that cannot be
-// written stays out of free space.
+// Writes the words of the block that was given back, if they are still due. When that fails it
+// stays out of free space, but a scan is to pass it.
 bool CT_RecordManager::Settle() {
     const Held held = held_;
     if (held.offset == 0) return true;
@@ -235,6 +238,7 @@ bool CT_RecordManager::Settle() {
     }
     if (Failed()) {
         Withdraw();
+        Mend(held.offset, held.words.size);
         return false;
     }
     held_ = {};
@@ -258,11 +262,4 @@ void CT_RecordManager::Withdraw() {
         break;
     }
     held_ = {};
-}
-
-// Marks what a failed operation took, so that a scan does not follow the size the block once had.
-// The error that is set stays.
-void CT_RecordManager::Abandon(unsigned int offset, unsigned int word) {
-    const InSpiteOfError tried;
-    v_Write(offset, word);
 }

@@ -78,6 +78,7 @@ constexpr unsigned int kCountsSize = 24;  // from the free count to the last cha
 }  // namespace
 
 void CT_RecordManager::v_WriteHeader() {
+    if (!PayDebts()) return void(Failed());
     const bool table = open_mode_ == kModeReadWrite && Get(format::kFreeCounterAt) != free_copy_;
     const bool directory = Get(format::kResourceCounterAt) != resource_copy_;
     if (!table && !directory && Get(format::kHeaderCounterAt) == header_copy_) return;

@@ -115,8 +115,8 @@ public:
     }
     // The error that is set stays.
     void PutBack() {
-        const zelkor::record_format::InSpiteOfError tried;
-        manager_.v_Write(offset_, count_ > sizeof small_ ? large_.qcv_Get() : small_, count_);
+        if (count_ == 0) return;
+        manager_.Mend(offset_, count_ > sizeof small_ ? large_.qcv_Get() : small_, count_);
     }
 
 private:
