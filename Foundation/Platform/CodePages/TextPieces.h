@@ -55,8 +55,8 @@ public:
     // kErrorOnInvalidChars refuses, and in the pages without that flag
     //   50220   a byte or pair without a character, an unknown escape sequence
     //   52936   the same, a tilde at the end included
-    //   65000   a byte from 80 up; a '+' that begins nothing and a run with bits left over, both at
-    //           the byte behind them
+    //   65000   a byte from 80 up; a '+' that begins nothing; a run with bits left over, at the
+    //           byte behind it
     //   1200 and 1201   an odd byte at the end, read as U+FFFD; unpaired surrogates pass
     // A page that is not served takes and writes nothing.
     PieceResult Decode(const char* text, std::size_t length, bool last, char16_t* out) noexcept;

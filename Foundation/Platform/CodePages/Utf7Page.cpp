@@ -108,10 +108,11 @@ private:
 
     // Left-over bits are dropped, but stay in front of the next run when a byte from 80 up ended
     // this one. They are what fills up the last digit, unless something is wrong: told at the byte
-    // behind the run, since the run itself may lie in an earlier piece.
+    // behind the run, since its digits may lie in an earlier piece. A bare '+' never does.
     void EndRun(bool drop_bits) noexcept {
         const bool sound = !state_.run_is_empty && state_.bit_count < 6 && state_.bits == 0;
-        if (!sound) piece_.Fault(at_ == call_.length && at_ != 0 ? at_ - 1 : at_);
+        const bool bare = state_.run_is_empty && state_.bit_count == 0;
+        if (!sound) piece_.Fault((bare || at_ == call_.length) && at_ != 0 ? at_ - 1 : at_);
         state_.in_run = false;
         if (!drop_bits) return;
         state_.bits = 0;
