@@ -3,7 +3,9 @@
 #define TESTS_SUPPORT_FAULTS_H
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <csignal>
 #include <cstdint>
 
 #include "Foundation/Platform/Faults.h"
@@ -44,6 +46,26 @@ public:
     ~FullDisk() { zelkor::platform::ClearFileFaults(); }
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
+};
+
+// The process may make files of 64 KiB at most (223), which stands for a disk with no more room.
+class SmallFiles {
+public:
+    SmallFiles() : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before_), 0);
+        const rlimit limit{65536, before_.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~SmallFiles() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+private:
+    void (*handler_)(int);
+    rlimit before_{};
 };
 
 // Runs an operation again and again, failing its first call of that kind, then its second, and so

@@ -1,4 +1,4 @@
-// Share modes, byte-range locks and sudden ends, between objects and processes.
+// Share modes, byte-range locks and sudden ends, between objects; FileSharesTest has processes.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,24 +12,13 @@ namespace {
 
 class WinFileShareTest : public test::FileTest {
 protected:
-    // Opens the file again, in this process and in another one, does the work, and answers the
-    // error of both.
+    // Opens the file again, does the work, and answers the error.
     unsigned int Second(unsigned int access, unsigned int share,
                         const std::function<void(CT_WinFile&)>& work = {}) {
-        const auto second = [&] {
-            CT_WinFile file(&name_, 0);
-            Open(file, access, 1, share);
-            if (work) work(file);
-            return Taken();
-        };
-        const pid_t child = fork();
-        if (child == 0) _exit(static_cast<int>(second()));
-        int status = 0;
-        waitpid(child, &status, 0);
-        const unsigned int error = second();
-        EXPECT_TRUE(WIFEXITED(status));
-        EXPECT_EQ(static_cast<unsigned int>(WEXITSTATUS(status)), error);
-        return error;
+        CT_WinFile file(&name_, 0);
+        Open(file, access, 1, share);
+        if (work) work(file);
+        return Taken();
     }
     // Kills a child in the middle of its work, which it does over and over.
     static void KillDuring(const std::function<void()>& work, useconds_t after) {
@@ -41,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(WinFileShareTest, SharesAndLockedRangesHoldAgainstObjectsAndProcesses) {
+TEST_F(WinFileShareTest, SharesAndLockedRangesHoldAgainstOtherObjects) {
     for (const auto& [access, share, second_access, second_share, error] :
          {std::array<unsigned int, 5>{1, 1, 1, 1, 0}, {1, 3, 2, 2, 32}, {2, 1, 1, 3, 0}}) {
         const auto first = Opened("x", access, share);
