@@ -30,6 +30,9 @@ void Convert(const ConvertOptions& options) {
     Losses losses(options.lossy);
     TextInput input(options.input, {.named = options.from, .mark_decides = false}, losses);
     OutputFile file(options.output);
+    if (input.file().IsOpenAs(file.direct_descriptor())) {
+        throw Failure(input.name() + ": is the " + file.name() + " too", 2);
+    }
     TextOutput output(file, to, losses, input.name());
     if (options.mark || (!options.no_mark && to.IsUtf16())) output.WriteMark();
     for (auto block = input.Next(); !block.empty(); block = input.Next()) {

@@ -32,6 +32,13 @@ InputFile::~InputFile() {
     if (descriptor_ > STDIN_FILENO) close(descriptor_);
 }
 
+bool InputFile::IsOpenAs(int descriptor) const {
+    struct stat own {};
+    struct stat other {};
+    return fstat(descriptor_, &own) == 0 && fstat(descriptor, &other) == 0 &&
+           S_ISREG(own.st_mode) && own.st_dev == other.st_dev && own.st_ino == other.st_ino;
+}
+
 std::size_t InputFile::Read(char* out, std::size_t count) {
     std::size_t done = 0;
     while (done < count) {

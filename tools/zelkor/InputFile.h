@@ -21,6 +21,9 @@ public:
     // All that is left; more than `most` bytes end the command.
     [[nodiscard]] std::string ReadAll(std::size_t most);
 
+    // Whether that descriptor, or -1, is the same file on a disk: writing there would feed it.
+    [[nodiscard]] bool IsOpenAs(int descriptor) const;
+
     // Bytes of a regular file, 0 when that is not known.
     [[nodiscard]] std::uint64_t size() const { return size_; }
     // As messages show it.

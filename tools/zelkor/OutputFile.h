@@ -39,6 +39,7 @@ public:
     [[nodiscard]] const std::string& name() const { return name_; }
     // Whether it is written directly.
     [[nodiscard]] bool is_direct() const { return target_.empty(); }
+    [[nodiscard]] int direct_descriptor() const { return is_direct() ? direct_ : -1; }
     [[nodiscard]] bool is_standard_output() const;
 
 private:

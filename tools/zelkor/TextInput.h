@@ -39,6 +39,7 @@ public:
     // the next call.
     [[nodiscard]] std::span<char16_t> Next();
 
+    [[nodiscard]] const InputFile& file() const { return file_; }
     [[nodiscard]] const Encoding& encoding() const { return encoding_; }
     // As messages show it.
     [[nodiscard]] const std::string& name() const { return file_.name(); }
