@@ -233,13 +233,10 @@ TEST(CompListIteratorTest, DamagedImagesAreReadToAnEndAndNeverChanged) {
 // Each marker leads right behind itself, so that every path forks and joins again: without a bound
 // a list of this size has 2^200 words.
 TEST(CompListIteratorTest, EndsOnAnImageWhosePathsJoin) {
-    Bytes image = PlainCompList(1, 1, false, false).Image();
-    image.pop_back();
-    for (int i = 0; i < 200; ++i) image.insert(image.end(), {'a', 13, 3, 0});
-    image.insert(image.end(), {'a', 26, 1, 25});
-    for (unsigned i = 0; i < 4; ++i) {
-        image[4 + i] = static_cast<std::uint8_t>(image.size() >> (8 * i));
-    }
+    Bytes stream;
+    for (int i = 0; i < 200; ++i) stream.insert(stream.end(), {'a', 13, 3, 0});
+    stream.insert(stream.end(), {'a', 26, 1, 25});
+    const Bytes image = Around(stream, 1);
     EXPECT_LE(Enumerate(Adopted(image)).size(), image.size());
 }
 

@@ -25,10 +25,6 @@ TEST(HashFunctionTest, AgreeWithTheDefinitionForTextsInEveryForm) {
             }
         }
     }
-    EXPECT_EQ(F::sn_HashCaseQCUZ(u"abc", 13), 6u);
-    EXPECT_EQ(F::sn_HashCaseQCCZ("\xE9", 0x20000000), 0x0FFFFF19u + 1);  // 0xFFFFFFE9, folded
-    EXPECT_NE(F::sn_HashNoCaseQCUZ(u"\u00C9", 4093), F::sn_HashNoCaseQCUZ(u"\u00E9", 4093));
-    EXPECT_EQ(F::sn_HashCaseQUZ(u"\uFFFF\uFFFF\uFFFF\uFFFF\uFFFF", 0x20000000), 0x010FEFFFu + 1);
     const Table::HashFunction by_value[] = {&F::sn_HashN, &F::sn_HashN4};
     for (const auto function : by_value) {
         EXPECT_EQ(function(reinterpret_cast<const void*>(std::uintptr_t{0xFFFFFFFE}), 13),

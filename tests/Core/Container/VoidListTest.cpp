@@ -1,7 +1,9 @@
 #include "Foundation/Core/Container/VoidList.h"
 
+#include <algorithm>
 #include <functional>
 #include <limits>
+#include <random>
 #include <vector>
 
 #include "ContainerSupport.h"
@@ -33,61 +35,61 @@ CT_VoidList Make(std::initializer_list<int> items) {
     return list;
 }
 
-TEST(VoidListTest, InsertsAndRemovesAtEveryPlace) {
+TEST(VoidListTest, KeepsToAVectorThroughRandomChanges) {
+    std::mt19937 random(3);
     CT_VoidList list(sizeof(int));
-    const int one = 1, two = 2, three = 3, four = 4, five = 5;
-    list.v_InsertBefore(&three, nullptr);
-    EXPECT_EQ(list.pso_GetFirst(), list.pso_GetLast());
-    list.v_InsertFirst(&one);
-    list.v_InsertBefore(&two, list.pso_GetLast());
-    list.v_InsertAfter(&four, list.pso_GetLast());
-    list.v_InsertLast(&five);
-    EXPECT_THAT(Items(list), ElementsAre(1, 2, 3, 4, 5));
-    list.v_InsertAfter(&five, nullptr);
-    list.v_InsertBefore(&one, nullptr);
-    EXPECT_THAT(Items(list), ElementsAre(5, 1, 2, 3, 4, 5, 1));
-
-    int out = 0;
-    list.v_RemoveAt(&out, nullptr);
-    EXPECT_EQ(out, 5);
-    list.v_RemoveLast(&out);
-    EXPECT_EQ(out, 1);
-    list.v_RemoveAt(&out, list.pso_GetPosition(3));
-    EXPECT_EQ(out, 3);
-    list.v_RemoveFirst(nullptr);
-    list.v_SetAt(&one, list.pso_GetFirst());
-    EXPECT_THAT(Items(list), ElementsAre(1, 4, 5));
-    list.v_Set();
-    EXPECT_THAT(Items(list), ElementsAre());
-    list.v_InsertAfter(&one, nullptr);
-    EXPECT_EQ(list.pso_GetFirst(), list.pso_GetLast());
-}
-
-TEST(VoidListTest, SkippingWrapsRound) {
-    const CT_VoidList list = Make({1, 2, 3, 4, 5});
-    auto* const first = list.pso_GetFirst();
-    auto* const last = list.pso_GetLast();
-    EXPECT_EQ(list.pso_Skip(last, 1), first);
-    EXPECT_EQ(list.pso_Skip(first, -1), last);
-    EXPECT_EQ(list.pso_Skip(first, 0), first);
-    EXPECT_EQ(list.pso_Skip(first, 14), last);
-    EXPECT_EQ(list.pso_Skip(last, std::numeric_limits<int>::min()), list.pso_Skip(last, -3));
-    for (std::uint32_t index = 1; index <= 5; ++index) {
-        int item = 0;
-        list.v_GetAt(&item, list.pso_GetPosition(index));
-        EXPECT_EQ(item, static_cast<int>(index));
+    std::vector<int> model;
+    for (int step = 0; step < 4000; ++step) {
+        const std::size_t count = model.size(), at = count == 0 ? 0 : random() % count;
+        auto* const node = list.pso_GetPosition(static_cast<std::uint32_t>(at + 1));
+        const auto place = model.begin() + static_cast<std::ptrdiff_t>(at);
+        const int item = static_cast<int>(random() % 20), change = static_cast<int>(random() % 12);
+        if (change == 0 || count == 0) {
+            list.v_InsertFirst(&item), model.insert(model.begin(), item);
+        } else if (change == 1) {
+            list.v_InsertLast(&item), model.push_back(item);
+        } else if (change == 2) {
+            list.v_InsertBefore(&item, node), model.insert(place, item);
+        } else if (change == 3) {
+            list.v_InsertAfter(&item, node), model.insert(place + 1, item);
+        } else if (change == 4) {
+            list.v_InsertBefore(&item, nullptr), model.push_back(item);
+        } else if (change == 5) {
+            list.v_InsertAfter(&item, nullptr), model.insert(model.begin(), item);
+        } else if (change == 6) {
+            list.v_SetAt(&item, node), *place = item;
+        } else if (change < 11) {
+            const bool last = change == 8, first = change == 9 || change == 10;
+            const int wanted = last ? model.back() : first ? model.front() : *place;
+            int out = -1;
+            if (change == 7) list.v_RemoveAt(&out, node), model.erase(place);
+            if (last) list.v_RemoveLast(&out), model.pop_back();
+            if (change == 9) list.v_RemoveFirst(&out);
+            if (change == 10) list.v_RemoveAt(&out, nullptr);  // the first
+            if (first) model.erase(model.begin());
+            ASSERT_EQ(out, wanted);
+        } else if (step % 50 == 0) {
+            list.v_Set(), model.clear();
+        }
+        ASSERT_EQ(Items(list), model);
+        std::uint32_t index = 99;
+        const auto found = std::ranges::find(model, item);
+        auto* const met = list.pso_Find(&item, &index);
+        ASSERT_EQ(index, found == model.end() ? 0 : found - model.begin() + 1);
+        ASSERT_EQ(met, list.pso_GetPosition(index));
+        if (model.empty()) continue;
+        const int steps = item - 10, size = static_cast<int>(model.size());
+        int skipped = -1;
+        list.v_GetAt(&skipped, list.pso_Skip(list.pso_GetFirst(), steps));
+        ASSERT_EQ(skipped, model[static_cast<std::size_t>((steps % size + size) % size)]);
     }
 }
 
-TEST(VoidListTest, FindsAndCopies) {
+TEST(VoidListTest, CopiesAndCompares) {
     const CT_VoidList list = Make({7, 8, 7});
-    std::uint32_t index = 99;
-    const int eight = 8, nine = 9;
-    EXPECT_EQ(list.pso_Find(&eight, &index), list.pso_GetFirst()->next);
-    EXPECT_EQ(index, 2u);
-    EXPECT_EQ(list.pso_Find(&nine, &index), nullptr);
-    EXPECT_EQ(index, 0u);
-
+    auto* const last = list.pso_GetLast();
+    EXPECT_EQ(list.pso_Skip(last, std::numeric_limits<int>::min()), list.pso_Skip(last, -2));
+    const int nine = 9;
     auto* const copy = new CT_VoidList(&list);
     EXPECT_TRUE(list.b_IsEqual(copy));
     copy->v_SetAt(&nine, copy->pso_GetLast());
