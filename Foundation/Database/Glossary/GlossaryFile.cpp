@@ -94,6 +94,8 @@ public:
     NewFile& operator=(const NewFile&) = delete;
 
     [[nodiscard]] const CT_UString* Name() const { return &name_; }
+    // Somebody else is writing it.
+    void Leave() { placed_ = true; }
     bool Replace() {
         placed_ =
             platform::RenameFile(platform_name_->Get(), PlatformName(&target_).Get(), true, false);
@@ -133,6 +135,7 @@ Head MakeHead(std::uint32_t count, const Parts& parts) noexcept {
 
 BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t* file) {
     if (list == nullptr || file == nullptr) return RefuseNull();
+    if (Failed()) return FALSE;
     const Parts parts{*list->pcco_GetSourceBuffer(), *list->pcco_GetTargetBuffer(),
                       *list->pcco_GetSourceIndex()->pcco_GetBuffer(),
                       *list->pcco_GetTargetIndex()->pcco_GetBuffer()};
@@ -142,6 +145,9 @@ BOOL CT_GlossaryFile::sb_Save(const CT_BiLingualUWordList* list, const char16_t*
     const CT_WinFile named(fresh.Name(), kFileBufferSize);
     CT_RecordManager records(&named);
     records.v_Create(kRecordHeaderSize, kBlockSize, kHeadKey);
+    if (CT_ErrorManager::spco_Get()->n_GetErrorCode() == platform::kErrorSharingViolation) {
+        fresh.Leave();
+    }
     for (unsigned int i = 0; i < kPartCount; ++i) records.v_AddResource(i + 1, &parts[i]);
     records.v_AddResource(kHeadKey, &head_part);
     records.v_Flush();

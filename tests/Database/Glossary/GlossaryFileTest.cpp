@@ -140,6 +140,16 @@ TEST_F(GlossaryFileTest, AFailedWriteIsToldAndLeavesTheOldFile) {
         EXPECT_EQ(loaded.n_GetCount(), 0u);
         EXPECT_EQ(folder.Names().size(), 1u);
     };
+    {  // another one is saving: its file stays
+        const CT_UString path((name + u".new").c_str());
+        const CT_WinFile file(&path, 0);
+        CT_RecordManager other(&file);
+        other.v_Create(16, 64, 1);
+        EXPECT_CT_ERROR(32, save());
+        EXPECT_EQ(folder.Names().size(), 2u);
+        other.v_Close(TRUE);
+        other.vv_Remove();
+    }
     EXPECT_EQ(test::FailEachFileCall(platform::FileCall::kRename, 112, save, check), 1u);
     Save(old);
     EXPECT_GT(test::FailEachFileCall(platform::FileCall::kWrite, 112, save, check), 3u);
