@@ -134,41 +134,24 @@ TEST(CompareTest, AStringEndsAtItsFirstZero) {
 }
 
 TEST(CompareTest, NullIsAnEmptyTextOrZero) {
-    char text[] = "a";
-    char16_t wide_text[] = u"a";
-    CT_CString narrow(text);
-    CT_UString wide(wide_text);
-    const auto check = [](auto compare, auto* value) {
-        auto* const none = decltype(value){};
-        EXPECT_EQ(compare(none, none), 0);
-        EXPECT_EQ(Sign(compare(value, none)), 1);
-        EXPECT_EQ(Sign(compare(none, value)), -1);
-    };
-    const auto check_items = [](auto compare, auto* value) {
-        auto* none = decltype(value){};
-        EXPECT_EQ(compare(&none, nullptr), 0);
-        EXPECT_EQ(Sign(compare(&value, nullptr)), 1);
-        EXPECT_EQ(Sign(compare(&none, &value)), -1);
-    };
-    check(CT_Compare::si_CompareCaseQCZ, text);
-    check(CT_Compare::si_CompareNoCaseQCZ, text);
-    check(CT_Compare::si_CompareCaseQUZ, wide_text);
-    check(CT_Compare::si_CompareNoCaseQUZ, wide_text);
-    check(CT_Compare::si_CompareCStringPCO, &narrow);
-    check(CT_Compare::si_CompareCStringNoCasePCO, &narrow);
-    check(CT_Compare::si_CompareUStringPCO, &wide);
-    check(CT_Compare::si_CompareUStringNoCasePCO, &wide);
-    check_items(CT_Compare::si_CompareCasePQCZ, &text[0]);
-    check_items(CT_Compare::si_CompareNoCasePQUZ, &wide_text[0]);
-    check_items(CT_Compare::si_CompareCStringPPCO, &narrow);
-    check_items(CT_Compare::si_CompareUStringNoCasePPCO, &wide);
-    for (CT_String* const string :
-         {static_cast<CT_String*>(&narrow), static_cast<CT_String*>(&wide)}) {
-        check(CT_Compare::si_CompareStringPCO, string);
-        check_items(CT_Compare::si_CompareStringNoCasePPCO, string);
-    }
+    char text[] = "a", *const none = nullptr;
+    char16_t wide_text[] = u"a", *const no_wide = nullptr;
+    CT_CString narrow(text), *const no_narrow = nullptr;
+    CT_UString wide(wide_text), *const no_string = nullptr;
+    CT_String *const any = &narrow, *const no_any = nullptr;
     int one = 1;
-    check(CT_Compare::si_ComparePI, &one);
+    EXPECT_EQ(COMPARED(Case, QCCZ, QCZ, text, none), 1);
+    EXPECT_EQ(COMPARED(NoCase, QCCZ, QCZ, none, text), -'a');
+    EXPECT_EQ(COMPARED(Case, QCUZ, QUZ, no_wide, wide_text), -1);
+    EXPECT_EQ(COMPARED(NoCase, QCUZ, QUZ, wide_text, no_wide), 'a');
+    EXPECT_EQ(COMPARED(CString, PCCO, PCO, &narrow, no_narrow), 1);
+    EXPECT_EQ(COMPARED(CStringNoCase, PCCO, PCO, no_narrow, &narrow), -'a');
+    EXPECT_EQ(COMPARED(UString, PCCO, PCO, no_string, &wide), -1);
+    EXPECT_EQ(COMPARED(UStringNoCase, PCCO, PCO, no_string, no_string), 0);
+    EXPECT_EQ(COMPARED(String, PCCO, PCO, any, no_any), 1);
+    EXPECT_EQ(COMPARED(StringNoCase, PCCO, PCO, no_any, any), -'a');
+    EXPECT_EQ(CT_Compare::si_CompareCasePQCZ(nullptr, nullptr), 0) << "nor need there be items";
+    EXPECT_EQ(CT_Compare::si_ComparePI(&one, nullptr), 1);
 }
 
 TEST(CompareTest, OnlyEightBitTextIsConverted) {
