@@ -118,9 +118,7 @@ TEST_F(InputTest, AReadThatYieldsNothingClosesTheFile) {
 
 TEST_F(InputTest, Utf16IsRecognisedAndReadingStartsAtTheBeginning) {
     using namespace std::string_literals;
-    folder_.Write(u"file",
-                  "\xFF\xFE"
-                  "a\0b\0"s);
+    folder_.Write(u"file", "\xFF\xFE\x61\0b\0"s);
     for (CT_Input* input : files_) {
         input->vv_Open();
         EXPECT_TRUE(input->vb_IsUnicode());

@@ -22,9 +22,7 @@ void AppendOneOfEach(CT_Output& output) {
 class OutputTest : public test::FileTest {};
 
 TEST_F(OutputTest, MemoryAndFilesTakeTheBytesAsTheyAre) {
-    const std::string expected =
-        "raw\x01\xE9t\xE9\xAC\x20"
-        "42w\0"s;
+    const std::string expected = "raw\x01\xE9t\xE9\xAC\x20\x34\x32w\0"s;
     CT_MemoryOutput memory;
     AppendOneOfEach(memory);
     EXPECT_EQ(memory.vn_GetSize(), expected.size());
@@ -90,20 +88,19 @@ TEST_F(OutputTest, ContentIsSharedAndHandedOver) {
 }
 
 TEST_F(OutputTest, ACallersFileIsAppendedToAndLeftAsItWas) {
-    const auto opened = Opened("old", 3);
-    CT_WinFile& file = *opened;
+    const auto file = Opened("old", 3);
     {
-        CT_FileOutput output(&file);
+        CT_FileOutput output(file.get());
         output.vv_AppendC("+", 1, 0);
     }
-    EXPECT_TRUE(file.b_IsOpen());
-    file.vv_Close();
+    EXPECT_TRUE(file->b_IsOpen());
+    file->vv_Close();
     EXPECT_EQ(Get(u"file"), "old+");
     {
-        CT_FileOutput output(&file);  // a closed file is made anew and closed in the end
+        CT_FileOutput output(file.get());  // a closed file is made anew and closed in the end
         output.vv_AppendC("new", 3, 0);
-        EXPECT_EQ(output.pco_GiveFile(), &file);
-        EXPECT_FALSE(file.b_IsOpen());
+        EXPECT_EQ(output.pco_GiveFile(), file.get());
+        EXPECT_FALSE(file->b_IsOpen());
         output.vv_AppendC("lost", 4, 0);
         EXPECT_EQ(output.vn_GetSize(), 0u);
     }
