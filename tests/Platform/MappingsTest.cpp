@@ -42,20 +42,15 @@ TEST_F(MappingsTest, CreatingOneAnswersAsRecorded) {
         std::uint32_t error;
         std::uint64_t size_after;
     };
-    for (const auto& [file_size, access, writable, size, error, size_after] :
-         {Case{0, kAccessRead, false, 0, 1006, 0},
-          {0, kAccessRead, false, 1, 8, 0},
-          {0, kAccessRead, true, 0, 5, 0},
-          {5, kAccessRead, false, 1, 0, 5},
-          {5, kAccessRead, false, 100, 8, 5},
-          {5, kAccessRead, true, 100, 5, 5},
-          {5, kAccessWrite, false, 0, 5, 5},
-          {5, kAccessWrite, true, 1, 5, 5},
-          {0, kReadWrite, true, 0, 1006, 0},
-          {0, kReadWrite, true, 4096, 0, 4096},
-          {5, kReadWrite, false, 4096, 8, 5},
-          {5, kReadWrite, true, 1, 0, 5},
-          {5, kReadWrite, true, 1048576, 0, 1048576}}) {
+    const Case cases[] = {
+        {0, kAccessRead, false, 0, 1006, 0},       {0, kAccessRead, false, 1, 8, 0},
+        {0, kAccessRead, true, 0, 5, 0},           {5, kAccessRead, false, 1, 0, 5},
+        {5, kAccessRead, false, 100, 8, 5},        {5, kAccessRead, true, 100, 5, 5},
+        {5, kAccessWrite, false, 0, 5, 5},         {5, kAccessWrite, true, 1, 5, 5},
+        {0, kReadWrite, true, 0, 1006, 0},         {0, kReadWrite, true, 4096, 0, 4096},
+        {5, kReadWrite, false, 4096, 8, 5},        {5, kReadWrite, true, 1, 0, 5},
+        {5, kReadWrite, true, 1048576, 0, 1048576}};
+    for (const auto& [file_size, access, writable, size, error, size_after] : cases) {
         SCOPED_TRACE(std::to_string(file_size) + " " + std::to_string(size));
         folder.Write(u"file", std::string(file_size, 'x'));
         const HANDLE file = Open(name, access);

@@ -85,6 +85,7 @@ std::u16string SlowLines(std::u16string_view text) {
 class TextReaderTest : public test::FileTest {};
 
 TEST_F(TextReaderTest, MarksSetTheEncodingAndEveryFormOfLineEndEndsALine) {
+    constexpr BOOL kBoth = CT_StreamTextReader::kBothByteOrders;
     struct Case {
         std::string bytes;
         Value given;
@@ -100,6 +101,7 @@ TEST_F(TextReaderTest, MarksSetTheEncodingAndEveryFormOfLineEndEndsALine) {
         {"\xFE\xFF\0\x41"s, kUtf16, TRUE, kUtf16, u"\xFFFE\x4100|"},
         {"\xFF\xFE", kUtf8, TRUE, kUtf16, u""},
         {"\xFF", kWindows1252, TRUE, kWindows1252, u"ÿ|"},
+        {"\xEF\xBBz", kWindows1252, TRUE, kWindows1252, u"ï»z|"},
         {"ab\0\xFF"s, kUtf16, TRUE, kUtf16, u"\x6261\xFF00|"},
         {"abc", kUtf16, TRUE, kUtf16, u"\x6261|"},
         {"", kUnknown, TRUE, kPseudoAnsi, u""},
@@ -111,12 +113,21 @@ TEST_F(TextReaderTest, MarksSetTheEncodingAndEveryFormOfLineEndEndsALine) {
         {"\r\n\r\n", kUtf8, TRUE, kUtf8, u"||"},
         {"\r\n\n\r\r", kUtf8, TRUE, kUtf8, u"|||"},
         {"a\r", kUtf8, TRUE, kUtf8, u"a|"},
+        // Both byte orders
+        {"\xFEz", kWindows1252, kBoth, kWindows1252, u"þz|"},
+        {"\xFE\xFF\0\x41\0"s, kWindows1252, kBoth, kUtf16BigEndian, u"A\xFFFD|"},
+        {"\0\x41\0\n\x20\xAC"s, kUtf16BigEndian, kBoth, kUtf16BigEndian, u"A|€|"},
+        {"\xFF\xFE\x41\0"s, kUtf16BigEndian, kBoth, kUtf16, u"A|"},
     };
     for (const auto& [bytes, given, sniff, found, lines] : cases) {
         SCOPED_TRACE(testing::PrintToString(bytes));
-        const Text text = ReadAll(bytes, given, sniff);
-        EXPECT_EQ(text.encoding, found);
-        EXPECT_EQ(text.lines, lines);
+        for (const unsigned int most : {1u, 5u, 1000u}) {
+            for (const bool pipe : {false, true}) {
+                const Text text = ReadShortly(bytes, given, sniff, most, pipe);
+                EXPECT_EQ(text.encoding, found) << most << pipe;
+                EXPECT_EQ(text.lines, lines) << most << pipe;
+            }
+        }
     }
     const Text text = ReadAll("x\xEF\xBB\xBF\x61", kWindows1252, TRUE, 1);  // not its beginning
     EXPECT_EQ(text.encoding, kWindows1252);
@@ -176,38 +187,6 @@ TEST_F(TextReaderTest, TextIsTheSameHoweverItsBytesArrive) {
                                           all.data(), static_cast<int>(all.size()));
         all.resize(static_cast<std::size_t>(units));
         EXPECT_TRUE(whole.lines == SlowLines(all));
-    }
-}
-
-TEST_F(TextReaderTest, MarksCountInPipesAndOnRequestInBothByteOrders) {
-    constexpr BOOL kBoth = CT_StreamTextReader::kBothByteOrders;
-    struct Case {
-        std::string bytes;
-        Value given;
-        BOOL sniff;
-        Value found;
-        std::u16string lines;
-    };
-    const Case cases[] = {
-        {"\xFF\xFE\x41\0"s, kWindows1252, TRUE, kUtf16, u"A|"},
-        {"\xEF\xBB\xBF\x61", kWindows1252, TRUE, kUtf8, u"a|"},
-        {"\xEF\xBBz", kWindows1252, TRUE, kWindows1252, u"ï»z|"},
-        {"\xEF", kWindows1252, TRUE, kWindows1252, u"ï|"},
-        {"\xFEz", kWindows1252, kBoth, kWindows1252, u"þz|"},
-        {"\xFE\xFF\0\x41\0"s, kWindows1252, kBoth, kUtf16BigEndian, u"A\xFFFD|"},
-        {"\0\x41\0\n\x20\xAC"s, kUtf16BigEndian, kBoth, kUtf16BigEndian, u"A|€|"},
-        {"\xFF\xFE\x41\0"s, kUtf16BigEndian, kBoth, kUtf16, u"A|"},
-        {"", kUtf8, TRUE, kUtf8, u""},
-    };
-    for (const auto& [bytes, given, sniff, found, lines] : cases) {
-        SCOPED_TRACE(testing::PrintToString(bytes));
-        for (const unsigned int most : {1u, 5u}) {
-            for (const bool pipe : {false, true}) {
-                const Text text = ReadShortly(bytes, given, sniff, most, pipe);
-                EXPECT_EQ(text.encoding, found);
-                EXPECT_EQ(text.lines, lines);
-            }
-        }
     }
 }
 

@@ -1,41 +1,28 @@
 // Inputs over memory, files and mapped files.
 #include "Foundation/Core/Input/Input.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
-#include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Core/String/UString.h"
-#include "Foundation/Platform/Faults.h"
-#include "Support/Errors.h"
-#include "Support/TempFolder.h"
+#include "Core/File/FileFixture.h"
 
 namespace platform = zelkor::platform;
 
 namespace {
 
-class InputTest : public testing::Test {
+class InputTest : public test::FileTest {
 protected:
-    InputTest() : name_(folder_.Name(u"input.bin")), path_(name_.c_str()) {
-        folder_.Write(u"input.bin", kContent);
-    }
+    InputTest() { folder_.Write(u"file", kContent); }
 
     static constexpr const char* kContent = "0123456789";
-    test::TempFolder folder_;
-    std::u16string name_;
-    CT_UString path_;
     CT_MemoryInput memory_{4, reinterpret_cast<const unsigned char*>(kContent), 10};
-    CT_FileInput file_{4, &path_};
-    CT_MappedFileInput mapped_{4, &path_};
+    CT_FileInput plain_{4, &name_};
+    CT_MappedFileInput mapped_{4, &name_};
+    CT_Input* const files_[2]{&plain_, &mapped_};
+    CT_Input* const all_[3]{&memory_, &plain_, &mapped_};
 };
 
 TEST_F(InputTest, EverySourceHandsOutTheSameBlocks) {
-    for (CT_Input* input : {static_cast<CT_Input*>(&memory_), static_cast<CT_Input*>(&file_),
-                            static_cast<CT_Input*>(&mapped_)}) {
+    for (CT_Input* input : all_) {
         input->vv_Open();
-        ASSERT_FALSE(CT_ErrorManager::spco_Get()->b_IsSetError());
+        ASSERT_TRUE(test::NoError());
         EXPECT_EQ(input->vn_GetSize(), 10u);
         const unsigned char* data = nullptr;
         unsigned int count = 0;
@@ -51,35 +38,27 @@ TEST_F(InputTest, EverySourceHandsOutTheSameBlocks) {
 }
 
 TEST_F(InputTest, CopyingAndSkippingAtTheEndDifferByKind) {
-    struct Case {
-        CT_Input* input;
-        BOOL skip_past_end, copy_short;
-        unsigned int offset_after_copy;
-    };
-    for (const auto& [input, skip_past_end, copy_short, offset_after_copy] :
-         {Case{&memory_, FALSE, TRUE, 12},
-          {&file_, TRUE, FALSE, 10},
-          {&mapped_, TRUE, FALSE, 10}}) {
+    for (CT_Input* input : all_) {
+        const bool of_memory = input == &memory_;
         input->vv_Open();
         unsigned char target[8] = {};
         EXPECT_TRUE(input->vb_Skip(3));
         EXPECT_TRUE(input->vb_CopyNextBuffer(target, 2));
         EXPECT_EQ(std::string(target, target + 2), "34");
-        EXPECT_EQ(input->vb_CopyNextBuffer(target, 7), copy_short);
+        EXPECT_EQ(input->vb_CopyNextBuffer(target, 7), of_memory);
         EXPECT_EQ(std::string(target, target + 5), "56789");
-        EXPECT_EQ(input->vn_GetOffset(), offset_after_copy);
+        EXPECT_EQ(input->vn_GetOffset(), of_memory ? 12u : 10u);
         EXPECT_FALSE(input->vb_CopyNextBuffer(target, 1));
         input->vv_Close();
     }
-    for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
+    for (CT_Input* input : files_) {
         input->vv_Open();
         EXPECT_TRUE(input->vb_Skip(0xFFFFFFFF));
         EXPECT_TRUE(input->vb_IsEmpty());
         EXPECT_FALSE(input->vb_Skip(1));
         input->vv_Close();
     }
-    for (CT_Input* input : {static_cast<CT_Input*>(&memory_), static_cast<CT_Input*>(&file_),
-                            static_cast<CT_Input*>(&mapped_)}) {
+    for (CT_Input* input : all_) {
         memory_.v_Set(4, reinterpret_cast<const unsigned char*>(kContent), 10);
         input->vv_Open();
         unsigned int count = 0;
@@ -95,14 +74,14 @@ TEST_F(InputTest, CopyingAndSkippingAtTheEndDifferByKind) {
 }
 
 TEST_F(InputTest, FilesAreHeldAloneAndMissingOrEmptyOnesTold) {
-    file_.vv_Open();
+    plain_.vv_Open();
     EXPECT_CT_ERROR(32, mapped_.vv_Open());
-    file_.vv_Close();
-    folder_.Write(u"input.bin", "");
+    plain_.vv_Close();
+    folder_.Write(u"file", "");
     EXPECT_CT_ERROR(1006, mapped_.vv_Open());
     EXPECT_FALSE(mapped_.pcco_GetFile()->b_IsOpen());
-    folder_.Remove(u"input.bin");
-    EXPECT_CT_ERROR(2, file_.vv_Open());
+    folder_.Remove(u"file");
+    EXPECT_CT_ERROR(2, plain_.vv_Open());
 }
 
 // The view used to be handed out after it was gone.
@@ -112,7 +91,7 @@ TEST_F(InputTest, AMappingEndsWithItsFileEvenWhileAnErrorIsSet) {
     mapped_.vv_Close();
     EXPECT_TRUE(mapped_.vb_IsEmpty());
     EXPECT_TRUE(test::TakeError(1));
-    for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
+    for (CT_Input* input : files_) {
         input->vv_Open();
         EXPECT_TRUE(input->vb_Skip(10));
         input->vv_Open();  // starts again
@@ -125,24 +104,22 @@ TEST_F(InputTest, AMappingEndsWithItsFileEvenWhileAnErrorIsSet) {
 TEST_F(InputTest, AReadThatYieldsNothingClosesTheFile) {
     const unsigned char* data = nullptr;
     unsigned int count = 0;
-    file_.vv_Open();
+    plain_.vv_Open();
     platform::ShortenFileCall(platform::FileCall::kRead, 0, 0);
-    EXPECT_FALSE(file_.vb_GetNextBuffer(&data, &count));
+    EXPECT_FALSE(plain_.vb_GetNextBuffer(&data, &count));
     platform::ClearFileFaults();
-    EXPECT_FALSE(file_.pcco_GetFile()->b_IsOpen());
-    file_.vv_Open();
+    EXPECT_FALSE(plain_.pcco_GetFile()->b_IsOpen());
+    plain_.vv_Open();
     platform::FailFileCall(platform::FileCall::kRead, 0, 23);
-    EXPECT_CT_ERROR(23, file_.vb_GetNextBuffer(&data, &count));
+    EXPECT_CT_ERROR(23, plain_.vb_GetNextBuffer(&data, &count));
     platform::ClearFileFaults();
-    EXPECT_FALSE(file_.pcco_GetFile()->b_IsOpen());
+    EXPECT_FALSE(plain_.pcco_GetFile()->b_IsOpen());
 }
 
 TEST_F(InputTest, Utf16IsRecognisedAndReadingStartsAtTheBeginning) {
     using namespace std::string_literals;
-    folder_.Write(u"input.bin",
-                  "\xFF\xFE"
-                  "a\0b\0"s);
-    for (CT_Input* input : {static_cast<CT_Input*>(&file_), static_cast<CT_Input*>(&mapped_)}) {
+    folder_.Write(u"file", "\xFF\xFE\x61\0b\0"s);
+    for (CT_Input* input : files_) {
         input->vv_Open();
         EXPECT_TRUE(input->vb_IsUnicode());
         EXPECT_TRUE(input->vb_IsLikelyUnicode());

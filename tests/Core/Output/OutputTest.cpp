@@ -1,18 +1,9 @@
 // Outputs into memory, files and strings.
 #include "Foundation/Core/Output/Output.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-
+#include "Core/File/FileFixture.h"
 #include "Foundation/Core/Buffer/Buffer.h"
-#include "Foundation/Core/Error/ErrorManager.h"
-#include "Foundation/Core/File/WinFile.h"
 #include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/String/UString.h"
-#include "Support/Errors.h"
-#include "Support/TempFolder.h"
 
 namespace {
 
@@ -28,28 +19,23 @@ void AppendOneOfEach(CT_Output& output) {
     output.v_Format(u"%s", u"w");
 }
 
-TEST(OutputTest, MemoryAndFilesTakeTheBytesAsTheyAre) {
-    const std::string expected =
-        "raw\x01\xE9t\xE9\xAC\x20"
-        "42w\0"s;
+class OutputTest : public test::FileTest {};
+
+TEST_F(OutputTest, MemoryAndFilesTakeTheBytesAsTheyAre) {
+    const std::string expected = "raw\x01\xE9t\xE9\xAC\x20\x34\x32w\0"s;
     CT_MemoryOutput memory;
     AppendOneOfEach(memory);
     EXPECT_EQ(memory.vn_GetSize(), expected.size());
-    const CT_Buffer* content = memory.pcco_GetMemory();
-    EXPECT_EQ(std::string(static_cast<const char*>(content->qcv_Get()), content->n_GetUsedSize()),
-              expected);
-    const test::TempFolder folder;
-    const std::u16string name = folder.Name(u"out.bin");
-    const CT_UString path(name.c_str());
+    EXPECT_EQ(Content(*memory.pcco_GetMemory()), expected);
     {
-        CT_FileOutput file(&path);
+        CT_FileOutput file(&name_);
         AppendOneOfEach(file);
         EXPECT_EQ(file.vn_GetSize(), expected.size());
     }
-    EXPECT_EQ(folder.Read(u"out.bin"), expected);
+    EXPECT_EQ(Get(u"file"), expected);
 }
 
-TEST(OutputTest, StringsConvertTextOfTheOtherKind) {
+TEST_F(OutputTest, StringsConvertTextOfTheOtherKind) {
     CT_UString wide(u"<");
     CT_StringOutput output(wide);
     output.vv_AppendC("\xE9t\xE9 cut", 3, 1252);
@@ -70,7 +56,7 @@ TEST(OutputTest, StringsConvertTextOfTheOtherKind) {
     EXPECT_EQ(std::string(narrow.qccz_Get(), narrow.n_GetLength()), "<\x80!abr");
 }
 
-TEST(OutputTest, NullIsNothing) {
+TEST_F(OutputTest, NullIsNothing) {
     CT_UString wide(u"w");
     CT_CString narrow("n", kToEnd, 0);
     CT_MemoryOutput memory(nullptr);
@@ -88,7 +74,7 @@ TEST(OutputTest, NullIsNothing) {
     EXPECT_TRUE(test::NoError());
 }
 
-TEST(OutputTest, ContentIsSharedAndHandedOver) {
+TEST_F(OutputTest, ContentIsSharedAndHandedOver) {
     CT_Buffer shared("ab", 2, 32);
     CT_MemoryOutput output(&shared);
     output.v_AppendC('c');
@@ -101,32 +87,26 @@ TEST(OutputTest, ContentIsSharedAndHandedOver) {
     EXPECT_EQ(given->n_GetUsedSize(), 3u);
 }
 
-TEST(OutputTest, ACallersFileIsAppendedToAndLeftAsItWas) {
-    const test::TempFolder folder;
-    folder.Write(u"out.bin", "old");
-    const std::u16string name = folder.Name(u"out.bin");
-    const CT_UString path(name.c_str());
-    CT_WinFile file(&path, 16384);
-    file.vv_Open(CT_File::kReadWriteAccess, CT_File::kOpenExisting, CT_File::kShareNone, 1, 0);
+TEST_F(OutputTest, ACallersFileIsAppendedToAndLeftAsItWas) {
+    const auto file = Opened("old", 3);
     {
-        CT_FileOutput output(&file);
+        CT_FileOutput output(file.get());
         output.vv_AppendC("+", 1, 0);
     }
-    EXPECT_TRUE(file.b_IsOpen());
-    file.vv_Close();
-    EXPECT_EQ(folder.Read(u"out.bin"), "old+");
+    EXPECT_TRUE(file->b_IsOpen());
+    file->vv_Close();
+    EXPECT_EQ(Get(u"file"), "old+");
     {
-        CT_FileOutput output(&file);  // a closed file is made anew and closed in the end
+        CT_FileOutput output(file.get());  // a closed file is made anew and closed in the end
         output.vv_AppendC("new", 3, 0);
-        EXPECT_EQ(output.pco_GiveFile(), &file);
-        EXPECT_FALSE(file.b_IsOpen());
+        EXPECT_EQ(output.pco_GiveFile(), file.get());
+        EXPECT_FALSE(file->b_IsOpen());
         output.vv_AppendC("lost", 4, 0);
         EXPECT_EQ(output.vn_GetSize(), 0u);
     }
-    EXPECT_EQ(folder.Read(u"out.bin"), "new");
-    const std::u16string missing = folder.Name(u"no/such/folder/file");
-    const CT_UString missing_path(missing.c_str());
-    EXPECT_CT_ERROR(3, CT_FileOutput{&missing_path});
+    EXPECT_EQ(Get(u"file"), "new");
+    const CT_UString missing = Name(u"no/such/folder/file");
+    EXPECT_CT_ERROR(3, CT_FileOutput{&missing});
 }
 
 }  // namespace
