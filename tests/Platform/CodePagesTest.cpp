@@ -234,9 +234,8 @@ zh||936|936 / ar_EG||1256|720 / sr_RS@latin||1250|852 / sr_RS||1251|855 / ru_RU.
         lc_all = fields[0];
         language = fields[1];
         platform::TakeEnvironment([](const char* name) {
-            return std::string_view(name) == "LC_ALL" ? lc_all.c_str()
-                   : std::string_view(name) == "LANG" ? language.c_str()
-                                                      : nullptr;
+            if (std::string_view(name) == "LC_ALL") return lc_all.c_str();
+            return std::string_view(name) == "LANG" ? language.c_str() : nullptr;
         });
         EXPECT_EQ(std::to_string(platform::AnsiCodePage()), fields[2]);
         EXPECT_EQ(std::to_string(platform::OemCodePage()), fields[3]);

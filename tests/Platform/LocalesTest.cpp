@@ -96,12 +96,10 @@ C0A|1F=dd/MM/yyyy|20=dddd, dd' de 'MMMM' de 'yyyy|1003=H:mm:ss|1C=8|C=;|2A=lunes
 TEST_F(LocalesTest, WhichLocalesAnswerAndWithWhichRow) {
     // Locales and their rows.
     std::istringstream cases(
-        "409 409  9 409  809 809  2 402  802 0  C02 0  0 C07  400 C07  800 411  C00 0  7F 7F  47F "
-        "0 "
-        "860 0  820 0  850 0  844 0  4 404  7C04 0  1007F 0 "
-        "10407 10407  10409 0  20804 20804  100407 0  80000407 0  43A 0  464 0  43B 0  430 0  434 "
-        "0 "
-        "435 0  3A 0  481 481  482 0  FC09 0  2C09 2C09  3009 0");
+        "409 409  9 409  809 809  2 402  802 0  C02 0  0 C07  400 C07  800 411  C00 0  7F 7F "
+        "47F 0  860 0  820 0  850 0  844 0  4 404  7C04 0  1007F 0 "
+        "10407 10407  10409 0  20804 20804  100407 0  80000407 0  43A 0  464 0  43B 0  430 0 "
+        "434 0  435 0  3A 0  481 481  482 0  FC09 0  2C09 2C09  3009 0");
     for (LCID asked, row; cases >> std::hex >> asked >> row;) {
         SCOPED_TRACE(testing::Message() << std::hex << asked);
         EXPECT_EQ(ResolveLocale(asked), row);

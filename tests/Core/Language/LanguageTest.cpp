@@ -1,5 +1,4 @@
-// CT_Language: the catalogue as a whole, its conversions both ways, and the readers of foreign
-// text.
+// CT_Language: its conversions both ways, and the readers of foreign text.
 #include "Foundation/Core/Language/Language.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <set>
 #include <sstream>
@@ -76,10 +75,8 @@ TEST(LocaleTest, EveryNumberHasItsPartsAndASafeForm) {
                      "1050=10082|3098=10007|1031=10000|0=10000|"
                      "1025=10004|1049=10007|1045=10029|1032=10006|1037=10005|1041=10001|1042=10003|"
                      "1055=10081")) {
-        EXPECT_EQ(std::to_string(CT_Locale::sn4_DefaultMacCodepageFromLocale(
-                      static_cast<LCID>(std::stoul(lcid)))),
-                  page)
-            << lcid;
+        const auto id = static_cast<LCID>(std::stoul(lcid));
+        EXPECT_EQ(CT_Locale::sn4_DefaultMacCodepageFromLocale(id), std::stoul(page)) << id;
     }
     // The scripts of all rows are compared with their letters; these two depend on the
     // sub-language.

@@ -54,9 +54,8 @@ TEST_F(OSTest, ClassifiesFamilyAndVersion) {
         "0 3 1 20067 1 100000000 67  1 4 0 40003B6 2 010000000 3B6  1 4 0 4000457 3 011000000 457 "
         "1 4 A 40A07CE 4 010100000 7CE  1 4 5A 45A0BB8 4 010100000 BB8  1 4 A 457 4 010100000 457 "
         "2 4 0 565 7 000000100 565  2 5 0 893 8 000000110 893  2 5 1 A28 9 000000101 A28 "
-        "2 5 2 ECE 9 000000101 ECE  2 6 0 1770 7 000000100 1770 "
-        "2 A 0 12345678 7 000000100 12345678  3 4 14 10001 5 000001000 1  4 5 1 10001 7 000000100 "
-        "10001");
+        "2 5 2 ECE 9 000000101 ECE  2 6 0 1770 7 000000100 1770  3 4 14 10001 5 000001000 1 "
+        "2 A 0 12345678 7 000000100 12345678  4 5 1 10001 7 000000100 10001");
     unsigned int family, major, minor, build, stored;
     int version;
     std::string flags;
@@ -70,6 +69,7 @@ TEST_F(OSTest, ClassifiesFamilyAndVersion) {
         EXPECT_EQ(CT_OS::sn_GetOsVersionBuild(), stored);
         EXPECT_EQ(test::Utf8(CT_OS::sqcuz_GetOsVersionString()), "Service Pack 3");
     }
+    EXPECT_TRUE(cases.eof()) << "every row was read";
 }
 
 // A failed query leaves the generation that speaks UTF-16, which this machine's own is too.
