@@ -39,51 +39,32 @@ void AddToSum(std::uint32_t& sum, unsigned int code, unsigned int unit, bool cod
     }
 }
 
-// Sums of every row of every table page, made from the sources by codepages.py --sums.
+// The two sums of every row of a table page, of decoding and of encoding, made from the sources by
+// codepages.py --sums and added.
 struct WholePage {
-    std::uint32_t page;
-    char16_t default_unit;
-    std::uint32_t decode_sum;
-    std::uint32_t encode_sum;
+    std::uint32_t page, sum;
 };
 constexpr WholePage kWholePages[] = {
-    {437, 0x003F, 0xEDC44492, 0x31777840},   {646, 0x003F, 0xA02AFC17, 0x9179F3C5},
-    {708, 0x003F, 0xF37E0C5C, 0xF4E3A01A},   {720, 0x003F, 0xFC7266BA, 0x886B8730},
-    {737, 0x003F, 0xC6F01996, 0x11305A8C},   {775, 0x003F, 0x5DA8DB4A, 0xEB299504},
-    {850, 0x003F, 0xD6C1F3B4, 0x69059096},   {852, 0x003F, 0xBDFBE003, 0x37212A4B},
-    {855, 0x003F, 0xC6F6FCC8, 0xC0507456},   {857, 0x003F, 0xF079BCAD, 0xD37ED845},
-    {858, 0x003F, 0x7C9B18FF, 0x39AFBE57},   {860, 0x003F, 0xC86EB697, 0xAF1C5B87},
-    {861, 0x003F, 0xC5762697, 0x2C9DBB4F},   {862, 0x003F, 0x870128DC, 0xB26FCF2E},
-    {863, 0x003F, 0x4F3D75CB, 0x4AD9CC67},   {864, 0x003F, 0xB7C51966, 0x0D3CB7E0},
-    {865, 0x003F, 0x16F4805E, 0x1465465C},   {866, 0x003F, 0xFBCFA109, 0xCCEBE3AD},
-    {869, 0x003F, 0xC40A19EB, 0x5181C817},   {874, 0x003F, 0xCEC09133, 0x0556E19F},
-    {932, 0x30FB, 0xA50F8605, 0x5EBA86B6},   {936, 0x003F, 0x23EC04DF, 0x4FB9528F},
-    {949, 0x003F, 0x5418BF52, 0xBD857700},   {950, 0x003F, 0x50B01CFB, 0xFD2811A4},
-    {1250, 0x003F, 0xC44E2135, 0xB4019809},  {1251, 0x003F, 0xBF2A1453, 0x8866B2D3},
-    {1252, 0x003F, 0xFF9FCA47, 0xBEB357DB},  {1253, 0x003F, 0xF882A21A, 0x6153BCAC},
-    {1254, 0x003F, 0x84B07A4D, 0x680FD8E9},  {1255, 0x003F, 0x75130152, 0x6BD4C8FC},
-    {1256, 0x003F, 0x589807D4, 0xE10B995A},  {1257, 0x003F, 0x16BA1DD5, 0x8AB311BD},
-    {1258, 0x003F, 0x49E93FF2, 0xC9F54F4C},  {1361, 0x003F, 0x1C3B7CD5, 0x590DB90D},
-    {10000, 0x003F, 0xAC7060EF, 0x80AE9CEF}, {10001, 0x30FB, 0xDBCF4521, 0xE14965B8},
-    {10002, 0x003F, 0x031D45D3, 0xBCF171F3}, {10003, 0x003F, 0xF1DE17B0, 0x2ABB86CE},
-    {10004, 0x003F, 0xDF8C7C9C, 0x28714F8E}, {10005, 0x003F, 0xD68854CE, 0xB90A2D6D},
-    {10006, 0x003F, 0xAE56F400, 0x8F78804A}, {10007, 0x003F, 0x494E4D63, 0x1FE3D533},
-    {10008, 0x003F, 0x4105297D, 0xD0E6AF20}, {10010, 0x003F, 0x2C539869, 0x6F17589D},
-    {10017, 0x003F, 0x7C99A508, 0xFD9B056A}, {10021, 0x003F, 0x8754E0B6, 0xEF3D3F0C},
-    {10029, 0x003F, 0x48ACD04A, 0x9F11D30C}, {10079, 0x003F, 0x2149B99C, 0x42ED1FDA},
-    {10081, 0x003F, 0xA69990F3, 0x7BDE7BD7}, {10082, 0x003F, 0xDDD9040B, 0xE6ABE2FF},
-    {20127, 0x003F, 0xA02AFC17, 0x9179F3C5}, {20866, 0x003F, 0x90A6D3F7, 0x5E0D070F},
-    {20932, 0x30FB, 0x9F0DB03A, 0x070B0020}, {20949, 0x003F, 0x22CB20DD, 0x844FEA3D},
-    {21866, 0x003F, 0x226DAE2F, 0x02898967}, {28591, 0x003F, 0x0EF7AFC5, 0x0EF7AFC5},
-    {28592, 0x003F, 0x61FB4D56, 0x9A50D404}, {28593, 0x003F, 0xC1E34BBF, 0x53EA76F7},
-    {28594, 0x003F, 0xCDAC605D, 0xE8E77E41}, {28595, 0x003F, 0x1A5663D5, 0xD6364859},
-    {28596, 0x003F, 0x2644DF06, 0xF367A458}, {28597, 0x003F, 0xC1CF1332, 0x708AC280},
-    {28598, 0x003F, 0xC957BADB, 0x29B3BDF7}, {28599, 0x003F, 0xDC4D1296, 0x0116FE90},
-    {28603, 0x003F, 0x2E18B40C, 0x9CD60102}, {28605, 0x003F, 0x3DC6895F, 0x1C1ECF47},
-    {51932, 0x30FB, 0x9589B52F, 0x64A069C7}};
+    {437, 0x1F3BBCD2},   {646, 0x31A4EFDC},   {708, 0xE861AC76},   {720, 0x84DDEDEA},
+    {737, 0xD8207422},   {775, 0x48D2704E},   {850, 0x3FC7844A},   {852, 0xF51D0A4E},
+    {855, 0x8747711E},   {857, 0xC3F894F2},   {858, 0xB64AD756},   {860, 0x778B121E},
+    {861, 0xF213E1E6},   {862, 0x3970F80A},   {863, 0x9A174232},   {864, 0xC501D146},
+    {865, 0x2B59C6BA},   {866, 0xC8BB84B6},   {869, 0x158BE202},   {874, 0xD41772D2},
+    {932, 0x03CA0CBB},   {936, 0x73A5576E},   {949, 0x119E3652},   {950, 0x4DD82E9F},
+    {1250, 0x784FB93E},  {1251, 0x4790C726},  {1252, 0xBE532222},  {1253, 0x59D65EC6},
+    {1254, 0xECC05336},  {1255, 0xE0E7CA4E},  {1256, 0x39A3A12E},  {1257, 0xA16D2F92},
+    {1258, 0x13DE8F3E},  {1361, 0x754935E2},  {10000, 0x2D1EFDDE}, {10001, 0xBD18AAD9},
+    {10002, 0xC00EB7C6}, {10003, 0x1C999E7E}, {10004, 0x07FDCC2A}, {10005, 0x8F92823B},
+    {10006, 0x3DCF744A}, {10007, 0x69322296}, {10008, 0x11EBD89D}, {10010, 0x9B6AF106},
+    {10017, 0x7A34AA72}, {10021, 0x76921FC2}, {10029, 0xE7BEA356}, {10079, 0x6436D976},
+    {10081, 0x22780CCA}, {10082, 0xC484E70A}, {20127, 0x31A4EFDC}, {20866, 0xEEB3DB06},
+    {20932, 0xA618B05A}, {20949, 0xA71B0B1A}, {21866, 0x24F73796}, {28591, 0x1DEF5F8A},
+    {28592, 0xFC4C215A}, {28593, 0x15CDC2B6}, {28594, 0xB693DE9E}, {28595, 0xF08CAC2E},
+    {28596, 0x19AC835E}, {28597, 0x3259D5B2}, {28598, 0xF30B78D2}, {28599, 0xDD641126},
+    {28603, 0xCAEEB50E}, {28605, 0x59E558A6}, {51932, 0xFA2A1EF6}};
 
 TEST(CodePageTablesTest, EveryRowOfEveryTablePageIsThere) {
-    for (const auto& [page, default_unit, decode_sum, encode_sum] : kWholePages) {
+    for (const auto [page, sum] : kWholePages) {
         SCOPED_TRACE(page);
         platform::CodePageInfo info;
         ASSERT_TRUE(platform::GetCodePageInfo(page, &info));
@@ -100,8 +81,8 @@ TEST(CodePageTablesTest, EveryRowOfEveryTablePageIsThere) {
             code_of[unit] = bytes;
             ASSERT_EQ(Decoded(page, bytes), text);
         }
-        EXPECT_EQ(encoded, encode_sum);
-
+        const bool japanese = page == 932 || page == 10001 || page == 20932 || page == 51932;
+        const char16_t default_unit = japanese ? u'\u30FB' : u'?';
         std::uint32_t decoded = 0x811C9DC5;
         for (unsigned int code = 0; code < 0x10000; ++code) {
             const bool pair = code > 0xFF && IsLead(info, code >> 8) && (code & 0xFF) != 0;
@@ -112,7 +93,7 @@ TEST(CodePageTablesTest, EveryRowOfEveryTablePageIsThere) {
                 AddToSum(decoded, code, units[0], true);
             }
         }
-        EXPECT_EQ(decoded, decode_sum);
+        EXPECT_EQ(decoded + encoded, sum);
     }
 }
 

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
 #include "Foundation/Platform/LastError.h"
 #include "Foundation/Platform/Locales/Locales.h"
 #include "tests/Platform/CodePageCalls.h"
+#include "tests/Support/Text.h"
 
 namespace platform = zelkor::platform;
 
@@ -28,44 +28,38 @@ TEST(CodePagesTest, DecodingFollowsTheRulesOfEachPage) {
         std::uint32_t page, flags;
         std::string bytes;
         std::u16string units;
-        std::uint32_t error;
+        std::uint32_t error = 0;
     };
     const Case cases[] = {
         // Lead bytes at the end, before a zero byte, and before a byte without a row.
-        {932, 0, "A\x82", u"A\u30FB", 0},
-        {932, 1, "\x82\0"s, u"\u30FB\0"s, 0},
-        {932, 0,
-         "\x81\xFF"
-         "A",
-         u"\u30FBA", 0},
-        {936, 0,
-         "\xA1\xFF"
-         "A",
-         u"?A", 0},
-        {949, 0, "\xB0 ", u"?", 0},
+        {932, 0, "A\x82", u"A\u30FB"},
+        {932, 1, "\x82\0"s, u"\u30FB\0"s},
+        {932, 0, "\x81\377A", u"\u30FBA"},
+        {936, 0, "\xA1\377A", u"?A"},
+        {949, 0, "\xB0 ", u"?"},
         {936, 8, "\xB0", u"", 1113},
         {932, 8, "\x82\0"s, u"", 1113},
         // Private-use units: of single bytes refused, of pairs accepted.
         {932, 8, "\xFE", u"", 1113},
         {1255, 8, "\xFF", u"", 1113},
-        {949, 9, "\xC9\xA1\xFE\xA1", u"\uE000\uE05E", 0},
-        {932, 0, "\xA0\xFD\xFE\xFF\x80", u"\uF8F0\uF8F1\uF8F2\uF8F3\u0080", 0},
+        {949, 9, "\xC9\xA1\xFE\xA1", u"\uE000\uE05E"},
+        {932, 0, "\xA0\xFD\xFE\xFF\x80", u"\uF8F0\uF8F1\uF8F2\uF8F3\u0080"},
         // Rows that really mean the default unit; 20127 drops the high bit, but BF is refused.
-        {932, 8, "?\x81\x45", u"?\u30FB", 0},
-        {20127, 0, "\xC1\xBF", u"A?", 0},
-        {20127, 8, "\xC1", u"A", 0},
+        {932, 8, "?\x81\x45", u"?\u30FB"},
+        {20127, 0, "\xC1\xBF", u"A?"},
+        {20127, 8, "\xC1", u"A"},
         {20127, 8, "\xBF", u"", 1113},
-        {1252, 8, "\x80\x81\x90\x9D", u"\u20AC\u0081\u0090\u009D", 0},
-        {1255, 0, "\xCA", u"\u05BA", 0},
-        {10005, 0, "\xCB\xDE", u"\u05B8\u05B8", 0},
-        {10008, 0, "\xA1\xAC\xA1\xCE", u"\u2225\u2225", 0},
-        {10021, 0, "\x7F", u"?", 0},
-        {950, 0, "\x81\x40\xFA\x40", u"\uEEB8\uE000", 0},
-        {1361, 0, "\x88\x61\\", u"\uAC00\\", 0},
-        {20932, 0, "\xB0\x21\xA1\xC1", u"\u4E02\u301C", 0},
-        {51932, 1, "\x8E\xB1\xA1\xC1\xA2\xB9", u"\uFF71\uFF5E\u30FB", 0},
-        {646, 1, "us", u"us", 0},
-        {42, 0, "A\x1F\xFF", u"\uF041\u001F\uF0FF", 0},
+        {1252, 8, "\x80\x81\x90\x9D", u"\u20AC\u0081\u0090\u009D"},
+        {1255, 0, "\xCA", u"\u05BA"},
+        {10005, 0, "\xCB\xDE", u"\u05B8\u05B8"},
+        {10008, 0, "\xA1\xAC\xA1\xCE", u"\u2225\u2225"},
+        {10021, 0, "\x7F", u"?"},
+        {950, 0, "\x81\x40\xFA\x40", u"\uEEB8\uE000"},
+        {1361, 0, "\x88\x61\\", u"\uAC00\\"},
+        {20932, 0, "\xB0\x21\xA1\xC1", u"\u4E02\u301C"},
+        {51932, 1, "\x8E\xB1\xA1\xC1\xA2\xB9", u"\uFF71\uFF5E\u30FB"},
+        {646, 1, "us", u"us"},
+        {42, 0, "A\x1F\xFF", u"\uF041\u001F\uF0FF"},
         // Flags and pages.
         {1252, 0x10, "A", u"", 1004},
         {42, 1, "A", u"", 1004},
@@ -75,68 +69,46 @@ TEST(CodePagesTest, DecodingFollowsTheRulesOfEachPage) {
         {1200, 0, "A", u"", 87},
         {1201, 0x10, "A", u"", 87},
         // UTF-8: one U+FFFD for each ill-formed piece.
-        {65001, 8, "A\xC3\xA9\xF0\x9F\x98\x80", u"A\u00E9\xD83D\xDE00", 0},
-        {65001, 0, "\xC1\xBF", u"\uFFFD\uFFFD", 0},
-        {65001, 0, "\xED\xB0\x80", u"\uFFFD\uFFFD", 0},
-        {65001, 0, "\xE0\x9F\xBF", u"\uFFFD\uFFFD", 0},
-        {65001, 0, "\xF0\x82\x82\xAC", u"\uFFFD\uFFFD\uFFFD", 0},
-        {65001, 0, "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD", 0},
-        {65001, 0, "\xF8\x88\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD", 0},
-        {65001, 0,
-         "A\x80\x80"
-         "B",
-         u"A\uFFFD\uFFFDB", 0},
-        {65001, 0, "\xE2(\xA1", u"\uFFFD(\uFFFD", 0},
-        {65001, 0,
-         "\xE2\x82(\xF0\x9F\x98"
-         "A",
-         u"\uFFFD(\uFFFD"
-         u"A",
-         0},
-        {65001, 0, "A\xF0\x9F\x98", u"A\uFFFD", 0},
-        {65001, 0,
-         "\xF0"
-         "A",
-         u"\uFFFD"
-         u"A",
-         0},
+        {65001, 8, "A\xC3\xA9\xF0\x9F\x98\x80", u"A\u00E9\xD83D\xDE00"},
+        {65001, 0, "\xC1\xBF", u"\uFFFD\uFFFD"},
+        {65001, 0, "\xED\xB0\x80", u"\uFFFD\uFFFD"},
+        {65001, 0, "\xE0\x9F\xBF", u"\uFFFD\uFFFD"},
+        {65001, 0, "\xF0\x82\x82\xAC", u"\uFFFD\uFFFD\uFFFD"},
+        {65001, 0, "\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD"},
+        {65001, 0, "\xF8\x88\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {65001, 0, "A\x80\200B", u"A\uFFFD\uFFFDB"},
+        {65001, 0, "\xE2(\xA1", u"\uFFFD(\uFFFD"},
+        {65001, 0, "\xE2\x82(\xF0\x9F\230A", u"\uFFFD(\uFFFDA"},
+        {65001, 0, "A\xF0\x9F\x98", u"A\uFFFD"},
+        {65001, 0, "\360A", u"\uFFFDA"},
         {65001, 8, "plain text that ends \xC3", u"", 1113},
-        {65001, 0, "\xEF\xBB\xBF", u"\uFEFF", 0},
+        {65001, 0, "\xEF\xBB\xBF", u"\uFEFF"},
         // GB18030: pairs, four bytes, U+10FFFF; what is none costs its first byte alone.
-        {54936, 8, "A\xA2\xE3\xFE\x9F\xA1\xA1\x81\x30\x84\x36", u"A\u20AC\u4DAE\u3000\u00A5", 0},
+        {54936, 8, "A\xA2\xE3\xFE\x9F\xA1\xA1\x81\x30\x84\x36", u"A\u20AC\u4DAE\u3000\u00A5"},
         {54936, 8, "\x81\x30\x81\x30\x84\x31\xA4\x39\xE3\x32\x9A\x35", u"\u0080\uFFFF\xDBFF\xDFFF",
          0},
-        {54936, 0, "\x80\xFFz\x84\x31\xA5\x30z\xE3\x32\x9A\x36", u"??z?1?0z?2?6", 0},
-        {54936, 0, "\xB0\x7F\x81\x30\xB0\xA1\x81\x30\x81", u"?\x7F?0\u554A?0?", 0},
+        {54936, 0, "\x80\xFFz\x84\x31\xA5\x30z\xE3\x32\x9A\x36", u"??z?1?0z?2?6"},
+        {54936, 0, "\xB0\x7F\x81\x30\xB0\xA1\x81\x30\x81", u"?\x7F?0\u554A?0?"},
         {54936, 8, "\x81\x30\x81", u"", 1113},
         {54936, 1, "A", u"", 1004},
         // UTF-7: left-over bits end with the run, but not when a byte from 80 up ends it.
-        {65000, 0, "+AOk", u"\u00E9", 0},
-        {65000, 0, "+2D3eAA-", u"\xD83D\xDE00", 0},
-        {65000, 0, "+-+AOkA6Q-x~\\", u"+\u00E9\u00E9x~\\", 0},
-        {65000, 0, "+", u"", 0},
-        {65000, 0, "+A\xE9", u"\u00E9", 0},
-        {65000, 0, "+AE!+AEE-", u"!A", 0},
-        {65000, 0, "+AE\xE9+E-", u"\u00E9A", 0},
+        {65000, 0, "+AOk", u"\u00E9"},
+        {65000, 0, "+2D3eAA-", u"\xD83D\xDE00"},
+        {65000, 0, "+-+AOkA6Q-x~\\", u"+\u00E9\u00E9x~\\"},
+        {65000, 0, "+", u""},
+        {65000, 0, "+A\xE9", u"\u00E9"},
+        {65000, 0, "+AE!+AEE-", u"!A"},
+        {65000, 0, "+AE\xE9+E-", u"\u00E9A"},
         // ISO-2022-JP.
-        {50220, 0, "\x1B$B$\"\x1B(BA", u"\u3042A", 0},
-        {50220, 0, "\x1B(I1\x1B$(D0!\x1B(J1",
-         u"\uFF71\u4E02"
-         u"1",
-         0},
-        {50220, 0,
-         "\x0E"
-         "1\x0F"
-         "1\xB1\x1B&@\xE0",
-         u"\uFF71"
-         u"1\uFF71?",
-         0},
-        {50220, 0, "\x1B$@\"/$\x1B(B", u"???", 0},
-        {50220, 0, "\x1BX\x1B$B*1", u"\x1BX\uFF71", 0},
+        {50220, 0, "\x1B$B$\"\x1B(BA", u"\u3042A"},
+        {50220, 0, "\x1B(I1\x1B$(D0!\x1B(J1", u"\uFF71\u4E021"},
+        {50220, 0, "\0161\0171\xB1\x1B&@\xE0", u"\uFF711\uFF71?"},
+        {50220, 0, "\x1B$@\"/$\x1B(B", u"???"},
+        {50220, 0, "\x1BX\x1B$B*1", u"\x1BX\uFF71"},
         // HZ.
-        {52936, 0, "~{Dc:C~}~~", u"\u4F60\u597D~", 0},
-        {52936, 0, "A~\n~{\n\xC4\xE3~}~x~", u"A\n\u4F60~x?", 0},
-        {52936, 0, "~{D  cD~~Dz", u"\u3000c\u5B81??", 0},
+        {52936, 0, "~{Dc:C~}~~", u"\u4F60\u597D~"},
+        {52936, 0, "A~\n~{\n\xC4\xE3~}~x~", u"A\n\u4F60~x?"},
+        {52936, 0, "~{D  cD~~Dz", u"\u3000c\u5B81??"},
     };
     for (const auto& [page, flags, bytes, units, error] : cases) {
         SCOPED_TRACE(testing::Message() << page << " " << testing::PrintToString(bytes));
@@ -158,38 +130,32 @@ TEST(CodePagesTest, EncodingFollowsTheRulesOfEachPage) {
         const char* default_char;
         int used;  // -1: not asked for
         std::string bytes;
-        std::uint32_t error;
+        std::uint32_t error = 0;
     };
     const Case cases[] = {
-        {1252, 0x400, u"A\u00E9\u3042\u20AC", nullptr, 1, "A\xE9?\x80", 0},
-        {1252, 0, u"A?", "#", 0, "A?", 0},
-        {1255, 0, u"\u3042\u20AC", "##", 1, "#\x80", 0},
-        {1255, 0, u"\u3042", "", 1, "\0"s, 0},
-        {1252, 0, u"\xD83D\xDE00", nullptr, 1, "??", 0},
-        {932, 0x220, u"A\u00E9\u3042\u2252", "\x81\xA1", 1, "A\x81\xA1\x82\xA0\x81\xE0", 0},
-        {932, 0, u"\u30FB\uE000\u2160", nullptr, 0, "\x81\x45\xF0\x40\x87\x54", 0},
-        {950, 0, u"\u5341\u256D", nullptr, 0, "\xA4\x51\xA2\x7E", 0},
-        {10002, 0, u"\u2026", nullptr, 0, "\xFF", 0},
-        {51932, 0, u"\u222A\uFF71\u4E00", nullptr, 0, "\xA2\xC0\x8E\xB1\xB0\xEC", 0},
-        {20127, 0, u"A\u00C1", nullptr, 1, "A?", 0},
-        {42, 0, u"\uF041\u001F", nullptr, -1, "A\x1F", 0},
+        {1252, 0x400, u"A\u00E9\u3042\u20AC", nullptr, 1, "A\xE9?\x80"},
+        {1252, 0, u"A?", "#", 0, "A?"},
+        {1255, 0, u"\u3042\u20AC", "##", 1, "#\x80"},
+        {1255, 0, u"\u3042", "", 1, "\0"s},
+        {1252, 0, u"\xD83D\xDE00", nullptr, 1, "??"},
+        {932, 0x220, u"A\u00E9\u3042\u2252", "\x81\xA1", 1, "A\x81\xA1\x82\xA0\x81\xE0"},
+        {932, 0, u"\u30FB\uE000\u2160", nullptr, 0, "\x81\x45\xF0\x40\x87\x54"},
+        {950, 0, u"\u5341\u256D", nullptr, 0, "\xA4\x51\xA2\x7E"},
+        {10002, 0, u"\u2026", nullptr, 0, "\xFF"},
+        {51932, 0, u"\u222A\uFF71\u4E00", nullptr, 0, "\xA2\xC0\x8E\xB1\xB0\xEC"},
+        {20127, 0, u"A\u00C1", nullptr, 1, "A?"},
+        {42, 0, u"\uF041\u001F", nullptr, -1, "A\x1F"},
         {42, 0, u"A", nullptr, -1, "", 1113},
-        {65001, 0,
-         u"\u00E9\xD83D"
-         u"A\xDE00",
-         nullptr, -1,
-         "\xC3\xA9\xEF\xBF\xBD"
-         "A\xEF\xBF\xBD",
-         0},
-        {65001, 0x80, u"\xD83D\xDE00", nullptr, -1, "\xF0\x9F\x98\x80", 0},
+        {65001, 0, u"\u00E9\xD83Dz\xDE00", nullptr, -1, "\xC3\xA9\xEF\xBF\xBDz\xEF\xBF\xBD"},
+        {65001, 0x80, u"\xD83D\xDE00", nullptr, -1, "\xF0\x9F\x98\x80"},
         {65001, 0x80, u"A\xDE00", nullptr, -1, "", 1113},
-        {65000, 0, u"\u00E9x~\\+\u00E9-", nullptr, -1, "+AOk-x+AH4AXA-+-+AOk--", 0},
-        {65000, 0, u"\u4F60\u597D\u5417\xD83D", nullptr, -1, "+T2BZfVQX2D0-", 0},
-        {50220, 0, u"\u3042A\uFF71", nullptr, -1, "\x1B$B$\"\x1B(BA\x1B$B%\"\x1B(B", 0},
-        {50220, 0, u"\u4E02\uAC00\u4E9C", nullptr, -1, "\x1B$(D0!\x1B(B?\x1B$B0!\x1B(B", 0},
-        {52936, 0, u"\u4F60\u597D~\u20AC\n", nullptr, -1, "~{Dc:C~}~~?\n", 0},
+        {65000, 0, u"\u00E9x~\\+\u00E9-", nullptr, -1, "+AOk-x+AH4AXA-+-+AOk--"},
+        {65000, 0, u"\u4F60\u597D\u5417\xD83D", nullptr, -1, "+T2BZfVQX2D0-"},
+        {50220, 0, u"\u3042A\uFF71", nullptr, -1, "\x1B$B$\"\x1B(BA\x1B$B%\"\x1B(B"},
+        {50220, 0, u"\u4E02\uAC00\u4E9C", nullptr, -1, "\x1B$(D0!\x1B(B?\x1B$B0!\x1B(B"},
+        {52936, 0, u"\u4F60\u597D~\u20AC\n", nullptr, -1, "~{Dc:C~}~~?\n"},
         {54936, 0, u"A\u20AC\u00A5\U0001F600\xDE00\u0080", nullptr, -1,
-         "A\xA2\xE3\x81\x30\x84\x36\x94\x39\xFC\x36?\x81\x30\x81\x30", 0},
+         "A\xA2\xE3\x81\x30\x84\x36\x94\x39\xFC\x36?\x81\x30\x81\x30"},
         {54936, 0x80, u"A\xD83D", nullptr, -1, "", 1113},
         {54936, 0, u"A", "?", -1, "", 87},
         {54936, 0x400, u"A", nullptr, -1, "", 1004},
@@ -233,31 +199,20 @@ TEST(CodePagesTest, CallsWithoutSenseFail) {
     EXPECT_EQ(WideCharToMultiByte(932, 0, units, -1, bytes, 4, nullptr, nullptr), 3);
 }
 
+// Page, largest size of a character, bounds of the lead bytes.
 TEST(CodePagesTest, PageInformationNamesSizesAndLeadBytes) {
-    struct Case {
-        std::uint32_t page;
-        unsigned int size;
-        std::vector<unsigned char> leads;
-    };
-    for (const auto& [page, size, leads] : {Case{1252, 1, {}},
-                                            {932, 2, {0x81, 0x9F, 0xE0, 0xFC}},
-                                            {1361, 2, {0x84, 0xD3, 0xD8, 0xDE, 0xE0, 0xF9}},
-                                            {51932, 2, {0x8E, 0x8E, 0xA1, 0xFE}},
-                                            {2, 1, {}},
-                                            {50220, 5, {}},
-                                            {54936, 4, {}},
-                                            {20949, 2, {0xA1, 0xAC, 0xB0, 0xC8, 0xCA, 0xFD}},
-                                            {65001, 4, {}}}) {
-        SCOPED_TRACE(page);
-        platform::CodePageInfo info;
-        ASSERT_TRUE(platform::GetCodePageInfo(page, &info));
-        EXPECT_EQ(info.max_char_size, size);
-        EXPECT_EQ(info.default_char[0], '?');
-        std::vector<unsigned char> padded = leads;
-        padded.resize(12);
-        EXPECT_EQ(std::vector<unsigned char>(info.lead_bytes, info.lead_bytes + 12), padded);
-    }
     platform::CodePageInfo info;
+    for (const auto& fields : test::Table(R"(1252|1| / 932|2|129 159 224 252  / 2|1| / 50220|5|
+1361|2|132 211 216 222 224 249  / 51932|2|142 142 161 254  / 54936|4| / 65001|4|
+20949|2|161 172 176 200 202 253 )")) {
+        SCOPED_TRACE(fields[0]);
+        ASSERT_TRUE(platform::GetCodePageInfo(static_cast<unsigned>(std::stoul(fields[0])), &info));
+        EXPECT_EQ(std::to_string(info.max_char_size), fields[1]);
+        EXPECT_EQ(info.default_char[0], '?');
+        std::string leads;
+        for (const int byte : info.lead_bytes) leads += byte == 0 ? "" : std::to_string(byte) + ' ';
+        EXPECT_EQ(leads, fields[2]);
+    }
     EXPECT_FALSE(platform::GetCodePageInfo(1200, &info));
     EXPECT_EQ(LastError(), 87u);
     for (const std::uint32_t page : {646u, 51932u, 65000u, 42u, 866u}) {
@@ -268,35 +223,22 @@ TEST(CodePagesTest, PageInformationNamesSizesAndLeadBytes) {
     }
 }
 
+// LC_ALL, LANG, ANSI page, OEM page.
 TEST(CodePagesTest, SystemPagesComeFromTheLanguageOfTheEnvironment) {
-    struct Case {
-        const char* all;
-        const char* lang;
-        std::uint32_t ansi, oem;
-    };
-    for (const auto& [all, lang, ansi, oem] : {Case{"", "", 1252, 437},
-                                               {"C.UTF-8", "de_DE", 1252, 437},
-                                               {"", "de_DE.UTF-8", 1252, 850},
-                                               {"", "en_US.UTF-8", 1252, 437},
-                                               {"", "en_GB", 1252, 850},
-                                               {"ja_JP.UTF-8", "de_DE", 932, 932},
-                                               {"zh_TW", "", 950, 950},
-                                               {"zh", "", 936, 936},
-                                               {"ar_EG", "", 1256, 720},
-                                               {"sr_RS@latin", "", 1250, 852},
-                                               {"sr_RS", "", 1251, 855},
-                                               {"ru_RU.KOI8-R", "", 1251, 866}}) {
-        SCOPED_TRACE(std::string(all) + "|" + lang);
-        static const char *lc_all, *language;
-        lc_all = all;
-        language = lang;
+    for (const auto& fields :
+         test::Table(R"(||1252|437 / C.UTF-8|de_DE|1252|437 / |de_DE.UTF-8|1252|850
+|en_US.UTF-8|1252|437 / |en_GB|1252|850 / ja_JP.UTF-8|de_DE|932|932 / zh_TW||950|950
+zh||936|936 / ar_EG||1256|720 / sr_RS@latin||1250|852 / sr_RS||1251|855 / ru_RU.KOI8-R||1251|866)")) {
+        SCOPED_TRACE(testing::PrintToString(fields));
+        static std::string lc_all, language;
+        lc_all = fields[0];
+        language = fields[1];
         platform::TakeEnvironment([](const char* name) {
-            return std::string_view(name) == "LC_ALL" ? lc_all
-                   : std::string_view(name) == "LANG" ? language
-                                                      : nullptr;
+            if (std::string_view(name) == "LC_ALL") return lc_all.c_str();
+            return std::string_view(name) == "LANG" ? language.c_str() : nullptr;
         });
-        EXPECT_EQ(platform::AnsiCodePage(), ansi);
-        EXPECT_EQ(platform::OemCodePage(), oem);
+        EXPECT_EQ(std::to_string(platform::AnsiCodePage()), fields[2]);
+        EXPECT_EQ(std::to_string(platform::OemCodePage()), fields[3]);
     }
     platform::SetSystemCodePages(1251, 437);
     EXPECT_EQ(Decoded(0, "\xC0"), u"\u0410");

@@ -96,12 +96,10 @@ C0A|1F=dd/MM/yyyy|20=dddd, dd' de 'MMMM' de 'yyyy|1003=H:mm:ss|1C=8|C=;|2A=lunes
 TEST_F(LocalesTest, WhichLocalesAnswerAndWithWhichRow) {
     // Locales and their rows.
     std::istringstream cases(
-        "409 409  9 409  809 809  2 402  802 0  C02 0  0 C07  400 C07  800 411  C00 0  7F 7F  47F "
-        "0 "
-        "860 0  820 0  850 0  844 0  4 404  7C04 0  1007F 0 "
-        "10407 10407  10409 0  20804 20804  100407 0  80000407 0  43A 0  464 0  43B 0  430 0  434 "
-        "0 "
-        "435 0  3A 0  481 481  482 0  FC09 0  2C09 2C09  3009 0");
+        "409 409  9 409  809 809  2 402  802 0  C02 0  0 C07  400 C07  800 411  C00 0  7F 7F "
+        "47F 0  860 0  820 0  850 0  844 0  4 404  7C04 0  1007F 0 "
+        "10407 10407  10409 0  20804 20804  100407 0  80000407 0  43A 0  464 0  43B 0  430 0 "
+        "434 0  435 0  3A 0  481 481  482 0  FC09 0  2C09 2C09  3009 0");
     for (LCID asked, row; cases >> std::hex >> asked >> row;) {
         SCOPED_TRACE(testing::Message() << std::hex << asked);
         EXPECT_EQ(ResolveLocale(asked), row);
@@ -180,27 +178,17 @@ const char* Variable(const char* name) {
 }
 
 TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {
-    struct Case {
-        const char* variables;  // names and values, all divided by blanks; "-" for an empty value
-        LCID user, system;
-        std::uint32_t ansi;
-    };
-    for (const auto& [given, user, system, ansi] : {
-             Case{"", 0x0409, 0x0409, 1252},
-             {"LANG C", 0x0409, 0x0409, 1252},
-             {"LANG de_CH.UTF-8", 0x0807, 0x0807, 1252},
-             {"LANG tlh_KL", 0x0409, 0x0409, 1252},
-             {"LANG pl_PL LC_ALL ru_RU LC_TIME de_DE LC_CTYPE fr_FR", 0x0419, 0x0419, 1251},
-             {"LANG pl_PL LC_ALL - LC_TIME de_DE", 0x0407, 0x0415, 1250},
-             {"LANG pl_PL LC_NUMERIC de_DE LC_MONETARY en_GB", 0x0407, 0x0415, 1250},
-             {"LANG pl_PL LC_MONETARY en_GB LC_MESSAGES de_DE", 0x0809, 0x0415, 1250},
-             {"LC_CTYPE ja_JP", 0x0409, 0x0411, 932},
-             {"LANG de_DE LC_TIME C", 0x0409, 0x0407, 1252},
-             {"LANG mt_MT", 0x043A, 0x043A, 1252},
-         }) {
-        SCOPED_TRACE(given);
+    // Names and values, divided by blanks, "-" for an empty value; user, system, ANSI page.
+    for (const auto& fields : test::Table(R"(|409|409|1252 / LANG C|409|409|1252
+LANG de_CH.UTF-8|807|807|1252 / LANG tlh_KL|409|409|1252 / LC_CTYPE ja_JP|409|411|932
+LANG pl_PL LC_ALL ru_RU LC_TIME de_DE LC_CTYPE fr_FR|419|419|1251
+LANG pl_PL LC_ALL - LC_TIME de_DE|407|415|1250 / LANG de_DE LC_TIME C|409|407|1252
+LANG pl_PL LC_NUMERIC de_DE LC_MONETARY en_GB|407|415|1250 / LANG mt_MT|43A|43A|1252
+LANG pl_PL LC_MONETARY en_GB LC_MESSAGES de_DE|809|415|1250)")) {
+        SCOPED_TRACE(fields[0]);
+        const LCID user = Hexadecimal(fields[1]), system = Hexadecimal(fields[2]);
         variables.clear();
-        std::istringstream cells(given);
+        std::istringstream cells(fields[0]);
         for (std::string name, value; cells >> name >> value;) {
             variables[name] = value == "-" ? "" : value;
         }
@@ -211,7 +199,7 @@ TEST_F(LocalesTest, TheEnvironmentNamesTheDefaults) {
         EXPECT_EQ(GetUserDefaultLCID(), user);
         EXPECT_EQ(GetThreadLocale(), user);
         EXPECT_EQ(GetSystemDefaultLangID(), system);
-        EXPECT_EQ(AnsiCodePage(), ansi);
+        EXPECT_EQ(std::to_string(AnsiCodePage()), fields[3]);
         EXPECT_EQ(LocaleText(0, kLocaleDecimal).has_value(), user != 0x043A);
     }
 }

@@ -76,10 +76,7 @@ TEST(TextPiecesTest, DecodingInPiecesIsDecodingTheWhole) {
          "\xB0\xA1\x81\x30\x84\x36\xA2\xE3\x94\x39\xFC\x36z\x81\x30\x81z\xB0\xFF\x84\x31",
          {4, 13}},
         {42, "A\x1F\xFF", {}},
-        {50220,
-         "\x1B$B$\"$$\x1B(BA\n\x1B(I1\x1B$(D0!\x1B&@\x0E"
-         "1\x0F\x1B(J!",
-         {}},
+        {50220, "\x1B$B$\"$$\x1B(BA\n\x1B(I1\x1B$(D0!\x1B&@\0161\x0F\x1B(J!", {}},
         {50220, "A\x1B$A!!\x1B$B/$\x1B(B\xFF\x1B$B$", {4, 1}},
         {52936, "~{Dc:C~}~~A~\n~{\nDc~}~x", {}},
         {52936, "~{Dc ccD\x7F!~}\xFE~", {4, 4}},

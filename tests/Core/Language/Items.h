@@ -1,8 +1,7 @@
-// Tables of tests as one text, and large tables as one number.
+// Tables of tests as one text.
 #ifndef TESTS_CORE_LANGUAGE_ITEMS_H
 #define TESTS_CORE_LANGUAGE_ITEMS_H
 
-#include <cstdint>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -19,13 +18,6 @@ inline std::vector<std::pair<std::string, std::string>> Items(const std::string&
         items.emplace_back(item.substr(0, equals), item.substr(equals + 1));
     }
     return items;
-}
-
-// FNV-1a, for tables that were compared with their definition line by line: tells any change since.
-inline std::uint64_t Hash(const std::string& text) {
-    std::uint64_t hash = 0xCBF29CE484222325;
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
-    return hash;
 }
 
 }  // namespace test
