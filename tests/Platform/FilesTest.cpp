@@ -56,20 +56,42 @@ struct FilesTest : testing::Test {
     void Prepare(const std::string& target) const;
 };
 
-// Target, access, disposition, flags and attributes; then the last error, and what is there
-// afterwards: size and attributes. "183" opens the file that exists.
+// Each line: target, access, disposition, flags and attributes; then the last error, and what is
+// there afterwards: size and attributes. "183" opens the file that exists.
 constexpr const char* kDispositions = R"(
-missing none 1 80 0 0 20       missing R 2 2 0 0 22           missing R 5 80 2 -1 -
-missing RW 4 2000000 0 0 20    missing W 6 80 87 -1 -         file none 1 80 80 5 20
-file R 2 80 183 0 20           file W 4 2 183 5 20            file R 5 80 0 0 20
-folder none 2 80 5 0 10        folder R 3 2000000 0 0 10      folder W 4 2000000 183 0 10
-folder W 5 2000000 80 0 10     read-only none 4 80 183 5 21   read-only R 3 1 0 5 21
-read-only R 5 80 5 5 21        read-only W 1 80 80 5 21       read-only RW 4 2 5 5 21
-read-only R 3 4000080 5 5 21   hidden R 2 2 183 0 22          hidden R 5 80 0 0 22
-system W 2 2 5 5 24            system RW 4 1 183 5 24         no/name R 3 80 3 -1 -
-no/name W 2 80 3 -1 -          folder\ R 3 2000000 0 0 10     folder\ R 3 80 5 0 10
-folder\ W 1 80 80 0 10         file\ R 1 1 80 -1 -            file\ W 4 2 123 -1 -
-missing\ W 2 80 123 -1 -       a>b W 2 80 123 -1 -            a>b R 3 80 123 -1 -
+missing none 1 80        0 0 20
+missing R 2 2            0 0 22
+missing R 5 80           2 -1 -
+missing RW 4 2000000     0 0 20
+missing W 6 80           87 -1 -
+file none 1 80           80 5 20
+file R 2 80              183 0 20
+file W 4 2               183 5 20
+file R 5 80              0 0 20
+folder none 2 80         5 0 10
+folder R 3 2000000       0 0 10
+folder W 4 2000000       183 0 10
+folder W 5 2000000       80 0 10
+read-only none 4 80      183 5 21
+read-only R 3 1          0 5 21
+read-only R 5 80         5 5 21
+read-only W 1 80         80 5 21
+read-only RW 4 2         5 5 21
+read-only R 3 4000080    5 5 21
+hidden R 2 2             183 0 22
+hidden R 5 80            0 0 22
+system W 2 2             5 5 24
+system RW 4 1            183 5 24
+no/name R 3 80           3 -1 -
+no/name W 2 80           3 -1 -
+folder\ R 3 2000000      0 0 10
+folder\ R 3 80           5 0 10
+folder\ W 1 80           80 0 10
+file\ R 1 1              80 -1 -
+file\ W 4 2              123 -1 -
+missing\ W 2 80          123 -1 -
+a>b W 2 80               123 -1 -
+a>b R 3 80               123 -1 -
 )";
 
 void FilesTest::Prepare(const std::string& target) const {
@@ -186,16 +208,15 @@ TEST_F(FilesTest, TransfersMoveThePositionAndRespectTheAccess) {
         std::uint32_t origin, error;
         std::uint64_t position;  // afterwards
     };
-    const Seek seeks[] = {{5, kSeekBegin, 0, 5},
-                          {-5, kSeekCurrent, 0, 0},
-                          {-6, kSeekCurrent, 131, 0},
-                          {0, kSeekEnd, 0, 10},
-                          {-11, kSeekEnd, 131, 10},
-                          {0, 4, 87, 10},
-                          {INT64_MAX, kSeekCurrent, 87, 10},
-                          {1LL << 32, kSeekBegin, 0, 1ULL << 32},
-                          {8, kSeekBegin, 0, 8}};
-    for (const auto [distance, origin, error, position] : seeks) {
+    for (const auto [distance, origin, error, position] : {Seek{5, kSeekBegin, 0, 5},
+                                                           {-5, kSeekCurrent, 0, 0},
+                                                           {-6, kSeekCurrent, 131, 0},
+                                                           {0, kSeekEnd, 0, 10},
+                                                           {-11, kSeekEnd, 131, 10},
+                                                           {0, 4, 87, 10},
+                                                           {INT64_MAX, kSeekCurrent, 87, 10},
+                                                           {1LL << 32, kSeekBegin, 0, 1ULL << 32},
+                                                           {8, kSeekBegin, 0, 8}}) {
         SetLastError(0);
         EXPECT_EQ(SetFilePosition(file, distance, origin, nullptr), error == 0);
         EXPECT_EQ(LastError(), error);
@@ -317,30 +338,55 @@ TEST_F(FilesTest, AttributesSurviveAndFollowTheirFile) {
 }
 
 TEST_F(FilesTest, NamesAreRemovedMovedAndCopiedAsRecorded) {
-    const auto at = [this](const std::string& file) {
-        return file.empty() ? u16string() : folder.Name(test::Utf16(file));
-    };
+    const auto at = [this](const char16_t* file) { return folder.Name(file); };
     folder.MakeFolder(u"folder");
     for (const char16_t* file : {u"a", u"b", u"folder\\c", u"locked"}) folder.Write(file, "data");
-    ASSERT_TRUE(SetAttributes(at("locked").c_str(), kFileReadOnly));
-    // What is done ("!" replaces), from where, to where, and the error; one after the other.
-    for (const auto& row : test::Table(R"(move|a|b|183 / move!|a|b|0 / move|a|x|2 / move|b|no\b|3
-move|b||3 / move|b|b|0 / move!|b|folder|5 / move!|b|locked|5 / move|b|b>c|123 / move|folder|moved|0
-copy|b|moved\c|80 / copy!|b|moved\c|0 / copy!|b|moved|5 / copy!|b|b|32 / copy!|b|no\b|3
-copy!|b|locked|5 / copy!|a|x|2 / remove|locked||5 / remove|a||2 / remove|no\a||3
-remove|moved||5 / remove|||3 / make|b||183 / make|no\x||3 / make|new\||0 / make|||3
-unmake|moved||145 / unmake|new||0 / unmake|b||267 / enter|no||2 / enter|b||267)")) {
-        SCOPED_TRACE(row[0] + ' ' + row[1] + ' ' + row[2]);
-        const u16string from = at(row[1]), to = at(row[2]);
-        const bool replace = row[0].ends_with('!');
-        const bool done =
-            row[0].starts_with("move")   ? RenameFile(from.c_str(), to.c_str(), replace, true)
-            : row[0].starts_with("copy") ? DuplicateFile(from.c_str(), to.c_str(), replace)
-            : row[0] == "remove"         ? RemoveFile(from.c_str())
-            : row[0] == "make"           ? CreateFolder(from.c_str())
-            : row[0] == "unmake"         ? RemoveFolder(from.c_str())
-                                         : ChangeFolder(from.c_str());
-        EXPECT_EQ(std::to_string(done ? 0 : LastError()), row[3]);
+    ASSERT_TRUE(SetAttributes(at(u"locked").c_str(), kFileReadOnly));
+    const auto move = [&](const char16_t* from, const char16_t* to, bool replace) {
+        return RenameFile(at(from).c_str(), *to ? at(to).c_str() : to, replace, true);
+    };
+    const auto copy = [&](const char16_t* from, const char16_t* to, bool replace) {
+        return DuplicateFile(at(from).c_str(), at(to).c_str(), replace);
+    };
+    const auto after = [](bool done) { return done ? 0u : LastError(); };
+    struct Case {
+        const char* what;
+        std::uint32_t error, expected;
+    };
+    for (const auto& [what, error, expected] : std::vector<Case>{
+             {"move onto a file", after(move(u"a", u"b", false)), 183},
+             {"move onto a file, replacing", after(move(u"a", u"b", true)), 0},
+             {"move a missing file", after(move(u"a", u"x", false)), 2},
+             {"move into a missing folder", after(move(u"b", u"no\\b", false)), 3},
+             {"move to an empty name", after(move(u"b", u"", false)), 3},
+             {"move onto itself", after(move(u"b", u"b", false)), 0},
+             {"move onto a folder", after(move(u"b", u"folder", true)), 5},
+             {"move onto a read-only file", after(move(u"b", u"locked", true)), 5},
+             {"move to a name that cannot be", after(move(u"b", u"b|c", false)), 123},
+             {"move a folder", after(move(u"folder", u"moved", false)), 0},
+             {"copy onto a file", after(copy(u"b", u"moved\\c", false)), 80},
+             {"copy onto a file, replacing", after(copy(u"b", u"moved\\c", true)), 0},
+             {"copy onto a folder", after(copy(u"b", u"moved", true)), 5},
+             {"copy onto itself", after(copy(u"b", u"b", true)), 32},
+             {"copy into a missing folder", after(copy(u"b", u"no\\b", true)), 3},
+             {"copy onto a read-only file", after(copy(u"b", u"locked", true)), 5},
+             {"copy a missing file", after(copy(u"a", u"x", true)), 2},
+             {"remove a read-only file", after(RemoveFile(at(u"locked").c_str())), 5},
+             {"remove a missing file", after(RemoveFile(at(u"a").c_str())), 2},
+             {"remove in a missing folder", after(RemoveFile(at(u"no\\a").c_str())), 3},
+             {"remove a folder", after(RemoveFile(at(u"moved").c_str())), 5},
+             {"remove an empty name", after(RemoveFile(u"")), 3},
+             {"make a folder over a file", after(CreateFolder(at(u"b").c_str())), 183},
+             {"make below a missing folder", after(CreateFolder(at(u"no\\x").c_str())), 3},
+             {"make with a separator", after(CreateFolder(at(u"new\\").c_str())), 0},
+             {"make an empty name", after(CreateFolder(u"")), 3},
+             {"remove a full folder", after(RemoveFolder(at(u"moved").c_str())), 145},
+             {"remove an empty folder", after(RemoveFolder(at(u"new").c_str())), 0},
+             {"remove a file as a folder", after(RemoveFolder(at(u"b").c_str())), 267},
+             {"change to a missing folder", after(ChangeFolder(at(u"no").c_str())), 2},
+             {"change to a file", after(ChangeFolder(at(u"b").c_str())), 267},
+         }) {
+        EXPECT_EQ(error, expected) << what;
     }
     EXPECT_EQ(folder.Names(), (std::vector<std::string>{"b", "locked", "moved"}));
     EXPECT_EQ(folder.Read(u"moved\\c"), "data");
@@ -417,8 +463,14 @@ TEST_F(FilesTest, TemporaryFilesAreNewEmptyAndNamedByRule) {
     EXPECT_TRUE(u16string(made.data()).ends_with(u'\\'));
 }
 
-TEST_F(FilesTest, AForcedFailureTellsWhatWasWrittenBeforeIt) {
-    const HANDLE file = Open(name, kAccessWrite, kCreateNew);
+TEST_F(FilesTest, ForcedFailuresStrikeTheCallTheyNameAndNoOther) {
+    const HANDLE file = Open(name, kAccessRead | kAccessWrite, kCreateNew);
+    const auto write_twice = [file] {
+        for (const char* bytes : {"ab", "cd"}) Write(file, bytes);
+    };
+    const auto check = [](std::uint32_t) { EXPECT_EQ(LastError(), 29u); };
+    EXPECT_EQ(test::FailEachFileCall(FileCall::kWrite, kErrorWriteFault, write_twice, check), 2u);
+    EXPECT_TRUE(SetFilePosition(file, 0, kSeekBegin, nullptr) && SetEndOfFile(file));
     std::uint32_t done = 0;
     {
         const test::FullDisk full(1, 2);
@@ -429,7 +481,20 @@ TEST_F(FilesTest, AForcedFailureTellsWhatWasWrittenBeforeIt) {
         EXPECT_FALSE(WriteFile(file, "9", 1, &done));
         EXPECT_EQ(done, 0u);
     }
-    EXPECT_TRUE(Write(file, "7") && CloseHandle(file));
+    {
+        const test::ShortTransfer one(FileCall::kRead, 0, 3);
+        EXPECT_TRUE(SetFilePosition(file, 0, kSeekBegin, nullptr));
+        EXPECT_EQ(ReadAll(file), "123");
+        EXPECT_EQ(ReadAll(file), "456");
+        std::thread other([&] { EXPECT_TRUE(Write(file, "7")); });
+        other.join();
+    }
+    {
+        const test::FileFault fault(FileCall::kClose, 0, kErrorGenFailure);
+        EXPECT_FALSE(CloseHandle(file));
+        EXPECT_EQ(LastError(), kErrorGenFailure);
+    }
+    EXPECT_TRUE(CloseHandle(file));
     EXPECT_EQ(folder.Read(u"file"), "1234567");
 }
 

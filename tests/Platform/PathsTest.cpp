@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -20,35 +19,56 @@ using std::u16string;
 using std::u16string_view;
 
 TEST(PathsTest, SplittingFollowsTheRecordedRuntime) {
-    for (const auto& row : test::Table(R"(|||| / a.b.c|||a.b|.c / ..|||.|.
-C:/dir/a.txt|C:|/dir/|a|.txt / C:\dir.x\a|C:|\dir.x\|a| / C:\dir/sub\a.txt|C:|\dir/sub\|a|.txt
-\\server\share||\\server\|share| / \\?\C:\dir\a.txt||\\?\C:\dir\|a|.txt
-a:b:c|a:||b:c| / CC:\a||CC:\|a| / :a|||:a| / C:.txt|C:|||.txt)")) {
-        SCOPED_TRACE(row[0]);
-        const u16string path = test::Utf16(row[0]);
-        const PathParts parts = SplitPath(path);
-        EXPECT_EQ(test::Utf8(parts.drive), row[1]);
-        EXPECT_EQ(test::Utf8(parts.directory), row[2]);
-        EXPECT_EQ(test::Utf8(parts.name), row[3]);
-        EXPECT_EQ(test::Utf8(parts.extension), row[4]);
+    struct Case {
+        u16string_view path, drive, directory, name, extension;
+    };
+    for (const Case& row : {
+             Case{u"", u"", u"", u"", u""},
+             {u"a.b.c", u"", u"", u"a.b", u".c"},
+             {u"..", u"", u"", u".", u"."},
+             {u"C:/dir/a.txt", u"C:", u"/dir/", u"a", u".txt"},
+             {u"C:\\dir.x\\a", u"C:", u"\\dir.x\\", u"a", u""},
+             {u"C:\\dir/sub\\a.txt", u"C:", u"\\dir/sub\\", u"a", u".txt"},
+             {u"\\\\server\\share", u"", u"\\\\server\\", u"share", u""},
+             {u"\\\\?\\C:\\dir\\a.txt", u"", u"\\\\?\\C:\\dir\\", u"a", u".txt"},
+             {u"a:b:c", u"a:", u"", u"b:c", u""},
+             {u"CC:\\a", u"", u"CC:\\", u"a", u""},
+             {u":a", u"", u"", u":a", u""},
+             {u"C:.txt", u"C:", u"", u"", u".txt"},
+         }) {
+        SCOPED_TRACE(test::Utf8(row.path));
+        const PathParts parts = SplitPath(row.path);
+        EXPECT_EQ(parts.drive, row.drive);
+        EXPECT_EQ(parts.directory, row.directory);
+        EXPECT_EQ(parts.name, row.name);
+        EXPECT_EQ(parts.extension, row.extension);
     }
 }
 
 TEST(PathsTest, MakingAPathAddsOnlyWhatIsMissing) {
-    for (const auto& row : test::Table(R"(C|dir|a|txt|C:dir\a.txt / C:\|dir|a|txt|C:dir\a.txt
-|dir/|a|.txt|dir/a.txt / |dir/sub|a||dir/sub\a / |||txt|.txt / |d|||d\
-C|d\\|\a|..b|C:d\\\a..b / :|d|a|b|::d\a.b / C||a|.|C:a.)")) {
-        SCOPED_TRACE(row[4]);
-        std::array<u16string, 5> field;
-        std::ranges::transform(row, field.begin(), test::Utf16);
-        const PathParts parts{field[0], field[1], field[2], field[3]};
+    struct Case {
+        PathParts parts;
+        u16string_view path;
+    };
+    for (const Case& row : {
+             Case{{u"C", u"dir", u"a", u"txt"}, u"C:dir\\a.txt"},
+             {{u"C:\\", u"dir", u"a", u"txt"}, u"C:dir\\a.txt"},
+             {{u"", u"dir/", u"a", u".txt"}, u"dir/a.txt"},
+             {{u"", u"dir/sub", u"a", u""}, u"dir/sub\\a"},
+             {{u"", u"", u"", u"txt"}, u".txt"},
+             {{u"", u"d", u"", u""}, u"d\\"},
+             {{u"C", u"d\\\\", u"\\a", u"..b"}, u"C:d\\\\\\a..b"},
+             {{u":", u"d", u"a", u"b"}, u"::d\\a.b"},
+             {{u"C", u"", u"a", u"."}, u"C:a."},
+         }) {
+        SCOPED_TRACE(test::Utf8(row.path));
         std::array<char16_t, 32> out;
-        EXPECT_EQ(MakePath(out, parts), field[4].size());
-        EXPECT_EQ(u16string_view(out.data()), field[4]);
+        EXPECT_EQ(MakePath(out, row.parts), row.path.size());
+        EXPECT_EQ(u16string_view(out.data()), row.path);
         // One unit too small for the zero: only the length is told.
         out.fill(u'#');
-        EXPECT_EQ(MakePath(std::span(out).first(field[4].size()), parts), field[4].size());
-        EXPECT_EQ(out[field[4].size()], u'#');
+        EXPECT_EQ(MakePath(std::span(out).first(row.path.size()), row.parts), row.path.size());
+        EXPECT_EQ(out[row.path.size()], u'#');
     }
 }
 
@@ -71,21 +91,43 @@ TEST(PathsTest, FullPathsFollowTheRecordedRuntime) {
     folder.MakeFolder(u"w\\x\\y");
     const u16string base = folder.Name(u"w");
     const InFolder in(base + u"\\x\\y");
-    // "@" in front stands for the recording's C:\w.
-    for (const auto& row : test::Table(R"(|@\x\y / .|@\x\y / ..\..|@ / a/b|@\x\y\a\b
-a\b\..\..\c|@\x\y\c / a\\b|@\x\y\a\b / a . |@\x\y\a .  / a\|@\x\y\a\
-a\b.\c|@\x\y\a\b.\c / ...|@\x\y\... / C:|@\x\y\ / C:a|@\x\y\a / C:..\x|@\x\x / c:\X|c:\X
-C:\a\..\..\b|C:\b / C:\\a|C:\a / /a/b|C:\a\b / \|C:\ / D:|D:\ / //x/y/z|\\x\y\z
-\\server\share\..\..\b|\\server\share\b / \\?\C:\a\..\b|\\?\C:\b
-a\con|@\x\y\a\con / aux|@\x\y\aux / a*b?|@\x\y\a*b?)")) {
-        SCOPED_TRACE(row[0]);
-        const u16string path = test::Utf16(row[0]);
-        u16string expected = test::Utf16(row[1]);
+    struct Case {
+        u16string_view path, full;  // "@" in front stands for the recording's C:\w
+    };
+    for (const Case& row : {
+             Case{u"", u"@\\x\\y"},
+             {u".", u"@\\x\\y"},
+             {u"..\\..", u"@"},
+             {u"a/b", u"@\\x\\y\\a\\b"},
+             {u"a\\b\\..\\..\\c", u"@\\x\\y\\c"},
+             {u"a\\\\b", u"@\\x\\y\\a\\b"},
+             {u"a\\", u"@\\x\\y\\a\\"},
+             {u"a . ", u"@\\x\\y\\a . "},
+             {u"a\\b.\\c", u"@\\x\\y\\a\\b.\\c"},
+             {u"...", u"@\\x\\y\\..."},
+             {u"C:", u"@\\x\\y\\"},
+             {u"C:a", u"@\\x\\y\\a"},
+             {u"C:..\\x", u"@\\x\\x"},
+             {u"c:\\X", u"c:\\X"},
+             {u"C:\\a\\..\\..\\b", u"C:\\b"},
+             {u"C:\\\\a", u"C:\\a"},
+             {u"/a/b", u"C:\\a\\b"},
+             {u"\\", u"C:\\"},
+             {u"D:", u"D:\\"},
+             {u"\\\\server\\share\\..\\..\\b", u"\\\\server\\share\\b"},
+             {u"\\\\?\\C:\\a\\..\\b", u"\\\\?\\C:\\b"},
+             {u"//x/y/z", u"\\\\x\\y\\z"},
+             {u"a\\con", u"@\\x\\y\\a\\con"},
+             {u"aux", u"@\\x\\y\\aux"},
+             {u"a*b?", u"@\\x\\y\\a*b?"},
+         }) {
+        SCOPED_TRACE(test::Utf8(row.path));
+        u16string expected(row.full);
         if (expected.starts_with(u'@')) expected.replace(0, 1, base);
         std::array<char16_t, kMaxPath> out;
-        ASSERT_EQ(FullPath(path.c_str(), out), expected.size());
+        ASSERT_EQ(FullPath(u16string(row.path).c_str(), out), expected.size());
         EXPECT_EQ(u16string_view(out.data()), expected);
-        EXPECT_EQ(FullPath(path.c_str(), std::span(out).first(expected.size())), 0u);
+        EXPECT_EQ(FullPath(u16string(row.path).c_str(), std::span(out).first(expected.size())), 0u);
         EXPECT_EQ(LastError(), kErrorFilenameExceedsRange);
     }
     std::array<char16_t, kMaxPath> out;
@@ -131,7 +173,10 @@ TEST(PathsTest, EveryNameOfTheSystemComesBackUnchanged) {
     for (const std::string_view native :
          {"plain", "\xC3\xA4\xE4\xB8\xAD", "\xF0\x9F\x98\x80", "back\\slash", "\xFF\xFE", "\xC3",
           "\xC3z", "\xE4\xB8", "\xED\xA0\x80", "\xC0\x80", "\xF4\x90\x80\x80",
-          "\xF8\x88\x80\x80\x80", "a\x80\x62", "new\nline"}) {
+          "\xF8\x88\x80\x80\x80",
+          "a\x80"
+          "b",
+          "new\nline"}) {
         std::array<char16_t, 64> text;
         std::array<char, 64> back;
         ASSERT_NE(PathFromNative(std::string(native).c_str(), text), 0u);

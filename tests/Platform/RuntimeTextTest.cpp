@@ -19,13 +19,20 @@ TEST(RuntimeCompareTest, FoldsTheLettersAToZAlone) {
         std::u16string a, b;
         int no_case, binary;
     };
-    const Case cases[] = {
-        {u"\u00c9", u"\u00e9", -32, -1},    {u"ABC", u"abc", 0, -1}, {u"A", u"_", 2, -1},
-        {u"\u0130", u"i", 199, 1},          {u"a", u"_", 2, 1},      {u"Z", u"[", 31, -1},
-        {u"\uff21", u"\uff41", -32, -1},    {u"@", u"`", -32, -1},   {u"", u"a", -97, -1},
-        {u"a\u00e9", u"A\u00c9", 32, 1},    {u"A", u"", 97, 1},      {u"", u"", 0, 0},
-        {u"\xd800", u"\uffff", -10239, -1}, {u"ab", u"abc", -99, -1}};
-    for (const auto& [a, b, no_case, binary] : cases) {
+    for (const auto& [a, b, no_case, binary] : {Case{u"ABC", u"abc", 0, -1},
+                                                {u"A", u"_", 2, -1},
+                                                {u"a", u"_", 2, 1},
+                                                {u"Z", u"[", 31, -1},
+                                                {u"@", u"`", -32, -1},
+                                                {u"", u"a", -97, -1},
+                                                {u"A", u"", 97, 1},
+                                                {u"", u"", 0, 0},
+                                                {u"\u00c9", u"\u00e9", -32, -1},
+                                                {u"\u0130", u"i", 199, 1},
+                                                {u"\uff21", u"\uff41", -32, -1},
+                                                {u"ab", u"abc", -99, -1},
+                                                {u"a\u00e9", u"A\u00c9", 32, 1},
+                                                {u"\xd800", u"\uffff", -10239, -1}}) {
         SCOPED_TRACE(test::Utf8(a + u" / " + b));
         EXPECT_EQ(CompareNoCase(a.c_str(), b.c_str()), no_case);
         EXPECT_EQ(CompareText(a.c_str(), b.c_str()), binary);
@@ -77,6 +84,7 @@ TEST(RuntimeCompareTest, BytesCompareUnsigned) {
     EXPECT_EQ(CompareNoCase("\xE9", "z"), 0xE9 - 'z');
     EXPECT_EQ(CompareNoCase("\xFF", ""), 0xFF);
     EXPECT_EQ(CompareNoCase("\xC9", "\xE9"), -32);
+    EXPECT_EQ(CompareNoCase("ABC", "abc"), 0);
 }
 
 TEST(RuntimeCaseTest, MapsAsciiLettersInPlace) {
@@ -108,35 +116,65 @@ TEST(RuntimeSpaceTest, WideTextHasMoreWhiteSpaceThanBytes) {
 }
 
 TEST(RuntimeNumberTest, ReadsIntegersUpToTheFirstForeignUnit) {
-    for (const auto& fields : test::Table(
-             "|0 / -12|-12 / +12|12 / \t\r 12|12 / \u00a0\u300012|12 / - 5|0 / --5|0 / 0x10|0\n"
-             "010|10 / 12.7|12 / 2147483647|2147483647 / -2147483648|-2147483648\n"
-             "2147483648|2147483647 / -99999999999999999999|-2147483648 / \uff11\u0662|12\n"
-             "\u066A\u065F|0")) {
-        const std::u16string text = test::Utf16(fields[0]);
-        const int value = std::stoi(fields[1]);
+    struct Case {
+        std::u16string text;
+        std::int32_t value;
+    };
+    for (const auto& [text, value] : {Case{u"", 0},
+                                      {u"-12", -12},
+                                      {u"+12", 12},
+                                      {u"\t\n 12", 12},
+                                      {u"\u00a0\u300012", 12},
+                                      {u"- 5", 0},
+                                      {u"--5", 0},
+                                      {u"0x10", 0},
+                                      {u"010", 10},
+                                      {u"12.7", 12},
+                                      {u"2147483647", 2147483647},
+                                      {u"-2147483648", std::numeric_limits<int>::min()},
+                                      {u"2147483648", 2147483647},
+                                      {u"-99999999999999999999", std::numeric_limits<int>::min()},
+                                      {u"\uff11\u0662", 12},
+                                      {u"\u066A\u065F", 0}}) {
         EXPECT_EQ(platform::ReadInteger(text.c_str()), value) << test::Utf8(text);
         EXPECT_EQ(platform::ReadInteger64((text + u" ").c_str()) < 0, value < 0);
     }
     EXPECT_EQ(platform::ReadInteger(" -17x"), -17);
-    EXPECT_EQ(platform::ReadInteger("\24017"), 0);
+    EXPECT_EQ(platform::ReadInteger("\xA0"
+                                    "17"),
+              0);
     EXPECT_EQ(platform::ReadInteger64("-9223372036854775808"), INT64_MIN);
     EXPECT_EQ(platform::ReadInteger64(u"9223372036854775808"), INT64_MAX);
 }
 
 TEST(RuntimeNumberTest, ReadsIntegersInAnyBase) {
-    // Text, base, value, units taken, whether out of range.
-    for (const auto& fields :
-         test::Table(R"( 5x|10|5|2|0 / x|10|0|0|0 /   -|10|0|0|0 / 0x1F|0|31|4|0 / -0X1f|16|-31|5|0
-0xg|0|0|1|0 / 019|0|1|2|0 / zz9|36|46629|3|0 / 12|2|1|1|0 / 4294967296|10|2147483647|10|1
--2147483649|0|-2147483648|11|1 / 5|1|0|0|0 / 5|37|0|0|0)")) {
-        SCOPED_TRACE(testing::PrintToString(fields));
-        const int base = std::stoi(fields[1]), value = std::stoi(fields[2]);
-        const auto read = platform::ReadLong(test::Utf16(fields[0]).c_str(), base);
+    struct Case {
+        const char16_t* text;
+        int base;
+        std::int32_t value;
+        std::size_t consumed;
+        bool out_of_range;
+    };
+    for (const auto& [text, base, value, consumed, out_of_range] :
+         {Case{u" 5x", 10, 5, 2, false},
+          {u"x", 10, 0, 0, false},
+          {u"  -", 10, 0, 0, false},
+          {u"0x1F", 0, 31, 4, false},
+          {u"-0X1f", 16, -31, 5, false},
+          {u"0xg", 0, 0, 1, false},
+          {u"019", 0, 1, 2, false},
+          {u"zz9", 36, 46629, 3, false},
+          {u"12", 2, 1, 1, false},
+          {u"4294967296", 10, 2147483647, 10, true},
+          {u"-2147483649", 0, std::numeric_limits<int>::min(), 11, true},
+          {u"5", 1, 0, 0, false},
+          {u"5", 37, 0, 0, false}}) {
+        SCOPED_TRACE(test::Utf8(text));
+        const auto read = platform::ReadLong(text, base);
         EXPECT_EQ(read.value, value);
-        EXPECT_EQ(std::to_string(read.consumed), fields[3]);
-        EXPECT_EQ(read.out_of_range, fields[4] == "1");
-        EXPECT_EQ(platform::ReadLong(fields[0].c_str(), base).value, value);
+        EXPECT_EQ(read.consumed, consumed);
+        EXPECT_EQ(read.out_of_range, out_of_range);
+        EXPECT_EQ(platform::ReadLong(test::Utf8(text).c_str(), base).value, value);
     }
 }
 
@@ -149,26 +187,25 @@ TEST(RuntimeNumberTest, ReadsRealNumbersExactly) {
     };
     // Half a unit above 1 rounds to even; any digit behind it, however far, rounds up.
     const std::string half = "1.00000000000000011102230246251565404236316680908203125";
-    const Case cases[] = {
-        {"-1.5e3x", -1500, 6},
-        {" 2.5", 2.5, 4},
-        {".5", 0.5, 2},
-        {"5.", 5, 2},
-        {"1e400", infinity, 5},
-        {".", 0, 0},
-        {"", 0, 0},
-        {"1e+", 1, 1},
-        {"1e-400", 0, 6},
-        {"1d3", 1000, 3},
-        {"0x1p3", 0, 1},
-        {"inf", 0, 0},
-        {"1.5.2", 1.5, 3},
-        {half, 1, half.size()},
-        {"000000.0000000000001e13", 1, 23},
-        {"-1e99999999999999999999", -infinity, 23},
-        {half + std::string(2000, '0') + "1", std::nextafter(1.0, 2.0), half.size() + 2001},
-        {"1" + std::string(1000, '0') + "e-1000", 1, 1007}};
-    for (const auto& [text, value, consumed] : cases) {
+    for (const auto& [text, value, consumed] :
+         {Case{" 2.5", 2.5, 4},
+          {"-1.5e3x", -1500, 6},
+          {".5", 0.5, 2},
+          {"5.", 5, 2},
+          {".", 0, 0},
+          {"", 0, 0},
+          {"1e+", 1, 1},
+          {"1d3", 1000, 3},
+          {"1.5.2", 1.5, 3},
+          {"0x1p3", 0, 1},
+          {"inf", 0, 0},
+          {"1e400", infinity, 5},
+          {"-1e99999999999999999999", -infinity, 23},
+          {"1e-400", 0, 6},
+          {"000000.0000000000001e13", 1, 23},
+          {half, 1, half.size()},
+          {half + std::string(2000, '0') + "1", std::nextafter(1.0, 2.0), half.size() + 2001},
+          {"1" + std::string(1000, '0') + "e-1000", 1, 1007}}) {
         SCOPED_TRACE(text);
         const auto read = platform::ReadDouble(text.c_str());
         EXPECT_EQ(read.value, value);

@@ -16,17 +16,28 @@ std::string Get(const CT_FileName& name, BOOL (CT_FileName::*getter)(CT_UString*
 }
 
 TEST(FileNameTest, TakesNamesApartAndPutsThemTogether) {
-    // Of a name the path, the name, the extension, and all of it put together.
-    for (const auto& row : test::Table(R"(C:\d\e.f.txt|C:\d|e.f|txt|C:\d\e.f.txt
-a/b/c|a/b|c|-|a/b\c / C:\\a.b|C:|a|b|C:\a.b / \a.b|-|\a|b|\a.b / \\x|-|x|-|x
-dir.ext\|dir.ext|-|-|dir.ext / .profile|-|-|profile|-before / name.|-|name|-|name)")) {
-        SCOPED_TRACE(row[0]);
-        CT_FileName name(test::Utf16(row[0]).c_str());
-        EXPECT_EQ(Get(name, &CT_FileName::b_GetPath), row[1]);
-        EXPECT_EQ(Get(name, &CT_FileName::b_GetPathEndedWithSlash), row[1] + "\\");
-        EXPECT_EQ(Get(name, &CT_FileName::b_GetNameIgnoreExt), row[2]);
-        EXPECT_EQ(Get(name, &CT_FileName::b_GetExt), row[3]);
-        EXPECT_EQ(Get(name, &CT_FileName::b_GetFullName), row[4]);
+    struct Case {
+        const char16_t* full;
+        std::string path, name, extension, together;
+    };
+    const Case cases[] = {
+        {u"C:\\docs\\rep.final.txt", "C:\\docs", "rep.final", "txt", "C:\\docs\\rep.final.txt"},
+        {u"a/b/c", "a/b", "c", "-", "a/b\\c"},
+        {u"C:\\\\a.b", "C:", "a", "b", "C:\\a.b"},
+        {u"\\a.b", "-", "\\a", "b", "\\a.b"},
+        {u"\\\\x", "-", "x", "-", "x"},
+        {u"dir.ext\\", "dir.ext", "-", "-", "dir.ext"},
+        {u".profile", "-", "-", "profile", "-before"},
+        {u"name.", "-", "name", "-", "name"},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(test::Utf8(row.full));
+        CT_FileName name(row.full);
+        EXPECT_EQ(Get(name, &CT_FileName::b_GetPath), row.path);
+        EXPECT_EQ(Get(name, &CT_FileName::b_GetPathEndedWithSlash), row.path + "\\");
+        EXPECT_EQ(Get(name, &CT_FileName::b_GetNameIgnoreExt), row.name);
+        EXPECT_EQ(Get(name, &CT_FileName::b_GetExt), row.extension);
+        EXPECT_EQ(Get(name, &CT_FileName::b_GetFullName), row.together);
         name.v_SetPath(u"C:\\temp\\\\");
         name.v_SetName(u"new.x");
         name.v_SetExt(u"tar.gz");

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
+#include <tuple>
 
 #include "Core/File/FileFixture.h"
 #include "Foundation/Core/File/FindFile.h"
@@ -32,14 +33,20 @@ TEST_F(FileSystemTest, SplitsIntoTheStringsItReadsAndBuildsFromThem) {
 }
 
 TEST_F(FileSystemTest, ShortensPathsForDisplay) {
-    // A path, the length that it may have, and what is shown; backslashes count first.
-    for (const auto& row : test::Table(R"(C:\aaa\bbb\ccc\file.txt|20|C:\...\ccc\file.txt
-C:\aaa\bbb\ccc\file.txt|23|C:\aaa\bbb\ccc\file.txt / C:\aaa\bbb\ccc\file.txt|1|C:\...\file.txt
-/aaa/bbb/ccc/file.txt|20|/.../ccc/file.txt / aaa/bbb\ccc/d\e|9|...\e
-aaa\bbb/ccccccccc/d|12|.../d / no-separators-at-all|5|no-separators-at-all)")) {
-        CT_UString path(test::Utf16(row[0]).c_str());
-        CT_FileSystem::sv_MakeDisplayString(&path, static_cast<unsigned>(std::stoul(row[1])));
-        EXPECT_EQ(Text(path), row[2]) << row[0] << " to " << row[1];
+    const char16_t* const file = u"C:\\aaa\\bbb\\ccc\\file.txt";
+    const std::tuple<const char16_t*, unsigned int, const char*> cases[] = {
+        {file, 20, "C:\\...\\ccc\\file.txt"},
+        {file, 23, "C:\\aaa\\bbb\\ccc\\file.txt"},
+        {file, 1, "C:\\...\\file.txt"},
+        {u"/aaa/bbb/ccc/file.txt", 20, "/.../ccc/file.txt"},
+        {u"aaa/bbb\\ccc/d\\e", 9, "...\\e"},  // backslashes first
+        {u"aaa\\bbb/ccccccccc/d", 12, ".../d"},
+        {u"no-separators-at-all", 5, "no-separators-at-all"},
+    };
+    for (const auto& [wide, maximum, shown] : cases) {
+        CT_UString path(wide);
+        CT_FileSystem::sv_MakeDisplayString(&path, maximum);
+        EXPECT_EQ(Text(path), shown) << Utf8(wide) << " to " << maximum;
     }
 }
 
