@@ -19,23 +19,25 @@ int Fail(const char* what) {
     return 1;
 }
 
+template <typename Function>
+Function* Find(void* library, const char* name) {
+    return reinterpret_cast<Function*>(dlsym(library, name));
+}
+
 // Every load starts afresh and every unload gives everything back.
 int Repeat(const char* library) {
     std::size_t before = 0;
     for (int round = 0; round < 200; ++round) {
         void* const handle = dlopen(library, RTLD_LAZY | RTLD_LOCAL);
         if (handle == nullptr) return Fail(dlerror());
-        auto* const version = reinterpret_cast<unsigned int (*)()>(
-            dlsym(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv"));
+        auto* const version = Find<unsigned int()>(handle, "_ZN15CT_BasisDLLMain13sn_GetVersionEv");
         if (version == nullptr || version() != 7) return Fail("the library was not attached");
-        auto* const leave = reinterpret_cast<bool (*)(const char16_t*)>(
-            dlsym(handle, "_ZN6zelkor8platform12SetErrorInfoEPKDs"));
+        auto* const leave =
+            Find<bool(const char16_t*)>(handle, "_ZN6zelkor8platform12SetErrorInfoEPKDs");
         if (leave == nullptr || !leave(u"left in the thread")) return Fail("no error object");
-        auto* const exceptions =
-            reinterpret_cast<void* (*)()>(dlsym(handle, "_ZN19CT_ExceptionManager8spco_GetEv"));
-        auto* const add =
-            reinterpret_cast<void (*)(void*, const char16_t*, unsigned, unsigned, const char16_t*)>(
-                dlsym(handle, "_ZN19CT_ExceptionManager13v_AddLocationEPKDsjjS1_"));
+        auto* const exceptions = Find<void*()>(handle, "_ZN19CT_ExceptionManager8spco_GetEv");
+        auto* const add = Find<void(void*, const char16_t*, unsigned, unsigned, const char16_t*)>(
+            handle, "_ZN19CT_ExceptionManager13v_AddLocationEPKDsjjS1_");
         if (exceptions == nullptr || add == nullptr) return Fail("no exception manager");
         add(exceptions(), u"never cleared", 1, 2, std::u16string(300, u'x').c_str());
         if (dlclose(handle) != 0) return Fail("dlclose");
@@ -55,10 +57,8 @@ int Environment(const char* library) {
     void* const handle = dlopen(library, RTLD_LAZY | RTLD_LOCAL);
     if (handle == nullptr) return Fail(dlerror());
     setenv("LC_ALL", "de_DE", 1);
-    auto* const user = reinterpret_cast<std::uint32_t (*)() noexcept>(
-        dlsym(handle, "_ZN6zelkor8platform18GetUserDefaultLCIDEv"));
-    auto* const page = reinterpret_cast<std::uint32_t (*)() noexcept>(
-        dlsym(handle, "_ZN6zelkor8platform12AnsiCodePageEv"));
+    auto* const user = Find<std::uint32_t()>(handle, "_ZN6zelkor8platform18GetUserDefaultLCIDEv");
+    auto* const page = Find<std::uint32_t()>(handle, "_ZN6zelkor8platform12AnsiCodePageEv");
     if (user == nullptr || user() != 0x0415) return Fail("the user's locale is not the load's");
     if (page == nullptr || page() != 932) return Fail("the ANSI page is not the load's");
     return dlclose(handle);

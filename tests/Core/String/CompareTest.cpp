@@ -2,24 +2,17 @@
 // arithmetic.
 #include "Foundation/Core/String/Compare.h"
 
-#include <gtest/gtest.h>
-
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "Foundation/Core/String/CString.h"
-#include "Foundation/Core/String/UString.h"
-#include "Support/Errors.h"
-#include "Support/Text.h"
+#include "Core/String/PlainTexts.h"
+#include "Core/String/StringTexts.h"
 
 namespace platform = zelkor::platform;
 
 namespace {
 
-int Sign(long long value) {
-    return value > 0 ? 1 : value < 0 ? -1 : 0;
-}
+using test::Sign;
 
 // First difference of two texts with their zeros; what the library answers is derived from it.
 template <typename Text>
@@ -52,16 +45,13 @@ int Agreed(A constant, B plain, C constant_items, D items, T* a, T* b) {
 // Texts between bars: letters and their neighbours, beginnings of each other, other scripts, an
 // unpaired surrogate, and texts that are longer than a block.
 std::vector<std::u16string> Texts() {
-    std::vector<std::u16string> texts(1);
-    for (const char16_t unit : std::u16string_view(
-             u"|A|a|B|_|Z|[|@|`|ab|ABC|abc|abd|\u00C9|\u00E9|z|\u00FF|a\u00E9|A\u00C9|\u0130|\u0131"
-             u"|\u0410|\u0430|\uFF21|\uFF41|\xD800|\uFFFF|\u212A|sixteen characters and more"
-             u"|Sixteen Characters and MORE|sixteen characters and mor|sixteen char\u00C4cters")) {
-        if (unit == u'|') {
-            texts.emplace_back();
-        } else {
-            texts.back() += unit;
-        }
+    const std::u16string all =
+        u"|A|a|B|_|Z|[|@|`|ab|ABC|abc|abd|\u00C9|\u00E9|z|\u00FF|a\u00E9|A\u00C9|\u0130|\u0131"
+        u"|\u0410|\u0430|\uFF21|\uFF41|\xD800|\uFFFF|\u212A|sixteen characters and more"
+        u"|Sixteen Characters and MORE|sixteen characters and mor|sixteen char\u00C4cters";
+    std::vector<std::u16string> texts;
+    for (const auto& [begin, length] : test::Split(all, u"|", false)) {
+        texts.push_back(all.substr(begin, length));
     }
     return texts;
 }

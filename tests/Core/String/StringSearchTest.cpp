@@ -13,11 +13,7 @@ namespace platform = zelkor::platform;
 
 namespace {
 
-using test::kAll;
-
-int Sign(int value) {
-    return (value > 0) - (value < 0);
-}
+using test::kAll, test::Sign;
 
 template <typename Kind>
 class StringSearchTest : public testing::Test {};
@@ -48,23 +44,15 @@ TYPED_TEST(StringSearchTest, ComparesByCodeWithEitherKind) {
         std::uint32_t length, at;
         int sign;
     };
-    const std::string same(50, 's');
-    const std::string longer = same + 't';
-    const Case cases[] = {{"abc", "abc", kAll, 0, 0},
-                          {"abc", "abd", kAll, 0, -1},
-                          {"abc", "ab", kAll, 0, 1},
-                          {"ab", "abc", kAll, 0, -1},
-                          {"", "", kAll, 0, 0},
-                          {"", "a", kAll, 0, -1},
-                          {"a", "", kAll, 0, 1},
-                          {"abc", "abd", 2, 0, 0},
-                          {"abc", "ab", 3, 0, 1},
-                          {"abc", "xyz", 0, 0, 0},
-                          {"xabc", "abc", kAll, 1, 0},
-                          {"abc", "abc", kAll, 9, -1},
-                          {same.c_str(), longer.c_str(), kAll, 0, -1},
-                          {same.c_str(), longer.c_str(), 50, 0, 0}};
-    for (const Case& c : cases) {
+    static constexpr char kSame[] = "a text of more units than are compared at once, fifty";
+    static constexpr char kLonger[] = "a text of more units than are compared at once, fifty+";
+    static constexpr Case kCases[] = {
+        {"abc", "abc", kAll, 0, 0},    {"abc", "abd", kAll, 0, -1}, {"abc", "ab", kAll, 0, 1},
+        {"ab", "abc", kAll, 0, -1},    {"", "", kAll, 0, 0},        {"", "a", kAll, 0, -1},
+        {"a", "", kAll, 0, 1},         {"abc", "abd", 2, 0, 0},     {"abc", "ab", 3, 0, 1},
+        {"abc", "xyz", 0, 0, 0},       {"xabc", "abc", kAll, 1, 0}, {"abc", "abc", kAll, 9, -1},
+        {kSame, kLonger, kAll, 0, -1}, {kSame, kLonger, 53, 0, 0}};
+    for (const Case& c : kCases) {
         SCOPED_TRACE(testing::Message() << c.left << " with " << c.right);
         const auto left = test::Make<TypeParam>(c.left);
         const CT_UString wide(test::Utf16(c.right).c_str());

@@ -34,6 +34,10 @@ struct Wide {
     static char16_t At(const CT_UString& text, std::uint32_t index) { return text.u_GetAt(index); }
 };
 
+inline int Sign(long long value) {
+    return (value > 0) - (value < 0);
+}
+
 using BothKinds = testing::Types<Narrow, Wide>;
 
 // A string of the kind, made from ASCII.

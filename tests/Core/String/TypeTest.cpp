@@ -10,20 +10,6 @@
 
 namespace {
 
-TEST(TypeTest, TheStringFamilyIsRegistered) {
-    const std::tuple<const CT_Type*, const char*, std::uint32_t> cases[] = {
-        {CT_String::spcco_GetType(), "CT_String", 1},
-        {CT_CString::spcco_GetType(), "CT_CString", 2},
-        {CT_UString::spcco_GetType(), "CT_UString", 2}};
-    for (const auto& [type, name, types] : cases) {
-        SCOPED_TRACE(name);
-        EXPECT_STREQ(type->qccz_GetName(), name);
-        EXPECT_EQ(type->n_GetTypes(), types);
-        const void* const prototype = type->pcv_GetObject();
-        EXPECT_EQ(static_cast<const CT_String*>(prototype)->vpcco_GetType(), type);
-    }
-}
-
 TEST(TypeTest, AStringKnowsItsClasses) {
     CT_UString wide(u"x");
     CT_CString narrow("x");

@@ -392,82 +392,52 @@ struct RecordLossTest : testing::Test {
 };
 
 TEST_F(RecordLossTest, WhatIsMissingIsTold) {
-    using C = CT_RecordCheck;
+    using enum CT_RecordCheck::et_Finding;
     const std::size_t directory = 1280;
     const std::size_t body = (std::size_t{first} + 101 * 2 - 1) * 64;  // of record 100
-    const std::size_t resource = good.size() / 64 * 64 - 64;
+    const std::size_t all = good.size(), resource = all / 64 * 64 - 64;
     struct Case {
         const char* what;
         std::size_t at;
         std::uint32_t word;
-        std::size_t size;
-        unsigned int saved, resources;
-        std::vector<C::et_Finding> listed;
+        std::vector<CT_RecordCheck::et_Finding> listed;
+        unsigned int saved = kRecords, resources = 2;
+        std::size_t size = 0;  // 0: not cut
     };
-    const std::size_t all = good.size();
-    for (const Case& one : std::vector<Case>{
-             {"sound", 22, 0, all, kRecords, 2, {}},
-             {"cut to its header", 22, 0, 256, 0, 0, {C::kRecordCount, C::kResourceCount}},
-             {"cut in half",
-              22,
-              0,
-              66000,
-              505,
-              0,
-              {C::kBody, C::kResource, C::kResource, C::kRecordCount}},
-             {"a body that swallows 256 neighbours",
-              body,
-              62 + 0x8000,
-              all,
-              kRecords,
-              2,
-              {C::kOverlap}},
-             {"a resource that does",
-              directory + 4,
-              (first + 3) * 64,
-              all,
-              kRecords,
-              2,
-              {C::kOverlap, C::kOverlap, C::kLeak}},
-             {"a link to nothing", body - 60, 0, all, kRecords, 2, {C::kLeak}},
-             {"more records counted", 76, kRecords + 5, all, kRecords, 2, {C::kRecordCount}},
-             {"fewer records counted", 76, 0, all, kRecords, 2, {}},
-             {"more resources counted", 60, 3, all, kRecords, 2, {C::kResource}},
-             {"fewer resources counted", 60, 1, all, kRecords, 1, {C::kLeak}},
-             {"too many resources counted",
-              60,
-              7,
-              all,
-              kRecords,
-              2,
-              {C::kResource, C::kResource, C::kResourceCount}},
-             {"a larger capacity", 48, 256, all, kRecords, 2, {}},
-             {"more room for resources", 56, 0x10004, all, kRecords, 2, {}},
-             {"a data end far in front", 80, (first + 6) * 64, all, kRecords, 2, {}},
-             {"a data end far behind", 80, 0x40000000, all, kRecords, 2, {}},
-             {"a head that is none",
-              body - 64,
-              0x7FFFFFFF,
-              all,
-              kRecords - 1,
-              2,
-              {C::kRecordCount, C::kLeak}},
-         }) {
+    const std::vector<Case> cases = {
+        {"sound", 22, 0, {}},
+        {"cut to its header", 22, 0, {kRecordCount, kResourceCount}, 0, 0, 256},
+        {"cut in half", 22, 0, {kBody, kResource, kResource, kRecordCount}, 505, 0, 66000},
+        {"a body that swallows 256 neighbours", body, 62 + 0x8000, {kOverlap}},
+        {"a resource that does", directory + 4, (first + 3) * 64, {kOverlap, kOverlap, kLeak}},
+        {"a link to nothing", body - 60, 0, {kLeak}},
+        {"more records counted", 76, kRecords + 5, {kRecordCount}},
+        {"fewer records counted", 76, 0, {}},
+        {"more resources counted", 60, 3, {kResource}},
+        {"fewer resources counted", 60, 1, {kLeak}, kRecords, 1},
+        {"too many resources counted", 60, 7, {kResource, kResource, kResourceCount}},
+        {"a larger capacity", 48, 256, {}},
+        {"more room for resources", 56, 0x10004, {}},
+        {"a data end far in front", 80, (first + 6) * 64, {}},
+        {"a data end far behind", 80, 0x40000000, {}},
+        {"a head that is none", body - 64, 0x7FFFFFFF, {kRecordCount, kLeak}, kRecords - 1},
+    };
+    for (const Case& one : cases) {
         SCOPED_TRACE(one.what);
-        std::string bytes = good.substr(0, one.size);
+        std::string bytes = good.substr(0, one.size != 0 ? one.size : all);
         PutWord(bytes, one.at, one.word);
         folder.Write(u"lost.rec", bytes);
         CT_RecordRepair repair(&name.file);
         EXPECT_EQ(repair.b_Repair(&target.file) != FALSE, one.listed.empty());
         EXPECT_TRUE(NoError());
-        std::vector<C::et_Finding> listed;
+        std::vector<CT_RecordCheck::et_Finding> listed;
         for (unsigned int i = 1; i <= repair.n_GetLostCount(); ++i) {
             listed.push_back(repair.so_GetLostAt(i).kind);
         }
         EXPECT_EQ(listed, one.listed);
         EXPECT_EQ(repair.n_GetMovedCount(), one.saved);
         EXPECT_EQ(Findings(target.file), "");
-        EXPECT_EQ(Findings(name.file).empty(), one.at == 22 && one.size == all);
+        EXPECT_EQ(Findings(name.file).empty(), one.at == 22 && one.size == 0);
         Manager manager(&target.file);
         manager.v_Open(Manager::kModeReadAndCheck, Manager::kMapAlways);
         EXPECT_EQ(manager.n_GetResourceCount(), one.resources);

@@ -230,24 +230,16 @@ TEST_F(RecordFaultTest, AFailedAdditionIsNoRecordAndAllocationsMayFail) {
               20u);
 }
 
-// A record or resource replaced by another length, in files with and without room.
+// A record or resource replaced by another length, in files with and without room: in place, short
+// and long; into its own blocks; larger; a body lost or got.
 struct Replacement {
-    const char* what;
     unsigned int from, to;
     bool resource;
 };
 constexpr Replacement kReplacements[] = {
-    {"in place", 100, 110, false},
-    {"in place, long", 100000, 100010, false},
-    {"into its own blocks", 1000, 300, false},
-    {"larger", 100, 1000, false},
-    {"body lost", 100, 5, false},
-    {"body got", 5, 100, false},
-    {"in place", 100, 110, true},
-    {"in place, long", 100000, 100010, true},
-    {"into its own blocks", 1000, 300, true},
-    {"larger", 100, 1000, true},
-};
+    {100, 110, false}, {100000, 100010, false}, {1000, 300, false}, {100, 1000, false},
+    {100, 110, true},  {100000, 100010, true},  {1000, 300, true},  {100, 1000, true},
+    {100, 5, false},   {5, 100, false}};
 
 struct RecordReplaceTest : testing::TestWithParam<std::tuple<Manager::et_MappingMode, bool>> {
     TempFolder folder{QuickFolder()};
@@ -313,8 +305,9 @@ TEST_P(RecordReplaceTest, WhatFailsLeavesTheOldOrTheNew) {
     for (const Replacement& one : kReplacements) {
         for (const int variant : {kOnce, kFromThen, kShort}) {
             for (std::uint32_t n = 0; !HasFailure(); ++n) {
-                SCOPED_TRACE(testing::Message() << one.what << (one.resource ? " resource " : " ")
-                                                << variant << " write " << n);
+                SCOPED_TRACE(testing::Message()
+                             << one.from << " to " << one.to << ' ' << one.resource << ' '
+                             << variant << " write " << n);
                 Prepare(one, n % 2 == 0);
                 manager.v_Open(Manager::kModeReadWrite, mapping);
                 const auto call = platform::FileCall::kWrite;
@@ -341,7 +334,7 @@ TEST_P(RecordReplaceTest, AFullFileKeepsWhatItHas) {
     const auto [mapping, crowded] = GetParam();
     if (mapping != Manager::kMapNever) return;  // it would take 4 GiB of memory
     for (const Replacement& one : kReplacements) {
-        SCOPED_TRACE(testing::Message() << one.what << one.resource);
+        SCOPED_TRACE(testing::Message() << one.from << ' ' << one.to << one.resource);
         Prepare(one, false);
         std::string bytes = folder.Read(u"replace.rec");
         PutWord(bytes, 80, 0xFFFFFFC0);
@@ -379,31 +372,13 @@ TEST_F(RecordFaultTest, AFailedReadIsNoAnswer) {
                 out = data;
                 unsigned int answer = 0;
                 platform::FailFileCall(platform::FileCall::kRead, n, 31);
-                switch (action) {
-                    case 0:
-                        manager.v_GetRecord(reference, &out, 0);
-                        break;
-                    case 1:
-                        manager.v_GetResource(1, &out);
-                        break;
-                    case 2:
-                        manager.v_UpdateRecord(reference, &data);
-                        break;
-                    case 3:
-                        manager.v_UpdateRecordHeader(reference, &data);
-                        break;
-                    case 4:
-                        manager.v_DeleteRecord(reference);
-                        break;
-                    case 5:
-                        manager.v_UpdateResource(1, &data);
-                        break;
-                    case 6:
-                        answer = manager.n_GetNextRecord(0, nullptr);
-                        break;
-                    default:
-                        break;
-                }
+                if (action == 0) manager.v_GetRecord(reference, &out, 0);
+                if (action == 1) manager.v_GetResource(1, &out);
+                if (action == 2) manager.v_UpdateRecord(reference, &data);
+                if (action == 3) manager.v_UpdateRecordHeader(reference, &data);
+                if (action == 4) manager.v_DeleteRecord(reference);
+                if (action == 5) manager.v_UpdateResource(1, &data);
+                if (action == 6) answer = manager.n_GetNextRecord(0, nullptr);
                 if (platform::ClearFileFaults(platform::FileCall::kRead) <= n) {
                     folder.Write(u"fault.rec", before);
                     break;

@@ -26,10 +26,8 @@ constexpr unsigned int kRounds = 1000;
 
 // What the writer tells through shared memory. A slot that is not touched is as it was stored.
 struct Slot {
-    std::atomic<unsigned int> touched;
+    std::atomic<unsigned int> touched, seed, length;
     std::atomic<unsigned int> there;  // a record's reference; of a resource 1; 0: none
-    std::atomic<unsigned int> seed;
-    std::atomic<unsigned int> length;
 };
 struct Board {
     std::atomic<unsigned int> steps;

@@ -88,15 +88,10 @@ TEST_F(RecordManagerTest, HeadersThatDoNotFitAreRefused) {
         std::uint32_t word;
         unsigned int error;
     };
-    for (const auto [at, word, error] : {Case{32, 0xD4C3B2A1, 31050},
-                                         {36, 2, 31050},
-                                         {36, 0, 0},
-                                         {0, 0, 0},
-                                         {40, 0, 0},
-                                         {60, 1000, 31005},
-                                         {60, 0x20000000, 31005},
-                                         {80, 100, 0},
-                                         {80, 0xFFFFFFC0, 0}}) {
+    static constexpr Case kCases[] = {{32, 0xD4C3B2A1, 31050}, {60, 1000, 31005}, {36, 0, 0},
+                                      {60, 0x20000000, 31005}, {36, 2, 31050},    {0, 0, 0},
+                                      {80, 0xFFFFFFC0, 0},     {80, 100, 0},      {40, 0, 0}};
+    for (const auto& [at, word, error] : kCases) {
         for (const auto mapping : {Manager::kMapNever, Manager::kMapAlways}) {
             for (const auto mode : {Manager::kModeRead, Manager::kModeReadWrite}) {
                 SCOPED_TRACE(testing::Message() << at << " " << word << " " << mapping << mode);
@@ -127,11 +122,8 @@ TEST_F(RecordManagerTest, HeadersThatDoNotFitAreRefused) {
 // The data end may lie far behind the end of the file: large tables, large blocks, an addition that
 // failed. Once such files were refused with 31005 or not added to.
 TEST_F(RecordManagerTest, AShortFileGoesOnAtItsDataEnd) {
-    struct Case {
-        unsigned int block, resources, failed;
-    };
     for (const auto [block, resources, failed] :
-         {Case{64, 200000, 0}, {0x400000, 4, 0}, {64, 4, 3000000}}) {
+         {std::array{64u, 200000u, 0u}, {0x400000u, 4u, 0u}, {64u, 4u, 3000000u}}) {
         for (const auto mapping : {Manager::kMapNever, Manager::kMapAlways}) {
             SCOPED_TRACE(testing::Message() << block << " " << resources << " " << mapping);
             Create(16, block, resources);

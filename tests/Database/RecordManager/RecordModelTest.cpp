@@ -165,13 +165,11 @@ TEST_P(RecordModelTest, HoldsWhatTheModelHolds) {
     EXPECT_EQ(Findings(target.file), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Layouts, RecordModelTest,
-                         testing::Values(Setting{16, 64, 10, Manager::kMapNever},
-                                         Setting{16, 64, 10, Manager::kMapAlways},
-                                         Setting{0, 8, 3, Manager::kMapNever},
-                                         Setting{24, 32, 500, Manager::kMapSmall},
-                                         Setting{100, 48, 0, Manager::kMapNever},
-                                         Setting{100, 48, 5, Manager::kMapAlways},
-                                         Setting{600, 4096, 5, Manager::kMapNever}));
+constexpr Setting kSettings[] = {
+    {16, 64, 10, Manager::kMapNever},  {16, 64, 10, Manager::kMapAlways},
+    {0, 8, 3, Manager::kMapNever},     {24, 32, 500, Manager::kMapSmall},
+    {100, 48, 0, Manager::kMapNever},  {100, 48, 5, Manager::kMapAlways},
+    {600, 4096, 5, Manager::kMapNever}};
+INSTANTIATE_TEST_SUITE_P(Layouts, RecordModelTest, testing::ValuesIn(kSettings));
 
 }  // namespace
