@@ -58,8 +58,6 @@ std::string FileOf(const void* address) {
     return test::Utf8(path);
 }
 
-// ---- Module identity ---------------------------------------------------------------------------
-
 TEST(ModuleTest, TheLoadedLibraryKnowsItself) {
     const HINSTANCE instance = CT_BasisDLLMain::sh_GetInstance();
     EXPECT_EQ(instance, platform::ModuleOf(reinterpret_cast<const void*>(&DllMain)));
@@ -119,8 +117,6 @@ TEST(ModuleTest, WithoutAThreadSlotAttachingFailsAndSaysSo) {
     test::KeepsMemory();
 }
 
-// ---- Registration objects ----------------------------------------------------------------------
-
 int calls = 0;
 void Routine() {
     ++calls;
@@ -140,8 +136,6 @@ TEST(InitTest, RoutinesRunAtConstructionAndDestruction) {
     }
     EXPECT_EQ(calls, 4);
 }
-
-// ---- Module objects ----------------------------------------------------------------------------
 
 class Client : public CT_DLLObject {
 public:
@@ -200,8 +194,6 @@ TEST(DLLObjectTest, TraceLinesComeInSixPieces) {
     EXPECT_EQ(pieces.size(), 5u);  // an empty name is not written
 }
 
-// ---- Memory ------------------------------------------------------------------------------------
-
 TEST(SmartHeapTest, ExhaustedMemoryIsThrownAndToldOnceToASinkThatAllocates) {
     static std::string told;
     const auto before = platform::SetDebugOutputSink([](const char16_t* text) {
@@ -221,8 +213,6 @@ TEST(SmartHeapTest, ExhaustedMemoryIsThrownAndToldOnceToASinkThatAllocates) {
     }
     platform::SetDebugOutputSink(before);
 }
-
-// ---- Versions ----------------------------------------------------------------------------------
 
 TEST(AppVersionTest, TextsFollowTheNumbers) {
     CT_AppVersion version;

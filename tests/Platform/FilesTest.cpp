@@ -482,7 +482,7 @@ TEST_F(FilesTest, ForcedFailuresStrikeTheCallTheyNameAndNoOther) {
         EXPECT_EQ(done, 0u);
     }
     {
-        const test::ShortTransfer one(FileCall::kRead, 0, 3);
+        ShortenFileCall(FileCall::kRead, 0, 3);
         EXPECT_TRUE(SetFilePosition(file, 0, kSeekBegin, nullptr));
         EXPECT_EQ(ReadAll(file), "123");
         EXPECT_EQ(ReadAll(file), "456");

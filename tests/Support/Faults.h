@@ -25,18 +25,6 @@ public:
     FileFault& operator=(const FileFault&) = delete;
 };
 
-// Makes one transfer move at most `limit` bytes, though it succeeds.
-class ShortTransfer {
-public:
-    ShortTransfer(zelkor::platform::FileCall call, std::uint32_t after, std::uint32_t limit,
-                  bool sticky = false) {
-        zelkor::platform::ShortenFileCall(call, after, limit, sticky);
-    }
-    ~ShortTransfer() { zelkor::platform::ClearFileFaults(); }
-    ShortTransfer(const ShortTransfer&) = delete;
-    ShortTransfer& operator=(const ShortTransfer&) = delete;
-};
-
 // The disk takes `after` more writes and `limit` bytes of the next one, then no more.
 class FullDisk {
 public:

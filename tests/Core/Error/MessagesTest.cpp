@@ -82,8 +82,6 @@ TEST(LoadStringTest, TheOlderFamilyHasEightBitTexts) {
     platform::RegisterStringTable(nullptr, {});
 }
 
-// ---- Boxes --------------------------------------------------------------------------------------
-
 constexpr platform::StringResource kTexts[] = {{7, u"Titel"}};
 
 class ErrorWindowTest : public testing::Test {

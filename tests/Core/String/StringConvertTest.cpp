@@ -31,7 +31,6 @@ TEST(StringConvertTest, DecodesByThePageAndLength) {
     };
     const std::string long_text(5000, '\xE4');
     const Case cases[] = {
-        {"abc", kAll, 1252, u"abc"},
         {"abc", 2, 0, u"ab"},
         {"\xE4", kAll, 0, u"\u00E4"},
         {"\xE4\xF6", kAll, 1251, u"\u0434\u0446"},
@@ -68,7 +67,6 @@ TEST(StringConvertTest, EncodesByThePageAndTellsOfDefaults) {
         int used_default;
     };
     const Case cases[] = {
-        {u"abc", kAll, 1252, nullptr, "abc", 1252, FALSE},
         {u"abc", 2, 0, nullptr, "ab", 0, FALSE},
         {u"\u00E4\u20AC", kAll, 1200, nullptr, "\xE4\x80", 1252, FALSE},
         {u"a\u3042b", kAll, 1252, nullptr, "a?b", 1252, TRUE},
